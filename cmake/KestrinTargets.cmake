@@ -1,0 +1,33 @@
+# What every target of the project has in common: the language level, the warnings, the sanitizers and the rule
+# that a file names its includes from the root of the source tree ("engine/RiskAppCatalog.h").
+
+add_library(kestrin_common INTERFACE)
+target_compile_features(kestrin_common INTERFACE cxx_std_20)
+target_include_directories(kestrin_common INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_definitions(kestrin_common INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_FOREACH
+    QT_NO_KEYWORDS
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+target_compile_options(kestrin_common INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-align -Woverloaded-virtual
+    -Wconversion -Wformat=2 -Wimplicit-fallthrough -fstack-protector-strong)
+if(KESTRIN_WARNINGS_AS_ERRORS)
+    target_compile_options(kestrin_common INTERFACE -Werror)
+endif()
+if(KESTRIN_SANITIZE)
+    target_compile_options(kestrin_common INTERFACE -fsanitize=${KESTRIN_SANITIZE} -fno-omit-frame-pointer
+        -fno-sanitize-recover=all)
+    target_link_options(kestrin_common INTERFACE -fsanitize=${KESTRIN_SANITIZE})
+endif()
+if(KESTRIN_FUZZ)
+    target_compile_options(kestrin_common INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    target_compile_definitions(kestrin_common INTERFACE _FORTIFY_SOURCE=2)
+endif()
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_AUTOMOC ON)

@@ -1,0 +1,71 @@
+// The one door to the operating system: which applications run, asking one to quit, and hearing of launches.
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace kestrin {
+
+/// How an application takes part in the desktop. Only `regular` ones, those that a Dock or a task bar shows, are
+/// ordinary applications.
+enum class ActivationPolicy {
+    regular = 0,
+    accessory = 1,
+    prohibited = 2,
+};
+
+/// The operating system's record of one running application, unfiltered.
+struct WorkspaceApplication {
+    ActivationPolicy activationPolicy = ActivationPolicy::regular;
+    std::optional<QString> localizedName;
+    qint32 processIdentifier = 0;
+    std::optional<QString> bundleIdentifier;
+    std::optional<QString> executablePath;
+
+    bool operator==(const WorkspaceApplication &) const = default;
+};
+
+/// A registration for launches; it lasts as long as the object. Destroying it unsubscribes at once: the handler is not
+/// called any more, not even for a launch that has already been noticed.
+class LaunchSubscription {
+  public:
+    LaunchSubscription() = default;
+    LaunchSubscription(const LaunchSubscription &) = delete;
+    LaunchSubscription &operator=(const LaunchSubscription &) = delete;
+    virtual ~LaunchSubscription() = default;
+};
+
+/// The platform contract. Everything is called on the main thread and answers synchronously; nothing throws, and what
+/// cannot be found out is left out of the answer.
+class Workspace {
+  public:
+    using LaunchHandler = std::function<void(const WorkspaceApplication &)>;
+
+    Workspace() = default;
+    Workspace(const Workspace &) = delete;
+    Workspace &operator=(const Workspace &) = delete;
+    virtual ~Workspace() = default;
+
+    /// The current user's running applications in the platform's order.
+    virtual QList<WorkspaceApplication> runningApplications() = 0;
+
+    /// Asks the application with this process id to quit the way the user's own Quit or Close would; it may save, ask
+    /// or refuse. True when the request was delivered, which says nothing about what the application does with it.
+    virtual bool terminate(qint32 processIdentifier) = 0;
+
+    /// Calls `handler` on the main thread, from the event loop, for every application launched from now on.
+    /// The workspace outlives the subscription.
+    [[nodiscard]] virtual std::unique_ptr<LaunchSubscription> subscribeToLaunches(LaunchHandler handler) = 0;
+
+    /// Why running applications cannot be seen here, as one sentence for the user; empty when they can.
+    virtual QString limitation() { return {}; }
+
+    /// The platform's workspace, made on first use and kept for the life of the process.
+    static Workspace &shared();
+};
+
+} // namespace kestrin

@@ -1,0 +1,26 @@
+// The workspace of an X11 desktop whose window manager keeps the Extended Window Manager Hints (EWMH).
+#pragma once
+
+#include "engine/workspace/Workspace.h"
+
+namespace kestrin {
+
+/// An application is a process with at least one window that a task bar would show. Opens the display lazily, on the
+/// first call; when the X server has gone away the next call tries again. Main thread only.
+class X11Workspace final : public Workspace {
+  public:
+    /// `display` names the X display, "" the one in the environment (DISPLAY).
+    explicit X11Workspace(const QString &display = {});
+    ~X11Workspace() override;
+
+    QList<WorkspaceApplication> runningApplications() override;
+    bool terminate(qint32 processIdentifier) override;
+    [[nodiscard]] std::unique_ptr<LaunchSubscription> subscribeToLaunches(LaunchHandler handler) override;
+    QString limitation() override;
+
+  private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace kestrin
