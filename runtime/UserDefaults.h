@@ -1,0 +1,51 @@
+// The user's preferences: typed values under string keys, shared by every process of the user.
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+
+#include <optional>
+
+namespace kestrin {
+
+/// A value keeps its type: a boolean is not the text "true", and an empty list is not an absent key. Main thread only.
+/// Nothing reports an error; a value that could not be stored simply reads as before.
+class UserDefaults : public QObject {
+    Q_OBJECT
+
+  public:
+    using QObject::QObject;
+
+    /// The boolean stored under `key`; absent when there is no value or one of another type.
+    virtual std::optional<bool> boolean(const QString &key) const = 0;
+    /// The list of strings stored under `key`; absent when there is no value or one of another type.
+    virtual std::optional<QStringList> stringArray(const QString &key) const = 0;
+    virtual void setBoolean(const QString &key, bool value) = 0;
+    virtual void setStringArray(const QString &key, const QStringList &value) = 0;
+
+  Q_SIGNALS:
+    /// The value under `key` is another one than before, whoever changed it: this object, another one over the same
+    /// store, or another process. Changes made through this object are told synchronously.
+    void changed(const QString &key);
+};
+
+/// Preferences that live as long as the object.
+class InMemoryUserDefaults final : public UserDefaults {
+    Q_OBJECT
+
+  public:
+    using UserDefaults::UserDefaults;
+
+    std::optional<bool> boolean(const QString &key) const override;
+    std::optional<QStringList> stringArray(const QString &key) const override;
+    void setBoolean(const QString &key, bool value) override;
+    void setStringArray(const QString &key, const QStringList &value) override;
+
+  private:
+    void set(const QString &key, const QVariant &value);
+
+    QHash<QString, QVariant> m_values;
+};
+
+} // namespace kestrin
