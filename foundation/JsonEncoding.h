@@ -1,5 +1,5 @@
-// How values become JSON. Included by the files that instantiate encodeJson for their records, and by whoever builds
-// a larger JSON value out of records.
+// How values become JSON. Included by the files that instantiate encodeJson for their records, and by whoever
+// builds a larger JSON value out of records.
 #pragma once
 
 #include "foundation/JsonCoding.h"
@@ -17,24 +17,31 @@
 namespace kestrin {
 
 /// The text without lone surrogates, which no JSON reader would accept back.
-inline QString wellFormed(const QString &text)
-{
+inline QString wellFormed(const QString &text) {
     return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
 }
 
-inline QJsonValue toJsonValue(bool value) { return value; }
-inline QJsonValue toJsonValue(qint32 value) { return value; }
-inline QJsonValue toJsonValue(qint64 value) { return value; }
-inline QJsonValue toJsonValue(const QString &value) { return wellFormed(value); }
-inline QJsonValue toJsonValue(const QUuid &value) { return value.toString(QUuid::WithoutBraces); }
-inline QJsonValue toJsonValue(const QDateTime &value)
-{
+inline QJsonValue toJsonValue(bool value) {
+    return value;
+}
+inline QJsonValue toJsonValue(qint32 value) {
+    return value;
+}
+inline QJsonValue toJsonValue(qint64 value) {
+    return value;
+}
+inline QJsonValue toJsonValue(const QString &value) {
+    return wellFormed(value);
+}
+inline QJsonValue toJsonValue(const QUuid &value) {
+    return value.toString(QUuid::WithoutBraces);
+}
+inline QJsonValue toJsonValue(const QDateTime &value) {
     return value.toUTC().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ssZ"));
 }
 
 template <RawRepresentable Enumeration>
-QJsonValue toJsonValue(Enumeration value)
-{
+QJsonValue toJsonValue(Enumeration value) {
     return rawValue(value);
 }
 
@@ -42,8 +49,7 @@ template <JsonRecord Record>
 QJsonValue toJsonValue(const Record &record);
 
 template <typename Element>
-QJsonValue toJsonValue(const QList<Element> &list)
-{
+QJsonValue toJsonValue(const QList<Element> &list) {
     QJsonArray array;
     for (const Element &element : list)
         array.append(toJsonValue(element));
@@ -51,8 +57,7 @@ QJsonValue toJsonValue(const QList<Element> &list)
 }
 
 /// Sorted, so that equal sets give equal files; no reader may rely on it.
-inline QJsonValue toJsonValue(const QSet<QString> &set)
-{
+inline QJsonValue toJsonValue(const QSet<QString> &set) {
     QStringList elements(set.cbegin(), set.cend());
     std::sort(elements.begin(), elements.end());
     return toJsonValue(QList<QString>(elements));
@@ -61,14 +66,12 @@ inline QJsonValue toJsonValue(const QSet<QString> &set)
 namespace detail {
 
 template <typename Value>
-void insertJsonField(QJsonObject &object, QLatin1StringView key, const Value &value)
-{
+void insertJsonField(QJsonObject &object, QLatin1StringView key, const Value &value) {
     object.insert(key, toJsonValue(value));
 }
 
 template <typename Value>
-void insertJsonField(QJsonObject &object, QLatin1StringView key, const std::optional<Value> &value)
-{
+void insertJsonField(QJsonObject &object, QLatin1StringView key, const std::optional<Value> &value) {
     if (value)
         object.insert(key, toJsonValue(*value));
 }
@@ -76,8 +79,7 @@ void insertJsonField(QJsonObject &object, QLatin1StringView key, const std::opti
 } // namespace detail
 
 template <JsonRecord Record>
-QJsonValue toJsonValue(const Record &record)
-{
+QJsonValue toJsonValue(const Record &record) {
     QJsonObject object;
     std::apply(
         [&](const auto &...field) {
@@ -90,16 +92,14 @@ QJsonValue toJsonValue(const Record &record)
     return object;
 }
 
-inline QByteArray jsonText(const QJsonValue &value, JsonLayout layout = JsonLayout::compact)
-{
+inline QByteArray jsonText(const QJsonValue &value, JsonLayout layout = JsonLayout::compact) {
     const auto format = layout == JsonLayout::pretty ? QJsonDocument::Indented : QJsonDocument::Compact;
     return value.isArray() ? QJsonDocument(value.toArray()).toJson(format)
                            : QJsonDocument(value.toObject()).toJson(format);
 }
 
 template <typename Value>
-QByteArray encodeJson(const Value &value, JsonLayout layout)
-{
+QByteArray encodeJson(const Value &value, JsonLayout layout) {
     return jsonText(toJsonValue(value), layout);
 }
 

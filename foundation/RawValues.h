@@ -21,11 +21,12 @@ template <typename Enumeration>
 struct RawValues;
 
 template <typename Enumeration>
-concept RawRepresentable = requires { RawValues<Enumeration>::entries.size(); };
+concept RawRepresentable = requires {
+    RawValues<Enumeration>::entries.size();
+};
 
 template <RawRepresentable Enumeration>
-constexpr std::string_view rawText(Enumeration value)
-{
+constexpr std::string_view rawText(Enumeration value) {
     for (const auto &entry : RawValues<Enumeration>::entries) {
         if (entry.value == value)
             return entry.text;
@@ -34,16 +35,14 @@ constexpr std::string_view rawText(Enumeration value)
 }
 
 template <RawRepresentable Enumeration>
-QString rawValue(Enumeration value)
-{
+QString rawValue(Enumeration value) {
     const std::string_view text = rawText(value);
     return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 /// The case whose raw value equals `text` exactly (letter case counts), or none.
 template <RawRepresentable Enumeration>
-std::optional<Enumeration> fromRawValue(QStringView text)
-{
+std::optional<Enumeration> fromRawValue(QStringView text) {
     for (const auto &entry : RawValues<Enumeration>::entries) {
         if (text == QLatin1StringView(entry.text.data(), static_cast<qsizetype>(entry.text.size())))
             return entry.value;
@@ -53,8 +52,7 @@ std::optional<Enumeration> fromRawValue(QStringView text)
 
 /// Every case, in declaration order.
 template <RawRepresentable Enumeration>
-constexpr auto allCases()
-{
+constexpr auto allCases() {
     std::array<Enumeration, RawValues<Enumeration>::entries.size()> cases{};
     for (std::size_t i = 0; i < cases.size(); ++i)
         cases[i] = RawValues<Enumeration>::entries[i].value;

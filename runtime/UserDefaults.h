@@ -9,8 +9,8 @@
 
 namespace kestrin {
 
-/// A value keeps its type: a boolean is not the text "true", and an empty list is not an absent key. Main thread only.
-/// Nothing reports an error; a value that could not be stored simply reads as before.
+/// A value keeps its type: a boolean is not the text "true", and an empty list is not an absent key. Main
+/// thread only. Nothing reports an error; a value that could not be stored simply reads as before.
 class UserDefaults : public QObject {
     Q_OBJECT
 
@@ -25,8 +25,8 @@ class UserDefaults : public QObject {
     virtual void setStringArray(const QString &key, const QStringList &value) = 0;
 
   Q_SIGNALS:
-    /// The value under `key` is another one than before, whoever changed it: this object, another one over the same
-    /// store, or another process. Changes made through this object are told synchronously.
+    /// The value under `key` is another one than before, whoever changed it: this object, another one over
+    /// the same store, or another process. Changes made through this object are told synchronously.
     void changed(const QString &key);
 };
 

@@ -1,5 +1,5 @@
-// The plain records that the desktop application shares with its mobile and watch companions. An `icon` is the name of
-// a system image. Every field is set at construction, in declaration order.
+// The plain records that the desktop application shares with its mobile and watch companions. An `icon` is
+// the name of a system image. Every field is set at construction, in declaration order.
 #pragma once
 
 #include "foundation/JsonCoding.h"
@@ -30,8 +30,7 @@ struct ProtectionDevice {
 
     bool operator==(const ProtectionDevice &) const = default;
 
-    static constexpr auto jsonFields()
-    {
+    static constexpr auto jsonFields() {
         return std::tuple{
             jsonField("id", &ProtectionDevice::id),         jsonField("name", &ProtectionDevice::name),
             jsonField("detail", &ProtectionDevice::detail), jsonField("icon", &ProtectionDevice::icon),
@@ -72,8 +71,7 @@ struct ModePreset {
 
     bool operator==(const ModePreset &) const = default;
 
-    static constexpr auto jsonFields()
-    {
+    static constexpr auto jsonFields() {
         return std::tuple{
             jsonField("id", &ModePreset::id),         jsonField("name", &ModePreset::name),
             jsonField("detail", &ModePreset::detail), jsonField("schedule", &ModePreset::schedule),

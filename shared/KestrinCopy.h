@@ -11,7 +11,7 @@ inline const QString privacyModeExplanation =
     QStringLiteral("When Privacy Mode is on, selected apps are included and status changes stay local.");
 inline const QString riskAppLock = QStringLiteral("Choose apps to include in Privacy Mode.");
 inline const QString macConnection = QStringLiteral("Add your Mac.");
-inline const QString realisticRemote = QStringLiteral(
-    "The mobile app controls setup and status. The Mac app is the desktop protection engine.");
+inline const QString realisticRemote =
+    QStringLiteral("The mobile app controls setup and status. The Mac app is the desktop protection engine.");
 
 } // namespace kestrin::KestrinCopy

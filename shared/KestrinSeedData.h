@@ -4,8 +4,8 @@
 
 #include <QList>
 
-/// The fixed lists that the application and its companions start from. Each is built once, on first use, and shared;
-/// the first use may come from several threads at once.
+/// The fixed lists that the application and its companions start from. Each is built once, on first use, and
+/// shared; the first use may come from several threads at once.
 namespace kestrin::KestrinSeedData {
 
 const QList<ProtectionDevice> &devices();

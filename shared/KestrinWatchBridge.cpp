@@ -23,14 +23,12 @@ const QString KestrinWatchBridge::Key::timestamp = u"timestamp"_s;
 namespace {
 
 /// Finer than QDateTime's milliseconds, so that two messages in a row are rarely stamped alike.
-double secondsSince1970()
-{
+double secondsSince1970() {
     return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
 /// The number that a value holds, when it is integral and fits into 64 bits.
-std::optional<qint64> exactInteger(const QVariant &value)
-{
+std::optional<qint64> exactInteger(const QVariant &value) {
     switch (value.typeId()) {
     case QMetaType::Bool:
     case QMetaType::Char:
@@ -65,19 +63,17 @@ std::optional<qint64> exactInteger(const QVariant &value)
 
 } // namespace
 
-QVariantMap KestrinWatchBridge::commandPayload(Command command, std::optional<bool> privacyModeOn)
-{
+QVariantMap KestrinWatchBridge::commandPayload(Command command, std::optional<bool> privacyModeOn) {
     QVariantMap payload{{Key::command, rawValue(command)}, {Key::timestamp, secondsSince1970()}};
     if (privacyModeOn)
         payload.insert(Key::privacyModeOn, *privacyModeOn);
     return payload;
 }
 
-QVariantMap KestrinWatchBridge::statePayload(bool privacyModeOn, bool canTogglePrivacyMode, qint64 protectedAppCount,
-                                             qint64 checkCount, const QString &statusTitle,
-                                             const QString &statusDetail, bool requiresSetup,
-                                             bool hapticFeedbackEnabled)
-{
+QVariantMap KestrinWatchBridge::statePayload(bool privacyModeOn, bool canTogglePrivacyMode,
+                                             qint64 protectedAppCount, qint64 checkCount,
+                                             const QString &statusTitle, const QString &statusDetail,
+                                             bool requiresSetup, bool hapticFeedbackEnabled) {
     return {
         {Key::privacyModeOn, privacyModeOn},
         {Key::canTogglePrivacyMode, canTogglePrivacyMode},
@@ -91,29 +87,25 @@ QVariantMap KestrinWatchBridge::statePayload(bool privacyModeOn, bool canToggleP
     };
 }
 
-std::optional<KestrinWatchBridge::Command> KestrinWatchBridge::command(const QVariantMap &from)
-{
+std::optional<KestrinWatchBridge::Command> KestrinWatchBridge::command(const QVariantMap &from) {
     const QVariant value = from.value(Key::command);
     if (value.typeId() != QMetaType::QString)
         return std::nullopt;
     return fromRawValue<Command>(value.toString());
 }
 
-bool KestrinWatchBridge::boolean(const QString &key, const QVariantMap &in, bool defaultValue)
-{
+bool KestrinWatchBridge::boolean(const QString &key, const QVariantMap &in, bool defaultValue) {
     const std::optional<qint64> number = exactInteger(in.value(key));
     return number == 0 || number == 1 ? *number == 1 : defaultValue;
 }
 
-qint64 KestrinWatchBridge::integer(const QString &key, const QVariantMap &in, qint64 defaultValue)
-{
+qint64 KestrinWatchBridge::integer(const QString &key, const QVariantMap &in, qint64 defaultValue) {
     const QVariant value = in.value(key);
     // A boolean is a type of its own: a flag is not a count.
     return value.typeId() == QMetaType::Bool ? defaultValue : exactInteger(value).value_or(defaultValue);
 }
 
-QString KestrinWatchBridge::string(const QString &key, const QVariantMap &in, const QString &defaultValue)
-{
+QString KestrinWatchBridge::string(const QString &key, const QVariantMap &in, const QString &defaultValue) {
     const QVariant value = in.value(key);
     return value.typeId() == QMetaType::QString ? value.toString() : defaultValue;
 }

@@ -16,8 +16,10 @@ enum class ProtectionTone {
 template <>
 struct RawValues<ProtectionTone> {
     static constexpr std::array entries{
-        RawValue{ProtectionTone::protected_, "protected"}, RawValue{ProtectionTone::attention, "attention"},
-        RawValue{ProtectionTone::risk, "risk"},            RawValue{ProtectionTone::link, "link"},
+        RawValue{ProtectionTone::protected_, "protected"},
+        RawValue{ProtectionTone::attention, "attention"},
+        RawValue{ProtectionTone::risk, "risk"},
+        RawValue{ProtectionTone::link, "link"},
         RawValue{ProtectionTone::neutral, "neutral"},
     };
 };

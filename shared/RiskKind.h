@@ -4,7 +4,8 @@
 
 namespace kestrin {
 
-/// What kind of risk a protected application of the mobile companion carries. Its raw value is also its identity.
+/// What kind of risk a protected application of the mobile companion carries. Its raw value is also its
+/// identity.
 enum class RiskKind {
     mic,
     camera,

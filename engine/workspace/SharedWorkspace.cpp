@@ -9,8 +9,7 @@
 
 namespace kestrin {
 
-Workspace &Workspace::shared()
-{
+Workspace &Workspace::shared() {
 #ifdef __APPLE__
     static MacWorkspace workspace;
 #else

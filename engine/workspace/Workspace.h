@@ -10,8 +10,8 @@
 
 namespace kestrin {
 
-/// How an application takes part in the desktop. Only `regular` ones, those that a Dock or a task bar shows, are
-/// ordinary applications.
+/// How an application takes part in the desktop. Only `regular` ones, those that a Dock or a task bar shows,
+/// are ordinary applications.
 enum class ActivationPolicy {
     regular = 0,
     accessory = 1,
@@ -29,8 +29,8 @@ struct WorkspaceApplication {
     bool operator==(const WorkspaceApplication &) const = default;
 };
 
-/// A registration for launches; it lasts as long as the object. Destroying it unsubscribes at once: the handler is not
-/// called any more, not even for a launch that has already been noticed.
+/// A registration for launches; it lasts as long as the object. Destroying it unsubscribes at once: the
+/// handler is not called any more, not even for a launch that has already been noticed.
 class LaunchSubscription {
   public:
     LaunchSubscription() = default;
@@ -39,8 +39,8 @@ class LaunchSubscription {
     virtual ~LaunchSubscription() = default;
 };
 
-/// The platform contract. Everything is called on the main thread and answers synchronously; nothing throws, and what
-/// cannot be found out is left out of the answer.
+/// The platform contract. Everything is called on the main thread and answers synchronously; nothing throws,
+/// and what cannot be found out is left out of the answer.
 class Workspace {
   public:
     using LaunchHandler = std::function<void(const WorkspaceApplication &)>;
@@ -53,8 +53,9 @@ class Workspace {
     /// The current user's running applications in the platform's order.
     virtual QList<WorkspaceApplication> runningApplications() = 0;
 
-    /// Asks the application with this process id to quit the way the user's own Quit or Close would; it may save, ask
-    /// or refuse. True when the request was delivered, which says nothing about what the application does with it.
+    /// Asks the application with this process id to quit the way the user's own Quit or Close would; it may
+    /// save, ask or refuse. True when the request was delivered, which says nothing about what the
+    /// application does with it.
     virtual bool terminate(qint32 processIdentifier) = 0;
 
     /// Calls `handler` on the main thread, from the event loop, for every application launched from now on.

@@ -1,0 +1,149 @@
+#include "engine/ActivityLogFile.h"
+
+#include "foundation/JsonDecoding.h"
+#include "foundation/PrivateFile.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <memory>
+#include <string_view>
+
+namespace kestrin {
+
+namespace {
+
+static_assert(logTextSpare >= static_cast<qsizetype>(simdjson::SIMDJSON_PADDING));
+
+/// Large enough that the work on its edges does not count, small enough for the second-level cache.
+constexpr std::size_t windowSize = 128 * 1024;
+
+/// Checks events and keeps the first ones, through as many texts as it takes.
+class EventReader {
+  public:
+    explicit EventReader(qsizetype limit) : m_limit(limit) {}
+
+    /// Reads one array of events. The text is followed by readable bytes.
+    bool read(std::string_view text) { return json::readDocument(m_parser, text, this); }
+
+    QList<MacProtectionEvent> takeEvents() { return std::move(m_events); }
+
+    bool readArray(json::od::value &value, const json::ReadContext &context) {
+        json::od::array array;
+        if (value.get_array().get(array) != simdjson::SUCCESS)
+            return false;
+        for (auto result : array) {
+            json::od::value item;
+            if (std::move(result).get(item) != simdjson::SUCCESS || !readEvent(item, context))
+                return false;
+        }
+        return true;
+    }
+
+  private:
+    bool readEvent(json::od::value &item, const json::ReadContext &context) {
+        if (m_events.size() >= m_limit)
+            return json::read(item, context, static_cast<MacProtectionEvent *>(nullptr));
+        MacProtectionEvent event;
+        if (!json::read(item, context, &event))
+            return false;
+        m_events.append(std::move(event));
+        return true;
+    }
+
+    json::od::parser m_parser;
+    QList<MacProtectionEvent> m_events;
+    qsizetype m_limit;
+};
+
+bool read(json::od::value &value, const json::ReadContext &context, EventReader *reader) {
+    return reader->readArray(value, context);
+}
+
+/// A file in windows. Each window but the last ends between two events, where a comma stands between braces;
+/// it is made an array of its own by closing it there and opening the next one. The same three characters may
+/// stand inside a string: then the window ends within that string and does not read, so success still means
+/// that every cut was right.
+class WindowedFile {
+  public:
+    explicit WindowedFile(int descriptor)
+        : m_descriptor(descriptor)
+        , m_buffer(std::make_unique_for_overwrite<char[]>(windowSize + simdjson::SIMDJSON_PADDING)) {}
+    WindowedFile(const WindowedFile &) = delete;
+    WindowedFile &operator=(const WindowedFile &) = delete;
+    ~WindowedFile() { ::close(m_descriptor); }
+
+    bool readWith(EventReader &reader) {
+        while (fill()) {
+            if (m_atEnd) {
+                std::memset(m_buffer.get() + m_used, ' ', simdjson::SIMDJSON_PADDING);
+                return reader.read({m_buffer.get(), m_used});
+            }
+            const std::size_t comma = lastCut();
+            if (comma == 0)
+                return false;
+            m_buffer[comma] = ']';
+            if (!reader.read({m_buffer.get(), comma + 1}))
+                return false;
+            m_used -= comma;
+            std::memmove(m_buffer.get(), m_buffer.get() + comma, m_used);
+            m_buffer[0] = '[';
+        }
+        return false;
+    }
+
+  private:
+    /// Fills the window up, or up to the end of the file. False when the file cannot be read.
+    bool fill() {
+        while (m_used < windowSize) {
+            const ssize_t got = ::read(m_descriptor, m_buffer.get() + m_used, windowSize - m_used);
+            if (got < 0 && errno == EINTR)
+                continue;
+            m_atEnd = got == 0;
+            if (got <= 0)
+                return got == 0;
+            m_used += static_cast<std::size_t>(got);
+        }
+        return true;
+    }
+
+    /// Where the comma of the last cut stands; 0 when there is none.
+    std::size_t lastCut() const {
+        const std::size_t found = std::string_view(m_buffer.get(), m_used).rfind("},{");
+        return found == std::string_view::npos ? 0 : found + 1;
+    }
+
+    int m_descriptor;
+    std::unique_ptr<char[]> m_buffer;
+    std::size_t m_used = 0;
+    bool m_atEnd = false;
+};
+
+} // namespace
+
+std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit) {
+    qint64 size = 0;
+    const int descriptor = openForReading(path, size);
+    if (descriptor < 0)
+        return std::nullopt;
+    EventReader reader(limit);
+    if (WindowedFile(descriptor).readWith(reader))
+        return reader.takeEvents();
+
+    // Malformed, or laid out so that it cannot be cut: the text as a whole decides.
+    const std::optional<QByteArray> text = readWholeFile(path, logTextSpare);
+    return text ? eventsOfActivityLog(*text, limit) : std::nullopt;
+}
+
+bool isActivityLog(const QByteArray &text) {
+    return eventsOfActivityLog(text, 0).has_value();
+}
+
+std::optional<QList<MacProtectionEvent>> eventsOfActivityLog(const QByteArray &text, qsizetype limit) {
+    EventReader reader(limit);
+    if (!reader.read({text.constData(), static_cast<std::size_t>(text.size())}))
+        return std::nullopt;
+    return reader.takeEvents();
+}
+
+} // namespace kestrin

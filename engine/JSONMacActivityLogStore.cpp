@@ -1,0 +1,60 @@
+#include "engine/JSONMacActivityLogStore.h"
+
+#include "engine/ActivityLogFile.h"
+#include "foundation/FileLock.h"
+#include "foundation/PrivateFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <limits>
+#include <string_view>
+
+namespace kestrin {
+
+namespace {
+
+std::string_view viewOf(const QByteArray &bytes) {
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+
+/// Whether a log of at least one event is written the way this store writes it, so that a new event can be
+/// put in front of the others as they stand. A line break cannot be part of a string, so one of them gives
+/// another layout away.
+bool isCompact(const QByteArray &log) {
+    return log.startsWith("[{") && log.endsWith("}]") && !log.contains('\n');
+}
+
+bool writeWithEvent(const QString &path, const MacProtectionEvent &event) {
+    const QByteArray text = readWholeFile(path, logTextSpare).value_or(QByteArray());
+    if (!text.isEmpty() && isCompact(text) && isActivityLog(text)) {
+        const QByteArray newest = encodeJson(event);
+        return replacePrivateFile(path, {"[", viewOf(newest), ",", viewOf(text).substr(1)});
+    }
+    QList<MacProtectionEvent> events;
+    if (!text.isEmpty())
+        events = eventsOfActivityLog(text, std::numeric_limits<qsizetype>::max()).value_or(events);
+    events.prepend(event);
+    return replacePrivateFile(path, {viewOf(encodeJson(events))});
+}
+
+} // namespace
+
+void JSONMacActivityLogStore::append(const MacProtectionEvent &event) {
+    using namespace std::chrono_literals;
+    const QString folder = QFileInfo(m_path).absolutePath();
+    if (!QDir().mkpath(folder))
+        return;
+    // Longer than any append takes: who still holds the lock then is stopped, and writing beside it could
+    // lose events.
+    if (const auto lock = FileLock::lockFolder(folder, 10s))
+        writeWithEvent(m_path, event);
+}
+
+QList<MacProtectionEvent> JSONMacActivityLogStore::recent(qsizetype limit) {
+    if (limit < 0)
+        qFatal("The limit of an activity log query must not be negative.");
+    return readNewestEvents(m_path, limit).value_or(QList<MacProtectionEvent>());
+}
+
+} // namespace kestrin

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "engine/PrivacyModeSettingsStoring.h"
+
+#include <QUrl>
+
+namespace kestrin {
+
+/// The settings in one file: a JSON object, pretty-printed with sorted keys, readable by its owner only.
+///
+/// Every load reads the file. A file that is missing or malformed reads as the fallback and is left as it is
+/// until the next save; a failed save leaves it too. Synchronous, any thread.
+class JSONPrivacyModeSettingsStore final : public PrivacyModeSettingsStoring {
+  public:
+    /// Touches no file. `url` names a local file.
+    JSONPrivacyModeSettingsStore(const QUrl &url, const PrivacyModeSettings &fallback)
+        : m_path(url.toLocalFile())
+        , m_fallback(fallback) {}
+
+    PrivacyModeSettings load() override;
+    void save(const PrivacyModeSettings &settings) override;
+    void update(const std::function<void(PrivacyModeSettings &)> &change) override;
+
+  private:
+    QString m_path;
+    PrivacyModeSettings m_fallback;
+};
+
+} // namespace kestrin

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "engine/MacProtectionEvent.h"
+
+#include <QList>
+
+namespace kestrin {
+
+/// The activity log, newest event first. Nothing ever fails from the caller's point of view.
+class MacActivityLogStoring {
+  public:
+    virtual ~MacActivityLogStoring() = default;
+
+    /// Records the event as the newest.
+    virtual void append(const MacProtectionEvent &event) = 0;
+    /// The newest events, at most `limit` of them. A negative limit is a programming error and stops the
+    /// program.
+    virtual QList<MacProtectionEvent> recent(qsizetype limit) = 0;
+};
+
+/// A log that lives as long as the object.
+class InMemoryMacActivityLogStore final : public MacActivityLogStoring {
+  public:
+    /// `events` come newest first.
+    explicit InMemoryMacActivityLogStore(const QList<MacProtectionEvent> &events = {}) : m_events(events) {}
+
+    void append(const MacProtectionEvent &event) override;
+    QList<MacProtectionEvent> recent(qsizetype limit) override;
+
+  private:
+    QList<MacProtectionEvent> m_events;
+};
+
+} // namespace kestrin

@@ -1,0 +1,74 @@
+#include "engine/PrivacyModeController.h"
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+QString matchMessage(const RiskAppMatch &match) {
+    QStringList labels;
+    for (const MacRiskCategory category : match.definition.categories)
+        labels.append(userLabel(category));
+    return match.app.localizedName + u" matches "_s + match.definition.displayName + u" risk categories: "_s +
+           labels.join(u", "_s) + u'.';
+}
+
+} // namespace
+
+PrivacyModeController::PrivacyModeController(const RiskAppCatalog &catalog,
+                                             std::shared_ptr<MacAppInventoryService> inventoryService,
+                                             std::shared_ptr<RiskAppActionPerforming> actionPerformer,
+                                             std::shared_ptr<MacActivityLogStoring> logStore, Clock clock)
+    : m_catalog(catalog)
+    , m_inventoryService(std::move(inventoryService))
+    , m_actionPerformer(std::move(actionPerformer))
+    , m_logStore(std::move(logStore))
+    , m_clock(std::move(clock)) {}
+
+PrivacyModeRunResult PrivacyModeController::evaluateCurrentApps(const PrivacyModeSettings &settings,
+                                                                bool dryRun) {
+    if (!settings.isEnabled) {
+        const auto event =
+            MacProtectionEvent::create(m_clock(), MacProtectionEventKind::privacyModeOff,
+                                       u"Privacy Mode is off. No Mac app actions were taken."_s);
+        m_logStore->append(event);
+        return {{}, {event}};
+    }
+
+    QList<RiskAppMatch> matches = m_catalog.matches(m_inventoryService->runningApps());
+    matches.removeIf([&](const RiskAppMatch &match) { return !settings.protects(match.definition); });
+
+    QList<MacProtectionEvent> events{
+        MacProtectionEvent::create(m_clock(), MacProtectionEventKind::privacyModeOn,
+                                   u"Privacy Mode is on. Evaluating Mac protected apps."_s),
+    };
+    for (const RiskAppMatch &match : std::as_const(matches))
+        appendMatchEvents(match, dryRun, events);
+    for (const MacProtectionEvent &event : std::as_const(events))
+        m_logStore->append(event);
+    return {matches, events};
+}
+
+void PrivacyModeController::appendMatchEvents(const RiskAppMatch &match, bool dryRun,
+                                              QList<MacProtectionEvent> &events) {
+    const QString &name = match.app.localizedName;
+    const auto record = [&](MacProtectionEventKind kind, const QString &message) {
+        events.append(MacProtectionEvent::create(m_clock(), kind, message, name, match.app.bundleIdentifier));
+    };
+
+    record(MacProtectionEventKind::riskAppMatched, matchMessage(match));
+    if (match.definition.defaultAction == RiskAppAction::allow)
+        return;
+    if (dryRun) {
+        record(MacProtectionEventKind::dryRun,
+               u"Preview: Kestrin would ask "_s + name + u" to quit while Privacy Mode is on."_s);
+        return;
+    }
+    const RiskAppActionResult result = m_actionPerformer->requestQuit(match.app);
+    record(result.status == RiskAppActionStatus::requested ? MacProtectionEventKind::quitRequested
+                                                           : MacProtectionEventKind::actionFailed,
+           result.message);
+}
+
+} // namespace kestrin

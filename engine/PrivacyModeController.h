@@ -1,0 +1,40 @@
+#pragma once
+
+#include "engine/MacActivityLogStoring.h"
+#include "engine/MacAppInventoryService.h"
+#include "engine/PrivacyModeRunResult.h"
+#include "engine/PrivacyModeSettings.h"
+#include "engine/RiskAppActionPerforming.h"
+#include "engine/RiskAppCatalog.h"
+#include "foundation/Clock.h"
+
+#include <memory>
+
+namespace kestrin {
+
+/// Performs one check of the running applications. Keeps nothing between checks; shares its services with
+/// others.
+class PrivacyModeController {
+  public:
+    PrivacyModeController(const RiskAppCatalog &catalog,
+                          std::shared_ptr<MacAppInventoryService> inventoryService,
+                          std::shared_ptr<RiskAppActionPerforming> actionPerformer,
+                          std::shared_ptr<MacActivityLogStoring> logStore, Clock clock = systemTime);
+
+    /// Finds the protected applications and asks each whose action is not `allow` to quit, or, on a dry run,
+    /// records what it would do. All requests are made before anything of an enabled check is logged. With
+    /// Privacy Mode off nothing is listed and one event says so. The result is complete whether or not the
+    /// log could be written.
+    PrivacyModeRunResult evaluateCurrentApps(const PrivacyModeSettings &settings, bool dryRun);
+
+  private:
+    void appendMatchEvents(const RiskAppMatch &match, bool dryRun, QList<MacProtectionEvent> &events);
+
+    const RiskAppCatalog m_catalog;
+    const std::shared_ptr<MacAppInventoryService> m_inventoryService;
+    const std::shared_ptr<RiskAppActionPerforming> m_actionPerformer;
+    const std::shared_ptr<MacActivityLogStoring> m_logStore;
+    const Clock m_clock;
+};
+
+} // namespace kestrin

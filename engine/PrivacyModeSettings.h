@@ -1,0 +1,31 @@
+#pragma once
+
+#include "engine/RiskAppDefinition.h"
+
+#include <QSet>
+
+namespace kestrin {
+
+/// The engine's whole configuration.
+struct PrivacyModeSettings {
+    bool isEnabled = false;
+    /// The ids of the definitions that the user protects; ids that the catalog does not know match nothing.
+    QSet<QString> protectedDefinitionIDs;
+
+    /// Whether the definition is protected. An empty selection protects everything, on purpose: it must never
+    /// come to mean that nothing is protected. Whether Privacy Mode is on makes no difference.
+    bool protects(const RiskAppDefinition &definition) const {
+        return protectedDefinitionIDs.isEmpty() || protectedDefinitionIDs.contains(definition.id);
+    }
+
+    bool operator==(const PrivacyModeSettings &) const = default;
+
+    static constexpr auto jsonFields() {
+        return std::tuple{
+            jsonField("isEnabled", &PrivacyModeSettings::isEnabled),
+            jsonField("protectedDefinitionIDs", &PrivacyModeSettings::protectedDefinitionIDs),
+        };
+    }
+};
+
+} // namespace kestrin

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "engine/PrivacyModeSettings.h"
+
+#include <functional>
+
+namespace kestrin {
+
+/// Keeps the settings. Nothing ever fails from the caller's point of view.
+class PrivacyModeSettingsStoring {
+  public:
+    virtual ~PrivacyModeSettingsStoring() = default;
+    virtual PrivacyModeSettings load() = 0;
+    virtual void save(const PrivacyModeSettings &settings) = 0;
+
+    /// Loads, changes and saves. Where processes share the settings, no other one saves in between.
+    virtual void update(const std::function<void(PrivacyModeSettings &)> &change) {
+        PrivacyModeSettings settings = load();
+        change(settings);
+        save(settings);
+    }
+};
+
+/// Settings that live as long as the object.
+class InMemoryPrivacyModeSettingsStore final : public PrivacyModeSettingsStoring {
+  public:
+    explicit InMemoryPrivacyModeSettingsStore(const PrivacyModeSettings &initial) : settings(initial) {}
+
+    PrivacyModeSettings load() override { return settings; }
+    void save(const PrivacyModeSettings &newSettings) override { settings = newSettings; }
+
+    PrivacyModeSettings settings;
+};
+
+} // namespace kestrin

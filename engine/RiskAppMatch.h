@@ -1,0 +1,32 @@
+#pragma once
+
+#include "engine/RiskAppDefinition.h"
+#include "engine/RunningMacApp.h"
+
+namespace kestrin {
+
+/// A running application and the definition that it matched.
+struct RiskAppMatch {
+    Q_GADGET
+    Q_PROPERTY(QString id READ id CONSTANT)
+    Q_PROPERTY(kestrin::RunningMacApp app MEMBER app CONSTANT)
+    Q_PROPERTY(kestrin::RiskAppDefinition definition MEMBER definition CONSTANT)
+
+  public:
+    RunningMacApp app;
+    RiskAppDefinition definition;
+
+    /// The definition's id, "-" and the process id: two instances of one application are two matches.
+    QString id() const { return definition.id + u'-' + QString::number(app.processIdentifier); }
+
+    bool operator==(const RiskAppMatch &) const = default;
+
+    static constexpr auto jsonFields() {
+        return std::tuple{
+            jsonField("app", &RiskAppMatch::app),
+            jsonField("definition", &RiskAppMatch::definition),
+        };
+    }
+};
+
+} // namespace kestrin

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QDateTime>
+
+#include <functional>
+
+namespace kestrin {
+
+/// Tells the wall-clock time.
+using Clock = std::function<QDateTime()>;
+
+inline QDateTime systemTime() {
+    return QDateTime::currentDateTimeUtc();
+}
+
+} // namespace kestrin

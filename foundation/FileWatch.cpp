@@ -1,0 +1,46 @@
+#include "foundation/FileWatch.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <sys/stat.h>
+
+namespace kestrin {
+
+FileWatch::FileWatch(const QString &path, QObject *parent) : QObject(parent), m_path(path) {
+    // Files are replaced, not written in place, so it is the folder whose entries change. The file itself is
+    // watched too, for editors that do write in place.
+    const QString folder = QFileInfo(path).absolutePath();
+    QDir().mkpath(folder);
+    m_watcher.addPath(folder);
+    m_watcher.addPath(path);
+    m_known = currentStamp();
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &FileWatch::compare);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &FileWatch::compare);
+}
+
+FileWatch::Stamp FileWatch::currentStamp() const {
+    struct stat status {};
+    if (::stat(QFile::encodeName(m_path).constData(), &status) != 0)
+        return {};
+#ifdef __APPLE__
+    const timespec &modified = status.st_mtimespec;
+#else
+    const timespec &modified = status.st_mtim;
+#endif
+    return {status.st_ino, status.st_size, modified.tv_sec, modified.tv_nsec};
+}
+
+void FileWatch::compare() {
+    // A replaced file is another inode, which the watcher has lost sight of.
+    if (!m_watcher.files().contains(m_path))
+        m_watcher.addPath(m_path);
+    const Stamp now = currentStamp();
+    if (now == m_known)
+        return;
+    m_known = now;
+    Q_EMIT changed();
+}
+
+} // namespace kestrin

@@ -1,0 +1,41 @@
+// Hearing that a file became another one.
+#pragma once
+
+#include <QFileSystemWatcher>
+#include <QObject>
+
+namespace kestrin {
+
+/// Tells when the file at a path is created, replaced, changed or removed, by whichever process, this one
+/// included, without polling. The
+/// file's folder is watched, and made first when it is missing. Several changes may be told as one. Main
+/// thread only.
+class FileWatch : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit FileWatch(const QString &path, QObject *parent = nullptr);
+
+  Q_SIGNALS:
+    void changed();
+
+  private:
+    /// What tells two states of a file apart; all zero when there is none.
+    struct Stamp {
+        quint64 inode = 0;
+        qint64 size = 0;
+        qint64 modifiedSeconds = 0;
+        qint64 modifiedNanoseconds = 0;
+
+        bool operator==(const Stamp &) const = default;
+    };
+
+    Stamp currentStamp() const;
+    void compare();
+
+    QString m_path;
+    QFileSystemWatcher m_watcher;
+    Stamp m_known;
+};
+
+} // namespace kestrin

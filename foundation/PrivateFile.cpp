@@ -1,0 +1,107 @@
+#include "foundation/PrivateFile.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+namespace kestrin {
+
+int openForReading(const QString &path, qint64 &size) {
+    const int descriptor =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    struct stat status {};
+    if (descriptor >= 0 && (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
+        ::close(descriptor);
+        return -1;
+    }
+    size = status.st_size;
+    return descriptor;
+}
+
+std::optional<QByteArray> readWholeFile(const QString &path, qsizetype spare) {
+    qint64 size = 0;
+    const int descriptor = openForReading(path, size);
+    if (descriptor < 0)
+        return std::nullopt;
+    // One byte more than the size tells, so that the call that finds the end needs no larger buffer.
+    QByteArray bytes(size + 1 + spare, Qt::Uninitialized);
+    qsizetype used = 0;
+    bool ended = false;
+    while (!ended) {
+        if (used + spare == bytes.size())
+            bytes.resize(bytes.size() + 4096);
+        const auto room = static_cast<std::size_t>(bytes.size() - spare - used);
+        const ssize_t got = ::read(descriptor, bytes.data() + used, room);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0) {
+            ::close(descriptor);
+            return std::nullopt;
+        }
+        used += got;
+        ended = got == 0;
+    }
+    ::close(descriptor);
+    bytes.truncate(used);
+    return bytes;
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+namespace {
+
+/// Writes a new file under a temporary name. On failure nothing is left of it.
+bool writeNewFile(const QByteArray &name, std::initializer_list<std::string_view> pieces) {
+    // One fixed name: the lock keeps others out, and what a killed process left behind is cleaned up by the
+    // next write instead of piling up.
+    ::unlink(name.constData());
+    const int descriptor =
+        ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+    if (descriptor < 0)
+        return false;
+    bool complete = true;
+    for (const std::string_view piece : pieces)
+        complete = complete && writeAll(descriptor, piece);
+    complete = complete && ::fsync(descriptor) == 0;
+    complete = ::close(descriptor) == 0 && complete;
+    if (!complete)
+        ::unlink(name.constData());
+    return complete;
+}
+
+} // namespace
+
+QString followedPath(const QString &path) {
+    const QFileInfo info(path);
+    return info.isSymLink() && info.isFile() ? info.canonicalFilePath() : path;
+}
+
+bool replacePrivateFile(const QString &path, std::initializer_list<std::string_view> pieces) {
+    const QByteArray target = QFile::encodeName(followedPath(path));
+    const QByteArray temporary = target + ".new";
+    if (!writeNewFile(temporary, pieces))
+        return false;
+    if (::rename(temporary.constData(), target.constData()) != 0) {
+        ::unlink(temporary.constData());
+        return false;
+    }
+    return true;
+}
+
+} // namespace kestrin

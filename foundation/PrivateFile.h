@@ -1,0 +1,38 @@
+// Files that only their owner may read and write.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <initializer_list>
+#include <optional>
+#include <string_view>
+
+namespace kestrin {
+
+/// The bytes of a regular file; none when it cannot be read to its end. Never waits: a pipe or a device is no
+/// file. At least `spare` more bytes behind the end may be read, whatever they hold; vectorised parsers look
+/// ahead.
+std::optional<QByteArray> readWholeFile(const QString &path, qsizetype spare = 0);
+
+/// Opens a regular file for reading and returns its descriptor, -1 when there is none; `size` is its size in
+/// bytes.
+int openForReading(const QString &path, qint64 &size);
+
+/// Writes all bytes to a descriptor, however many calls that takes.
+bool writeAll(int descriptor, std::string_view bytes);
+inline bool writeAll(int descriptor, const QByteArray &bytes) {
+    return writeAll(descriptor, std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+}
+
+/// Puts the pieces, one after the other, in the place of the file at `path`. Whatever happens and whenever
+/// the process or the machine stops, the path names either the old file or the complete new one. The new file
+/// is readable and writable by its owner only. A symbolic link that leads to a file is followed; anything
+/// else at the path that is no file makes the call fail, and a failed call changes nothing. The caller holds
+/// the lock of the folder (FileLock::lockFolder), so that two writers never meet.
+bool replacePrivateFile(const QString &path, std::initializer_list<std::string_view> pieces);
+
+/// Where the file really is: `path` itself, or what a symbolic link to an existing file leads to.
+QString followedPath(const QString &path);
+
+} // namespace kestrin

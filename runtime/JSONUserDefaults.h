@@ -1,0 +1,44 @@
+#pragma once
+
+#include "foundation/FileWatch.h"
+#include "runtime/UserDefaults.h"
+
+#include <QJsonObject>
+
+namespace kestrin {
+
+/// Preferences in one JSON object, where every value keeps its type, readable by its owner only.
+///
+/// Every read asks the file, so that what another process stored is seen at once. Once somebody listens to
+/// `changed` the file is watched; an event loop has to run for changes of other processes to be told. Keys
+/// and values that this class does not know stay as they are. A file that is no JSON object reads as empty.
+class JSONUserDefaults final : public UserDefaults {
+    Q_OBJECT
+
+  public:
+    /// Touches no file.
+    explicit JSONUserDefaults(const QString &path, QObject *parent = nullptr);
+
+    /// Where the user's preferences are kept: "Kestrin/user-defaults.json" in his configuration directory.
+    static QString standardPath();
+
+    std::optional<bool> boolean(const QString &key) const override;
+    std::optional<QStringList> stringArray(const QString &key) const override;
+    void setBoolean(const QString &key, bool value) override;
+    void setStringArray(const QString &key, const QStringList &value) override;
+
+  protected:
+    void connectNotify(const QMetaMethod &signal) override;
+
+  private:
+    QJsonObject load() const;
+    void set(const QString &key, const QJsonValue &value);
+    void tellDifferences();
+
+    QString m_path;
+    /// What listeners have been told of.
+    QJsonObject m_known;
+    std::unique_ptr<FileWatch> m_watch;
+};
+
+} // namespace kestrin

@@ -1,0 +1,299 @@
+#include "runtime/MacProtectionRuntime.h"
+
+#include "engine/JSONMacActivityLogStore.h"
+#include "engine/JSONPrivacyModeSettingsStore.h"
+#include "engine/NSWorkspaceAppInventoryService.h"
+#include "engine/NSWorkspaceRiskAppActionPerformer.h"
+#include "foundation/FileWatch.h"
+#include "runtime/StatusSummaries.h"
+
+#include <QDir>
+#include <QStandardPaths>
+#include <QTimer>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace kestrin {
+
+namespace {
+
+const QString enforceActionsKey = u"kestrin.mac.enforceActions"_s;
+const QString settingsFileName = u"/privacy-mode-settings.json"_s;
+const QString logFileName = u"/activity-log.json"_s;
+constexpr qsizetype recentEventLimit = 8;
+
+QSet<QString> defaultDefinitionIDs() {
+    QSet<QString> ids;
+    for (const RiskAppDefinition &definition : RiskAppCatalog::defaultDefinitions())
+        ids.insert(definition.id);
+    return ids;
+}
+
+} // namespace
+
+MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtectionSurroundings surroundings,
+                                           QObject *parent)
+    : QObject(parent)
+    , m_clock(std::move(surroundings.clock))
+    , m_workspace(surroundings.workspace ? *surroundings.workspace : Workspace::shared())
+    , m_supportFolder(surroundings.supportFolder.isEmpty() ? applicationSupportURL().toLocalFile()
+                                                           : surroundings.supportFolder)
+    , m_catalog{RiskAppCatalog::defaultDefinitions()}
+    , m_inventoryService(std::make_shared<NSWorkspaceAppInventoryService>(m_workspace))
+    , m_actionPerformer(std::make_shared<NSWorkspaceRiskAppActionPerformer>(m_workspace))
+    , m_settingsStore(std::move(surroundings.settingsStore))
+    , m_logStore(std::move(surroundings.logStore))
+    , m_defaults(defaults) {
+    if (!m_settingsStore) {
+        m_hasSettingsFile = true;
+        m_settingsStore = std::make_shared<JSONPrivacyModeSettingsStore>(
+            QUrl::fromLocalFile(m_supportFolder + settingsFileName),
+            PrivacyModeSettings{true, defaultDefinitionIDs()});
+    }
+    if (!m_logStore) {
+        m_hasLogFile = true;
+        m_logStore =
+            std::make_shared<JSONMacActivityLogStore>(QUrl::fromLocalFile(m_supportFolder + logFileName));
+    }
+    m_protectedDefinitionIDs = storedSelection();
+    m_modes = loadModes(m_defaults);
+    m_enforceActions = m_defaults.boolean(enforceActionsKey).value_or(false);
+    m_recentEvents = m_logStore->recent(recentEventLimit);
+    refreshInventoryPreview();
+}
+
+MacProtectionRuntime::~MacProtectionRuntime() {
+    if (m_scheduleTimer)
+        m_scheduleTimer->stop();
+    if (m_monitor)
+        m_monitor->stop();
+}
+
+QUrl MacProtectionRuntime::applicationSupportURL() {
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (folder.isEmpty())
+        folder = QDir::homePath() + u"/Library/Application Support"_s;
+    return QUrl::fromLocalFile(folder + u"/Kestrin"_s);
+}
+
+QStringList MacProtectionRuntime::sortedProtectedDefinitionIDs() const {
+    QStringList ids(m_protectedDefinitionIDs.cbegin(), m_protectedDefinitionIDs.cend());
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+QString MacProtectionRuntime::monitorLabel() const {
+    return monitorLabelFor(m_isMonitoring, m_enforceActions);
+}
+
+QString MacProtectionRuntime::lastCheckedLabel() const {
+    return lastCheckedLabelFor(m_lastChecked);
+}
+
+QList<ProtectionDevice> MacProtectionRuntime::devices() const {
+    return devicesFor(m_settingsStore->load().isEnabled, m_enforceActions);
+}
+
+qint64 MacProtectionRuntime::enabledScheduleCount() const {
+    return enabledScheduleCountOf(m_modes);
+}
+
+qint64 MacProtectionRuntime::actionEventCount() const {
+    return actionEventCountOf(m_recentEvents);
+}
+
+QString MacProtectionRuntime::diagnosticsText() const {
+    return diagnosticsTextFor({m_isMonitoring, m_enforceActions, m_protectedDefinitionIDs.size(),
+                               m_runningAppCount, m_matches.size()});
+}
+
+void MacProtectionRuntime::start(bool privacyModeOn, const PrivacyModeSetter &setPrivacyMode) {
+    setPrivacyModeSetter(setPrivacyMode);
+    m_settingsStore->update([&](PrivacyModeSettings &settings) {
+        settings.isEnabled = privacyModeOn;
+        settings.protectedDefinitionIDs = m_protectedDefinitionIDs;
+    });
+    Q_EMIT summariesChanged();
+    refreshInventoryPreview();
+    configureRelaunchMonitor();
+    startScheduleTimer();
+    setMonitoring();
+    followOtherProcesses();
+}
+
+void MacProtectionRuntime::setPrivacyModeSetter(const PrivacyModeSetter &setPrivacyMode) {
+    m_privacyModeSetter = setPrivacyMode;
+}
+
+void MacProtectionRuntime::updatePrivacyMode(bool privacyModeOn, bool recordChange) {
+    bool wasOn = privacyModeOn;
+    m_settingsStore->update([&](PrivacyModeSettings &settings) {
+        wasOn = settings.isEnabled;
+        settings = {privacyModeOn, m_protectedDefinitionIDs};
+    });
+    Q_EMIT summariesChanged();
+    if (recordChange && wasOn != privacyModeOn)
+        recordEvent(
+            privacyModeOn ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
+            privacyModeOn ? u"Privacy Mode is on for this Mac."_s : u"Privacy Mode is off for this Mac."_s);
+    refreshInventoryPreview();
+}
+
+void MacProtectionRuntime::setProtectedDefinition(const QString &id, bool enabled) {
+    if (m_protectedDefinitionIDs.contains(id) == enabled)
+        return;
+    if (enabled)
+        m_protectedDefinitionIDs.insert(id);
+    else
+        m_protectedDefinitionIDs.remove(id);
+    saveSelection();
+
+    const auto found = std::find_if(m_catalog.definitions.cbegin(), m_catalog.definitions.cend(),
+                                    [&](const RiskAppDefinition &definition) { return definition.id == id; });
+    const QString name = found == m_catalog.definitions.cend() ? u"Protected app"_s : found->displayName;
+    const QString change = enabled ? u" added to Mac Privacy Mode."_s : u" removed from Mac Privacy Mode."_s;
+    recordEvent(MacProtectionEventKind::riskAppMatched, name + change, name);
+    refreshInventoryPreview();
+}
+
+void MacProtectionRuntime::applyRecommendedRiskApps() {
+    m_protectedDefinitionIDs = defaultDefinitionIDs();
+    saveSelection();
+    recordEvent(MacProtectionEventKind::riskAppMatched, u"Recommended Mac protected app list applied."_s);
+    refreshInventoryPreview();
+}
+
+void MacProtectionRuntime::setEnforceActions(bool enforceActions) {
+    m_enforceActions = enforceActions;
+    Q_EMIT enforceActionsChanged();
+    Q_EMIT summariesChanged();
+    m_defaults.setBoolean(enforceActionsKey, enforceActions);
+    configureRelaunchMonitor();
+    if (enforceActions)
+        recordEvent(MacProtectionEventKind::quitRequested,
+                    u"Mac app actions are enforcing for selected protected apps."_s);
+    else
+        recordEvent(MacProtectionEventKind::dryRun, u"Mac app actions switched to preview mode."_s);
+    runLiveCheck();
+}
+
+PrivacyModeRunResult MacProtectionRuntime::performCheck(bool dryRun) {
+    const qsizetype count = m_inventoryService->runningApps().size();
+    PrivacyModeController controller(m_catalog, m_inventoryService, m_actionPerformer, m_logStore, m_clock);
+    PrivacyModeRunResult result = controller.evaluateCurrentApps(m_settingsStore->load(), dryRun);
+    publishPreview(count, result.matches);
+    m_lastChecked = m_clock();
+    Q_EMIT lastCheckedChanged();
+    reloadRecentEvents();
+    return result;
+}
+
+void MacProtectionRuntime::refreshInventoryPreview() {
+    const QList<RunningMacApp> apps = m_inventoryService->runningApps();
+    const PrivacyModeSettings settings = m_settingsStore->load();
+    QList<RiskAppMatch> matches = m_catalog.matches(apps);
+    matches.removeIf([&](const RiskAppMatch &match) { return !settings.protects(match.definition); });
+    publishPreview(apps.size(), matches);
+}
+
+void MacProtectionRuntime::configureRelaunchMonitor() {
+    if (m_monitor)
+        m_monitor->stop();
+    // A queued call with a context object is dropped when the runtime has gone by then.
+    const auto refreshLater = [this](const MacProtectionEvent &) {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                reloadRecentEvents();
+                refreshInventoryPreview();
+            },
+            Qt::QueuedConnection);
+    };
+    m_monitor =
+        std::make_unique<RiskAppRelaunchMonitor>(m_catalog, m_settingsStore, m_actionPerformer, m_logStore,
+                                                 !m_enforceActions, refreshLater, m_workspace, m_clock);
+    m_monitor->start();
+    setMonitoring();
+}
+
+void MacProtectionRuntime::recordEvent(MacProtectionEventKind kind, const QString &message,
+                                       const std::optional<QString> &appName) {
+    m_logStore->append(MacProtectionEvent::create(m_clock(), kind, message, appName));
+    reloadRecentEvents();
+}
+
+void MacProtectionRuntime::reloadRecentEvents() {
+    m_recentEvents = m_logStore->recent(recentEventLimit);
+    Q_EMIT recentEventsChanged();
+}
+
+void MacProtectionRuntime::publishPreview(qint64 runningAppCount, const QList<RiskAppMatch> &matches) {
+    m_runningAppCount = runningAppCount;
+    Q_EMIT runningAppCountChanged();
+    m_matches = matches;
+    Q_EMIT matchesChanged();
+}
+
+void MacProtectionRuntime::setMonitoring() {
+    m_isMonitoring = true;
+    Q_EMIT isMonitoringChanged();
+    Q_EMIT summariesChanged();
+}
+
+void MacProtectionRuntime::saveSelection() {
+    Q_EMIT protectedDefinitionIDsChanged();
+    m_settingsStore->update([this](PrivacyModeSettings &settings) {
+        settings.protectedDefinitionIDs = m_protectedDefinitionIDs;
+    });
+}
+
+QSet<QString> MacProtectionRuntime::storedSelection() const {
+    const QSet<QString> stored = m_settingsStore->load().protectedDefinitionIDs;
+    return stored.isEmpty() ? defaultDefinitionIDs() : stored;
+}
+
+void MacProtectionRuntime::followOtherProcesses() {
+    connect(&m_defaults, &UserDefaults::changed, this, &MacProtectionRuntime::adoptStoredDefault,
+            Qt::UniqueConnection);
+    if (m_hasSettingsFile && !m_settingsWatch) {
+        m_settingsWatch = std::make_unique<FileWatch>(m_supportFolder + settingsFileName);
+        connect(m_settingsWatch.get(), &FileWatch::changed, this,
+                &MacProtectionRuntime::adoptStoredSelection);
+    }
+    if (m_hasLogFile && !m_logWatch) {
+        m_logWatch = std::make_unique<FileWatch>(m_supportFolder + logFileName);
+        connect(m_logWatch.get(), &FileWatch::changed, this, &MacProtectionRuntime::reloadRecentEvents);
+    }
+}
+
+void MacProtectionRuntime::adoptStoredSelection() {
+    // The settings change with every switch of our own too; only another selection is news. An empty one
+    // stays empty here: it counts as not yet chosen only when a program starts.
+    const QSet<QString> stored = m_settingsStore->load().protectedDefinitionIDs;
+    Q_EMIT summariesChanged();
+    if (stored == m_protectedDefinitionIDs)
+        return;
+    m_protectedDefinitionIDs = stored;
+    Q_EMIT protectedDefinitionIDsChanged();
+    refreshInventoryPreview();
+}
+
+void MacProtectionRuntime::adoptStoredDefault(const QString &key) {
+    // Whoever stored the value has recorded the change and run the check that goes with it.
+    if (key == enforceActionsKey) {
+        const bool stored = m_defaults.boolean(enforceActionsKey).value_or(false);
+        if (stored == m_enforceActions)
+            return;
+        m_enforceActions = stored;
+        Q_EMIT enforceActionsChanged();
+        configureRelaunchMonitor();
+    } else if (const QList<ModePreset> stored = loadModes(m_defaults); stored != m_modes) {
+        m_modes = stored;
+        Q_EMIT modesChanged();
+    }
+}
+
+} // namespace kestrin

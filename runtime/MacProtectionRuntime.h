@@ -1,0 +1,188 @@
+#pragma once
+
+#include "engine/PrivacyModeController.h"
+#include "engine/PrivacyModeSettingsStoring.h"
+#include "engine/RiskAppRelaunchMonitor.h"
+#include "runtime/UserDefaults.h"
+#include "shared/DomainRecords.h"
+
+#include <QObject>
+#include <QSet>
+#include <QUrl>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QTimer;
+
+namespace kestrin {
+
+class FileWatch;
+
+/// What the runtime stands on. The defaults are those of production.
+struct MacProtectionSurroundings {
+    /// Where the settings and the activity log are; empty for the user's own folder.
+    QString supportFolder;
+    /// Outlives the runtime; null for the platform's own.
+    Workspace *workspace = nullptr;
+    Clock clock = systemTime;
+    /// Null for the files in the support folder.
+    std::shared_ptr<PrivacyModeSettingsStoring> settingsStore;
+    std::shared_ptr<MacActivityLogStoring> logStore;
+};
+
+/// The one object between the engine and whoever shows and steers it, a window or a command line. It owns the
+/// stores, the services, the relaunch monitor and the schedule timer, publishes the state that is shown, and
+/// records what the user and the schedules change. Nothing reports an error. Main thread only; checks and
+/// file access are synchronous.
+///
+/// Once started it also follows what other processes store: the selection, the log and the user defaults.
+class MacProtectionRuntime : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QList<kestrin::MacProtectionEvent> recentEvents READ recentEvents NOTIFY recentEventsChanged)
+    Q_PROPERTY(bool isMonitoring READ isMonitoring NOTIFY isMonitoringChanged)
+    Q_PROPERTY(QList<kestrin::RiskAppMatch> matches READ matches NOTIFY matchesChanged)
+    Q_PROPERTY(qint64 runningAppCount READ runningAppCount NOTIFY runningAppCountChanged)
+    Q_PROPERTY(QStringList protectedDefinitionIDs READ sortedProtectedDefinitionIDs NOTIFY
+                   protectedDefinitionIDsChanged)
+    Q_PROPERTY(QList<kestrin::ModePreset> modes READ modes NOTIFY modesChanged)
+    Q_PROPERTY(bool enforceActions READ enforceActions WRITE setEnforceActions NOTIFY enforceActionsChanged)
+    Q_PROPERTY(QString monitorLabel READ monitorLabel NOTIFY summariesChanged)
+    Q_PROPERTY(QString lastCheckedLabel READ lastCheckedLabel NOTIFY lastCheckedChanged)
+    Q_PROPERTY(QList<kestrin::ProtectionDevice> devices READ devices NOTIFY summariesChanged)
+    Q_PROPERTY(qint64 enabledScheduleCount READ enabledScheduleCount NOTIFY modesChanged)
+    Q_PROPERTY(qint64 actionEventCount READ actionEventCount NOTIFY recentEventsChanged)
+
+  public:
+    using PrivacyModeSetter = std::function<void(bool)>;
+
+    /// Reads the stored state and computes a first preview. Saves nothing, records nothing, starts nothing.
+    /// `defaults` outlives the runtime.
+    explicit MacProtectionRuntime(UserDefaults &defaults, MacProtectionSurroundings surroundings = {},
+                                  QObject *parent = nullptr);
+    /// Stops the timer, then the monitor.
+    ~MacProtectionRuntime() override;
+
+    /// The folder "Kestrin" in the user's application-support directory. It need not exist.
+    static QUrl applicationSupportURL();
+
+    // State, as published
+
+    const QList<MacProtectionEvent> &recentEvents() const { return m_recentEvents; }
+    bool isMonitoring() const { return m_isMonitoring; }
+    const QList<RiskAppMatch> &matches() const { return m_matches; }
+    qint64 runningAppCount() const { return m_runningAppCount; }
+    const std::optional<QDateTime> &lastChecked() const { return m_lastChecked; }
+    const QSet<QString> &protectedDefinitionIDs() const { return m_protectedDefinitionIDs; }
+    QStringList sortedProtectedDefinitionIDs() const;
+    const QList<ModePreset> &modes() const { return m_modes; }
+    bool enforceActions() const { return m_enforceActions; }
+    const RiskAppCatalog &catalog() const { return m_catalog; }
+    const QString &supportFolder() const { return m_supportFolder; }
+    PrivacyModeSettingsStoring &settingsStore() const { return *m_settingsStore; }
+    MacActivityLogStoring &logStore() const { return *m_logStore; }
+    MacAppInventoryService &inventoryService() const { return *m_inventoryService; }
+
+    // Summaries, derived from the state at each call
+
+    QString monitorLabel() const;
+    QString lastCheckedLabel() const;
+    /// Loads the settings.
+    QList<ProtectionDevice> devices() const;
+    qint64 enabledScheduleCount() const;
+    qint64 actionEventCount() const;
+    Q_INVOKABLE QString diagnosticsText() const;
+
+    // Operations
+
+    /// Makes the flag that the caller keeps the saved one, starts the monitor and the schedules.
+    /// `setPrivacyMode` is called when a schedule wants another flag; it has to lead to updatePrivacyMode.
+    /// Calling `start` again replaces the callback and the monitor and leaves the timer alone.
+    void start(bool privacyModeOn, const PrivacyModeSetter &setPrivacyMode);
+    /// Only the callback of `start`, for callers that steer without monitoring.
+    void setPrivacyModeSetter(const PrivacyModeSetter &setPrivacyMode);
+    /// Saves the flag, records the change (if it is one, and if wanted) and refreshes the preview. Takes no
+    /// action.
+    void updatePrivacyMode(bool privacyModeOn, bool recordEvent);
+    Q_INVOKABLE void setProtectedDefinition(const QString &id, bool enabled);
+    /// Selects the whole default catalog.
+    Q_INVOKABLE void applyRecommendedRiskApps();
+    /// Stores the choice, replaces the monitor, records an event and runs a check, also when the value stays
+    /// the same.
+    void setEnforceActions(bool enforceActions);
+    /// One check that previews or enforces, as chosen.
+    Q_INVOKABLE void runLiveCheck() { performCheck(!m_enforceActions); }
+    /// The same with the choice made by the caller.
+    PrivacyModeRunResult performCheck(bool dryRun);
+    /// Counts and matches the running applications without acting or recording. Ignores whether Privacy Mode
+    /// is on.
+    void refreshInventoryPreview();
+    /// Replaces the monitor with one that previews or enforces as chosen now.
+    void configureRelaunchMonitor();
+
+    // Schedules
+
+    /// The seed presets with the stored switches.
+    static QList<ModePreset> loadModes(const UserDefaults &defaults);
+    Q_INVOKABLE void setMode(const QString &id, bool enabled);
+    /// What the enabled presets want at this moment's local time of day; absent when none has an opinion.
+    std::optional<bool> scheduledPrivacyModeState(const QDateTime &date) const;
+    /// Brings Privacy Mode to what the presets want, if that differs from the saved flag.
+    void evaluateSchedules(const QDateTime &date);
+    /// Evaluates now and every 60 seconds. Does nothing at all while the timer runs.
+    void startScheduleTimer();
+
+  Q_SIGNALS:
+    void recentEventsChanged();
+    void isMonitoringChanged();
+    void matchesChanged();
+    void runningAppCountChanged();
+    void lastCheckedChanged();
+    void protectedDefinitionIDsChanged();
+    void modesChanged();
+    void enforceActionsChanged();
+    /// A value derived from several others may be another one: monitorLabel, devices.
+    void summariesChanged();
+
+  private:
+    void recordEvent(MacProtectionEventKind kind, const QString &message,
+                     const std::optional<QString> &appName = std::nullopt);
+    void reloadRecentEvents();
+    void publishPreview(qint64 runningAppCount, const QList<RiskAppMatch> &matches);
+    void setMonitoring();
+    void saveSelection();
+    QSet<QString> storedSelection() const;
+    void followOtherProcesses();
+    void adoptStoredSelection();
+    void adoptStoredDefault(const QString &key);
+
+    QList<MacProtectionEvent> m_recentEvents;
+    bool m_isMonitoring = false;
+    QList<RiskAppMatch> m_matches;
+    qint64 m_runningAppCount = 0;
+    std::optional<QDateTime> m_lastChecked;
+    QSet<QString> m_protectedDefinitionIDs;
+    QList<ModePreset> m_modes;
+    bool m_enforceActions = false;
+
+    const Clock m_clock;
+    Workspace &m_workspace;
+    const QString m_supportFolder;
+    const RiskAppCatalog m_catalog;
+    const std::shared_ptr<MacAppInventoryService> m_inventoryService;
+    const std::shared_ptr<RiskAppActionPerforming> m_actionPerformer;
+    std::shared_ptr<PrivacyModeSettingsStoring> m_settingsStore;
+    std::shared_ptr<MacActivityLogStoring> m_logStore;
+    /// Present for the stores that are files of the support folder, once started.
+    std::unique_ptr<FileWatch> m_settingsWatch;
+    std::unique_ptr<FileWatch> m_logWatch;
+    bool m_hasSettingsFile = false;
+    bool m_hasLogFile = false;
+    UserDefaults &m_defaults;
+    std::unique_ptr<RiskAppRelaunchMonitor> m_monitor;
+    std::unique_ptr<QTimer> m_scheduleTimer;
+    PrivacyModeSetter m_privacyModeSetter;
+};
+
+} // namespace kestrin

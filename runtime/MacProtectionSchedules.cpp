@@ -1,0 +1,119 @@
+// The part of the runtime that switches Privacy Mode by time of day.
+
+#include "runtime/MacProtectionRuntime.h"
+
+#include "shared/KestrinSeedData.h"
+
+#include <QTimer>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace kestrin {
+
+namespace {
+
+const QString enabledModeIDsKey = u"kestrin.mac.enabledModeIDs"_s;
+
+QStringList enabledIDs(const QList<ModePreset> &modes) {
+    QStringList ids;
+    for (const ModePreset &mode : modes) {
+        if (mode.enabled)
+            ids.append(mode.id);
+    }
+    return ids;
+}
+
+/// Minutes of the local day.
+constexpr int clockMinute(int hour) {
+    return hour * 60;
+}
+
+int minuteOfDay(const QDateTime &date) {
+    const QTime time = date.toLocalTime().time();
+    return time.isValid() ? time.hour() * 60 + time.minute() : 0;
+}
+
+/// Presets that only people switch; they have no opinion of their own.
+bool isManual(const ModePreset &mode) {
+    return mode.id == u"manual" || mode.id == u"travel";
+}
+
+bool isActive(const ModePreset &mode, int minute) {
+    if (mode.id == u"sleep")
+        return minute < clockMinute(7) || minute >= clockMinute(23);
+    if (mode.id == u"away")
+        return minute >= clockMinute(8) && minute < clockMinute(18);
+    if (mode.id == u"focus")
+        return minute >= clockMinute(21) && minute < clockMinute(23);
+    return false;
+}
+
+} // namespace
+
+QList<ModePreset> MacProtectionRuntime::loadModes(const UserDefaults &defaults) {
+    QList<ModePreset> modes = KestrinSeedData::modes();
+    const QStringList enabled = defaults.stringArray(enabledModeIDsKey).value_or(enabledIDs(modes));
+    for (ModePreset &mode : modes)
+        mode.enabled = enabled.contains(mode.id);
+    return modes;
+}
+
+void MacProtectionRuntime::setMode(const QString &id, bool enabled) {
+    const auto mode = std::find_if(m_modes.begin(), m_modes.end(),
+                                   [&](const ModePreset &candidate) { return candidate.id == id; });
+    if (mode == m_modes.end() || mode->enabled == enabled)
+        return;
+    mode->enabled = enabled;
+    const QString name = mode->name;
+    Q_EMIT modesChanged();
+    m_defaults.setStringArray(enabledModeIDsKey, enabledIDs(m_modes));
+    recordEvent(enabled ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
+                name + (enabled ? u" enabled."_s : u" disabled."_s));
+    evaluateSchedules(m_clock());
+}
+
+std::optional<bool> MacProtectionRuntime::scheduledPrivacyModeState(const QDateTime &date) const {
+    const auto takesPart = [](const ModePreset &mode) { return mode.enabled && !isManual(mode); };
+    if (std::none_of(m_modes.cbegin(), m_modes.cend(), takesPart))
+        return std::nullopt;
+    const int minute = minuteOfDay(date);
+    return std::any_of(m_modes.cbegin(), m_modes.cend(),
+                       [&](const ModePreset &mode) { return takesPart(mode) && isActive(mode, minute); });
+}
+
+void MacProtectionRuntime::evaluateSchedules(const QDateTime &date) {
+    const std::optional<bool> wanted = scheduledPrivacyModeState(date);
+    if (!wanted || *wanted == m_settingsStore->load().isEnabled)
+        return;
+    recordEvent(*wanted ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
+                *wanted ? u"Schedule turned Privacy Mode on."_s : u"Schedule turned Privacy Mode off."_s);
+    if (m_privacyModeSetter)
+        m_privacyModeSetter(*wanted);
+    else
+        updatePrivacyMode(*wanted, true);
+}
+
+void MacProtectionRuntime::startScheduleTimer() {
+    if (m_scheduleTimer)
+        return;
+    m_scheduleTimer = std::make_unique<QTimer>();
+    m_scheduleTimer->setTimerType(Qt::PreciseTimer);
+    m_scheduleTimer->setInterval(60s);
+    // The tick only posts the work, so that it never runs in the middle of another operation.
+    connect(m_scheduleTimer.get(), &QTimer::timeout, this, [this] {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                adoptStoredSelection();
+                evaluateSchedules(m_clock());
+            },
+            Qt::QueuedConnection);
+    });
+    m_scheduleTimer->start();
+    evaluateSchedules(m_clock());
+}
+
+} // namespace kestrin

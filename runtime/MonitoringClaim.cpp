@@ -1,0 +1,35 @@
+#include "runtime/MonitoringClaim.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+QString lockPath(const QString &supportFolder) {
+    return supportFolder + u"/monitor.lock"_s;
+}
+
+} // namespace
+
+MonitoringClaim MonitoringClaim::make(const QString &supportFolder, const QString &program) {
+    QDir().mkpath(supportFolder);
+    const QString note = program + u", process "_s + QString::number(QCoreApplication::applicationPid());
+    MonitoringClaim claim;
+    claim.lock = FileLock::tryLockFile(lockPath(supportFolder), note.toUtf8());
+    if (!claim.lock)
+        claim.holder = currentHolder(supportFolder);
+    return claim;
+}
+
+std::optional<QString> MonitoringClaim::currentHolder(const QString &supportFolder) {
+    const std::optional<QByteArray> note = FileLock::holderOf(lockPath(supportFolder));
+    if (!note)
+        return std::nullopt;
+    return note->isEmpty() ? u"another program"_s : QString::fromUtf8(*note).trimmed();
+}
+
+} // namespace kestrin

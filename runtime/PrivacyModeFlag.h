@@ -1,0 +1,42 @@
+#pragma once
+
+#include "runtime/UserDefaults.h"
+
+namespace kestrin {
+
+class MacProtectionRuntime;
+
+/// The Privacy Mode flag of whoever shows or steers the runtime: it is kept in the user defaults (on, unless
+/// stored otherwise), and every change of it is handed to the runtime; once the runtime was started here,
+/// also the changes that other processes make.
+class PrivacyModeFlag : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool on READ isOn WRITE setOn NOTIFY changed)
+
+  public:
+    static const QString key;
+
+    /// Both outlive the flag. The runtime's setter is installed at once and removed with the flag.
+    PrivacyModeFlag(UserDefaults &defaults, MacProtectionRuntime &runtime, QObject *parent = nullptr);
+    ~PrivacyModeFlag() override;
+
+    bool isOn() const;
+    /// Hands the value to the runtime, also when it is the present one, which mends settings that disagree;
+    /// the runtime records a change only.
+    void setOn(bool on);
+    /// Starts the runtime with this flag.
+    void startRuntime();
+
+  Q_SIGNALS:
+    /// The runtime has already been told.
+    void changed();
+
+  private:
+    void follow(const QString &changedKey);
+
+    UserDefaults &m_defaults;
+    MacProtectionRuntime &m_runtime;
+    bool m_known;
+};
+
+} // namespace kestrin

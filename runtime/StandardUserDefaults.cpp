@@ -1,0 +1,28 @@
+#include "runtime/StandardUserDefaults.h"
+
+// The only place of the runtime that knows which platform this is.
+#ifdef __APPLE__
+#include "runtime/macos/NSUserDefaultsStore.h"
+#else
+#include "runtime/JSONUserDefaults.h"
+#endif
+
+namespace kestrin {
+
+std::unique_ptr<UserDefaults> standardUserDefaults() {
+#ifdef __APPLE__
+    return std::make_unique<NSUserDefaultsStore>();
+#else
+    return std::make_unique<JSONUserDefaults>(JSONUserDefaults::standardPath());
+#endif
+}
+
+QString standardUserDefaultsLocation() {
+#ifdef __APPLE__
+    return QStringLiteral("the application's user defaults");
+#else
+    return JSONUserDefaults::standardPath();
+#endif
+}
+
+} // namespace kestrin

@@ -1,0 +1,41 @@
+// The labels, counts and lists that are derived from the runtime's state. Pure functions: who knows the state
+// in another way, such as a command line beside a running application, asks them directly.
+#pragma once
+
+#include "engine/MacProtectionEvent.h"
+#include "shared/DomainRecords.h"
+
+#include <QList>
+
+namespace kestrin {
+
+/// "Off", "Enforcing" or "Preview".
+QString monitorLabelFor(bool isMonitoring, bool enforceActions);
+
+/// "Enforcing" or "Preview".
+QString actionsLabelFor(bool enforceActions);
+
+/// The local time of day in the user's short style, or "Not checked yet".
+QString lastCheckedLabelFor(const std::optional<QDateTime> &lastChecked);
+
+/// This Mac, the iPhone and the watch.
+QList<ProtectionDevice> devicesFor(bool isEnabled, bool enforceActions);
+
+qint64 enabledScheduleCountOf(const QList<ModePreset> &modes);
+
+/// How many of the events tell of an action: a request, a preview or a failure.
+qint64 actionEventCountOf(const QList<MacProtectionEvent> &events);
+
+/// What a diagnostics report tells.
+struct DiagnosticsValues {
+    bool isMonitoring = false;
+    bool enforceActions = false;
+    qsizetype protectedDefinitionCount = 0;
+    qint64 runningAppCount = 0;
+    qsizetype matchCount = 0;
+};
+
+/// Five lines, without a line break at the end.
+QString diagnosticsTextFor(const DiagnosticsValues &values);
+
+} // namespace kestrin
