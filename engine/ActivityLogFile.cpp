@@ -15,9 +15,6 @@ namespace {
 
 static_assert(logTextSpare >= static_cast<qsizetype>(simdjson::SIMDJSON_PADDING));
 
-/// Large enough that the work on its edges does not count, small enough for the second-level cache.
-constexpr std::size_t windowSize = 128 * 1024;
-
 /// Checks events and keeps the first ones, through as many texts as it takes.
 class EventReader {
   public:
@@ -66,8 +63,9 @@ bool read(json::od::value &value, const json::ReadContext &context, EventReader 
 /// that every cut was right.
 class WindowedFile {
   public:
-    explicit WindowedFile(int descriptor)
+    WindowedFile(int descriptor, std::size_t windowSize)
         : m_descriptor(descriptor)
+        , m_windowSize(windowSize)
         , m_buffer(std::make_unique_for_overwrite<char[]>(windowSize + simdjson::SIMDJSON_PADDING)) {}
     WindowedFile(const WindowedFile &) = delete;
     WindowedFile &operator=(const WindowedFile &) = delete;
@@ -95,8 +93,8 @@ class WindowedFile {
   private:
     /// Fills the window up, or up to the end of the file. False when the file cannot be read.
     bool fill() {
-        while (m_used < windowSize) {
-            const ssize_t got = ::read(m_descriptor, m_buffer.get() + m_used, windowSize - m_used);
+        while (m_used < m_windowSize) {
+            const ssize_t got = ::read(m_descriptor, m_buffer.get() + m_used, m_windowSize - m_used);
             if (got < 0 && errno == EINTR)
                 continue;
             m_atEnd = got == 0;
@@ -114,6 +112,7 @@ class WindowedFile {
     }
 
     int m_descriptor;
+    std::size_t m_windowSize;
     std::unique_ptr<char[]> m_buffer;
     std::size_t m_used = 0;
     bool m_atEnd = false;
@@ -121,13 +120,14 @@ class WindowedFile {
 
 } // namespace
 
-std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit) {
+std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit,
+                                                          std::size_t windowSize) {
     qint64 size = 0;
     const int descriptor = openForReading(path, size);
     if (descriptor < 0)
         return std::nullopt;
     EventReader reader(limit);
-    if (WindowedFile(descriptor).readWith(reader))
+    if (WindowedFile(descriptor, windowSize).readWith(reader))
         return reader.takeEvents();
 
     // Malformed, or laid out so that it cannot be cut: the text as a whole decides.

@@ -10,8 +10,9 @@
 namespace kestrin {
 
 /// The newest `limit` events of the file; none when the file is missing or anything in it is malformed. The
-/// whole file is checked, in pieces that stay in the processor's cache.
-std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit);
+/// whole file is checked, in windows that stay in the processor's cache.
+std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit,
+                                                          std::size_t windowSize = 128 * 1024);
 
 /// Checks or reads a complete log. At least `logTextSpare` bytes behind the end of `text` must be readable.
 bool isActivityLog(const QByteArray &text);

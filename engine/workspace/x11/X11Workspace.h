@@ -5,8 +5,8 @@
 
 namespace kestrin {
 
-/// An application is a process with at least one window that a task bar would show. Opens the display lazily, on the
-/// first call; when the X server has gone away the next call tries again. Main thread only.
+/// An application is a process with at least one window that a task bar would show. Opens the display lazily,
+/// on the first call; when the X server has gone away the next call tries again. Main thread only.
 class X11Workspace final : public Workspace {
   public:
     /// `display` names the X display, "" the one in the environment (DISPLAY).

@@ -1,0 +1,28 @@
+// Who an application is: the name that its user knows, and a stable identifier.
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace kestrin {
+
+class DesktopEntryIndex;
+struct ProcessIdentity;
+struct WindowFacts;
+
+struct ApplicationIdentity {
+    /// Empty when nothing tells it.
+    QString name;
+    /// The catalog's bundle identifier for what the catalog knows, else the desktop-file id; absent when the
+    /// application has no desktop entry.
+    std::optional<QString> identifier;
+
+    /// From the window that stands for the application, and its process.
+    static ApplicationIdentity of(const WindowFacts &window, const ProcessIdentity &process,
+                                  DesktopEntryIndex &entries);
+
+    bool operator==(const ApplicationIdentity &) const = default;
+};
+
+} // namespace kestrin

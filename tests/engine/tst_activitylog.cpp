@@ -1,0 +1,419 @@
+// The activity log: its order, its file, and what becomes of it when things break.
+
+#include "engine/ActivityLogFile.h"
+#include "engine/JSONMacActivityLogStore.h"
+#include "foundation/FileLock.h"
+#include "tests/support/Samples.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+
+namespace {
+
+constexpr auto validEvent =
+    R"({"id":"6ba7b810-9dad-11d1-80b4-00c04fd430c8","date":"2026-03-14T09:26:53Z","kind":"dryRun","message":"Old."})";
+
+QByteArray contents(const QString &path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+}
+
+void write(const QString &path, const QByteArray &text) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(text), text.size());
+}
+
+QStringList ids(const QList<MacProtectionEvent> &events) {
+    QStringList list;
+    for (const MacProtectionEvent &event : events)
+        list.append(event.id.toString(QUuid::WithoutBraces));
+    return list;
+}
+
+} // namespace
+
+class ActivityLogTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void init();
+    void newestFirst_data();
+    void newestFirst();
+    void negativeLimitStopsTheProgram();
+    void fileFormat();
+    void timesAndIdentities();
+    void unusualTexts();
+    void malformedFiles_data();
+    void malformedFiles();
+    void otherLayoutsAreKept_data();
+    void otherLayoutsAreKept();
+    void windowsAgreeWithTheWhole();
+    void hundredThousandEvents();
+    void ownerOnly();
+    void symbolicLinks();
+    void unusablePlaces_data();
+    void unusablePlaces();
+    void fullDisk();
+    void fileSizeLimit();
+    void killedWhileAppending();
+    void twoWriters();
+    void stoppedLockHolder();
+
+  private:
+    QString path() const { return m_folder->filePath(u"a/b/activity-log.json"_s); }
+    JSONMacActivityLogStore store() const { return JSONMacActivityLogStore(QUrl::fromLocalFile(path())); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void ActivityLogTest::init() {
+    m_folder = std::make_unique<QTemporaryDir>();
+}
+
+void ActivityLogTest::newestFirst_data() {
+    QTest::addColumn<bool>("inMemory");
+    QTest::newRow("in memory") << true;
+    QTest::newRow("in a file") << false;
+}
+
+void ActivityLogTest::newestFirst() {
+    QFETCH(bool, inMemory);
+    std::shared_ptr<MacActivityLogStoring> log = std::make_shared<InMemoryMacActivityLogStore>();
+    if (!inMemory)
+        log = std::make_shared<JSONMacActivityLogStore>(QUrl::fromLocalFile(path()));
+    QVERIFY(log->recent(10).isEmpty());
+    for (const auto &message : {u"A"_s, u"B"_s, u"C"_s})
+        log->append(samples::event(message));
+    QCOMPARE(samples::messages(log->recent(2)), (QStringList{u"C"_s, u"B"_s}));
+    QCOMPARE(samples::messages(log->recent(10)), (QStringList{u"C"_s, u"B"_s, u"A"_s}));
+    QVERIFY(log->recent(0).isEmpty());
+}
+
+void ActivityLogTest::negativeLimitStopsTheProgram() {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        rlimit noCore{0, 0};
+        ::setrlimit(RLIMIT_CORE, &noCore);
+        ::signal(SIGABRT, SIG_DFL);
+        ::close(STDERR_FILENO);
+        store().recent(-1);
+        ::_exit(0);
+    }
+    int status = 0;
+    QCOMPARE(::waitpid(child, &status, 0), child);
+    QVERIFY(!WIFEXITED(status) || WEXITSTATUS(status) != 0);
+}
+
+void ActivityLogTest::fileFormat() {
+    auto event = samples::event(u"Hello."_s);
+    store().append(event);
+    const QByteArray text = contents(path());
+    QVERIFY(text.startsWith("[{") && text.endsWith("}]") && !text.contains('\n') && !text.contains(": "));
+    QVERIFY(text.contains(R"("date":"2026-03-14T09:26:53Z")"));
+    QVERIFY(text.contains("\"id\":\"" + event.id.toString(QUuid::WithoutBraces).toLatin1() + '"'));
+    QVERIFY(!text.contains("appName") && !text.contains("bundleIdentifier"));
+    store().append(samples::event(u"Second."_s));
+    QCOMPARE(QJsonDocument::fromJson(contents(path())).array().size(), 2);
+}
+
+void ActivityLogTest::timesAndIdentities() {
+    const auto event = samples::event(u"Hello."_s);
+    QCOMPARE(event.date.time().msec(), 589);
+    store().append(event);
+    const auto stored = store().recent(1).first();
+    QVERIFY(stored != event);
+    QCOMPARE(stored.id, event.id);
+    QCOMPARE(stored.date, event.date.addMSecs(-589));
+    write(path(), contents(path()).replace(ids({event}).first().toLatin1(),
+                                           ids({event}).first().toUpper().toLatin1()));
+    QCOMPARE(store().recent(1), QList{stored});
+}
+
+void ActivityLogTest::unusualTexts() {
+    auto event = samples::event(u"\"},{\" \\ \u0000 \n \u202e \U0001f3a5 "_s);
+    event.appName = u""_s;
+    event.bundleIdentifier = QString(1, QChar(0xd800)); // half a character
+    store().append(event);
+    store().append(samples::event(u"Next."_s));
+    const auto stored = store().recent(2).last();
+    QCOMPARE(stored.message, event.message);
+    QCOMPARE(stored.appName, u""_s);
+    QCOMPARE(stored.bundleIdentifier, QString(1, QChar::ReplacementCharacter));
+}
+
+void ActivityLogTest::malformedFiles_data() {
+    QTest::addColumn<QByteArray>("text");
+    const auto with = [](const char *before, const char *after) {
+        return '[' + QByteArray(validEvent) + ',' + QByteArray(validEvent).replace(before, after) + ']';
+    };
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("object") << QByteArray(validEvent);
+    QTest::newRow("cut short") << '[' + QByteArray(validEvent);
+    QTest::newRow("trailing comma") << '[' + QByteArray(validEvent) + ",]";
+    QTest::newRow("missing comma") << '[' + QByteArray(validEvent) + validEvent + ']';
+    QTest::newRow("more behind") << '[' + QByteArray(validEvent) + "]]";
+    QTest::newRow("unknown kind") << with("dryRun", "dryrun");
+    QTest::newRow("missing message") << with(R"(,"message":"Old.")", "");
+    QTest::newRow("number for text") << with(R"("Old.")", "7");
+    QTest::newRow("date with an offset") << with("53Z", "53+00:00");
+    QTest::newRow("date with fractions") << with("53Z", "53.5Z");
+    QTest::newRow("day that does not exist") << with("2026-03-14", "2026-02-29");
+    QTest::newRow("hour that does not exist") << with("T09", "T24");
+    QTest::newRow("short id") << with("00c04fd430c8", "00c04fd430c");
+    QTest::newRow("id with another letter") << with("00c04fd430c8", "00c04fd430cg");
+    QTest::newRow("invalid UTF-8") << with("Old.", "\xc3\x28");
+    QTest::newRow("raw control character") << with("Old.", "a\x01");
+    QTest::newRow("half a character") << with("Old.", R"(\ud800)");
+    QTest::newRow("duplicate key, second wrong")
+        << with(R"("message")", R"("message":"x","kind":"x","message")");
+    QTest::newRow("malformed unknown value") << with("{", R"({"x":{"y":nul},)");
+    QTest::newRow("endless depth") << with("{", R"({"x":[[[[)");
+    QTest::newRow("binary") << QByteArray(5000, '\0');
+}
+
+void ActivityLogTest::malformedFiles() {
+    QFETCH(QByteArray, text);
+    QDir().mkpath(QFileInfo(path()).path());
+    write(path(), text);
+    QVERIFY(store().recent(8).isEmpty());
+    QCOMPARE(contents(path()), text);
+    store().append(samples::event(u"New."_s));
+    QCOMPARE(samples::messages(store().recent(8)), QStringList{u"New."_s});
+}
+
+void ActivityLogTest::otherLayoutsAreKept_data() {
+    QTest::addColumn<QByteArray>("text");
+    const QByteArray event(validEvent);
+    QTest::newRow("indented") << "[\n  " + QByteArray(event).replace(",", ",\n ") + "\n]\n";
+    QTest::newRow("spaces") << " [ " + event + " ] ";
+    QTest::newRow("unknown keys") << '[' + QByteArray(event).replace("{", R"({"x":[1e400,{"kind":null}],)") +
+                                         ']';
+    QTest::newRow("null for absent") << '[' + QByteArray(event).replace("{", R"({"appName":null,)") + ']';
+    QTest::newRow("duplicate key, last one counts")
+        << '[' + QByteArray(event).replace(R"("message")", R"("message":"x","message")") + ']';
+    QTest::newRow("escapes")
+        << '[' + QByteArray(event).replace("kind", "k\\u0069nd").replace("dryRun", "dry\\u0052un") + ']';
+    QTest::newRow("no event") << QByteArray("[ ]");
+}
+
+void ActivityLogTest::otherLayoutsAreKept() {
+    QFETCH(QByteArray, text);
+    QDir().mkpath(QFileInfo(path()).path());
+    write(path(), text);
+    const QStringList old = text.size() < 10 ? QStringList{} : QStringList{u"Old."_s};
+    QCOMPARE(samples::messages(store().recent(8)), old);
+    store().append(samples::event(u"New."_s));
+    QCOMPARE(samples::messages(store().recent(8)), QStringList{u"New."_s} + old);
+    QVERIFY(!contents(path()).contains('\n'));
+}
+
+void ActivityLogTest::windowsAgreeWithTheWhole() {
+    // Texts full of what a window could be cut at by mistake, in windows so small that every cut is tried.
+    QList<MacProtectionEvent> events;
+    for (int i = 0; i < 300; ++i)
+        events.append(samples::event(
+            QStringList{u"},{"_s, u"a},{b"_s, u"\"},{\""_s, u"\\"_s, u""_s, u"[{]}"_s}.at(i % 6)));
+    QDir().mkpath(QFileInfo(path()).path());
+    QByteArray text = encodeJson(events);
+    for (const bool broken : {false, true}) {
+        if (broken)
+            text.replace(text.size() - 40, 1, "\x01");
+        write(path(), text);
+        for (std::size_t window = 150; window < 1200; window += 7) {
+            const auto read = readNewestEvents(path(), 1000, window);
+            QCOMPARE(read.has_value(), !broken);
+            if (read)
+                QCOMPARE(ids(*read), ids(events));
+        }
+    }
+}
+
+void ActivityLogTest::hundredThousandEvents() {
+    QDir().mkpath(QFileInfo(path()).path());
+    QByteArray text = "[";
+    const QByteArray event = encodeJson(samples::event(u"Zoom matches Zoom risk categories: Camera."_s));
+    for (int i = 0; i < 100'000; ++i)
+        text += event + ',';
+    text.back() = ']';
+    write(path(), text);
+    store().append(samples::event(u"New."_s));
+    QCOMPARE(store().recent(200'000).size(), 100'001);
+    QCOMPARE(store().recent(1).first().message, u"New."_s);
+    // One wrong byte near the end empties it.
+    text = contents(path());
+    text[text.size() - 100] = '\x02';
+    write(path(), text);
+    QVERIFY(store().recent(8).isEmpty());
+}
+
+void ActivityLogTest::ownerOnly() {
+    const mode_t before = ::umask(0);
+    store().append(samples::event(u"A"_s));
+    ::umask(before);
+    struct stat status {};
+    QCOMPARE(::stat(QFile::encodeName(path()).constData(), &status), 0);
+    QCOMPARE(status.st_mode & 0777U, 0600U);
+    // A file that somebody opened up is closed again by the next write.
+    ::chmod(QFile::encodeName(path()).constData(), 0666);
+    store().append(samples::event(u"B"_s));
+    QCOMPARE(::stat(QFile::encodeName(path()).constData(), &status), 0);
+    QCOMPARE(status.st_mode & 0777U, 0600U);
+    QCOMPARE(QDir(QFileInfo(path()).path()).entryList(QDir::Files | QDir::Hidden),
+             QStringList{u"activity-log.json"_s});
+}
+
+void ActivityLogTest::symbolicLinks() {
+    const QString folder = QFileInfo(path()).path();
+    QDir().mkpath(folder);
+    const QString elsewhere = m_folder->filePath(u"elsewhere.json"_s);
+    // A broken link is replaced, a whole one is followed.
+    QVERIFY(QFile::link(elsewhere, path()));
+    store().append(samples::event(u"A"_s));
+    QVERIFY(!QFileInfo(path()).isSymLink() && !QFile::exists(elsewhere));
+    QVERIFY(QFile::rename(path(), elsewhere) && QFile::link(elsewhere, path()));
+    store().append(samples::event(u"B"_s));
+    QVERIFY(QFileInfo(path()).isSymLink());
+    QCOMPARE(samples::messages(store().recent(8)), (QStringList{u"B"_s, u"A"_s}));
+}
+
+void ActivityLogTest::unusablePlaces_data() {
+    QTest::addColumn<QString>("place");
+    for (const char *place : {"a directory", "a file for the folder", "a fifo", "a read-only folder"})
+        QTest::newRow(place) << QString::fromLatin1(place);
+}
+
+void ActivityLogTest::unusablePlaces() {
+    QFETCH(QString, place);
+    const QString folder = QFileInfo(path()).path();
+    const QByteArray name = QFile::encodeName(path());
+    const auto owner = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    if (place == u"a directory") {
+        QVERIFY(QDir().mkpath(path() + u"/full"_s));
+    } else if (place == u"a file for the folder") {
+        QVERIFY(QDir().mkpath(QFileInfo(folder).path()));
+        write(folder, "I am a file.");
+    } else if (place == u"a fifo") {
+        QVERIFY(QDir().mkpath(folder));
+        QCOMPARE(::mkfifo(name.constData(), 0600), 0);
+    } else {
+        if (::geteuid() == 0)
+            QSKIP("root may write into read-only folders");
+        store().append(samples::event(u"Old."_s));
+        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+    }
+    const auto before = store().recent(8);
+    store().append(samples::event(u"A"_s)); // neither hangs nor crashes
+    if (place != u"a fifo")
+        QCOMPARE(store().recent(8), before);
+    if (place == u"a read-only folder")
+        QVERIFY(QFile::setPermissions(folder, owner));
+    QVERIFY(!QFile::exists(path() + u".new"_s));
+}
+
+void ActivityLogTest::fullDisk() {
+    const QByteArray mountPoint = QFile::encodeName(m_folder->filePath(u"a"_s));
+    QVERIFY(QDir().mkpath(m_folder->filePath(u"a"_s)));
+    if (::mount("none", mountPoint.constData(), "tmpfs", 0, "size=64k") != 0)
+        QSKIP("mounting a small file system needs root");
+    const QString longText(2000, u'x');
+    QByteArray before;
+    bool full = false;
+    for (int i = 0; i < 100 && !full; ++i) {
+        before = contents(path());
+        store().append(samples::event(longText));
+        full = contents(path()) == before;
+    }
+    const bool temporaryLeft = QFile::exists(path() + u".new"_s);
+    const qsizetype readable = store().recent(100).size();
+    ::umount2(mountPoint.constData(), MNT_DETACH);
+    QVERIFY(full);
+    QVERIFY(!temporaryLeft);
+    QVERIFY(readable > 3);
+}
+
+void ActivityLogTest::fileSizeLimit() {
+    // The same without root: the process may not write files above 20 kB.
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{20'000, before.rlim_max};
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    for (int i = 0; i < 20; ++i)
+        store().append(samples::event(QString(2000, u'x')));
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    const qsizetype stored = store().recent(100).size();
+    QVERIFY2(stored > 5 && stored < 10, qPrintable(QString::number(stored)));
+    QVERIFY(!QFile::exists(path() + u".new"_s));
+}
+
+void ActivityLogTest::killedWhileAppending() {
+    QStringList acknowledged;
+    for (int round = 0; round < 300; ++round) {
+        // A log that grows for ever makes the rounds slower, not better.
+        if (round % 50 == 0) {
+            QFile::remove(path());
+            acknowledged.clear();
+        }
+        QProcess worker;
+        worker.start(QStringLiteral(APPEND_WORKER), {path(), u"0"_s});
+        QVERIFY(worker.waitForReadyRead());
+        QTest::qSleep(QRandomGenerator::global()->bounded(6));
+        worker.kill();
+        QVERIFY(worker.waitForFinished());
+        // A line that was cut short was not acknowledged.
+        QByteArray lines = worker.readAllStandardOutput();
+        lines.truncate(lines.lastIndexOf('\n') + 1);
+        for (const QByteArray &line : lines.split('\n')) {
+            if (!line.isEmpty())
+                acknowledged.append(QString::fromLatin1(line));
+        }
+        const auto text = readNewestEvents(path(), 1'000'000);
+        QVERIFY2(text, "the file does not read after a kill");
+        const QStringList stored = ids(*text);
+        const QSet<QString> storedSet(stored.cbegin(), stored.cend());
+        for (const QString &id : std::as_const(acknowledged))
+            QVERIFY2(storedSet.contains(id), "an acknowledged event is lost");
+    }
+    store().append(samples::event(u"After."_s));
+    QVERIFY(!QFile::exists(path() + u".new"_s));
+}
+
+void ActivityLogTest::twoWriters() {
+    QProcess first;
+    QProcess second;
+    first.start(QStringLiteral(APPEND_WORKER), {path(), u"500"_s});
+    second.start(QStringLiteral(APPEND_WORKER), {path(), u"500"_s});
+    QVERIFY(first.waitForFinished(120'000) && second.waitForFinished(120'000));
+    QCOMPARE(store().recent(2000).size(), 1000);
+}
+
+void ActivityLogTest::stoppedLockHolder() {
+    using namespace std::chrono_literals;
+    const QString folder = m_folder->path();
+    const auto lock = FileLock::lockFolder(folder, 0ms);
+    QVERIFY(lock);
+    QVERIFY(!FileLock::lockFolder(folder, 20ms));
+    QVERIFY(!FileLock::lockFolder(folder + u"/missing"_s, 0ms));
+}
+
+QTEST_GUILESS_MAIN(ActivityLogTest)
+#include "tst_activitylog.moc"

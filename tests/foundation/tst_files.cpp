@@ -1,0 +1,69 @@
+// Watching files and locking between processes.
+
+#include "foundation/FileLock.h"
+#include "foundation/FileWatch.h"
+#include "foundation/PrivateFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+
+class FilesTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void watchTellsEveryKindOfChange();
+    void fileLockAndItsNote();
+};
+
+void FilesTest::watchTellsEveryKindOfChange() {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"new/file.json"_s);
+    FileWatch watch(path); // makes the folder
+    QSignalSpy spy(&watch, &FileWatch::changed);
+
+    QVERIFY(replacePrivateFile(path, {"created"}));
+    QTRY_COMPARE(spy.size(), 1);
+    QVERIFY(replacePrivateFile(path, {"repl", "aced"}));
+    QTRY_COMPARE(spy.size(), 2);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::Append) && file.write(" in place") > 0);
+    file.close();
+    QTRY_COMPARE(spy.size(), 3);
+    QVERIFY(QFile::remove(path));
+    QTRY_COMPARE(spy.size(), 4);
+    QVERIFY(replacePrivateFile(path, {"again"}));
+    QTRY_COMPARE(spy.size(), 5);
+    // Neighbours are none of its business.
+    QVERIFY(replacePrivateFile(folder.filePath(u"new/other.json"_s), {"x"}));
+    QTest::qWait(50);
+    QCOMPARE(spy.size(), 5);
+}
+
+void FilesTest::fileLockAndItsNote() {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"monitor.lock"_s);
+    QCOMPARE(FileLock::holderOf(path), std::nullopt);
+    {
+        const auto lock = FileLock::tryLockFile(path, "first");
+        QVERIFY(lock);
+        struct stat status {};
+        QCOMPARE(::stat(QFile::encodeName(path).constData(), &status), 0);
+        QCOMPARE(status.st_mode & 0777U, 0600U);
+        QVERIFY(!FileLock::tryLockFile(path, "second"));
+        QCOMPARE(FileLock::holderOf(path), QByteArray("first"));
+    }
+    QCOMPARE(FileLock::holderOf(path), std::nullopt);
+    QVERIFY(FileLock::tryLockFile(path, "x"));
+    QVERIFY(!FileLock::tryLockFile(folder.filePath(u"missing/monitor.lock"_s), "x"));
+}
+
+QTEST_GUILESS_MAIN(FilesTest)
+#include "tst_files.moc"

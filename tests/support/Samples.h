@@ -1,0 +1,39 @@
+// Values that many tests need.
+#pragma once
+
+#include "engine/MacProtectionEvent.h"
+#include "engine/RiskAppCatalog.h"
+#include "engine/workspace/Workspace.h"
+
+namespace kestrin::samples {
+
+using namespace Qt::StringLiterals;
+
+inline RunningMacApp app(const QString &name, qint32 processIdentifier = 100,
+                         const std::optional<QString> &bundleIdentifier = std::nullopt) {
+    return {processIdentifier, name, bundleIdentifier, std::nullopt};
+}
+
+inline WorkspaceApplication running(const QString &name, qint32 processIdentifier,
+                                    const std::optional<QString> &bundleIdentifier = std::nullopt) {
+    return {ActivationPolicy::regular, name, processIdentifier, bundleIdentifier, std::nullopt};
+}
+
+inline MacProtectionEvent event(const QString &message) {
+    return MacProtectionEvent::create(QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 589), Qt::UTC),
+                                      MacProtectionEventKind::dryRun, message);
+}
+
+inline QStringList messages(const QList<MacProtectionEvent> &events) {
+    QStringList texts;
+    for (const MacProtectionEvent &event : events)
+        texts.append(event.message);
+    return texts;
+}
+
+inline QString definitionID(const RiskAppCatalog &catalog, const RunningMacApp &app) {
+    const auto definition = catalog.definition(app);
+    return definition ? definition->id : u"none"_s;
+}
+
+} // namespace kestrin::samples
