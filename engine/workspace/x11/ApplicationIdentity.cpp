@@ -21,12 +21,6 @@ QString idOfDesktopFile(const QString &idOrPath) {
     return id;
 }
 
-/// The window of a site that a browser shows as an application. It names its site where others name
-/// themselves.
-bool isSiteWindow(const WindowFacts &window) {
-    return window.instanceName.startsWith("crx_"_L1);
-}
-
 Found findEntry(const WindowFacts &window, const QString &sandboxId, DesktopEntryIndex &entries) {
     const auto byId = [&entries](const QString &id) {
         Found found = entries.withId(id);
@@ -37,7 +31,7 @@ Found findEntry(const WindowFacts &window, const QString &sandboxId, DesktopEntr
         if (Found found = byId(id))
             return found;
     }
-    const QString instance = isSiteWindow(window) ? QString() : window.instanceName;
+    const QString instance = window.isSite() ? QString() : window.instanceName;
     for (const QString &name : {window.className, instance}) {
         if (Found found = entries.withWindowClass(name))
             return found;

@@ -46,6 +46,10 @@ bool WindowFacts::isNamed() const {
            !kdeDesktopFile.isEmpty();
 }
 
+bool WindowFacts::isSite() const {
+    return instanceName.startsWith(QLatin1StringView("crx_"));
+}
+
 void WindowFacts::takeWindowClass(const RawProperty &property) {
     if (property.format != 8)
         return;

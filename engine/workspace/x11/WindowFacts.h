@@ -48,6 +48,9 @@ struct WindowFacts {
     bool isRegular() const { return hasShownType && !skipsTaskbar; }
     /// Whether the window says whose it is.
     bool isNamed() const;
+    /// The window of a site that a browser shows as an application. It names its site where others name
+    /// themselves.
+    bool isSite() const;
 
     void takeWindowClass(const RawProperty &property);
     void takeWindowType(const RawProperty &property, const X11Atoms &atoms);
