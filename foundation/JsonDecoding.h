@@ -51,10 +51,14 @@ inline QString toQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-/// Whether an ignored value is well-formed all the way down. On-Demand alone would skip it unread.
-bool isWellFormed(od::value value, const ReadContext &context);
+/// How deep ignored values may nest. Reading them is recursive, and a file must not be able to use up the
+/// stack.
+inline constexpr int maximumDepth = 512;
 
-inline bool isWellFormedObject(od::value &value, const ReadContext &context) {
+/// Whether an ignored value is well-formed all the way down. On-Demand alone would skip it unread.
+bool isWellFormed(od::value value, const ReadContext &context, int depthLeft = maximumDepth);
+
+inline bool isWellFormedObject(od::value &value, const ReadContext &context, int depthLeft) {
     od::object object;
     if (value.get_object().get(object) != simdjson::SUCCESS)
         return false;
@@ -62,19 +66,20 @@ inline bool isWellFormedObject(od::value &value, const ReadContext &context) {
         od::field field;
         std::string_view key;
         if (std::move(result).get(field) != simdjson::SUCCESS ||
-            field.unescaped_key().get(key) != simdjson::SUCCESS || !isWellFormed(field.value(), context))
+            field.unescaped_key().get(key) != simdjson::SUCCESS ||
+            !isWellFormed(field.value(), context, depthLeft))
             return false;
     }
     return true;
 }
 
-inline bool isWellFormedArray(od::value &value, const ReadContext &context) {
+inline bool isWellFormedArray(od::value &value, const ReadContext &context, int depthLeft) {
     od::array array;
     if (value.get_array().get(array) != simdjson::SUCCESS)
         return false;
     for (auto result : array) {
         od::value element;
-        if (std::move(result).get(element) != simdjson::SUCCESS || !isWellFormed(element, context))
+        if (std::move(result).get(element) != simdjson::SUCCESS || !isWellFormed(element, context, depthLeft))
             return false;
     }
     return true;
@@ -87,13 +92,13 @@ inline std::string_view trimmedToken(od::value &value) {
     return token;
 }
 
-inline bool isWellFormed(od::value value, const ReadContext &context) {
+inline bool isWellFormed(od::value value, const ReadContext &context, int depthLeft) {
     const std::string_view token = trimmedToken(value);
     switch (token.empty() ? '\0' : token.front()) {
     case '{':
-        return isWellFormedObject(value, context);
+        return depthLeft > 0 && isWellFormedObject(value, context, depthLeft - 1);
     case '[':
-        return isWellFormedArray(value, context);
+        return depthLeft > 0 && isWellFormedArray(value, context, depthLeft - 1);
     case '"': {
         std::string_view text;
         return anyString(value, context, text);

@@ -16,9 +16,21 @@
 
 namespace kestrin {
 
-/// The text without lone surrogates, which no JSON reader would accept back.
+/// The text with a replacement character for each lone surrogate, which no JSON reader would accept back.
+/// Qt's own conversion drops one at the end.
 inline QString wellFormed(const QString &text) {
-    return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
+    if (text.isValidUtf16())
+        return text;
+    QString whole = text;
+    for (qsizetype i = 0; i < whole.size(); ++i) {
+        const bool isPair =
+            whole[i].isHighSurrogate() && i + 1 < whole.size() && whole[i + 1].isLowSurrogate();
+        if (isPair)
+            ++i;
+        else if (whole[i].isSurrogate())
+            whole[i] = QChar::ReplacementCharacter;
+    }
+    return whole;
 }
 
 inline QJsonValue toJsonValue(bool value) {

@@ -16,6 +16,10 @@ struct RawValue {
     std::string_view text;
 };
 
+// Clang 14 does not find this by itself.
+template <typename Enumeration>
+RawValue(Enumeration, std::string_view) -> RawValue<Enumeration>;
+
 /// Specialised beside an enumeration: `static constexpr std::array entries` of RawValue, in case order.
 template <typename Enumeration>
 struct RawValues;

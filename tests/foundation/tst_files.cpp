@@ -21,6 +21,7 @@ class FilesTest : public QObject {
   private Q_SLOTS:
     void watchTellsEveryKindOfChange();
     void fileLockAndItsNote();
+    void folderLock();
 };
 
 void FilesTest::watchTellsEveryKindOfChange() {
@@ -63,6 +64,18 @@ void FilesTest::fileLockAndItsNote() {
     QCOMPARE(FileLock::holderOf(path), std::nullopt);
     QVERIFY(FileLock::tryLockFile(path, "x"));
     QVERIFY(!FileLock::tryLockFile(folder.filePath(u"missing/monitor.lock"_s), "x"));
+}
+
+void FilesTest::folderLock() {
+    using namespace std::chrono_literals;
+    QTemporaryDir folder;
+    {
+        const auto lock = FileLock::lockFolder(folder.path(), 0ms);
+        QVERIFY(lock);
+        QVERIFY(!FileLock::lockFolder(folder.path(), 20ms));
+    }
+    QVERIFY(FileLock::lockFolder(folder.path(), 0ms));
+    QVERIFY(!FileLock::lockFolder(folder.filePath(u"missing"_s), 0ms));
 }
 
 QTEST_GUILESS_MAIN(FilesTest)
