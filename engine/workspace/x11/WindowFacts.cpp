@@ -11,7 +11,8 @@ namespace kestrin {
 namespace {
 
 QString decoded(QByteArrayView bytes) {
-    QStringDecoder decoder(QStringDecoder::Utf8);
+    // Without state, what is cut off at the end is an error too.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder(bytes);
     return decoder.hasError() ? QString::fromLatin1(bytes) : text;
 }
