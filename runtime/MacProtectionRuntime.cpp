@@ -20,7 +20,6 @@ namespace kestrin {
 
 namespace {
 
-const QString enforceActionsKey = u"kestrin.mac.enforceActions"_s;
 const QString settingsFileName = u"/privacy-mode-settings.json"_s;
 const QString logFileName = u"/activity-log.json"_s;
 constexpr qsizetype recentEventLimit = 8;
@@ -33,6 +32,8 @@ QSet<QString> defaultDefinitionIDs() {
 }
 
 } // namespace
+
+const QString MacProtectionRuntime::enforceActionsKey = u"kestrin.mac.enforceActions"_s;
 
 MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtectionSurroundings surroundings,
                                            QObject *parent)

@@ -57,6 +57,9 @@ class MacProtectionRuntime : public QObject {
   public:
     using PrivacyModeSetter = std::function<void(bool)>;
 
+    /// The user default that keeps the choice between previewing and enforcing; absent for previewing.
+    static const QString enforceActionsKey;
+
     /// Reads the stored state and computes a first preview. Saves nothing, records nothing, starts nothing.
     /// `defaults` outlives the runtime.
     explicit MacProtectionRuntime(UserDefaults &defaults, MacProtectionSurroundings surroundings = {},

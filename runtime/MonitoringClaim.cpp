@@ -3,7 +3,10 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <thread>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace kestrin {
 
@@ -19,9 +22,14 @@ MonitoringClaim MonitoringClaim::make(const QString &supportFolder, const QStrin
     QDir().mkpath(supportFolder);
     const QString note = program + u", process "_s + QString::number(QCoreApplication::applicationPid());
     MonitoringClaim claim;
-    claim.lock = FileLock::tryLockFile(lockPath(supportFolder), note.toUtf8());
-    if (!claim.lock)
-        claim.holder = currentHolder(supportFolder);
+    // Who only asks for the holder is in the way for an instant, and is gone when one looks who it was.
+    for (int attempt = 0; attempt < 5 && !claim.lock && !claim.holder; ++attempt) {
+        if (attempt > 0)
+            std::this_thread::sleep_for(10ms);
+        claim.lock = FileLock::tryLockFile(lockPath(supportFolder), note.toUtf8());
+        if (!claim.lock)
+            claim.holder = currentHolder(supportFolder);
+    }
     return claim;
 }
 

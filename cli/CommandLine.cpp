@@ -1,0 +1,198 @@
+#include "cli/CommandLine.h"
+
+#include <algorithm>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+QString quoted(const QString &word) {
+    return u'"' + word + u'"';
+}
+
+/// "a", "a and b", "a, b and c".
+QString listed(const QStringList &words, const QString &lastJoin = u" and "_s) {
+    if (words.size() < 2)
+        return words.join(QString());
+    return words.first(words.size() - 1).join(u", "_s) + lastJoin + words.last();
+}
+
+/// A number of any size, cut to what a limit can hold; none when it is not made of digits.
+std::optional<qsizetype> naturalNumber(const QString &text) {
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    if (text.isEmpty() || !std::all_of(text.cbegin(), text.cend(), isDigit))
+        return std::nullopt;
+    bool fits = false;
+    const qlonglong number = text.toLongLong(&fits);
+    return fits ? qsizetype(number) : std::numeric_limits<qsizetype>::max();
+}
+
+/// Reads the words one by one and stops at the first that is wrong.
+class Parser {
+  public:
+    explicit Parser(const QStringList &words) : m_words(words) {}
+
+    std::variant<Invocation, UsageError> parse() {
+        while (m_error.isEmpty() && m_next < m_words.size()) {
+            const QString word = m_words.at(m_next++);
+            if (m_onlyArguments || !word.startsWith(u'-') || word == u"-")
+                takeWord(word);
+            else if (word == u"--")
+                m_onlyArguments = true;
+            else
+                m_options.append({word, takesValue(word) ? takeValue(word) : QString()});
+        }
+        if (m_error.isEmpty())
+            settleProgram();
+        if (m_error.isEmpty() && m_result.command)
+            settleCommand();
+        if (!m_error.isEmpty())
+            return UsageError{m_error};
+        return m_result;
+    }
+
+  private:
+    struct Option {
+        QString word;
+        QString value;
+
+        QString name() const { return word.section(u'=', 0, 0); }
+    };
+
+    void fail(const QString &sentence) {
+        if (m_error.isEmpty())
+            m_error = sentence;
+    }
+
+    void takeWord(const QString &word) {
+        if (m_result.command)
+            m_arguments.append(word);
+        else if (const CommandDescription *command = findCommand(word))
+            m_result.command = command;
+        else
+            fail(u"There is no command "_s + quoted(word) + u"; the commands are "_s +
+                 listed(commandNames()) + u'.');
+    }
+
+    static bool takesValue(const QString &word) { return Option{word, {}}.name() == u"--limit"; }
+
+    QString takeValue(const QString &word) {
+        if (word.contains(u'='))
+            return word.section(u'=', 1);
+        return m_next < m_words.size() ? m_words.at(m_next++) : QString();
+    }
+
+    void settleProgram() {
+        if (m_result.command)
+            return;
+        for (const Option &option : std::as_const(m_options)) {
+            if (option.word == u"--help" || option.word == u"-h")
+                m_result.action = Invocation::Action::help;
+            else if (option.word == u"--version")
+                m_result.action = Invocation::Action::version;
+            else
+                return fail(u"Without a command, "_s + quoted(option.word) +
+                            u" is not accepted, only --help and --version are."_s);
+        }
+        if (m_options.isEmpty())
+            fail(u"A command is missing; the commands are "_s + listed(commandNames()) +
+                 u", and --help explains them."_s);
+    }
+
+    void settleCommand() {
+        for (const Option &option : std::as_const(m_options))
+            settleOption(option);
+        // Who asks for help may have left out the rest.
+        if (m_error.isEmpty() && m_result.action == Invocation::Action::run)
+            settleArguments();
+    }
+
+    void settleOption(const Option &option) {
+        const QStringList &own = m_result.command->options;
+        if (option.word == u"--help" || option.word == u"-h")
+            m_result.action = Invocation::Action::help;
+        else if (option.word == u"--json" && own.contains(u"--json"_s))
+            m_result.json = true;
+        else if (option.word == u"--preview" && own.contains(u"--preview"_s))
+            m_result.preview = true;
+        else if (option.name() == u"--limit" && own.contains(u"--limit"_s))
+            settleLimit(option.value);
+        else
+            fail(quoted(m_result.command->name) + u" does not accept "_s + quoted(option.word) +
+                 u"; its options are "_s + listed(own + QStringList{u"--help"_s}) + u'.');
+    }
+
+    void settleLimit(const QString &value) {
+        if (const auto limit = naturalNumber(value))
+            m_result.limit = *limit;
+        else
+            fail(u"--limit accepts a whole number that is not negative, such as 20, not "_s + quoted(value) +
+                 u'.');
+    }
+
+    void settleArguments() {
+        switch (m_result.command->arguments) {
+        case CommandArguments::none:
+            if (!m_arguments.isEmpty())
+                fail(quoted(m_result.command->name) + u" accepts no argument such as "_s +
+                     quoted(m_arguments.first()) + u", only "_s +
+                     listed(m_result.command->options + QStringList{u"--help"_s}) + u'.');
+            return;
+        case CommandArguments::definitionIDs:
+            return settleIDs(m_arguments, definitionIDs(), u"an application of the catalog"_s);
+        case CommandArguments::onOrOff:
+            return settleOnOrOff();
+        case CommandArguments::presetSwitch:
+            return settlePresetSwitch();
+        }
+    }
+
+    void settleIDs(const QStringList &ids, const QStringList &accepted, const QString &what) {
+        const auto unknown =
+            std::find_if(ids.cbegin(), ids.cend(), [&](const QString &id) { return !accepted.contains(id); });
+        if (ids.isEmpty())
+            fail(quoted(m_result.command->name) + u" needs the identifier of "_s + what + u": "_s +
+                 listed(accepted, u" or "_s) + u'.');
+        else if (unknown != ids.cend())
+            fail(quoted(*unknown) + u" is not "_s + what + u"; accepted are "_s + listed(accepted) + u'.');
+        m_result.ids = ids;
+    }
+
+    void settleOnOrOff() {
+        const QString name = m_result.command->name;
+        if (m_arguments.size() != 1 || (m_arguments.first() != u"on" && m_arguments.first() != u"off"))
+            return fail(quoted(name) + u" accepts exactly one word, on or off."_s);
+        m_result.enable = m_arguments.first() == u"on";
+    }
+
+    void settlePresetSwitch() {
+        if (m_arguments.isEmpty())
+            return;
+        const QString verb = m_arguments.takeFirst();
+        if (verb != u"enable" && verb != u"disable")
+            return fail(u"\"schedule\" accepts enable or disable and the identifier of a preset, or nothing, "
+                        "not "_s +
+                        quoted(verb) + u'.');
+        m_result.enable = verb == u"enable";
+        settleIDs(m_arguments, presetIDs(), u"a schedule preset"_s);
+    }
+
+    const QStringList m_words;
+    qsizetype m_next = 0;
+    bool m_onlyArguments = false;
+    QList<Option> m_options;
+    QStringList m_arguments;
+    Invocation m_result;
+    QString m_error;
+};
+
+} // namespace
+
+std::variant<Invocation, UsageError> parseCommandLine(const QStringList &arguments) {
+    return Parser(arguments).parse();
+}
+
+} // namespace kestrin

@@ -1,0 +1,35 @@
+// From the words of a call to what is asked for.
+#pragma once
+
+#include "cli/CommandTable.h"
+
+#include <optional>
+#include <variant>
+
+namespace kestrin {
+
+/// A call that can be carried out: every word of it has been checked.
+struct Invocation {
+    enum class Action { run, help, version };
+
+    Action action = Action::run;
+    /// Null only for the help and the version of the whole program.
+    const CommandDescription *command = nullptr;
+    /// The identifiers of `protect`, `unprotect` and `schedule`, in the order given.
+    QStringList ids;
+    /// What `enforce` or `schedule` switches to; absent when `schedule` only lists.
+    std::optional<bool> enable;
+    bool json = false;
+    bool preview = false;
+    qsizetype limit = 8;
+};
+
+/// One sentence that says what was wrong and names what is accepted.
+struct UsageError {
+    QString sentence;
+};
+
+/// `arguments` are the words behind the program's name. Looks at nothing but the words.
+std::variant<Invocation, UsageError> parseCommandLine(const QStringList &arguments);
+
+} // namespace kestrin

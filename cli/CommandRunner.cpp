@@ -1,0 +1,301 @@
+#include "cli/CommandRunner.h"
+
+#include "cli/CommandLine.h"
+#include "cli/EventFollower.h"
+#include "cli/HelpText.h"
+#include "cli/HumanOutput.h"
+#include "cli/WatchCommand.h"
+#include "foundation/JsonEncoding.h"
+#include "runtime/MonitoringClaim.h"
+#include "runtime/StatusSummaries.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+using Desktop = CommandSession::Desktop;
+
+/// Carries out the commands that end by themselves. The engine never reports that a file could not be
+/// written; whoever changes something here reads it back and says so.
+class CommandRunner {
+  public:
+    CommandRunner(const Invocation &invocation, CommandSurroundings &surroundings)
+        : m_call(invocation)
+        , m_surroundings(surroundings) {}
+
+    ExitStatus run() {
+        switch (m_call.command->command) {
+        case Command::apps:
+            return apps();
+        case Command::catalog:
+            return catalog();
+        case Command::check:
+            return check();
+        case Command::watch:
+            return runWatch(m_surroundings, m_call.json);
+        case Command::log:
+            return log();
+        case Command::status:
+            return status();
+        case Command::on:
+            return switchPrivacyMode(true);
+        case Command::off:
+            return switchPrivacyMode(false);
+        case Command::protect:
+            return select(true);
+        case Command::unprotect:
+            return select(false);
+        case Command::recommended:
+            return recommended();
+        case Command::enforce:
+            return enforce();
+        case Command::schedule:
+            return schedule();
+        case Command::diagnostics:
+            return diagnostics();
+        }
+        return ExitStatus::couldNot;
+    }
+
+  private:
+    void print(const QString &text) { m_surroundings.out.write(text); }
+    void printJson(const QJsonValue &value) {
+        m_surroundings.out.write(visibleJson(jsonText(value, JsonLayout::pretty)));
+    }
+
+    CommandSession &session(Desktop desktop) {
+        m_session.emplace(m_surroundings, desktop);
+        return *m_session;
+    }
+
+    /// For commands that have something to tell without a desktop too.
+    CommandSession &sessionThatLooks() {
+        CommandSession &looking = session(Desktop::seen);
+        if (const QString limitation = m_surroundings.workspace().limitation(); !limitation.isEmpty())
+            m_surroundings.say(limitation);
+        return looking;
+    }
+
+    ExitStatus apps() {
+        const QString limitation = m_surroundings.workspace().limitation();
+        if (!limitation.isEmpty())
+            return m_surroundings.couldNot(limitation);
+        const QList<RunningMacApp> found = session(Desktop::seen).runtime.inventoryService().runningApps();
+        if (m_call.json)
+            printJson(toJsonValue(found));
+        else
+            print(appsText(found, m_surroundings.palette));
+        return ExitStatus::done;
+    }
+
+    ExitStatus catalog() {
+        const MacProtectionRuntime &runtime = session(Desktop::ignored).runtime;
+        if (m_call.json)
+            printJson(toJsonValue(runtime.catalog()));
+        else
+            print(catalogText(runtime.catalog(), runtime.protectedDefinitionIDs(), m_surroundings.palette));
+        return ExitStatus::done;
+    }
+
+    ExitStatus check() {
+        const QString limitation = m_surroundings.workspace().limitation();
+        if (!limitation.isEmpty())
+            return m_surroundings.couldNot(limitation);
+        CommandSession &checking = session(Desktop::seen);
+        checking.settleFlag();
+        EventFollower follower(checking.runtime.logStore());
+        const bool previews = m_call.preview || !checking.runtime.enforceActions();
+        const PrivacyModeRunResult result = checking.runtime.performCheck(previews);
+        if (m_call.json)
+            printJson(toJsonValue(result));
+        else
+            print(runResultText(result, checking.runtime.runningAppCount(), m_surroundings.palette));
+        // What was done is told in any case.
+        return hasLogged(follower, result.events.size()) ? ExitStatus::done : notLogged();
+    }
+
+    ExitStatus log() {
+        const auto events = session(Desktop::ignored).runtime.logStore().recent(m_call.limit);
+        if (m_call.json)
+            printJson(toJsonValue(events));
+        else if (events.isEmpty() && m_call.limit > 0)
+            print(u"The activity log is empty.\n"_s);
+        else
+            print(eventsText(events, m_surroundings.palette));
+        return ExitStatus::done;
+    }
+
+    ExitStatus status() {
+        sessionThatLooks();
+        return printStatus();
+    }
+
+    ExitStatus printStatus() {
+        const StatusReport report = m_session->status();
+        if (m_call.json)
+            printJson(report.toJson());
+        else
+            print(statusText(report, m_surroundings.palette));
+        return ExitStatus::done;
+    }
+
+    ExitStatus switchPrivacyMode(bool on) {
+        CommandSession &changing = sessionThatLooks();
+        PrivacyModeSettingsStoring &settings = changing.runtime.settingsStore();
+        const bool isNews = settings.load().isEnabled != on;
+        EventFollower follower(changing.runtime.logStore());
+        changing.flag.setOn(on);
+        if (settings.load().isEnabled != on)
+            return notSaved();
+        if (changing.flag.isOn() != on)
+            return defaultsNotSaved();
+        return afterChange(follower, isNews ? 1 : 0);
+    }
+
+    ExitStatus select(bool isProtected) {
+        CommandSession &changing = sessionThatLooks();
+        EventFollower follower(changing.runtime.logStore());
+        qsizetype changes = 0;
+        for (const QString &id : m_call.ids) {
+            changes += changing.runtime.protectedDefinitionIDs().contains(id) != isProtected ? 1 : 0;
+            changing.runtime.setProtectedDefinition(id, isProtected);
+        }
+        // An empty selection in the file counts as not yet chosen, which is everything.
+        const QSet<QString> stored = changing.runtime.settingsStore().load().protectedDefinitionIDs;
+        const bool isStored =
+            changes == 0 || std::all_of(m_call.ids.cbegin(), m_call.ids.cend(), [&](const QString &id) {
+                return stored.contains(id) == isProtected;
+            });
+        return isStored ? afterChange(follower, changes) : notSaved();
+    }
+
+    ExitStatus recommended() {
+        CommandSession &changing = sessionThatLooks();
+        EventFollower follower(changing.runtime.logStore());
+        changing.runtime.applyRecommendedRiskApps();
+        const QSet<QString> stored = changing.runtime.settingsStore().load().protectedDefinitionIDs;
+        return stored == changing.runtime.protectedDefinitionIDs() ? afterChange(follower, 1) : notSaved();
+    }
+
+    ExitStatus enforce() {
+        CommandSession &changing = sessionThatLooks();
+        const bool on = *m_call.enable;
+        // Stored before anything follows from it: nobody is asked to quit for a choice that could not be
+        // kept.
+        m_surroundings.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, on);
+        if (m_surroundings.defaults.boolean(MacProtectionRuntime::enforceActionsKey) != on)
+            return defaultsNotSaved();
+        changing.settleFlag();
+        EventFollower follower(changing.runtime.logStore());
+        // Its relaunch monitor hears of nothing: launches are told by an event loop, and none runs here. A
+        // watching program makes a new monitor of its own when it sees the choice change.
+        changing.runtime.setEnforceActions(on);
+        // A check publishes what it acted on, the status tells what is there.
+        changing.runtime.refreshInventoryPreview();
+        return afterChange(follower, 1);
+    }
+
+    ExitStatus schedule() {
+        CommandSession &changing = session(Desktop::ignored);
+        if (m_call.enable) {
+            const ExitStatus outcome = switchPresets(changing);
+            if (outcome != ExitStatus::done)
+                return outcome;
+        }
+        const QList<ModePreset> &modes = changing.runtime.modes();
+        const auto wanted = changing.runtime.scheduledPrivacyModeState(m_surroundings.runtime.clock());
+        if (m_call.json)
+            printJson(toJsonValue(modes));
+        else
+            print(scheduleText(modes, wanted, m_surroundings.palette));
+        return ExitStatus::done;
+    }
+
+    ExitStatus switchPresets(CommandSession &changing) {
+        changing.settleFlag();
+        EventFollower follower(changing.runtime.logStore());
+        const QList<ModePreset> before = changing.runtime.modes();
+        for (const QString &id : m_call.ids)
+            changing.runtime.setMode(id, *m_call.enable);
+        const QList<ModePreset> wanted = changing.runtime.modes();
+        if (MacProtectionRuntime::loadModes(m_surroundings.defaults) != wanted)
+            return defaultsNotSaved();
+        return hasLogged(follower, wanted == before ? 0 : 1) ? ExitStatus::done : notLogged();
+    }
+
+    ExitStatus diagnostics() {
+        const CommandSession &looking = sessionThatLooks();
+        const MacProtectionRuntime &runtime = looking.runtime;
+        print(diagnosticsTextFor({looking.monitoredBy().has_value(), runtime.enforceActions(),
+                                  runtime.protectedDefinitionIDs().size(), runtime.runningAppCount(),
+                                  runtime.matches().size()}) +
+              u'\n');
+        return ExitStatus::done;
+    }
+
+    /// The status, unless events are missing from the log.
+    ExitStatus afterChange(EventFollower &follower, qsizetype eventCount) {
+        return hasLogged(follower, eventCount) ? printStatus() : notLogged();
+    }
+
+    static bool hasLogged(EventFollower &follower, qsizetype eventCount) {
+        return follower.takeNew().size() >= eventCount;
+    }
+
+    ExitStatus notSaved() {
+        return m_surroundings.couldNot(u"The change could not be saved, because the settings in "_s +
+                                       m_session->runtime.supportFolder() + u" cannot be written."_s);
+    }
+
+    ExitStatus defaultsNotSaved() {
+        return m_surroundings.couldNot(u"The change could not be saved, because "_s +
+                                       m_surroundings.defaultsLocation + u" cannot be written."_s);
+    }
+
+    ExitStatus notLogged() {
+        return m_surroundings.couldNot(
+            u"It was done but could not be recorded, because the activity log in "_s +
+            m_session->runtime.supportFolder() + u" cannot be written."_s);
+    }
+
+    const Invocation &m_call;
+    CommandSurroundings &m_surroundings;
+    std::optional<CommandSession> m_session;
+};
+
+ExitStatus answer(const QStringList &arguments, CommandSurroundings &surroundings) {
+    const auto parsed = parseCommandLine(arguments);
+    if (const auto *wrong = std::get_if<UsageError>(&parsed)) {
+        surroundings.say(wrong->sentence);
+        return ExitStatus::usedWrongly;
+    }
+    const auto &invocation = std::get<Invocation>(parsed);
+    switch (invocation.action) {
+    case Invocation::Action::help:
+        surroundings.out.write(invocation.command ? commandHelp(*invocation.command) : programHelp());
+        return ExitStatus::done;
+    case Invocation::Action::version:
+        surroundings.out.write(versionText());
+        return ExitStatus::done;
+    case Invocation::Action::run:
+        break;
+    }
+    return CommandRunner(invocation, surroundings).run();
+}
+
+} // namespace
+
+ExitStatus runCommandLine(const QStringList &arguments, CommandSurroundings &surroundings) {
+    const ExitStatus status = answer(arguments, surroundings);
+    surroundings.out.flush();
+    if (surroundings.out.isBroken())
+        return surroundings.couldNot(u"The output could not be written: "_s + surroundings.out.problem() +
+                                     u'.');
+    return status;
+}
+
+} // namespace kestrin

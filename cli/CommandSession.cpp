@@ -1,0 +1,73 @@
+#include "cli/CommandSession.h"
+
+#include "engine/workspace/InMemoryWorkspace.h"
+#include "runtime/MonitoringClaim.h"
+
+namespace kestrin {
+
+namespace {
+
+MacProtectionSurroundings runtimeSurroundings(const CommandSurroundings &surroundings,
+                                              CommandSession::Desktop desktop) {
+    static InMemoryWorkspace nothing;
+    MacProtectionSurroundings result = surroundings.runtime;
+    if (desktop == CommandSession::Desktop::ignored)
+        result.workspace = &nothing;
+    return result;
+}
+
+} // namespace
+
+QString CommandSurroundings::supportFolder() const {
+    return runtime.supportFolder.isEmpty() ? MacProtectionRuntime::applicationSupportURL().toLocalFile()
+                                           : runtime.supportFolder;
+}
+
+Workspace &CommandSurroundings::workspace() const {
+    return runtime.workspace ? *runtime.workspace : Workspace::shared();
+}
+
+void CommandSurroundings::say(const QString &sentence) const {
+    err.write(visibleText(sentence) + u'\n');
+    err.flush();
+}
+
+ExitStatus CommandSurroundings::couldNot(const QString &sentence) const {
+    say(sentence);
+    return ExitStatus::couldNot;
+}
+
+CommandSession::CommandSession(CommandSurroundings &commandSurroundings, Desktop desktop)
+    : surroundings(commandSurroundings)
+    , runtime(surroundings.defaults, runtimeSurroundings(surroundings, desktop))
+    , flag(surroundings.defaults, runtime) {}
+
+std::optional<QString> CommandSession::monitoredBy() const {
+    return MonitoringClaim::currentHolder(runtime.supportFolder());
+}
+
+StatusReport CommandSession::status() const {
+    QStringList unprotected;
+    for (const RiskAppDefinition &definition : runtime.catalog().definitions) {
+        if (!runtime.protectedDefinitionIDs().contains(definition.id))
+            unprotected.append(definition.id);
+    }
+    return {
+        flag.isOn(),
+        runtime.enforceActions(),
+        monitoredBy(),
+        runtime.sortedProtectedDefinitionIDs(),
+        unprotected,
+        runtime.runningAppCount(),
+        runtime.matches(),
+        runtime.modes(),
+        runtime.scheduledPrivacyModeState(surroundings.runtime.clock()),
+    };
+}
+
+void CommandSession::settleFlag() {
+    if (!monitoredBy() && runtime.settingsStore().load().isEnabled != flag.isOn())
+        runtime.updatePrivacyMode(flag.isOn(), false);
+}
+
+} // namespace kestrin

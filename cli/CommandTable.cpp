@@ -1,0 +1,168 @@
+#include "cli/CommandTable.h"
+
+#include "engine/RiskAppCatalog.h"
+#include "shared/KestrinSeedData.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+const QList<CommandDescription> &commandTable() {
+    static const QString json = u"--json"_s;
+    static const QList<CommandDescription> table{
+        {Command::apps,
+         u"apps"_s,
+         CommandArguments::none,
+         {json},
+         u"List the running applications as Kestrin sees them"_s,
+         u"An application is listed when a task bar would show it. Without a desktop session nothing can be "
+         "listed, and the exit status is 1."_s,
+         {{u"kestrinctl apps"_s, u"process, name and identifier of each application"_s},
+          {u"kestrinctl apps --json | jq -r '.[].localizedName'"_s, u"only the names"_s}}},
+        {Command::catalog,
+         u"catalog"_s,
+         CommandArguments::none,
+         {json},
+         u"List the applications that Kestrin knows, and which are protected"_s,
+         u"The first column is what protect and unprotect take. Applications whose action is Allow are "
+         "reported and never asked to quit. With --json the definitions are printed without the selection, "
+         "which status --json tells."_s,
+         {{u"kestrinctl catalog"_s, u"the table, protected applications marked"_s},
+          {u"kestrinctl catalog --json | jq -r '.definitions[].id'"_s, u"every identifier"_s}}},
+        {Command::check,
+         u"check"_s,
+         CommandArguments::none,
+         {u"--preview"_s, json},
+         u"Check the running applications once"_s,
+         u"Previews or asks protected applications to quit, as chosen with enforce. Everything it finds is "
+         "recorded in the activity log. Without a desktop session nothing is checked, and the exit status "
+         "is 1."_s,
+         {{u"kestrinctl check"_s, u"one check, as chosen"_s},
+          {u"kestrinctl check --preview"_s, u"ask nobody to quit, whatever is chosen"_s}}},
+        {Command::watch,
+         u"watch"_s,
+         CommandArguments::none,
+         {json},
+         u"React to launches, run the schedules and print each new event"_s,
+         u"Runs until Ctrl-C or SIGTERM and says \"Watching.\" on standard error when it is ready. Events of "
+         "other Kestrin programs are printed too. Only one program watches at a time; a second one refuses "
+         "with exit status 1. With --json each event is one line."_s,
+         {{u"kestrinctl watch"_s, u"watch in this terminal"_s},
+          {u"kestrinctl watch --json | jq -r '.message'"_s, u"only the sentences, as they come"_s}}},
+        {Command::log,
+         u"log"_s,
+         CommandArguments::none,
+         {u"--limit"_s, json},
+         u"Print the newest events"_s,
+         u"The newest event comes first. --limit N sets how many there are at most, 8 unless told."_s,
+         {{u"kestrinctl log"_s, u"the newest 8"_s}, {u"kestrinctl log --limit 100"_s, u"the newest 100"_s}}},
+        {Command::status,
+         u"status"_s,
+         CommandArguments::none,
+         {json},
+         u"Tell how Privacy Mode, monitor, selection and schedules stand"_s,
+         u"The monitor is off while no program watches. What is counted is what a check would find now."_s,
+         {{u"kestrinctl status"_s, u"the state of everything"_s},
+          {u"kestrinctl status --json | jq .privacyModeOn"_s, u"only whether Privacy Mode is on"_s}}},
+        {Command::on,
+         u"on"_s,
+         CommandArguments::none,
+         {json},
+         u"Turn Privacy Mode on"_s,
+         u"Prints the status afterwards. While a program watches, an enabled schedule that wants the "
+         "opposite sets it again within a minute."_s,
+         {{u"kestrinctl on"_s, u"turn it on"_s}}},
+        {Command::off,
+         u"off"_s,
+         CommandArguments::none,
+         {json},
+         u"Turn Privacy Mode off"_s,
+         u"Prints the status afterwards. While a program watches, an enabled schedule that wants the "
+         "opposite sets it again within a minute."_s,
+         {{u"kestrinctl off"_s, u"turn it off"_s},
+          {u"kestrinctl schedule disable sleep"_s, u"keep Sleep Mode from turning it on again"_s}}},
+        {Command::protect,
+         u"protect"_s,
+         CommandArguments::definitionIDs,
+         {json},
+         u"Protect applications of the catalog"_s,
+         u"Takes identifiers of the catalog and prints the status afterwards."_s,
+         {{u"kestrinctl protect zoom teams"_s, u"protect both"_s}}},
+        {Command::unprotect,
+         u"unprotect"_s,
+         CommandArguments::definitionIDs,
+         {json},
+         u"Stop protecting applications of the catalog"_s,
+         u"Takes identifiers of the catalog and prints the status afterwards. A selection that is empty "
+         "protects everything; to protect nothing, turn Privacy Mode off."_s,
+         {{u"kestrinctl unprotect chrome safari"_s, u"leave both alone"_s}}},
+        {Command::recommended,
+         u"recommended"_s,
+         CommandArguments::none,
+         {json},
+         u"Protect every application of the catalog"_s,
+         u"Prints the status afterwards."_s,
+         {{u"kestrinctl recommended"_s, u"select the whole catalog"_s}}},
+        {Command::enforce,
+         u"enforce"_s,
+         CommandArguments::onOrOff,
+         {json},
+         u"Choose between quit requests and previews"_s,
+         u"On asks protected applications to quit, off only tells what would be asked. Each call stores "
+         "the choice, records it and runs a check, so \"enforce on\" asks at once. Prints the status "
+         "afterwards."_s,
+         {{u"kestrinctl enforce on"_s, u"ask protected applications to quit, beginning now"_s},
+          {u"kestrinctl enforce off"_s, u"only preview"_s}}},
+        {Command::schedule,
+         u"schedule"_s,
+         CommandArguments::presetSwitch,
+         {json},
+         u"List the schedule presets, enable or disable them"_s,
+         u"An enabled schedule turns Privacy Mode on in its times and off outside of them. Switching one "
+         "also does at once what the schedules want then; afterwards they are followed while a program "
+         "watches."_s,
+         {{u"kestrinctl schedule"_s, u"the presets, enabled ones marked"_s},
+          {u"kestrinctl schedule enable focus"_s, u"let Focus Mode take part"_s},
+          {u"kestrinctl schedule disable sleep away"_s, u"leave the switch to yourself"_s}}},
+        {Command::diagnostics,
+         u"diagnostics"_s,
+         CommandArguments::none,
+         {},
+         u"Print five lines for a report"_s,
+         u"The text names no application and no file."_s,
+         {{u"kestrinctl diagnostics"_s, u"the five lines"_s}}},
+    };
+    return table;
+}
+
+const CommandDescription *findCommand(const QString &name) {
+    const QList<CommandDescription> &table = commandTable();
+    const auto found = std::find_if(table.cbegin(), table.cend(),
+                                    [&](const CommandDescription &entry) { return entry.name == name; });
+    return found == table.cend() ? nullptr : &*found;
+}
+
+QStringList commandNames() {
+    QStringList names;
+    for (const CommandDescription &entry : commandTable())
+        names.append(entry.name);
+    return names;
+}
+
+QStringList definitionIDs() {
+    QStringList ids;
+    for (const RiskAppDefinition &definition : RiskAppCatalog::defaultDefinitions())
+        ids.append(definition.id);
+    return ids;
+}
+
+QStringList presetIDs() {
+    QStringList ids;
+    for (const ModePreset &mode : KestrinSeedData::modes())
+        ids.append(mode.id);
+    return ids;
+}
+
+} // namespace kestrin

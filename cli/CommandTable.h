@@ -1,0 +1,67 @@
+// What kestrinctl can be asked: the one table that parsing, help and the tests of the completions go by.
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace kestrin {
+
+enum class Command {
+    apps,
+    catalog,
+    check,
+    watch,
+    log,
+    status,
+    on,
+    off,
+    protect,
+    unprotect,
+    recommended,
+    enforce,
+    schedule,
+    diagnostics,
+};
+
+/// What may follow a command, apart from options.
+enum class CommandArguments {
+    none,
+    definitionIDs, ///< one or more
+    onOrOff,       ///< exactly one of the two words
+    presetSwitch,  ///< nothing, or "enable" or "disable" and one or more presets
+};
+
+struct CommandExample {
+    QString call;
+    QString tells;
+};
+
+struct CommandDescription {
+    Command command;
+    QString name;
+    CommandArguments arguments = CommandArguments::none;
+    /// Its own options besides --help, spelled with their dashes.
+    QStringList options;
+    /// One line, for the list of commands.
+    QString summary;
+    /// What a person has to know before using it.
+    QString details;
+    QList<CommandExample> examples;
+};
+
+/// Every command, in the order in which people are told of them.
+const QList<CommandDescription> &commandTable();
+
+/// Null when there is no such command.
+const CommandDescription *findCommand(const QString &name);
+
+/// The names of the table, in its order.
+QStringList commandNames();
+
+/// The identifiers that `protect` and `unprotect` accept.
+QStringList definitionIDs();
+/// The identifiers that `schedule enable` and `schedule disable` accept.
+QStringList presetIDs();
+
+} // namespace kestrin

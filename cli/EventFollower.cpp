@@ -1,0 +1,41 @@
+#include "cli/EventFollower.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace kestrin {
+
+namespace {
+
+constexpr qsizetype memory = 64;
+constexpr qsizetype firstLook = 8;
+
+} // namespace
+
+EventFollower::EventFollower(MacActivityLogStoring &log) : m_log(log) {
+    for (const MacProtectionEvent &event : m_log.recent(memory))
+        m_known.append(event.id);
+}
+
+QList<MacProtectionEvent> EventFollower::takeNew() {
+    QList<MacProtectionEvent> newest = m_log.recent(firstLook);
+    if (firstKnown(newest) == newest.size() && newest.size() == firstLook)
+        newest = m_log.recent(std::numeric_limits<qsizetype>::max());
+    newest.resize(firstKnown(newest));
+
+    QList<QUuid> known;
+    for (const MacProtectionEvent &event : std::as_const(newest))
+        known.append(event.id);
+    m_known = (known + m_known).first(std::min(memory, known.size() + m_known.size()));
+    std::reverse(newest.begin(), newest.end());
+    return newest;
+}
+
+qsizetype EventFollower::firstKnown(const QList<MacProtectionEvent> &newestFirst) const {
+    const auto found =
+        std::find_if(newestFirst.cbegin(), newestFirst.cend(),
+                     [&](const MacProtectionEvent &event) { return m_known.contains(event.id); });
+    return found - newestFirst.cbegin();
+}
+
+} // namespace kestrin

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "cli/CommandTable.h"
+
+namespace kestrin {
+
+/// What `kestrinctl --help` prints.
+QString programHelp();
+
+/// What `kestrinctl COMMAND --help` prints.
+QString commandHelp(const CommandDescription &command);
+
+/// What `kestrinctl --version` prints.
+QString versionText();
+
+} // namespace kestrin

@@ -1,0 +1,162 @@
+#include "cli/HumanOutput.h"
+
+#include "runtime/StatusSummaries.h"
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+const QString mark = u"*"_s;
+
+QList<Cell> header(const QStringList &titles) {
+    QList<Cell> cells;
+    for (const QString &title : titles)
+        cells.append({title, TextColour::strong});
+    return cells;
+}
+
+TextColour colourOf(MacProtectionEventKind kind) {
+    switch (kind) {
+    case MacProtectionEventKind::actionFailed:
+        return TextColour::bad;
+    case MacProtectionEventKind::quitRequested:
+    case MacProtectionEventKind::relaunchDetected:
+        return TextColour::caution;
+    default:
+        return TextColour::plain;
+    }
+}
+
+/// "1 application", "2 applications".
+QString applications(qint64 count) {
+    return QString::number(count) + (count == 1 ? u" application"_s : u" applications"_s);
+}
+
+Cell onOrOff(bool on) {
+    return {on ? u"On"_s : u"Off"_s, on ? TextColour::good : TextColour::caution};
+}
+
+QString monitorSentence(const StatusReport &status) {
+    return status.monitorLabel() +
+           (status.monitoredBy ? u" ("_s + *status.monitoredBy + u')' : u" (no program watches)"_s);
+}
+
+QString protectionSentence(const StatusReport &status) {
+    const QStringList &in = status.protectedDefinitionIDs;
+    const QStringList &out = status.unprotectedDefinitionIDs;
+    if (in.isEmpty())
+        return u"everything, because nothing is selected"_s;
+    const QString numbers = QString::number(in.size()) + u" of "_s + QString::number(in.size() + out.size()) +
+                            u" known applications"_s;
+    if (out.isEmpty())
+        return numbers;
+    // Whichever list is the shorter one.
+    return out.size() < in.size() ? numbers + u", all but "_s + out.join(u", "_s)
+                                  : numbers + u": "_s + in.join(u", "_s);
+}
+
+QString runningSentence(const StatusReport &status) {
+    QStringList names;
+    for (const RiskAppMatch &match : status.matches)
+        names.append(match.app.localizedName);
+    names.removeDuplicates();
+    const QString numbers = applications(status.runningAppCount) + u", "_s +
+                            QString::number(status.matches.size()) + u" protected"_s;
+    return names.isEmpty() ? numbers : numbers + u": "_s + names.join(u", "_s);
+}
+
+QString enabledModesSentence(const QList<ModePreset> &modes) {
+    QStringList names;
+    for (const ModePreset &mode : modes) {
+        if (mode.enabled)
+            names.append(mode.name);
+    }
+    return names.isEmpty() ? u"none"_s : names.join(u", "_s);
+}
+
+QString wantedSentence(const std::optional<bool> &wanted) {
+    if (!wanted)
+        return u"nothing"_s;
+    return *wanted ? u"Privacy Mode on"_s : u"Privacy Mode off"_s;
+}
+
+} // namespace
+
+QString appsText(const QList<RunningMacApp> &apps, const Palette &palette) {
+    if (apps.isEmpty())
+        return u"No applications are running.\n"_s;
+    QList<QList<Cell>> rows{header({u"PROCESS"_s, u"NAME"_s, u"IDENTIFIER"_s})};
+    for (const RunningMacApp &app : apps)
+        rows.append({QString::number(app.processIdentifier),
+                     app.localizedName,
+                     {app.bundleIdentifier.value_or(QString()), TextColour::faint}});
+    return alignedLines(rows, palette);
+}
+
+QString catalogText(const RiskAppCatalog &catalog, const QSet<QString> &selection, const Palette &palette) {
+    const PrivacyModeSettings settings{true, selection};
+    QList<QList<Cell>> rows{header({QString(), u"ID"_s, u"NAME"_s, u"ACTION"_s, u"CATEGORIES"_s})};
+    for (const RiskAppDefinition &definition : catalog.definitions) {
+        QStringList categories;
+        for (const MacRiskCategory category : definition.categories)
+            categories.append(userLabel(category));
+        rows.append({{settings.protects(definition) ? mark : QString(), TextColour::good},
+                     definition.id,
+                     definition.displayName,
+                     userLabel(definition.defaultAction),
+                     categories.join(u", "_s)});
+    }
+    return alignedLines(rows, palette) + palette.paint(TextColour::faint, u"* protected"_s) + u'\n';
+}
+
+QString runResultText(const PrivacyModeRunResult &result, qint64 runningAppCount, const Palette &palette) {
+    QString text;
+    for (const MacProtectionEvent &event : result.events)
+        text += palette.paint(colourOf(event.kind), visibleText(event.message)) + u'\n';
+    return text + QString::number(result.matches.size()) + u" of "_s + QString::number(runningAppCount) +
+           u" running applications matched.\n"_s;
+}
+
+QString eventsText(const QList<MacProtectionEvent> &events, const Palette &palette) {
+    QList<QList<Cell>> rows;
+    for (const MacProtectionEvent &event : events)
+        rows.append({{event.date.toLocalTime().toString(u"yyyy-MM-dd HH:mm:ss"_s), TextColour::faint},
+                     {event.message, colourOf(event.kind)}});
+    return alignedLines(rows, palette);
+}
+
+QString statusText(const StatusReport &status, const Palette &palette) {
+    const auto label = [](const QString &text) { return Cell{text, TextColour::strong}; };
+    const bool monitored = status.monitoredBy.has_value();
+    return alignedLines(
+        {
+            {label(u"Privacy Mode"_s), onOrOff(status.privacyModeOn)},
+            {label(u"Monitor"_s),
+             {monitorSentence(status), monitored ? TextColour::good : TextColour::caution}},
+            {label(u"Actions"_s), actionsLabelFor(status.enforceActions)},
+            {label(u"Protected"_s), protectionSentence(status)},
+            {label(u"Running"_s), runningSentence(status)},
+            {label(u"Schedules"_s), enabledModesSentence(status.modes)},
+            {label(u"Schedules want"_s), wantedSentence(status.scheduledPrivacyModeState)},
+        },
+        palette);
+}
+
+QString scheduleText(const QList<ModePreset> &modes, const std::optional<bool> &wanted,
+                     const Palette &palette) {
+    QList<QList<Cell>> rows{header({QString(), u"ID"_s, u"NAME"_s, u"TIMES"_s, u"WHAT IT DOES"_s})};
+    for (const ModePreset &mode : modes)
+        rows.append({{mode.enabled ? mark : QString(), TextColour::good},
+                     mode.id,
+                     mode.name,
+                     mode.schedule,
+                     mode.detail});
+    return alignedLines(rows, palette) +
+           palette.paint(TextColour::faint,
+                         u"* enabled; now the schedules want "_s + wantedSentence(wanted) + u'.') +
+           u'\n';
+}
+
+} // namespace kestrin

@@ -1,0 +1,29 @@
+// What people read: one function for each kind of answer. Every line ends in a line break.
+#pragma once
+
+#include "cli/StatusReport.h"
+#include "cli/TerminalText.h"
+#include "engine/PrivacyModeRunResult.h"
+#include "engine/PrivacyModeSettings.h"
+#include "engine/RiskAppCatalog.h"
+
+#include <QSet>
+
+namespace kestrin {
+
+QString appsText(const QList<RunningMacApp> &apps, const Palette &palette);
+
+/// `selection` as the settings hold it: an empty one protects everything.
+QString catalogText(const RiskAppCatalog &catalog, const QSet<QString> &selection, const Palette &palette);
+
+QString runResultText(const PrivacyModeRunResult &result, qint64 runningAppCount, const Palette &palette);
+
+/// One line each, with the local date and time.
+QString eventsText(const QList<MacProtectionEvent> &events, const Palette &palette);
+
+QString statusText(const StatusReport &status, const Palette &palette);
+
+QString scheduleText(const QList<ModePreset> &modes, const std::optional<bool> &wanted,
+                     const Palette &palette);
+
+} // namespace kestrin

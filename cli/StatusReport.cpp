@@ -1,0 +1,39 @@
+#include "cli/StatusReport.h"
+
+#include "foundation/JsonEncoding.h"
+#include "runtime/StatusSummaries.h"
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+QString StatusReport::monitorLabel() const {
+    return monitorLabelFor(monitoredBy.has_value(), enforceActions);
+}
+
+QStringList StatusReport::enabledModeIDs() const {
+    QStringList ids;
+    for (const ModePreset &mode : modes) {
+        if (mode.enabled)
+            ids.append(mode.id);
+    }
+    return ids;
+}
+
+QJsonObject StatusReport::toJson() const {
+    return {
+        {u"privacyModeOn"_s, privacyModeOn},
+        {u"enforceActions"_s, enforceActions},
+        {u"monitorLabel"_s, monitorLabel()},
+        {u"protectedDefinitionIDs"_s, toJsonValue(protectedDefinitionIDs)},
+        {u"runningAppCount"_s, runningAppCount},
+        {u"matches"_s, toJsonValue(matches)},
+        {u"enabledModeIDs"_s, toJsonValue(enabledModeIDs())},
+        // "No opinion" is an answer; the key is always there.
+        {u"scheduledPrivacyModeState"_s,
+         scheduledPrivacyModeState ? QJsonValue(*scheduledPrivacyModeState) : QJsonValue(QJsonValue::Null)},
+        {u"devices"_s, toJsonValue(devicesFor(privacyModeOn, enforceActions))},
+    };
+}
+
+} // namespace kestrin

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "engine/RiskAppMatch.h"
+#include "shared/DomainRecords.h"
+
+#include <QJsonObject>
+
+#include <optional>
+
+namespace kestrin {
+
+/// How everything stands, as a program beside the watching one sees it.
+struct StatusReport {
+    bool privacyModeOn = false;
+    bool enforceActions = false;
+    /// Who watches now, in his own words; absent when nobody does.
+    std::optional<QString> monitoredBy;
+    QStringList protectedDefinitionIDs;
+    /// The rest of the catalog, in its order.
+    QStringList unprotectedDefinitionIDs;
+    qint64 runningAppCount = 0;
+    QList<RiskAppMatch> matches;
+    QList<ModePreset> modes;
+    /// Absent when no enabled preset has an opinion.
+    std::optional<bool> scheduledPrivacyModeState;
+
+    QString monitorLabel() const;
+    QStringList enabledModeIDs() const;
+    QJsonObject toJson() const;
+};
+
+} // namespace kestrin

@@ -1,0 +1,136 @@
+#include "cli/TerminalText.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+bool steersTerminal(char16_t unit) {
+    return unit < 0x20 || (unit >= 0x7f && unit < 0xa0) || unit == 0x2028 || unit == 0x2029;
+}
+
+bool reordersText(char16_t unit) {
+    return unit == 0x061c || unit == 0x200e || unit == 0x200f || (unit >= 0x202a && unit <= 0x202e) ||
+           (unit >= 0x2066 && unit <= 0x2069);
+}
+
+bool isLoneSurrogate(const QString &text, qsizetype at) {
+    const QChar unit = text.at(at);
+    if (unit.isHighSurrogate())
+        return at + 1 == text.size() || !text.at(at + 1).isLowSurrogate();
+    return unit.isLowSurrogate() && (at == 0 || !text.at(at - 1).isHighSurrogate());
+}
+
+/// `kept` is a control character that the text's own layout needs; 0 for none.
+QString spelledOut(const QString &text, char16_t kept) {
+    QString result;
+    result.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t unit = text.at(i).unicode();
+        if (unit != kept && (steersTerminal(unit) || reordersText(unit) || isLoneSurrogate(text, i)))
+            result += u"\\u"_s + QString::number(unit, 16).rightJustified(4, u'0');
+        else
+            result += text.at(i);
+    }
+    return result;
+}
+
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+/// The blocks that terminals show two columns wide, roughly; being wrong only puts a column out of line.
+constexpr std::array wideRanges{
+    Range{0x1100, 0x115f},   Range{0x2e80, 0x303e},   Range{0x3041, 0x4dbf},   Range{0x4e00, 0xa4cf},
+    Range{0xac00, 0xd7a3},   Range{0xf900, 0xfaff},   Range{0xfe30, 0xfe6f},   Range{0xff00, 0xff60},
+    Range{0xffe0, 0xffe6},   Range{0x1f300, 0x1f64f}, Range{0x1f680, 0x1f6ff}, Range{0x1f900, 0x1faff},
+    Range{0x20000, 0x3fffd},
+};
+
+bool isWide(char32_t character) {
+    return std::any_of(wideRanges.cbegin(), wideRanges.cend(), [&](const Range &range) {
+        return character >= range.first && character <= range.last;
+    });
+}
+
+bool takesNoRoom(char32_t character) {
+    const QChar::Category category = QChar::category(character);
+    return category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing ||
+           category == QChar::Other_Format;
+}
+
+QString selectGraphicRendition(TextColour colour) {
+    switch (colour) {
+    case TextColour::plain:
+        break;
+    case TextColour::strong:
+        return u"1"_s;
+    case TextColour::faint:
+        return u"2"_s;
+    case TextColour::good:
+        return u"32"_s;
+    case TextColour::caution:
+        return u"33"_s;
+    case TextColour::bad:
+        return u"31"_s;
+    }
+    return {};
+}
+
+} // namespace
+
+QString visibleText(const QString &text) {
+    return spelledOut(text, 0);
+}
+
+QByteArray visibleJson(const QByteArray &json) {
+    // The encoder has spelled out what JSON itself forbids, so a line break is never part of a string.
+    return spelledOut(QString::fromUtf8(json), u'\n').toUtf8();
+}
+
+qsizetype displayWidth(const QString &text) {
+    qsizetype width = 0;
+    for (const char32_t character : text.toUcs4()) {
+        if (!takesNoRoom(character))
+            width += isWide(character) ? 2 : 1;
+    }
+    return width;
+}
+
+QString Palette::paint(TextColour colour, const QString &text) const {
+    if (!m_colourful || colour == TextColour::plain || text.isEmpty())
+        return text;
+    return u"\x1b["_s + selectGraphicRendition(colour) + u'm' + text + u"\x1b[0m"_s;
+}
+
+QString alignedLines(const QList<QList<Cell>> &rows, const Palette &palette) {
+    QList<qsizetype> widths;
+    for (const QList<Cell> &row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (qsizetype i = 0; i < row.size(); ++i)
+            widths[i] = std::max(widths.at(i), displayWidth(visibleText(row.at(i).text)));
+    }
+
+    QString lines;
+    for (const QList<Cell> &row : rows) {
+        // Spaces are owed until something follows them.
+        qsizetype owed = 0;
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            const QString text = visibleText(row.at(i).text);
+            if (!text.isEmpty()) {
+                lines += QString(owed, u' ') + palette.paint(row.at(i).colour, text);
+                owed = 0;
+            }
+            owed += widths.at(i) - displayWidth(text) + 2;
+        }
+        lines += u'\n';
+    }
+    return lines;
+}
+
+} // namespace kestrin

@@ -1,0 +1,78 @@
+#include "cli/TerminationSignals.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+
+namespace kestrin {
+
+namespace {
+
+constexpr std::array caught{SIGINT, SIGTERM, SIGHUP};
+
+volatile std::sig_atomic_t signalArrived = 0;
+volatile std::sig_atomic_t wakeUpDescriptor = -1;
+
+void noteSignal(int) {
+    const int before = errno;
+    signalArrived = 1;
+    const char byte = 0;
+    // A full pipe wakes the loop as well as one more byte would.
+    [[maybe_unused]] const ssize_t ignored = ::write(wakeUpDescriptor, &byte, 1);
+    errno = before;
+}
+
+bool isIgnored(int number) {
+    struct sigaction now {};
+    return ::sigaction(number, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
+}
+
+/// Without SA_RESTART: a write that waits for its reader has to notice.
+void handle(int number, void (*handler)(int)) {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    ::sigemptyset(&action.sa_mask);
+    ::sigaction(number, &action, nullptr);
+}
+
+} // namespace
+
+TerminationSignals::TerminationSignals() : m_notifier(QSocketNotifier::Read) {
+    if (::pipe(m_pipe) != 0)
+        qFatal("No pipe for signals could be made.");
+    for (const int end : m_pipe) {
+        ::fcntl(end, F_SETFD, FD_CLOEXEC);
+        ::fcntl(end, F_SETFL, O_NONBLOCK);
+    }
+    wakeUpDescriptor = m_pipe[1];
+    m_notifier.setSocket(m_pipe[0]);
+    connect(&m_notifier, &QSocketNotifier::activated, this, [this] {
+        m_notifier.setEnabled(false);
+        Q_EMIT received();
+    });
+    m_notifier.setEnabled(true);
+    for (const int number : caught) {
+        if (number != SIGHUP || !isIgnored(SIGHUP))
+            handle(number, noteSignal);
+    }
+}
+
+TerminationSignals::~TerminationSignals() {
+    for (const int number : caught) {
+        if (!isIgnored(number))
+            handle(number, SIG_DFL);
+    }
+    m_notifier.setEnabled(false);
+    wakeUpDescriptor = -1;
+    ::close(m_pipe[0]);
+    ::close(m_pipe[1]);
+}
+
+bool TerminationSignals::arrived() {
+    return signalArrived != 0;
+}
+
+} // namespace kestrin

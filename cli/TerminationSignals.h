@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QSocketNotifier>
+
+namespace kestrin {
+
+/// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal on the main thread, for as long as the object lives. One
+/// object at a time. A SIGHUP that was ignored when the process started (nohup) stays ignored.
+class TerminationSignals : public QObject {
+    Q_OBJECT
+
+  public:
+    TerminationSignals();
+    ~TerminationSignals() override;
+
+    /// Whether one of them has come.
+    static bool arrived();
+
+  Q_SIGNALS:
+    void received();
+
+  private:
+    /// A handler may do next to nothing, but it may write to a pipe, which wakes the event loop.
+    int m_pipe[2] = {-1, -1};
+    QSocketNotifier m_notifier;
+};
+
+} // namespace kestrin

@@ -1,0 +1,98 @@
+#include "cli/WatchCommand.h"
+
+#include "cli/EventFollower.h"
+#include "cli/HumanOutput.h"
+#include "cli/TerminationSignals.h"
+#include "foundation/JsonEncoding.h"
+#include "runtime/MonitoringClaim.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+/// Only a pipe or a socket has a reader that can go away.
+bool hasReader(int descriptor) {
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
+}
+
+/// Prints what is new in the log. Nothing is printed any more once the reader has gone.
+class EventPrinter {
+  public:
+    EventPrinter(MacActivityLogStoring &log, Output &out, const Palette &palette, bool json)
+        : m_follower(log)
+        , m_out(out)
+        , m_palette(palette)
+        , m_json(json) {}
+
+    void printNew() {
+        // One flush an event: who reads a line at a time is not kept waiting for the next.
+        for (const MacProtectionEvent &event : m_follower.takeNew()) {
+            if (m_json)
+                m_out.write(visibleJson(jsonText(toJsonValue(event))) + '\n');
+            else
+                m_out.write(eventsText({event}, m_palette));
+            if (!m_out.flush())
+                return QCoreApplication::quit();
+        }
+    }
+
+  private:
+    EventFollower m_follower;
+    Output &m_out;
+    const Palette m_palette;
+    const bool m_json;
+};
+
+ExitStatus refuse(const CommandSurroundings &surroundings, const MonitoringClaim &claim) {
+    if (claim.holder)
+        return surroundings.couldNot(u"Only one program can watch at a time, and "_s + *claim.holder +
+                                     u" is watching already."_s);
+    return surroundings.couldNot(u"Nothing can be watched, because "_s + surroundings.supportFolder() +
+                                 u" cannot be written."_s);
+}
+
+} // namespace
+
+ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
+    const MonitoringClaim claim = MonitoringClaim::make(surroundings.supportFolder(), u"kestrinctl watch"_s);
+    if (!claim.lock)
+        return refuse(surroundings, claim);
+
+    bool ended = false;
+    const auto end = [&ended] {
+        ended = true;
+        QCoreApplication::quit();
+    };
+    TerminationSignals signalsToEnd;
+    QObject::connect(&signalsToEnd, &TerminationSignals::received, end);
+    // A pipe whose reader has gone says so at once; without this it would be noticed at the next event.
+    QSocketNotifier readerLeft(surroundings.out.descriptor(), QSocketNotifier::Exception);
+    readerLeft.setEnabled(hasReader(surroundings.out.descriptor()));
+    QObject::connect(&readerLeft, &QSocketNotifier::activated, end);
+
+    CommandSession session(surroundings, CommandSession::Desktop::seen);
+    if (const QString limitation = surroundings.workspace().limitation(); !limitation.isEmpty())
+        surroundings.say(limitation);
+    EventPrinter printer(session.runtime.logStore(), surroundings.out, surroundings.palette, json);
+    QObject::connect(&session.runtime, &MacProtectionRuntime::recentEventsChanged,
+                     [&printer] { printer.printNew(); });
+    session.flag.startRuntime();
+    // What others recorded while the runtime was starting was not told by anybody.
+    printer.printNew();
+    surroundings.say(u"Watching."_s);
+
+    // quit() before exec() would be forgotten.
+    if (!ended && surroundings.out.flush())
+        QCoreApplication::exec();
+    return ExitStatus::done;
+}
+
+} // namespace kestrin

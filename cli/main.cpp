@@ -1,0 +1,23 @@
+// kestrinctl: the protection runtime without a window.
+
+#include "cli/CommandRunner.h"
+#include "cli/StandardStreams.h"
+#include "runtime/StandardUserDefaults.h"
+
+#include <QCoreApplication>
+
+#include <unistd.h>
+
+int main(int argc, char *argv[]) {
+    using namespace kestrin;
+    prepareStandardStreams();
+    preferUtf8();
+    const QCoreApplication application(argc, argv);
+
+    Output out(STDOUT_FILENO);
+    Output err(STDERR_FILENO);
+    const auto defaults = standardUserDefaults();
+    CommandSurroundings surroundings{*defaults, standardUserDefaultsLocation(),     {}, out,
+                                     err,       Palette(wantsColour(STDOUT_FILENO))};
+    return static_cast<int>(runCommandLine(QCoreApplication::arguments().mid(1), surroundings));
+}
