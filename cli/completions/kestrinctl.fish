@@ -1,0 +1,36 @@
+# Completion of kestrinctl for fish.
+
+set -l commands apps catalog check watch log status on off protect unprotect recommended enforce schedule diagnostics
+set -l definitions zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind macwhisper otter
+set -l presets sleep away focus travel manual
+set -l none "not __fish_seen_subcommand_from $commands"
+
+complete -c kestrinctl -f
+complete -c kestrinctl -s h -l help -d 'Explain with examples'
+complete -c kestrinctl -n $none -l version -d 'Print the version'
+
+complete -c kestrinctl -n $none -a apps -d 'List the running applications as Kestrin sees them'
+complete -c kestrinctl -n $none -a catalog -d 'List the applications that Kestrin knows, and which are protected'
+complete -c kestrinctl -n $none -a check -d 'Check the running applications once'
+complete -c kestrinctl -n $none -a watch -d 'React to launches, run the schedules and print each new event'
+complete -c kestrinctl -n $none -a log -d 'Print the newest events'
+complete -c kestrinctl -n $none -a status -d 'Tell how Privacy Mode, monitor, selection and schedules stand'
+complete -c kestrinctl -n $none -a on -d 'Turn Privacy Mode on'
+complete -c kestrinctl -n $none -a off -d 'Turn Privacy Mode off'
+complete -c kestrinctl -n $none -a protect -d 'Protect applications of the catalog'
+complete -c kestrinctl -n $none -a unprotect -d 'Stop protecting applications of the catalog'
+complete -c kestrinctl -n $none -a recommended -d 'Protect every application of the catalog'
+complete -c kestrinctl -n $none -a enforce -d 'Choose between quit requests and previews'
+complete -c kestrinctl -n $none -a schedule -d 'List the schedule presets, enable or disable them'
+complete -c kestrinctl -n $none -a diagnostics -d 'Print five lines for a report'
+
+complete -c kestrinctl -n "__fish_seen_subcommand_from $commands; and not __fish_seen_subcommand_from diagnostics" \
+    -l json -d 'Print JSON for programs'
+complete -c kestrinctl -n '__fish_seen_subcommand_from check' -l preview -d 'Only preview, ask nobody to quit'
+complete -c kestrinctl -n '__fish_seen_subcommand_from log' -l limit -x -d 'Print at most this many events'
+complete -c kestrinctl -n '__fish_seen_subcommand_from protect unprotect' -a "$definitions"
+complete -c kestrinctl -n '__fish_seen_subcommand_from enforce; and not __fish_seen_subcommand_from on off' -a 'on off'
+complete -c kestrinctl -n '__fish_seen_subcommand_from schedule; and not __fish_seen_subcommand_from enable disable' \
+    -a 'enable disable'
+complete -c kestrinctl -n '__fish_seen_subcommand_from schedule; and __fish_seen_subcommand_from enable disable' \
+    -a "$presets"

@@ -1,0 +1,571 @@
+// kestrinctl inside this process, over an in-memory desktop and real files.
+
+#include "cli/CommandLine.h"
+#include "cli/CommandRunner.h"
+#include "cli/EventFollower.h"
+#include "engine/JSONMacActivityLogStore.h"
+#include "engine/JSONPrivacyModeSettingsStore.h"
+#include "engine/workspace/InMemoryWorkspace.h"
+#include "runtime/JSONUserDefaults.h"
+#include "runtime/MonitoringClaim.h"
+#include "shared/KestrinSeedData.h"
+#include "tests/support/Samples.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTemporaryFile>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+
+namespace {
+
+/// A desktop that cannot be looked at.
+class BlindWorkspace final : public Workspace {
+  public:
+    QList<WorkspaceApplication> runningApplications() override { return {}; }
+    bool terminate(qint32) override { return false; }
+    std::unique_ptr<LaunchSubscription> subscribeToLaunches(LaunchHandler) override {
+        return std::make_unique<LaunchSubscription>();
+    }
+    QString limitation() override { return u"There is nothing to see here."_s; }
+};
+
+struct Answer {
+    ExitStatus status = ExitStatus::couldNot;
+    QString out;
+    QString err;
+
+    QJsonDocument json() const { return QJsonDocument::fromJson(out.toUtf8()); }
+};
+
+QString everythingIn(QTemporaryFile &file) {
+    file.seek(0);
+    return QString::fromUtf8(file.readAll());
+}
+
+struct Home {
+    QTemporaryDir folder;
+    InMemoryWorkspace desktop;
+    BlindWorkspace blindDesktop;
+    bool isBlind = false;
+    bool isColourful = false;
+    /// 12 o'clock, when Away wants Privacy Mode on.
+    QDateTime now{QDate(2026, 3, 14), QTime(12, 0)};
+    JSONUserDefaults defaults{defaultsPath()};
+    JSONPrivacyModeSettingsStore settings{QUrl::fromLocalFile(support() + u"/privacy-mode-settings.json"_s),
+                                          {true, {}}};
+    JSONMacActivityLogStore log{QUrl::fromLocalFile(logPath())};
+
+    Home() {
+        desktop.add(samples::running(u"Zoom"_s, 10, u"us.zoom.xos"_s));
+        desktop.add(samples::running(u"Editor"_s, 11));
+    }
+
+    QString support() const { return folder.filePath(u"data/Kestrin"_s); }
+    QString logPath() const { return support() + u"/activity-log.json"_s; }
+    QString defaultsPath() const { return folder.filePath(u"config/user-defaults.json"_s); }
+    bool isUntouched() const { return QDir(folder.path()).isEmpty(); }
+    QStringList story() {
+        QStringList texts = samples::messages(log.recent(1000));
+        std::reverse(texts.begin(), texts.end());
+        return texts;
+    }
+
+    Answer call(const QStringList &arguments) {
+        QTemporaryFile outFile;
+        QTemporaryFile errFile;
+        if (!outFile.open() || !errFile.open())
+            qFatal("No temporary file could be made.");
+        Output out(outFile.handle());
+        Output err(errFile.handle());
+        Workspace *workspace = &desktop;
+        if (isBlind)
+            workspace = &blindDesktop;
+        CommandSurroundings surroundings{defaults,
+                                         defaultsPath(),
+                                         {support(), workspace, [this] { return now; }, nullptr, nullptr},
+                                         out,
+                                         err,
+                                         Palette(isColourful)};
+        Answer answer;
+        answer.status = runCommandLine(arguments, surroundings);
+        answer.out = everythingIn(outFile);
+        answer.err = everythingIn(errFile);
+        return answer;
+    }
+    Answer call(const QString &words) { return call(words.split(u' ', Qt::SkipEmptyParts)); }
+};
+
+QStringList keysOf(const QJsonObject &object) {
+    return object.keys();
+}
+
+/// What bash would offer for the last of `words`.
+QStringList offeredByBash(const QString &words) {
+    QProcess bash;
+    bash.start(u"bash"_s,
+               {u"-c"_s, QString::fromLatin1(". '" COMPLETIONS "kestrinctl.bash'; COMP_WORDS=(") + words +
+                             u"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kestrinctl; "
+                             "printf '%s\\n' \"${COMPREPLY[@]}\""_s});
+    if (!bash.waitForFinished() || !bash.readAllStandardError().isEmpty())
+        return {u"bash failed"_s};
+    return QString::fromUtf8(bash.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+}
+
+QStringList sorted(QStringList list) {
+    list.sort();
+    return list;
+}
+
+} // namespace
+
+class CommandLineTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void misuse_data();
+    void misuse();
+    void accepted();
+    void help();
+    void escapes();
+    void alignment();
+    void json();
+    void people();
+    void selection();
+    void switching();
+    void settlingTheFlag();
+    void enforcing();
+    void schedules();
+    void blindDesktop();
+    void besideAWatch();
+    void unwritable();
+    void following();
+    void completions();
+};
+
+void CommandLineTest::misuse_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("names");
+    const QString commands = u"apps, catalog, check"_s;
+    QTest::newRow("nothing") << QStringList{} << commands;
+    QTest::newRow("unknown command") << QStringList{u"frobnicate"_s} << commands;
+    QTest::newRow("letter case") << QStringList{u"Status"_s} << commands;
+    QTest::newRow("escaped") << QStringList{u"a\x1b[2J\u202e"_s} << u"\"a\\u001b[2J\\u202e\""_s;
+    QTest::newRow("empty word") << QStringList{QString()} << commands;
+    QTest::newRow("program option") << QStringList{u"--json"_s} << u"--help and --version"_s;
+    QTest::newRow("json of diagnostics") << QStringList{u"diagnostics"_s, u"--json"_s} << u"--help"_s;
+    QTest::newRow("option of another")
+        << QStringList{u"on"_s, u"--limit"_s, u"3"_s} << u"--json and --help"_s;
+    QTest::newRow("value for none") << QStringList{u"off"_s, u"--json=yes"_s} << u"--json and --help"_s;
+    QTest::newRow("short") << QStringList{u"off"_s, u"-j"_s} << u"--json and --help"_s;
+    QTest::newRow("extra word") << QStringList{u"off"_s, u"now"_s} << u"\"now\""_s;
+    for (const QString &number : {u"-1"_s, u"+1"_s, u"1.5"_s, u"x"_s, QString(), u" 1"_s, u"0x10"_s, u"٣"_s})
+        QTest::addRow("limit %s", qUtf8Printable(number))
+            << QStringList{u"log"_s, u"--limit"_s, number} << u"a whole number"_s;
+    QTest::newRow("limit missing") << QStringList{u"log"_s, u"--limit"_s} << u"a whole number"_s;
+    QTest::newRow("limit empty") << QStringList{u"log"_s, u"--limit="_s} << u"a whole number"_s;
+    QTest::newRow("no id") << QStringList{u"unprotect"_s} << u"zoom, facetime"_s;
+    QTest::newRow("bad id") << QStringList{u"unprotect"_s, u"zoom"_s, u"Zoom"_s} << u"zoom, facetime"_s;
+    QTest::newRow("preset is no app") << QStringList{u"protect"_s, u"sleep"_s} << u"zoom, facetime"_s;
+    QTest::newRow("enforce what") << QStringList{u"enforce"_s} << u"on or off"_s;
+    QTest::newRow("enforce twice") << QStringList{u"enforce"_s, u"on"_s, u"off"_s} << u"on or off"_s;
+    QTest::newRow("schedule verb") << QStringList{u"schedule"_s, u"on"_s} << u"enable or disable"_s;
+    QTest::newRow("schedule no id") << QStringList{u"schedule"_s, u"disable"_s} << u"sleep, away, focus"_s;
+    QTest::newRow("schedule bad id") << QStringList{u"schedule"_s, u"disable"_s, u"away"_s, u"zoom"_s}
+                                     << u"sleep, away, focus"_s;
+    QTest::newRow("option as id") << QStringList{u"unprotect"_s, u"--"_s, u"--json"_s} << u"zoom, facetime"_s;
+}
+
+void CommandLineTest::misuse() {
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, names);
+    Home home;
+    const Answer answer = home.call(arguments);
+    QCOMPARE(answer.status, ExitStatus::usedWrongly);
+    QCOMPARE(answer.out, QString());
+    QCOMPARE(answer.err.count(u'\n'), 1);
+    QVERIFY(answer.err.endsWith(u".\n"));
+    QVERIFY2(answer.err.contains(names), qUtf8Printable(answer.err));
+    QVERIFY(home.isUntouched());
+}
+
+void CommandLineTest::accepted() {
+    const auto parsed = [](const QString &words) {
+        return std::get<Invocation>(parseCommandLine(words.split(u' ')));
+    };
+    QCOMPARE(parsed(u"log --limit=0"_s).limit, 0);
+    QCOMPARE(parsed(u"--limit 007 log --json"_s).limit, 7);
+    QVERIFY(parsed(u"log --limit 99999999999999999999999"_s).limit > 1000000000);
+    QCOMPARE(parsed(u"log"_s).limit, 8);
+    QCOMPARE(parsed(u"protect zoom --json -- teams"_s).ids, (QStringList{u"zoom"_s, u"teams"_s}));
+    QCOMPARE(parsed(u"schedule disable sleep away"_s).enable, std::optional(false));
+    QVERIFY(!parsed(u"schedule"_s).enable);
+    QCOMPARE(parsed(u"protect --help"_s).action, Invocation::Action::help);
+}
+
+void CommandLineTest::help() {
+    Home home;
+    const QString all = home.call(u"--help"_s).out;
+    for (const CommandDescription &command : commandTable()) {
+        QVERIFY(all.contains(u"\n  "_s + command.name + u' '));
+        const Answer answer = home.call(command.name + u" --help"_s);
+        QCOMPARE(answer.status, ExitStatus::done);
+        for (const QString &option : command.options)
+            QVERIFY(answer.out.contains(u"\n  "_s + option));
+        QVERIFY(!command.examples.isEmpty());
+        for (const CommandExample &example : command.examples) {
+            QVERIFY(answer.out.contains(example.call));
+            // An example that is shown has to work.
+            QStringList words = example.call.section(u" | "_s, 0, 0).split(u' ');
+            QCOMPARE(words.takeFirst(), u"kestrinctl"_s);
+            QVERIFY2(std::holds_alternative<Invocation>(parseCommandLine(words)),
+                     qUtf8Printable(example.call));
+        }
+    }
+    QVERIFY(QRegularExpression(u"^kestrinctl \\d+\\.\\d+\\.\\d+\n$"_s)
+                .match(home.call(u"--version"_s).out)
+                .hasMatch());
+    QVERIFY(home.isUntouched());
+}
+
+void CommandLineTest::escapes() {
+    QCOMPARE(visibleText(u"a\tb\n\x1b[31m\u007f\u009bc\u2028\u202eexe\u2066\u200f"_s),
+             u"a\\u0009b\\u000a\\u001b[31m\\u007f\\u009bc\\u2028\\u202eexe\\u2066\\u200f"_s);
+    QCOMPARE(visibleText(QString(QChar(0xd800)) + u"x"_s + QChar(0xdc00)), u"\\ud800x\\udc00"_s);
+    const QString harmless = u"Zoé – 日本 \U0001F469\u200D\U0001F4BB العربية"_s;
+    QCOMPARE(visibleText(harmless), harmless);
+
+    const QString hostile = u"\x1b]0;x\a \u007f \u0085 \u202e \u2029 \\u202e \"é"_s;
+    const QByteArray written = visibleJson(QJsonDocument(QJsonArray{hostile}).toJson());
+    QCOMPARE(QJsonDocument::fromJson(written).array().first().toString(), hostile);
+    for (const QString &bad : {u"\x1b"_s, u"\u007f"_s, u"\u0085"_s, u"\u202e"_s, u"\u2029"_s})
+        QVERIFY(!QString::fromUtf8(written).contains(bad));
+}
+
+void CommandLineTest::alignment() {
+    const QList<QList<Cell>> rows{{u"a"_s, u"b"_s, QString()},
+                                  {u"日本"_s, {u"x"_s, TextColour::bad}, u"y"_s},
+                                  {u"e\u0301"_s, QString(), u"z"_s}};
+    QCOMPARE(alignedLines(rows, Palette(false)), u"a     b\n日本  x  y\ne\u0301        z\n"_s);
+    QCOMPARE(alignedLines(rows, Palette(true)).remove(QRegularExpression(u"\x1b\\[[0-9]+m"_s)),
+             alignedLines(rows, Palette(false)));
+}
+
+void CommandLineTest::json() {
+    Home home;
+    const QJsonArray apps = home.call(u"apps --json"_s).json().array();
+    QCOMPARE(apps.size(), 2);
+    QCOMPARE(keysOf(apps.at(0).toObject()),
+             (QStringList{u"bundleIdentifier"_s, u"localizedName"_s, u"processIdentifier"_s}));
+    QCOMPARE(apps.at(1).toObject().value(u"processIdentifier"_s).toInt(), 11);
+
+    const auto catalog = decodeJson<RiskAppCatalog>(home.call(u"catalog --json"_s).out.toUtf8());
+    QVERIFY(catalog);
+    QCOMPARE(catalog->definitions, RiskAppCatalog::defaultDefinitions());
+
+    const auto result = decodeJson<PrivacyModeRunResult>(home.call(u"check --json"_s).out.toUtf8());
+    QVERIFY(result);
+    QCOMPARE(result->matches.size(), 1);
+    QCOMPARE(samples::messages(result->events), home.story());
+    QCOMPARE(result->events.size(), 3);
+    // A check that found nothing to mend stores nothing but what it recorded.
+    QCOMPARE(QDir(home.support()).entryList(QDir::Files), QStringList{u"activity-log.json"_s});
+
+    const QJsonArray log = home.call(u"log --json --limit 2"_s).json().array();
+    QCOMPARE(log.size(), 2);
+    QCOMPARE(log.first().toObject().value(u"message"_s).toString(), home.story().last());
+    QCOMPARE(home.call(u"log --json --limit 0"_s).out.trimmed(), u"[\n]"_s);
+
+    const QJsonObject status = home.call(u"status --json"_s).json().object();
+    QCOMPARE(keysOf(status),
+             (QStringList{u"devices"_s, u"enabledModeIDs"_s, u"enforceActions"_s, u"matches"_s,
+                          u"monitorLabel"_s, u"privacyModeOn"_s, u"protectedDefinitionIDs"_s,
+                          u"runningAppCount"_s, u"scheduledPrivacyModeState"_s}));
+    QCOMPARE(status.value(u"privacyModeOn"_s), QJsonValue(true));
+    QCOMPARE(status.value(u"enforceActions"_s), QJsonValue(false));
+    QCOMPARE(status.value(u"monitorLabel"_s), QJsonValue(u"Off"_s));
+    QCOMPARE(status.value(u"runningAppCount"_s), QJsonValue(2));
+    QCOMPARE(status.value(u"scheduledPrivacyModeState"_s), QJsonValue(true));
+    QCOMPARE(status.value(u"protectedDefinitionIDs"_s).toArray().size(), 12);
+    QCOMPARE(status.value(u"matches"_s).toArray().first().toObject().value(u"app"_s), apps.at(0));
+    QCOMPARE(status.value(u"enabledModeIDs"_s), QJsonValue(QJsonArray{u"sleep"_s, u"away"_s, u"manual"_s}));
+    QCOMPARE(status.value(u"devices"_s).toArray().size(), 3);
+
+    const QJsonArray presets = home.call(u"schedule --json"_s).json().array();
+    QCOMPARE(presets.size(), 5);
+    QCOMPARE(keysOf(presets.first().toObject()),
+             (QStringList{u"detail"_s, u"enabled"_s, u"icon"_s, u"id"_s, u"name"_s, u"schedule"_s}));
+}
+
+void CommandLineTest::people() {
+    Home home;
+    home.desktop.add(samples::running(u"Teams\x1b[2J\u202e\n"_s, 12, u"com.microsoft.teams"_s));
+    for (const QString &call : {u"apps"_s, u"check"_s, u"status"_s, u"log"_s}) {
+        const Answer answer = home.call(call);
+        QCOMPARE(answer.status, ExitStatus::done);
+        QCOMPARE(answer.err, QString());
+        QVERIFY(answer.out.contains(u"Teams\\u001b[2J\\u202e\\u000a"));
+        QVERIFY(!answer.out.contains(u'\x1b') && !answer.out.contains(u'\u202e'));
+    }
+    QVERIFY(home.call(u"apps"_s).out.contains(u"\n11       Editor\n"));
+    QVERIFY(home.call(u"status"_s).out.contains(u"\nProtected       12 of 12 known applications\n"));
+    QCOMPARE(home.call(u"diagnostics"_s).out,
+             u"Kestrin Mac diagnostics\nRelaunch monitor: Off\nMac app actions: Preview\nSelected protected "
+             "apps: 12\nRunning apps scanned: 3\nProtected app matches: 2\n"_s);
+
+    home.isColourful = true;
+    QVERIFY(home.call(u"status"_s).out.contains(u"\x1b[32mOn\x1b[0m"));
+    QVERIFY(!home.call(u"status --json"_s).out.contains(u'\x1b'));
+}
+
+void CommandLineTest::selection() {
+    Home home;
+    const Answer answer = home.call(u"unprotect zoom teams --json"_s);
+    QCOMPARE(answer.status, ExitStatus::done);
+    QCOMPARE(answer.json().object().value(u"protectedDefinitionIDs"_s).toArray().size(), 10);
+    QVERIFY(answer.json().object().value(u"matches"_s).toArray().isEmpty());
+    QVERIFY(home.call(u"status"_s).out.contains(u"10 of 12 known applications, all but zoom, teams\n"));
+    QVERIFY(home.call(u"catalog"_s).out.contains(u"\n   zoom "));
+    QVERIFY(home.call(u"catalog"_s).out.contains(u"\n*  rewind "));
+
+    // What is already so is no change and no failure.
+    QCOMPARE(home.call(u"unprotect zoom"_s).status, ExitStatus::done);
+    QCOMPARE(home.call(u"protect zoom"_s).status, ExitStatus::done);
+    QCOMPARE(home.call(u"recommended"_s).status, ExitStatus::done);
+    QCOMPARE(home.story(), (QStringList{u"Zoom removed from Mac Privacy Mode."_s,
+                                        u"Microsoft Teams removed from Mac Privacy Mode."_s,
+                                        u"Zoom added to Mac Privacy Mode."_s,
+                                        u"Recommended Mac protected app list applied."_s}));
+
+    const Answer none = home.call(QStringList{u"unprotect"_s} + definitionIDs());
+    QCOMPARE(none.status, ExitStatus::done);
+    QVERIFY(none.out.contains(u"everything, because nothing is selected"));
+    QVERIFY(home.settings.load().protectedDefinitionIDs.isEmpty());
+}
+
+void CommandLineTest::switching() {
+    Home home;
+    const Answer off = home.call(u"off --json"_s);
+    QCOMPARE(off.status, ExitStatus::done);
+    QCOMPARE(off.json().object().value(u"privacyModeOn"_s), QJsonValue(false));
+    QCOMPARE(home.defaults.boolean(PrivacyModeFlag::key), std::optional(false));
+    QVERIFY(!home.settings.load().isEnabled);
+    QCOMPARE(home.call(u"off"_s).status, ExitStatus::done);
+    QCOMPARE(home.call(u"check"_s).out, u"Privacy Mode is off. No Mac app actions were taken.\n"
+                                        "0 of 2 running applications matched.\n"_s);
+    QCOMPARE(home.call(u"on"_s).status, ExitStatus::done);
+    QCOMPARE(home.story(), (QStringList{u"Privacy Mode is off for this Mac."_s,
+                                        u"Privacy Mode is off. No Mac app actions were taken."_s,
+                                        u"Privacy Mode is on for this Mac."_s}));
+    QVERIFY(home.desktop.terminationRequests().isEmpty());
+}
+
+void CommandLineTest::settlingTheFlag() {
+    // The flag says off, the settings do not: the check goes by the flag, and so does everybody afterwards.
+    Home home;
+    home.defaults.setBoolean(PrivacyModeFlag::key, false);
+    home.settings.save({true, {u"zoom"_s}});
+    QCOMPARE(home.call(u"status --json"_s).json().object().value(u"privacyModeOn"_s), QJsonValue(false));
+    QVERIFY(home.settings.load().isEnabled);
+    QCOMPARE(home.call(u"enforce on"_s).status, ExitStatus::done);
+    QVERIFY(home.desktop.terminationRequests().isEmpty());
+    QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, {u"zoom"_s}}));
+}
+
+void CommandLineTest::enforcing() {
+    Home home;
+    QCOMPARE(home.call(u"enforce on"_s).status, ExitStatus::done);
+    QCOMPARE(home.desktop.terminationRequests(), QList<qint32>{10});
+    QCOMPARE(home.desktop.subscriberCount(), 0);
+    QCOMPARE(home.story().first(), u"Mac app actions are enforcing for selected protected apps."_s);
+    QCOMPARE(home.call(u"check --preview"_s).status, ExitStatus::done);
+    QCOMPARE(home.desktop.terminationRequests().size(), 1);
+    QCOMPARE(home.call(u"check"_s).status, ExitStatus::done);
+    QCOMPARE(home.desktop.terminationRequests().size(), 2);
+    // Choosing what is chosen does all of it again.
+    QCOMPARE(home.call(u"enforce on"_s).status, ExitStatus::done);
+    QCOMPARE(home.desktop.terminationRequests().size(), 3);
+    const Answer off = home.call(u"enforce off --json"_s);
+    QCOMPARE(off.json().object().value(u"enforceActions"_s), QJsonValue(false));
+    QCOMPARE(home.desktop.terminationRequests().size(), 3);
+}
+
+void CommandLineTest::schedules() {
+    Home home;
+    home.now.setTime(QTime(21, 30));
+    QCOMPARE(home.call(u"off"_s).status, ExitStatus::done);
+    const Answer answer = home.call(u"schedule enable focus"_s);
+    QCOMPARE(answer.status, ExitStatus::done);
+    QVERIFY(answer.out.contains(u"\n*  focus "));
+    QVERIFY(answer.out.contains(u"want Privacy Mode on."));
+    QCOMPARE(home.defaults.boolean(PrivacyModeFlag::key), std::optional(true));
+    QCOMPARE(home.story().mid(1),
+             (QStringList{u"Focus Mode enabled."_s, u"Schedule turned Privacy Mode on."_s,
+                          u"Privacy Mode is on for this Mac."_s}));
+    QCOMPARE(home.call(u"schedule enable focus"_s).status, ExitStatus::done);
+    QCOMPARE(home.story().size(), 4);
+    QCOMPARE(home.call(u"schedule disable sleep away focus"_s).status, ExitStatus::done);
+    QVERIFY(home.call(u"schedule"_s).out.contains(u"want nothing."));
+    QCOMPARE(home.call(u"status --json"_s).json().object().value(u"scheduledPrivacyModeState"_s),
+             QJsonValue(QJsonValue::Null));
+}
+
+void CommandLineTest::blindDesktop() {
+    Home home;
+    home.isBlind = true;
+    const QString sentence = u"There is nothing to see here.\n"_s;
+    for (const QString &call : {u"apps"_s, u"apps --json"_s, u"check"_s, u"check --json"_s}) {
+        const Answer answer = home.call(call);
+        QCOMPARE(answer.status, ExitStatus::couldNot);
+        QCOMPARE(answer.out, QString());
+        QCOMPARE(answer.err, sentence);
+    }
+    QVERIFY(home.isUntouched());
+    for (const QString &call : {u"status"_s, u"on"_s, u"protect zoom"_s, u"diagnostics"_s, u"enforce on"_s}) {
+        const Answer answer = home.call(call);
+        QCOMPARE(answer.status, ExitStatus::done);
+        QVERIFY(!answer.out.isEmpty());
+        QCOMPARE(answer.err, sentence);
+    }
+    for (const QString &call : {u"catalog"_s, u"log"_s, u"schedule"_s, u"schedule enable focus"_s})
+        QCOMPARE(home.call(call).err, QString());
+}
+
+void CommandLineTest::besideAWatch() {
+    Home home;
+    const MonitoringClaim claim = MonitoringClaim::make(home.support(), u"another\x1b program"_s);
+    QVERIFY(claim.lock);
+    QCOMPARE(home.call(u"status --json"_s).json().object().value(u"monitorLabel"_s),
+             QJsonValue(u"Preview"_s));
+    QVERIFY(home.call(u"enforce on"_s).out.contains(u"Enforcing (another\\u001b program, process "));
+    QVERIFY(home.call(u"diagnostics"_s).out.contains(u"Relaunch monitor: Enforcing\n"));
+    const Answer second = home.call(u"watch"_s);
+    QCOMPARE(second.status, ExitStatus::couldNot);
+    QVERIFY(second.err.contains(u"another\\u001b program, process "));
+}
+
+void CommandLineTest::unwritable() {
+    // A folder where the file should be stops root too.
+    Home noLog;
+    QVERIFY(QDir().mkpath(noLog.logPath()));
+    QCOMPARE(noLog.call(u"log"_s).status, ExitStatus::done);
+    for (const QString &call : {u"off"_s, u"unprotect zoom"_s, u"recommended"_s, u"enforce off"_s,
+                                u"schedule enable focus"_s, u"check --preview"_s}) {
+        const Answer answer = noLog.call(call);
+        QCOMPARE(answer.status, ExitStatus::couldNot);
+        QVERIFY2(answer.err.contains(noLog.support()) && answer.err.count(u'\n') == 1, qUtf8Printable(call));
+    }
+
+    Home noSettings;
+    QVERIFY(QDir().mkpath(noSettings.support() + u"/privacy-mode-settings.json"_s));
+    for (const QString &call : {u"off"_s, u"unprotect zoom"_s}) {
+        const Answer answer = noSettings.call(call);
+        QCOMPARE(answer.status, ExitStatus::couldNot);
+        QCOMPARE(answer.out, QString());
+        QVERIFY2(answer.err.contains(noSettings.support()), qUtf8Printable(call));
+    }
+
+    Home noDefaults;
+    QVERIFY(QDir().mkpath(noDefaults.defaultsPath()));
+    for (const QString &call : {u"enforce on"_s, u"schedule enable focus"_s, u"off"_s}) {
+        const Answer answer = noDefaults.call(call);
+        QCOMPARE(answer.status, ExitStatus::couldNot);
+        QVERIFY2(answer.err.contains(noDefaults.defaultsPath()), qUtf8Printable(call));
+    }
+    // Nobody is asked to quit for a choice that could not be kept.
+    QVERIFY(noDefaults.desktop.terminationRequests().isEmpty());
+    QVERIFY(!noDefaults.story().contains(u"Mac app actions are enforcing for selected protected apps."_s));
+
+    Home noFolder;
+    QFile file(noFolder.folder.filePath(u"data"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(noFolder.call(u"status"_s).status, ExitStatus::done);
+    const Answer watch = noFolder.call(u"watch"_s);
+    QCOMPARE(watch.status, ExitStatus::couldNot);
+    QVERIFY(watch.err.contains(noFolder.support()));
+}
+
+void CommandLineTest::following() {
+    InMemoryMacActivityLogStore log({samples::event(u"old"_s)});
+    EventFollower follower(log);
+    QVERIFY(follower.takeNew().isEmpty());
+    QStringList added;
+    // As many at a time as the first look sees, one more, and many more.
+    for (const int count : {1, 7, 8, 9, 200}) {
+        added.clear();
+        for (int i = 0; i < count; ++i) {
+            added.append(QString::number(i));
+            log.append(samples::event(added.last()));
+        }
+        QCOMPARE(samples::messages(follower.takeNew()), added);
+        QVERIFY(follower.takeNew().isEmpty());
+    }
+
+    // A log that starts anew, one that cannot be read for a while, and one that lost its newest event.
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"log.json"_s);
+    JSONMacActivityLogStore file(QUrl::fromLocalFile(path));
+    for (const QString &message : {u"a"_s, u"b"_s, u"c"_s})
+        file.append(samples::event(message));
+    EventFollower fileFollower(file);
+    QVERIFY(QFile::rename(path, path + u".away"_s));
+    QVERIFY(fileFollower.takeNew().isEmpty());
+    QVERIFY(QFile::rename(path + u".away"_s, path));
+    QVERIFY(fileFollower.takeNew().isEmpty());
+    const QList<MacProtectionEvent> older = file.recent(3).mid(1);
+    QVERIFY(QFile::remove(path));
+    file.append(older.last());
+    file.append(older.first());
+    QVERIFY(fileFollower.takeNew().isEmpty());
+    QVERIFY(QFile::remove(path));
+    file.append(samples::event(u"anew"_s));
+    QCOMPARE(samples::messages(fileFollower.takeNew()), QStringList{u"anew"_s});
+}
+
+void CommandLineTest::completions() {
+    const QStringList anywhere{u"--help"_s, u"--version"_s};
+    QCOMPARE(sorted(offeredByBash(u"kestrinctl ''"_s)), sorted(commandNames() + anywhere));
+    QCOMPARE(offeredByBash(u"kestrinctl sch"_s), QStringList{u"schedule"_s});
+    for (const CommandDescription &command : commandTable()) {
+        QStringList expected = command.options + QStringList{u"--help"_s};
+        if (command.arguments == CommandArguments::definitionIDs)
+            expected += definitionIDs();
+        if (command.arguments == CommandArguments::onOrOff)
+            expected += {u"on"_s, u"off"_s};
+        if (command.arguments == CommandArguments::presetSwitch)
+            expected += {u"enable"_s, u"disable"_s};
+        QCOMPARE(sorted(offeredByBash(u"kestrinctl "_s + command.name + u" ''"_s)), sorted(expected));
+    }
+    QCOMPARE(sorted(offeredByBash(u"kestrinctl schedule --json disable ''"_s)),
+             sorted(presetIDs() + QStringList{u"--json"_s, u"--help"_s}));
+    QVERIFY(offeredByBash(u"kestrinctl log --limit ''"_s).isEmpty());
+
+    // The other two shells may not be there to be asked; what they would offer is in their files.
+    for (const QString &name : {u"_kestrinctl"_s, u"kestrinctl.fish"_s}) {
+        QFile file(QString::fromLatin1(COMPLETIONS) + name);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(file.readAll());
+        const QStringList words = text.split(QRegularExpression(u"[^A-Za-z0-9-]+"_s));
+        for (const QString &word : definitionIDs() + presetIDs() + QStringList{u"enable"_s, u"disable"_s})
+            QVERIFY2(words.contains(word), qUtf8Printable(name + u": "_s + word));
+        for (const CommandDescription &command : commandTable()) {
+            // zsh: "'apps:list…'", fish: "-a apps -d 'List…'".
+            QVERIFY2(text.contains(u'\'' + command.name + u':') ||
+                         text.contains(u" -a "_s + command.name + u" -d "_s),
+                     qUtf8Printable(name + u": "_s + command.name));
+            for (const QString &option : command.options)
+                QVERIFY2(text.contains(option) || text.contains(u"-l "_s + option.mid(2) + u' '),
+                         qUtf8Printable(name + u": "_s + option));
+        }
+    }
+}
+
+QTEST_GUILESS_MAIN(CommandLineTest)
+#include "tst_commandline.moc"

@@ -1,0 +1,257 @@
+// The executable itself, in a home of its own without a desktop session.
+
+#include "engine/JSONMacActivityLogStore.h"
+#include "tests/support/Samples.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+
+namespace {
+
+const QString program = QStringLiteral(KESTRINCTL);
+
+struct Answer {
+    int code = -1;
+    QString out;
+    QString err;
+};
+
+struct Home {
+    QTemporaryDir folder;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    JSONMacActivityLogStore log{QUrl::fromLocalFile(support() + u"/activity-log.json"_s)};
+
+    Home() {
+        for (const QString &name :
+             {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"NO_COLOR"_s, u"LC_ALL"_s, u"LC_CTYPE"_s})
+            environment.remove(name);
+        environment.insert(u"HOME"_s, folder.path());
+        environment.insert(u"XDG_DATA_HOME"_s, folder.filePath(u"data"_s));
+        environment.insert(u"XDG_CONFIG_HOME"_s, folder.filePath(u"config"_s));
+        environment.insert(u"KESTRINCTL"_s, program);
+        // Not even a UTF-8 locale.
+        environment.insert(u"LANG"_s, u"C"_s);
+        environment.insert(u"TERM"_s, u"xterm"_s);
+    }
+
+    QString support() const { return folder.filePath(u"data/Kestrin"_s); }
+
+    Answer start(const QString &executable, const QStringList &arguments) {
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(executable, arguments);
+        if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
+            return {};
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+    Answer call(const QString &words) { return start(program, words.split(u' ', Qt::SkipEmptyParts)); }
+    Answer shell(const QString &script) { return start(u"bash"_s, {u"-c"_s, script}); }
+    QJsonObject status() { return QJsonDocument::fromJson(call(u"status --json"_s).out.toUtf8()).object(); }
+};
+
+/// A `watch` that runs until the test ends, unless it was ended before.
+struct Watch {
+    QProcess process;
+
+    explicit Watch(const Home &home, const QStringList &arguments = {u"watch"_s, u"--json"_s}) {
+        process.setProcessEnvironment(home.environment);
+        process.start(program, arguments);
+    }
+    ~Watch() {
+        if (process.state() != QProcess::NotRunning)
+            end(SIGTERM);
+    }
+
+    bool isReady() {
+        process.setReadChannel(QProcess::StandardError);
+        QByteArray said;
+        while (!said.contains("Watching.\n") && process.waitForReadyRead(20000))
+            said += process.readAll();
+        process.setReadChannel(QProcess::StandardOutput);
+        return said.contains("Watching.\n");
+    }
+    /// The messages of the next events that are printed.
+    QStringList next(qsizetype count) {
+        QStringList messages;
+        while (messages.size() < count) {
+            if (!process.canReadLine() && !process.waitForReadyRead(20000))
+                break;
+            while (process.canReadLine())
+                messages.append(
+                    QJsonDocument::fromJson(process.readLine()).object().value(u"message"_s).toString());
+        }
+        return messages;
+    }
+    /// The exit code; -1 when it did not end by itself.
+    int end(int signalNumber) {
+        ::kill(static_cast<pid_t>(process.processId()), signalNumber);
+        if (!process.waitForFinished(20000))
+            process.kill();
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+};
+
+} // namespace
+
+class KestrinctlTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void calls();
+    void watching();
+    void endings_data();
+    void endings();
+    void readersThatLeave();
+    void streams();
+    void terminals();
+    void readOnlyHome();
+};
+
+void KestrinctlTest::calls() {
+    Home home;
+    QCOMPARE(home.call(u"--version"_s).code, 0);
+    QCOMPARE(home.call(u"nonsense"_s).code, 2);
+    QCOMPARE(home.call(u"log --limit -3"_s).code, 2);
+    QVERIFY(QDir(home.folder.path()).isEmpty());
+
+    const Answer apps = home.call(u"apps"_s);
+    QCOMPARE(apps.code, 1);
+    QCOMPARE(apps.out, QString());
+    QVERIFY(apps.err.contains(u"no running applications can be seen") && apps.err.count(u'\n') == 1);
+    QCOMPARE(home.call(u"check"_s).code, 1);
+    QVERIFY(QDir(home.folder.path()).isEmpty());
+
+    const Answer off = home.call(u"off"_s);
+    QCOMPARE(off.code, 0);
+    QVERIFY(off.out.startsWith(u"Privacy Mode    Off\n"));
+    // Not the library's remark about the locale, only ours about the desktop.
+    QCOMPARE(off.err, apps.err);
+    QCOMPARE(home.status().value(u"privacyModeOn"_s), QJsonValue(false));
+    QCOMPARE(home.call(u"log"_s).err, QString());
+    for (const QString &path :
+         {home.support() + u"/privacy-mode-settings.json"_s, home.support() + u"/activity-log.json"_s,
+          home.folder.filePath(u"config/Kestrin/user-defaults.json"_s)})
+        QCOMPARE(QFile::permissions(path) & ~QFile::Permissions(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
+}
+
+void KestrinctlTest::watching() {
+    Home home;
+    QCOMPARE(home.call(u"schedule disable sleep away"_s).code, 0);
+    QCOMPARE(home.call(u"off"_s).code, 0);
+    Watch watch(home);
+    QVERIFY(watch.isReady());
+
+    const Answer second = home.call(u"watch"_s);
+    QCOMPARE(second.code, 1);
+    QVERIFY(
+        second.err.contains(u"kestrinctl watch, process "_s + QString::number(watch.process.processId())));
+    QCOMPARE(home.status().value(u"monitorLabel"_s), QJsonValue(u"Preview"_s));
+
+    // What another call does is printed once, and not done a second time.
+    QCOMPARE(home.call(u"on"_s).code, 0);
+    QCOMPARE(watch.next(1), QStringList{u"Privacy Mode is on for this Mac."_s});
+    QCOMPARE(home.call(u"enforce on"_s).code, 0);
+    QCOMPARE(watch.next(2), (QStringList{u"Mac app actions are enforcing for selected protected apps."_s,
+                                         u"Privacy Mode is on. Evaluating Mac protected apps."_s}));
+    QCOMPARE(home.status().value(u"monitorLabel"_s), QJsonValue(u"Enforcing"_s));
+
+    QStringList added;
+    for (int i = 0; i < 60; ++i) {
+        added.append(QString::number(i));
+        home.log.append(samples::event(added.last()));
+    }
+    QCOMPARE(watch.next(60), added);
+    QCOMPARE(home.call(u"unprotect zoom"_s).code, 0);
+    QCOMPARE(watch.next(1), QStringList{u"Zoom removed from Mac Privacy Mode."_s});
+
+    QCOMPARE(watch.end(SIGTERM), 0);
+    QCOMPARE(watch.process.readAllStandardOutput(), QByteArray());
+    QCOMPARE(home.status().value(u"monitorLabel"_s), QJsonValue(u"Off"_s));
+    QCOMPARE(home.status().value(u"protectedDefinitionIDs"_s).toArray().size(), 11);
+}
+
+void KestrinctlTest::endings_data() {
+    QTest::addColumn<int>("signalNumber");
+    QTest::newRow("interrupt") << SIGINT;
+    QTest::newRow("terminate") << SIGTERM;
+    QTest::newRow("hang up") << SIGHUP;
+}
+
+void KestrinctlTest::endings() {
+    QFETCH(int, signalNumber);
+    Home home;
+    Watch watch(home);
+    QVERIFY(watch.isReady());
+    QCOMPARE(watch.end(signalNumber), 0);
+}
+
+void KestrinctlTest::readersThatLeave() {
+    Home home;
+    QList<MacProtectionEvent> events;
+    for (int i = 0; i < 3000; ++i)
+        events.append(
+            samples::event(u"A sentence that is long enough to fill a pipe: "_s + QString::number(i)));
+    QFile file(home.support() + u"/activity-log.json"_s);
+    QVERIFY(QDir().mkpath(home.support()) && file.open(QIODevice::WriteOnly));
+    file.write(encodeJson(events));
+    file.close();
+    const Answer head =
+        home.shell(u"\"$KESTRINCTL\" log --limit 3000 | head -n 1; echo \"${PIPESTATUS[0]}\""_s);
+    QVERIFY(head.out.endsWith(u"pipe: 0\n0\n"));
+    QCOMPARE(head.err, QString());
+    // Without a reader there is nobody to watch for, and that is noticed without an event.
+    const Answer watch = home.shell(u"timeout 20 \"$KESTRINCTL\" watch | true; echo \"${PIPESTATUS[0]}\""_s);
+    QCOMPARE(watch.out, u"0\n"_s);
+}
+
+void KestrinctlTest::streams() {
+    Home home;
+    const Answer full = home.shell(u"\"$KESTRINCTL\" catalog >/dev/full"_s);
+    QCOMPARE(full.code, 1);
+    QVERIFY(full.err.contains(u"No space left on device") && full.err.count(u'\n') == 1);
+    // With standard output closed, no file of ours may end up in its place.
+    QCOMPARE(home.shell(u"\"$KESTRINCTL\" off >&- 2>&-"_s).code, 0);
+    QCOMPARE(home.status().value(u"privacyModeOn"_s), QJsonValue(false));
+    QCOMPARE(home.log.recent(9).size(), 1);
+}
+
+void KestrinctlTest::terminals() {
+    if (QStandardPaths::findExecutable(u"script"_s).isEmpty())
+        QSKIP("There is no script(1) to give the program a terminal");
+    Home home;
+    const QString onTerminal = u"script -qec '\"$KESTRINCTL\" catalog' /dev/null </dev/null"_s;
+    QVERIFY(home.shell(onTerminal).out.contains(u"\x1b[1mID\x1b[0m"));
+    QVERIFY(!home.call(u"catalog"_s).out.contains(u'\x1b'));
+    home.environment.insert(u"NO_COLOR"_s, u"1"_s);
+    QVERIFY(!home.shell(onTerminal).out.contains(u'\x1b'));
+    home.environment.remove(u"NO_COLOR"_s);
+    home.environment.insert(u"TERM"_s, u"dumb"_s);
+    QVERIFY(!home.shell(onTerminal).out.contains(u'\x1b'));
+}
+
+void KestrinctlTest::readOnlyHome() {
+    // As root, permissions stop nobody, but the file system of the kernel does.
+    Home home;
+    home.environment.insert(u"XDG_DATA_HOME"_s, u"/proc/self/fdinfo"_s);
+    const Answer off = home.call(u"off"_s);
+    QCOMPARE(off.code, 1);
+    QVERIFY(off.err.contains(u"/proc/self/fdinfo/Kestrin"));
+    QCOMPARE(home.call(u"watch"_s).code, 1);
+    QCOMPARE(home.call(u"status"_s).code, 0);
+}
+
+QTEST_GUILESS_MAIN(KestrinctlTest)
+#include "tst_kestrinctl.moc"
