@@ -1,0 +1,148 @@
+#include "tests/support/SampleApp.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+
+#include <csignal>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin::samples {
+
+namespace {
+
+QString entryPath(const QString &id) {
+    return qEnvironmentVariable("KESTRIN_DESKTOP_SHARE") + u"/applications/"_s + id + u".desktop"_s;
+}
+
+/// Those that tests have started themselves; the first ones are children of tools/with-desktop.
+std::unique_ptr<QProcess> ownServer;
+std::unique_ptr<QProcess> ownWindowManager;
+
+qint32 pidOf(const std::unique_ptr<QProcess> &own, const char *variable) {
+    return own ? static_cast<qint32>(own->processId()) : qEnvironmentVariableIntValue(variable);
+}
+
+std::unique_ptr<QProcess> started(const QString &program, const QStringList &arguments) {
+    auto process = std::make_unique<QProcess>();
+    process->setProcessChannelMode(QProcess::MergedChannels);
+    process->start(program, arguments);
+    if (!process->waitForStarted())
+        qFatal("%s does not start.", qUtf8Printable(program));
+    return process;
+}
+
+/// By its id, and only when it has one.
+void end(std::unique_ptr<QProcess> &own, const char *variable, int signal) {
+    const qint32 pid = pidOf(own, variable);
+    if (pid <= 1)
+        qFatal("%s is not set; this test runs inside tools/with-desktop.", variable);
+    ::kill(pid, signal);
+    const bool ended = own ? own->waitForFinished() : waitBlocking([pid] { return ::kill(pid, 0) != 0; });
+    if (!ended)
+        qFatal("Process %d does not end.", pid);
+    own.reset();
+    qunsetenv(variable);
+}
+
+bool isManaged() {
+    QProcess properties;
+    properties.start(u"xprop"_s,
+                     {u"-root"_s, u"-notype"_s, u"_NET_SUPPORTING_WM_CHECK"_s, u"_NET_CLIENT_LIST"_s});
+    properties.waitForFinished();
+    return properties.readAllStandardOutput().count("window id #") == 2;
+}
+
+} // namespace
+
+bool waitBlocking(const std::function<bool()> &fact) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!fact()) {
+        if (timer.hasExpired(10000))
+            return false;
+        QThread::msleep(5);
+    }
+    return true;
+}
+
+SampleApp::SampleApp(const QStringList &options) {
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process, [this] {
+        while (m_process.canReadLine())
+            m_lines.append(QString::fromUtf8(m_process.readLine().trimmed()));
+    });
+    m_process.start(QStringLiteral(SAMPLE_APP), options);
+    if (!m_process.waitForStarted())
+        qFatal("The sample application does not start.");
+    m_pid = static_cast<qint32>(m_process.processId());
+}
+
+SampleApp::~SampleApp() {
+    kill();
+}
+
+void SampleApp::command(const char *command) {
+    m_process.write(command);
+    m_process.write("\n");
+    m_process.waitForBytesWritten();
+}
+
+void SampleApp::kill() {
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+void installEntry(const QString &id, const QString &name, const QStringList &furtherLines) {
+    QFile file(entryPath(id));
+    QDir().mkpath(QFileInfo(file).path());
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("%s cannot be written.", qUtf8Printable(file.fileName()));
+    file.write(u"[Desktop Entry]\nType=Application\nExec=sample-app\nName=%1\n%2\n"_s
+                   .arg(name, furtherLines.join(u'\n'))
+                   .toUtf8());
+}
+
+void removeEntry(const QString &id) {
+    QFile::remove(entryPath(id));
+}
+
+void desktop::stopWindowManager() {
+    end(ownWindowManager, "KESTRIN_DESKTOP_WM_PID", SIGKILL);
+}
+
+void desktop::startWindowManager() {
+    ownWindowManager = started(u"openbox"_s, {u"--sm-disable"_s});
+    if (!waitBlocking(isManaged))
+        qFatal("The window manager does not become ready.");
+}
+
+qint32 desktop::serverPid() {
+    return pidOf(ownServer, "KESTRIN_DESKTOP_XVFB_PID");
+}
+
+void desktop::killServer() {
+    end(ownServer, "KESTRIN_DESKTOP_XVFB_PID", SIGKILL);
+    ownWindowManager.reset();
+}
+
+void desktop::restartServer() {
+    ownServer = started(u"Xvfb"_s, {qEnvironmentVariable("DISPLAY"), u"-screen"_s, u"0"_s, u"1600x1200x24"_s,
+                                    u"-nolisten"_s, u"tcp"_s, u"-noreset"_s, u"-auth"_s,
+                                    qEnvironmentVariable("XAUTHORITY")});
+    const bool answers = waitBlocking([] {
+        QProcess question;
+        question.start(u"xprop"_s, {u"-root"_s});
+        return question.waitForFinished() && question.exitCode() == 0;
+    });
+    if (!answers)
+        qFatal("The X server does not come back.");
+    startWindowManager();
+}
+
+} // namespace kestrin::samples

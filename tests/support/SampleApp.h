@@ -1,0 +1,54 @@
+// Real applications on a real desktop, for tests that run inside tools/with-desktop.
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+namespace kestrin::samples {
+
+/// One running sample application (tests/support/sample-app), ended at the latest with this object. What it
+/// says arrives with the event loop.
+class SampleApp {
+  public:
+    explicit SampleApp(const QStringList &options = {});
+    SampleApp(const SampleApp &) = delete;
+    SampleApp &operator=(const SampleApp &) = delete;
+    ~SampleApp();
+
+    qint32 pid() const { return m_pid; }
+    bool isRunning() const { return m_process.state() == QProcess::Running; }
+    /// How often it has said this line.
+    qsizetype said(const QString &line) const { return m_lines.count(line); }
+    /// For an application with --commands.
+    void command(const char *command);
+    /// Ends it from outside, as a crash would.
+    void kill();
+
+  private:
+    QProcess m_process;
+    qint32 m_pid = 0;
+    QStringList m_lines;
+};
+
+/// Installs a desktop entry that only this desktop sees. `id` has no ".desktop".
+void installEntry(const QString &id, const QString &name, const QStringList &furtherLines = {});
+void removeEntry(const QString &id);
+
+/// The window manager and the X server of this desktop, which a test may end and start again.
+namespace desktop {
+void stopWindowManager();
+/// Returns when it has adopted the windows.
+void startWindowManager();
+qint32 serverPid();
+void killServer();
+/// On the same display, with a window manager.
+void restartServer();
+} // namespace desktop
+
+/// Waits for a fact without running the event loop; false when it takes longer than a generous while.
+bool waitBlocking(const std::function<bool()> &fact);
+
+} // namespace kestrin::samples
