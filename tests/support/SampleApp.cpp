@@ -18,16 +18,25 @@ QString entryPath(const QString &id) {
     return qEnvironmentVariable("KESTRIN_DESKTOP_SHARE") + u"/applications/"_s + id + u".desktop"_s;
 }
 
-/// Those that tests have started themselves; the first ones are children of tools/with-desktop.
-std::unique_ptr<QProcess> ownServer;
-std::unique_ptr<QProcess> ownWindowManager;
+/// Ends with this process, quietly.
+class Child : public QProcess {
+  public:
+    ~Child() override {
+        kill();
+        waitForFinished();
+    }
+};
 
-qint32 pidOf(const std::unique_ptr<QProcess> &own, const char *variable) {
+/// Those that tests have started themselves; the first ones are children of tools/with-desktop.
+std::unique_ptr<Child> ownServer;
+std::unique_ptr<Child> ownWindowManager;
+
+qint32 pidOf(const std::unique_ptr<Child> &own, const char *variable) {
     return own ? static_cast<qint32>(own->processId()) : qEnvironmentVariableIntValue(variable);
 }
 
-std::unique_ptr<QProcess> started(const QString &program, const QStringList &arguments) {
-    auto process = std::make_unique<QProcess>();
+std::unique_ptr<Child> started(const QString &program, const QStringList &arguments) {
+    auto process = std::make_unique<Child>();
     process->setProcessChannelMode(QProcess::MergedChannels);
     process->start(program, arguments);
     if (!process->waitForStarted())
@@ -36,7 +45,7 @@ std::unique_ptr<QProcess> started(const QString &program, const QStringList &arg
 }
 
 /// By its id, and only when it has one.
-void end(std::unique_ptr<QProcess> &own, const char *variable, int signal) {
+void end(std::unique_ptr<Child> &own, const char *variable, int signal) {
     const qint32 pid = pidOf(own, variable);
     if (pid <= 1)
         qFatal("%s is not set; this test runs inside tools/with-desktop.", variable);
@@ -46,14 +55,6 @@ void end(std::unique_ptr<QProcess> &own, const char *variable, int signal) {
         qFatal("Process %d does not end.", pid);
     own.reset();
     qunsetenv(variable);
-}
-
-bool isManaged() {
-    QProcess properties;
-    properties.start(u"xprop"_s,
-                     {u"-root"_s, u"-notype"_s, u"_NET_SUPPORTING_WM_CHECK"_s, u"_NET_CLIENT_LIST"_s});
-    properties.waitForFinished();
-    return properties.readAllStandardOutput().count("window id #") == 2;
 }
 
 } // namespace
@@ -112,13 +113,16 @@ void removeEntry(const QString &id) {
     QFile::remove(entryPath(id));
 }
 
-void desktop::stopWindowManager() {
-    end(ownWindowManager, "KESTRIN_DESKTOP_WM_PID", SIGKILL);
+void desktop::stopWindowManager(int signal) {
+    end(ownWindowManager, "KESTRIN_DESKTOP_WM_PID", signal);
 }
 
 void desktop::startWindowManager() {
-    ownWindowManager = started(u"openbox"_s, {u"--sm-disable"_s});
-    if (!waitBlocking(isManaged))
+    // Runs when the windows have been adopted. What the window manager says on the root window comes earlier.
+    const QString ready = qEnvironmentVariable("KESTRIN_DESKTOP") + u"/ready"_s;
+    QFile::remove(ready);
+    ownWindowManager = started(u"openbox"_s, {u"--sm-disable"_s, u"--startup"_s, u"touch "_s + ready});
+    if (!waitBlocking([&] { return QFile::exists(ready); }))
         qFatal("The window manager does not become ready.");
 }
 
@@ -129,6 +133,7 @@ qint32 desktop::serverPid() {
 void desktop::killServer() {
     end(ownServer, "KESTRIN_DESKTOP_XVFB_PID", SIGKILL);
     ownWindowManager.reset();
+    qunsetenv("KESTRIN_DESKTOP_WM_PID");
 }
 
 void desktop::restartServer() {

@@ -39,7 +39,8 @@ void removeEntry(const QString &id);
 
 /// The window manager and the X server of this desktop, which a test may end and start again.
 namespace desktop {
-void stopWindowManager();
+/// With SIGTERM it takes leave; with SIGKILL what it told about the windows stays behind.
+void stopWindowManager(int signal);
 /// Returns when it has adopted the windows.
 void startWindowManager();
 qint32 serverPid();

@@ -1,0 +1,160 @@
+// X servers that are absent, silent or gone.
+
+#include "engine/workspace/x11/X11Workspace.h"
+#include "tests/support/SampleApp.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <csignal>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+using samples::SampleApp;
+namespace desktop = samples::desktop;
+
+namespace {
+
+QList<qint32> running(Workspace &workspace) {
+    QList<qint32> pids;
+    for (const WorkspaceApplication &application : workspace.runningApplications())
+        pids.append(application.processIdentifier);
+    return pids;
+}
+
+/// Every call of the contract, each of which must answer within a few seconds and find nothing.
+void callEverythingInVain(X11Workspace &workspace, qint32 process) {
+    const auto isQuick = [](const char *call, auto body) {
+        QElapsedTimer timer;
+        timer.start();
+        body();
+        QVERIFY2(timer.elapsed() < 4000, call);
+    };
+    isQuick("list", [&] { QVERIFY(workspace.runningApplications().isEmpty()); });
+    isQuick("terminate", [&] { QVERIFY(!workspace.terminate(process)); });
+    isQuick("subscribe", [&] {
+        const auto subscription =
+            workspace.subscribeToLaunches([](const WorkspaceApplication &) { QFAIL("There was a launch."); });
+    });
+    isQuick("limitation", [&] { QVERIFY(!workspace.limitation().isEmpty()); });
+}
+
+/// Stopped as long as it lives.
+class StoppedServer {
+  public:
+    StoppedServer() { ::kill(desktop::serverPid(), SIGSTOP); }
+    StoppedServer(const StoppedServer &) = delete;
+    StoppedServer &operator=(const StoppedServer &) = delete;
+    ~StoppedServer() { ::kill(desktop::serverPid(), SIGCONT); }
+};
+
+} // namespace
+
+class X11FailuresTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void noDisplay();
+    void noWindowManager();
+    void silentServer();
+    void silentServerAtTheFirstCall();
+    void serverGoesAway();
+};
+
+void X11FailuresTest::noDisplay() {
+    for (const QString &display : {u":9999"_s, u"nonsense"_s, u"no-such-host.invalid:0"_s}) {
+        X11Workspace workspace(display);
+        callEverythingInVain(workspace, 1);
+        QVERIFY(workspace.limitation().contains(display));
+    }
+    const QByteArray before = qgetenv("DISPLAY");
+    qunsetenv("DISPLAY");
+    X11Workspace workspace;
+    callEverythingInVain(workspace, 1);
+    qputenv("DISPLAY", before);
+    QVERIFY(workspace.limitation().isEmpty());
+}
+
+void X11FailuresTest::noWindowManager() {
+    X11Workspace workspace;
+    desktop::stopWindowManager(SIGTERM);
+    const SampleApp app;
+    QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
+    callEverythingInVain(workspace, app.pid());
+    desktop::startWindowManager();
+    QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
+    QVERIFY(workspace.limitation().isEmpty());
+}
+
+void X11FailuresTest::silentServer() {
+    X11Workspace workspace;
+    QList<qint32> launches;
+    const auto subscription = workspace.subscribeToLaunches(
+        [&](const WorkspaceApplication &application) { launches.append(application.processIdentifier); });
+    const SampleApp app;
+    QTRY_COMPARE(launches, QList<qint32>{app.pid()});
+    {
+        const StoppedServer stopped;
+        callEverythingInVain(workspace, app.pid());
+        // The event loop goes on.
+        QElapsedTimer timer;
+        timer.start();
+        QTest::qWait(50);
+        QVERIFY(timer.elapsed() < 4000);
+    }
+    QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
+    QVERIFY(workspace.limitation().isEmpty());
+    const SampleApp later;
+    QTRY_COMPARE(launches, (QList<qint32>{app.pid(), later.pid()}));
+    QVERIFY(workspace.terminate(later.pid()));
+    QTRY_VERIFY(!later.isRunning());
+    QVERIFY(app.isRunning());
+}
+
+void X11FailuresTest::silentServerAtTheFirstCall() {
+    const SampleApp app;
+    X11Workspace workspace;
+    {
+        const StoppedServer stopped;
+        callEverythingInVain(workspace, app.pid());
+    }
+    QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
+    // One that is given up while its server is silent leaves nothing behind that could hang or crash.
+    {
+        const StoppedServer stopped;
+        X11Workspace abandoned;
+        QVERIFY(abandoned.runningApplications().isEmpty());
+    }
+    QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
+}
+
+void X11FailuresTest::serverGoesAway() {
+    X11Workspace workspace;
+    X11Workspace watching;
+    QList<qint32> launches;
+    const auto subscription = watching.subscribeToLaunches(
+        [&](const WorkspaceApplication &application) { launches.append(application.processIdentifier); });
+    const SampleApp app;
+    QTRY_COMPARE(launches, QList<qint32>{app.pid()});
+    QCOMPARE(running(workspace), QList<qint32>{app.pid()});
+
+    desktop::killServer();
+    callEverythingInVain(workspace, app.pid());
+    QTRY_VERIFY(!app.isRunning());
+    callEverythingInVain(watching, app.pid());
+    QCOMPARE(launches.size(), 1);
+
+    desktop::restartServer();
+    const SampleApp again;
+    QTRY_COMPARE(running(workspace), QList<qint32>{again.pid()});
+    QVERIFY(running(watching).contains(again.pid()));
+    // The next call has gone on watching for whoever had subscribed.
+    const SampleApp later;
+    QTRY_VERIFY(launches.contains(later.pid()));
+    QVERIFY(workspace.terminate(later.pid()));
+    QTRY_VERIFY(!later.isRunning());
+}
+
+QTEST_GUILESS_MAIN(X11FailuresTest)
+#include "tst_x11failures.moc"
