@@ -193,11 +193,16 @@ bool readElements(od::value &value, const ReadContext &context, bool keep, Add a
 
 template <typename Element>
 bool read(od::value &value, const ReadContext &context, QList<Element> *out) {
+    // Of a key that comes twice the last one counts.
+    if (out)
+        out->clear();
     return readElements<Element>(value, context, out != nullptr,
                                  [&](Element &&element) { out->append(std::move(element)); });
 }
 
 inline bool read(od::value &value, const ReadContext &context, QSet<QString> *out) {
+    if (out)
+        out->clear();
     return readElements<QString>(value, context, out != nullptr,
                                  [&](QString &&element) { out->insert(std::move(element)); });
 }

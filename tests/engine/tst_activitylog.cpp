@@ -2,6 +2,7 @@
 
 #include "engine/ActivityLogFile.h"
 #include "engine/JSONMacActivityLogStore.h"
+#include "foundation/PrivateFile.h"
 #include "tests/support/Samples.h"
 
 #include <QDir>
@@ -9,7 +10,6 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QProcess>
 #include <QRandomGenerator>
 #include <QSet>
 #include <QTemporaryDir>
@@ -18,6 +18,7 @@
 #include <csignal>
 #include <limits>
 
+#include <poll.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -43,20 +44,58 @@ void write(const QString &path, const QByteArray &text) {
     QCOMPARE(file.write(text), text.size());
 }
 
-QStringList ids(const QList<MacProtectionEvent> &events) {
-    QStringList list;
+QList<QUuid> ids(const QList<MacProtectionEvent> &events) {
+    QList<QUuid> list;
     for (const MacProtectionEvent &event : events)
-        list.append(event.id.toString(QUuid::WithoutBraces));
+        list.append(event.id);
     return list;
 }
 
-/// The ids that a worker, which has ended, printed. A line that was cut short does not count.
-QSet<QString> acknowledgedIds(QProcess &worker) {
-    QSet<QString> list;
-    while (worker.canReadLine())
-        list.insert(QString::fromLatin1(worker.readLine().trimmed()));
-    return list;
-}
+/// A process of its own that appends events and tells the id of each once it is stored.
+class Writer {
+  public:
+    /// Appends `count` events to the log at `path`.
+    Writer(const QString &path, int count) {
+        int ends[2] = {-1, -1};
+        if (::pipe(ends) != 0)
+            qFatal("no pipe");
+        m_process = ::fork();
+        if (m_process == 0) {
+            for (int i = 0; i < count; ++i) {
+                const auto event = samples::event(QString::number(i));
+                JSONMacActivityLogStore(QUrl::fromLocalFile(path)).append(event);
+                writeAll(ends[1], event.id.toRfc4122());
+            }
+            ::_exit(0);
+        }
+        ::close(ends[1]);
+        m_told = ends[0];
+    }
+    Writer(const Writer &) = delete;
+    Writer &operator=(const Writer &) = delete;
+    ~Writer() { ::close(m_told); }
+
+    pid_t process() const { return m_process; }
+
+    /// Waits until the process has ended, and returns what it told: complete ids, each of them once.
+    QSet<QUuid> acknowledged() {
+        QSet<QUuid> ids;
+        QByteArray id(16, '\0');
+        while (::read(m_told, id.data(), 16) == 16)
+            ids.insert(QUuid::fromRfc4122(id));
+        ::waitpid(m_process, nullptr, 0);
+        return ids;
+    }
+
+    bool waitForFirst() {
+        pollfd told{m_told, POLLIN, 0};
+        return ::poll(&told, 1, 10'000) == 1;
+    }
+
+  private:
+    pid_t m_process = -1;
+    int m_told = -1;
+};
 
 } // namespace
 
@@ -121,7 +160,7 @@ void ActivityLogTest::negativeLimitStopsTheProgram() {
         rlimit noCore{0, 0};
         ::setrlimit(RLIMIT_CORE, &noCore);
         ::signal(SIGABRT, SIG_DFL);
-        ::close(STDERR_FILENO);
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
         store().recent(-1);
         ::_exit(0);
     }
@@ -367,25 +406,23 @@ void ActivityLogTest::fileSizeLimit() {
 }
 
 void ActivityLogTest::killedWhileAppending() {
-    QSet<QString> acknowledged;
+    QSet<QUuid> acknowledged;
     for (int round = 0; round < 300; ++round) {
         // A log that grows for ever makes the rounds slower, not better.
         if (round % 50 == 0) {
             QFile::remove(path());
             acknowledged.clear();
         }
-        QProcess worker;
-        worker.start(QStringLiteral(APPEND_WORKER), {path(), u"0"_s});
-        QVERIFY(worker.waitForReadyRead());
+        Writer writer(path(), 1'000'000);
+        QVERIFY(writer.waitForFirst());
         QTest::qSleep(QRandomGenerator::global()->bounded(6));
-        worker.kill();
-        QVERIFY(worker.waitForFinished());
-        acknowledged.unite(acknowledgedIds(worker));
+        QCOMPARE(::kill(writer.process(), SIGKILL), 0);
+        acknowledged.unite(writer.acknowledged());
 
         const auto events = readNewestEvents(path(), std::numeric_limits<qsizetype>::max());
         QVERIFY2(events, "the file does not read after a kill");
-        const QStringList stored = ids(*events);
-        QVERIFY2(QSet<QString>(stored.cbegin(), stored.cend()).contains(acknowledged),
+        const QList<QUuid> stored = ids(*events);
+        QVERIFY2(QSet<QUuid>(stored.cbegin(), stored.cend()).contains(acknowledged),
                  "an acknowledged event is lost");
     }
     store().append(samples::event(u"After."_s));
@@ -393,18 +430,13 @@ void ActivityLogTest::killedWhileAppending() {
 }
 
 void ActivityLogTest::twoWriters() {
-    QProcess writers[2];
-    for (QProcess &writer : writers)
-        writer.start(QStringLiteral(APPEND_WORKER), {path(), u"500"_s});
-    QSet<QString> acknowledged;
-    for (QProcess &writer : writers) {
-        QVERIFY(writer.waitForFinished(120'000));
-        acknowledged.unite(acknowledgedIds(writer));
-    }
+    Writer first(path(), 500);
+    Writer second(path(), 500);
+    const QSet<QUuid> acknowledged = first.acknowledged() + second.acknowledged();
     QCOMPARE(acknowledged.size(), 1000);
-    const QStringList stored = ids(store().recent(2000));
+    const QList<QUuid> stored = ids(store().recent(2000));
     QCOMPARE(stored.size(), 1000);
-    QCOMPARE(QSet<QString>(stored.cbegin(), stored.cend()), acknowledged);
+    QCOMPARE(QSet<QUuid>(stored.cbegin(), stored.cend()), acknowledged);
 }
 
 QTEST_GUILESS_MAIN(ActivityLogTest)

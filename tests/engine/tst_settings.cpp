@@ -70,6 +70,9 @@ void SettingsTest::loading_data() {
 
     QTest::newRow("any order, twice")
         << QByteArray(R"({"protectedDefinitionIDs":["zoom","a","zoom"],"isEnabled":false})") << u"a,zoom"_s;
+    QTest::newRow("key twice, last one counts")
+        << QByteArray(R"({"isEnabled":false,"protectedDefinitionIDs":["a"],"protectedDefinitionIDs":["b"]})")
+        << u"b"_s;
     QTest::newRow("later format")
         << QByteArray(R"({"isEnabled":false,"protectedDefinitionIDs":[],"version":{"n":2}})") << u""_s;
     QTest::newRow("set missing") << QByteArray(R"({"isEnabled":false})") << u"fallback"_s;
