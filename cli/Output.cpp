@@ -5,36 +5,35 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <cstring>
+#include <string_view>
 
 namespace kestrin {
 
-namespace {
-
-/// For descriptors that somebody else made non-blocking.
-void waitUntilWritable(int descriptor) {
-    pollfd request{descriptor, POLLOUT, 0};
-    ::poll(&request, 1, -1);
+bool Output::waitForReader() const {
+    std::array requests{pollfd{m_descriptor, POLLOUT, 0},
+                        pollfd{TerminationSignals::descriptor(), POLLIN, 0}};
+    while (::poll(requests.data(), requests.size(), -1) < 0 && errno == EINTR) {
+    }
+    // Whatever is wrong with the stream, the write will tell.
+    return requests.front().revents != 0;
 }
-
-} // namespace
 
 bool Output::flush() {
     const QByteArray bytes = std::exchange(m_pending, {});
-    qsizetype written = 0;
-    while (m_error == 0 && written < bytes.size()) {
-        const ssize_t got = ::write(m_descriptor, bytes.constData() + written,
-                                    static_cast<std::size_t>(bytes.size() - written));
-        if (got >= 0)
-            written += got;
-        else if (errno == EAGAIN || errno == EWOULDBLOCK)
-            waitUntilWritable(m_descriptor);
-        else if (errno != EINTR)
+    std::string_view rest(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    while (m_error == 0 && !rest.empty() && waitForReader()) {
+        // A pipe that is ready takes this much at once; more could block, and then no signal would be heard.
+        const ssize_t written =
+            ::write(m_descriptor, rest.data(), std::min<std::size_t>(rest.size(), PIPE_BUF));
+        if (written >= 0)
+            rest.remove_prefix(static_cast<std::size_t>(written));
+        else if (errno != EINTR && errno != EAGAIN && errno != EWOULDBLOCK)
             m_error = errno;
-        // Who is told to end does not wait for a reader that has stopped reading.
-        if (got < 0 && TerminationSignals::arrived())
-            break;
     }
     return m_error == 0;
 }

@@ -5,7 +5,8 @@
 
 namespace kestrin {
 
-/// A stream of this process, written in UTF-8 and all at once when flushed. Blocks while its reader is slow.
+/// A stream of this process, written in UTF-8 and all at once when flushed. Waits for a
+/// slow reader, but drops the rest when the process is told to end meanwhile (TerminationSignals).
 class Output {
   public:
     explicit Output(int descriptor) : m_descriptor(descriptor) {}
@@ -25,6 +26,8 @@ class Output {
     int descriptor() const { return m_descriptor; }
 
   private:
+    bool waitForReader() const;
+
     int m_descriptor;
     QByteArray m_pending;
     /// The system's number; 0 while all is well.

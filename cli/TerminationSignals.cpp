@@ -13,12 +13,11 @@ namespace {
 
 constexpr std::array caught{SIGINT, SIGTERM, SIGHUP};
 
-volatile std::sig_atomic_t signalArrived = 0;
+int readableDescriptor = -1;
 volatile std::sig_atomic_t wakeUpDescriptor = -1;
 
 void noteSignal(int) {
     const int before = errno;
-    signalArrived = 1;
     const char byte = 0;
     // A full pipe wakes the loop as well as one more byte would.
     [[maybe_unused]] const ssize_t ignored = ::write(wakeUpDescriptor, &byte, 1);
@@ -30,7 +29,6 @@ bool isIgnored(int number) {
     return ::sigaction(number, nullptr, &now) == 0 && now.sa_handler == SIG_IGN;
 }
 
-/// Without SA_RESTART: a write that waits for its reader has to notice.
 void handle(int number, void (*handler)(int)) {
     struct sigaction action {};
     action.sa_handler = handler;
@@ -48,6 +46,7 @@ TerminationSignals::TerminationSignals() : m_notifier(QSocketNotifier::Read) {
         ::fcntl(end, F_SETFL, O_NONBLOCK);
     }
     wakeUpDescriptor = m_pipe[1];
+    readableDescriptor = m_pipe[0];
     m_notifier.setSocket(m_pipe[0]);
     connect(&m_notifier, &QSocketNotifier::activated, this, [this] {
         m_notifier.setEnabled(false);
@@ -66,13 +65,13 @@ TerminationSignals::~TerminationSignals() {
             handle(number, SIG_DFL);
     }
     m_notifier.setEnabled(false);
-    wakeUpDescriptor = -1;
+    wakeUpDescriptor = readableDescriptor = -1;
     ::close(m_pipe[0]);
     ::close(m_pipe[1]);
 }
 
-bool TerminationSignals::arrived() {
-    return signalArrived != 0;
+int TerminationSignals::descriptor() {
+    return readableDescriptor;
 }
 
 } // namespace kestrin

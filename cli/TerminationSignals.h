@@ -13,8 +13,8 @@ class TerminationSignals : public QObject {
     TerminationSignals();
     ~TerminationSignals() override;
 
-    /// Whether one of them has come.
-    static bool arrived();
+    /// Becomes readable, and stays so, when one of them has come; -1 while there is no object.
+    static int descriptor();
 
   Q_SIGNALS:
     void received();

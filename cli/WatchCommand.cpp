@@ -92,6 +92,8 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     // quit() before exec() would be forgotten.
     if (!ended && surroundings.out.flush())
         QCoreApplication::exec();
+    // An event may have been recorded just before the end without having been noticed yet.
+    printer.printNew();
     return ExitStatus::done;
 }
 

@@ -12,6 +12,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <climits>
 #include <csignal>
 
 using namespace Qt::StringLiterals;
@@ -65,8 +71,11 @@ struct Home {
 struct Watch {
     QProcess process;
 
-    explicit Watch(const Home &home, const QStringList &arguments = {u"watch"_s, u"--json"_s}) {
+    explicit Watch(const Home &home, const QStringList &arguments = {u"watch"_s, u"--json"_s},
+                   const QString &output = QString()) {
         process.setProcessEnvironment(home.environment);
+        if (!output.isEmpty())
+            process.setStandardOutputFile(output);
         process.start(program, arguments);
     }
     ~Watch() {
@@ -113,6 +122,7 @@ class KestrinctlTest : public QObject {
     void watching();
     void endings_data();
     void endings();
+    void stuckReader();
     void readersThatLeave();
     void streams();
     void terminals();
@@ -195,7 +205,26 @@ void KestrinctlTest::endings() {
     Home home;
     Watch watch(home);
     QVERIFY(watch.isReady());
+    // What is recorded right before the end is still printed.
+    home.log.append(samples::event(u"the last one"_s));
     QCOMPARE(watch.end(signalNumber), 0);
+    QVERIFY(watch.process.readAllStandardOutput().contains("the last one"));
+}
+
+void KestrinctlTest::stuckReader() {
+    Home home;
+    const QString pipe = home.folder.filePath(u"pipe"_s);
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const int reader = ::open(QFile::encodeName(pipe).constData(), O_RDWR | O_CLOEXEC);
+    Watch watch(home, {u"watch"_s}, pipe);
+    QVERIFY(watch.isReady());
+    home.log.append(samples::event(QString(300000, u'x')));
+    // It waits for its reader now, but not when it is told to end.
+    const int room = ::fcntl(reader, F_GETPIPE_SZ);
+    int waiting = 0;
+    QTRY_VERIFY(::ioctl(reader, FIONREAD, &waiting) == 0 && waiting > room - 2 * PIPE_BUF);
+    QCOMPARE(watch.end(SIGTERM), 0);
+    ::close(reader);
 }
 
 void KestrinctlTest::readersThatLeave() {
