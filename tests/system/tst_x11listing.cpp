@@ -137,6 +137,8 @@ void X11ListingTest::identities_data() {
     installEntry(u"google-chrome"_s, u"Google Chrome"_s);
     installEntry(u"chrome-abcdef-Default"_s, u"A Site"_s,
                  {u"StartupWMClass=crx_abcdef"_s, u"Exec=google-chrome --app-id=abcdef"_s});
+    // Started by a script, so that its entry does not look like a site's.
+    installEntry(u"another-site"_s, u"Another Site"_s, {u"StartupWMClass=crx_ghijkl"_s});
     installEntry(u"org.example.Notes"_s, u"Notes"_s);
     installEntry(u"org.example.Painter"_s, u"Painter"_s);
     installEntry(u"deleted"_s, u"Deleted"_s, {u"Hidden=true"_s});
@@ -158,6 +160,8 @@ void X11ListingTest::identities_data() {
         "Google Chrome, com.google.Chrome");
     row("site before its browser",
         u"--window --class crx_abcdef/Google-chrome --window --class google-chrome/Google-chrome"_s,
+        "Google Chrome, com.google.Chrome");
+    row("site with a starter of its own", u"--class crx_ghijkl/Google-chrome"_s,
         "Google Chrome, com.google.Chrome");
     row("GTK application id", u"--gtk-id org.example.Notes --class other/Other"_s,
         "Notes, org.example.Notes");
