@@ -81,7 +81,7 @@ class Watch {
 
 } // namespace
 
-class KestrinctlTest : public QObject {
+class X11KestrinctlTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
@@ -93,7 +93,7 @@ class KestrinctlTest : public QObject {
     void withoutADesktop();
 };
 
-void KestrinctlTest::initTestCase() {
+void X11KestrinctlTest::initTestCase() {
     installEntry(u"Zoom"_s, u"Zoom"_s, {u"StartupWMClass=zoom"_s});
     installEntry(u"editor"_s, u"Editor"_s);
     // They would switch Privacy Mode by the time of day at which the test runs.
@@ -101,8 +101,10 @@ void KestrinctlTest::initTestCase() {
     QCOMPARE(kestrinctl(u"on"_s).exitStatus, 0);
 }
 
-void KestrinctlTest::appsAndPreview() {
-    QCOMPARE(kestrinctl(u"apps --json"_s).out.simplified(), "[]");
+void X11KestrinctlTest::appsAndPreview() {
+    const Answer none = kestrinctl(u"apps --json"_s);
+    QCOMPARE(none.exitStatus, 0);
+    QVERIFY(QJsonDocument::fromJson(none.out).isArray() && none.err.isEmpty());
     const SampleApp zoom({u"--class"_s, u"zoom/zoom"_s});
     QTRY_COMPARE(runningNames(), QStringList{u"Zoom"_s});
     const SampleApp editor({u"--class"_s, u"editor/Editor"_s});
@@ -120,7 +122,7 @@ void KestrinctlTest::appsAndPreview() {
     QCOMPARE(zoom.said(u"asked 1"_s), 0);
 }
 
-void KestrinctlTest::enforcedCheck() {
+void X11KestrinctlTest::enforcedCheck() {
     QCOMPARE(kestrinctl(u"enforce on"_s).exitStatus, 0);
     const SampleApp zoom({u"--class"_s, u"zoom/zoom"_s});
     const SampleApp editor({u"--class"_s, u"editor/Editor"_s});
@@ -133,7 +135,7 @@ void KestrinctlTest::enforcedCheck() {
     QVERIFY(editor.isRunning());
 }
 
-void KestrinctlTest::watchCatchesARelaunch() {
+void X11KestrinctlTest::watchCatchesARelaunch() {
     QCOMPARE(kestrinctl(u"enforce on"_s).exitStatus, 0);
     Watch watch({u"--json"_s});
     QTRY_VERIFY(watch.isReady());
@@ -155,7 +157,7 @@ void KestrinctlTest::watchCatchesARelaunch() {
     QCOMPARE(unwatched.said(u"asked 1"_s), 0);
 }
 
-void KestrinctlTest::oneWatchAtATime() {
+void X11KestrinctlTest::oneWatchAtATime() {
     Watch first;
     QTRY_VERIFY(first.isReady());
     const Answer second = kestrinctl(u"watch"_s);
@@ -164,11 +166,12 @@ void KestrinctlTest::oneWatchAtATime() {
     QCOMPARE(first.end(SIGTERM), 0);
 }
 
-void KestrinctlTest::withoutADesktop() {
+void X11KestrinctlTest::withoutADesktop() {
     const Answer apps = kestrinctl(u"apps --json"_s, {u"DISPLAY"_s});
-    QCOMPARE(apps.out.simplified(), "[]");
+    QCOMPARE(apps.exitStatus, 1);
+    QVERIFY(apps.out.isEmpty());
     QVERIFY(apps.err.contains("no running applications can be seen"));
 }
 
-QTEST_GUILESS_MAIN(KestrinctlTest)
-#include "tst_kestrinctl.moc"
+QTEST_GUILESS_MAIN(X11KestrinctlTest)
+#include "tst_x11kestrinctl.moc"
