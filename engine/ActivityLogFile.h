@@ -9,10 +9,14 @@
 
 namespace kestrin {
 
+/// A log is checked in windows of so many bytes, which stay in the processor's cache: that takes a fraction
+/// of the time that the whole text at once does.
+inline constexpr std::size_t logWindowSize = 128 * 1024;
+
 /// The newest `limit` events of the file; none when the file is missing or anything in it is malformed. The
-/// whole file is checked, in windows that stay in the processor's cache.
+/// whole file is checked.
 std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit,
-                                                          std::size_t windowSize = 128 * 1024);
+                                                          std::size_t windowSize = logWindowSize);
 
 /// Checks or reads a complete log. At least `logTextSpare` bytes behind the end of `text` must be readable.
 bool isActivityLog(const QByteArray &text);

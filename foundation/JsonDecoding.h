@@ -27,16 +27,22 @@ struct ReadContext {
     bool hasEscapes = true;
 };
 
+/// The token without the white space behind it.
+inline std::string_view trimmedToken(od::value &value) {
+    std::string_view token = value.raw_json_token();
+    while (!token.empty() &&
+           (token.back() == ' ' || token.back() == '\n' || token.back() == '\t' || token.back() == '\r'))
+        token.remove_suffix(1);
+    return token;
+}
+
 /// The characters between the quotes of a string without escapes.
 inline bool plainString(od::value &value, const ReadContext &context, std::string_view &text) {
-    const std::string_view token = value.raw_json_token();
-    if (token.empty() || token.front() != '"')
+    const std::string_view token = trimmedToken(value);
+    // Strings are known to be closed, and without escapes there is nothing but the two quotes.
+    if (token.size() < 2 || token.front() != '"')
         return false;
-    // The token may end in white space, but the first quote after the opening one closes it.
-    const auto *end = static_cast<const char *>(std::memchr(token.data() + 1, '"', token.size() - 1));
-    if (!end)
-        return false;
-    text = token.substr(1, static_cast<std::size_t>(end - token.data()) - 1);
+    text = token.substr(1, token.size() - 2);
     return !context.hasEscapes || std::memchr(text.data(), '\\', text.size()) == nullptr;
 }
 
@@ -83,13 +89,6 @@ inline bool isWellFormedArray(od::value &value, const ReadContext &context, int 
             return false;
     }
     return true;
-}
-
-inline std::string_view trimmedToken(od::value &value) {
-    std::string_view token = value.raw_json_token();
-    while (!token.empty() && std::strchr(" \t\r\n", token.back()) != nullptr)
-        token.remove_suffix(1);
-    return token;
 }
 
 inline bool isWellFormed(od::value value, const ReadContext &context, int depthLeft) {
@@ -209,7 +208,7 @@ inline bool read(od::value &value, const ReadContext &context, QSet<QString> *ou
 
 template <typename Value>
 bool read(od::value &value, const ReadContext &context, std::optional<Value> *out) {
-    if (trimmedToken(value) == "null") {
+    if (value.raw_json_token().front() == 'n' && trimmedToken(value) == "null") {
         if (out)
             out->reset();
         return true;
