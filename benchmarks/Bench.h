@@ -1,0 +1,97 @@
+// What every benchmark does: time something beside its floor, and print one line about it.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace kestrin::bench {
+
+template <typename Work>
+double milliseconds(Work &&work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// The smallest value that is at least as large as that share of all; `values` must not be empty.
+inline double percentile(std::vector<double> values, double share) {
+    std::sort(values.begin(), values.end());
+    const auto last = static_cast<double>(values.size() - 1);
+    return values[static_cast<std::size_t>(share * last + 0.5)];
+}
+
+inline double median(const std::vector<double> &values) {
+    return percentile(values, 0.5);
+}
+
+struct Comparison {
+    double measured;
+    double floor;
+};
+
+/// The median times of both in milliseconds. They take turns, so that whatever else the machine does hits
+/// both alike. A first round warms up and does not count.
+template <typename Work, typename Floor>
+Comparison compare(int rounds, Work &&work, Floor &&floor) {
+    std::vector<double> measured;
+    std::vector<double> bare;
+    for (int round = 0; round <= rounds; ++round) {
+        const double floorTime = milliseconds(floor);
+        const double workTime = milliseconds(work);
+        if (round == 0)
+            continue;
+        bare.push_back(floorTime);
+        measured.push_back(workTime);
+    }
+    return {median(measured), median(bare)};
+}
+
+/// Prints the measurements and remembers whether all of them met their bars.
+class Report {
+  public:
+    /// The bar is how many times the floor the measured value may be.
+    void ratio(const char *name, const char *unit, const Comparison &result, double bar) {
+        print(name, unit, result, "x", bar, result.measured / result.floor <= bar);
+    }
+
+    /// The bar is a value of the same unit, and the floor is there to compare.
+    void limit(const char *name, const char *unit, const Comparison &result, double bar) {
+        print(name, unit, result, unit, bar, result.measured <= bar);
+    }
+
+    /// What a program returns from main.
+    int exitCode() const { return m_missed ? 1 : 0; }
+
+  private:
+    void print(const char *name, const char *unit, const Comparison &result, const char *barUnit, double bar,
+               bool met) {
+        // Nothing compares with a floor of nothing.
+        char ratio[32] = "-";
+        if (result.floor > 0)
+            std::snprintf(ratio, sizeof ratio, "%.2f x", result.measured / result.floor);
+        std::printf("%-58s %9.2f %-4s floor %9.2f %-4s %8s   bar %g %s   %s\n", name, result.measured, unit,
+                    result.floor, unit, ratio, bar, barUnit, met ? "ok" : "MISSED");
+        std::fflush(stdout);
+        m_missed = m_missed || !met;
+    }
+
+    bool m_missed = false;
+};
+
+inline bool isQuick(int argc, char **argv) {
+    return std::any_of(argv + 1, argv + argc,
+                       [](const char *word) { return std::strcmp(word, "--quick") == 0; });
+}
+
+/// Ends the program: without what is missing there is nothing to measure.
+[[noreturn]] inline void giveUp(const std::string &reason) {
+    std::fprintf(stderr, "Cannot measure: %s\n", reason.c_str());
+    std::exit(1);
+}
+
+} // namespace kestrin::bench

@@ -1,0 +1,91 @@
+#include "benchmarks/Child.h"
+
+#include "benchmarks/Bench.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+namespace kestrin::bench {
+
+namespace {
+
+/// Starts a program whose standard error goes to `errors`, or nowhere when that is -1.
+pid_t spawn(const Arguments &arguments, int errors) {
+    std::vector<char *> words;
+    for (const std::string &argument : arguments)
+        words.push_back(const_cast<char *>(argument.c_str()));
+    words.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    if (errors >= 0)
+        ::posix_spawn_file_actions_adddup2(&actions, errors, STDERR_FILENO);
+    else
+        ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    pid_t process = -1;
+    if (::posix_spawnp(&process, words[0], &actions, nullptr, words.data(), environ) != 0)
+        giveUp(arguments[0] + " cannot be started.");
+    ::posix_spawn_file_actions_destroy(&actions);
+    return process;
+}
+
+/// The number behind a word in a file of /proc.
+long long number(const std::filesystem::path &path, const std::string &word) {
+    std::ifstream file(path);
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with(word))
+            return std::stoll(line.substr(word.size()));
+    }
+    giveUp(path.string() + " does not tell " + word);
+}
+
+} // namespace
+
+std::string kestrinctl() {
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / "cli" / "kestrinctl";
+}
+
+void run(const Arguments &arguments) {
+    int status = -1;
+    if (::waitpid(spawn(arguments, -1), &status, 0) < 0 || status != 0)
+        giveUp(arguments[0] + " fails.");
+}
+
+Child::Child(const Arguments &arguments) {
+    int ends[2] = {-1, -1};
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        giveUp("there are no more pipes.");
+    m_process = spawn(arguments, ends[1]);
+    ::close(ends[1]);
+    m_errors = ends[0];
+    pollfd said{m_errors, POLLIN, 0};
+    if (::poll(&said, 1, 10'000) != 1 || (said.revents & POLLIN) == 0)
+        giveUp(arguments[0] + " does not get ready.");
+}
+
+Child::~Child() {
+    ::kill(m_process, SIGTERM);
+    ::waitpid(m_process, nullptr, 0);
+    ::close(m_errors);
+}
+
+long long Child::wakeUps() const {
+    long long sum = 0;
+    const std::filesystem::path threads = "/proc/" + std::to_string(m_process) + "/task";
+    for (const auto &thread : std::filesystem::directory_iterator(threads))
+        sum += number(thread.path() / "status", "voluntary_ctxt_switches:");
+    return sum;
+}
+
+double Child::residentMemory() const {
+    return static_cast<double>(number("/proc/" + std::to_string(m_process) + "/status", "VmRSS:")) / 1024;
+}
+
+} // namespace kestrin::bench

@@ -1,0 +1,38 @@
+// Programs as child processes.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace kestrin::bench {
+
+using Arguments = std::vector<std::string>;
+
+/// kestrinctl of the same build.
+std::string kestrinctl();
+
+/// Runs a program to its end with its output thrown away. Gives up when it does not end with 0.
+void run(const Arguments &arguments);
+
+/// A program that runs until this goes. Its output is thrown away.
+class Child {
+  public:
+    /// Returns once the program has written something to standard error.
+    explicit Child(const Arguments &arguments);
+    Child(const Child &) = delete;
+    Child &operator=(const Child &) = delete;
+    ~Child();
+
+    /// How often its threads have been woken so far.
+    long long wakeUps() const;
+    /// Resident memory in megabytes.
+    double residentMemory() const;
+
+  private:
+    pid_t m_process = -1;
+    int m_errors = -1;
+};
+
+} // namespace kestrin::bench

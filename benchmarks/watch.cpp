@@ -1,0 +1,42 @@
+// What "kestrinctl watch" costs while nothing happens.
+
+#include "benchmarks/Bench.h"
+#include "benchmarks/Child.h"
+
+#include <QCoreApplication>
+
+#include <unistd.h>
+
+using namespace kestrin;
+
+namespace {
+
+/// The floor: a program of the same kind with nothing to do.
+int idle(int argc, char **argv) {
+    const QCoreApplication application(argc, argv);
+    std::fputs("Idle.\n", stderr);
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    if (argc > 1 && std::strcmp(argv[1], "idle") == 0)
+        return idle(argc, argv);
+    const unsigned seconds = bench::isQuick(argc, argv) ? 15 : 120;
+    const bench::Child bare({"/proc/self/exe", "idle"});
+    const bench::Child watch({bench::kestrinctl(), "watch"});
+    // What a start leaves behind is no idling.
+    ::sleep(2);
+    const long long bareBefore = bare.wakeUps();
+    const long long before = watch.wakeUps();
+    ::sleep(seconds);
+    const double perMinute = 60.0 / seconds;
+    const bench::Comparison wakeUps{static_cast<double>(watch.wakeUps() - before) * perMinute,
+                                    static_cast<double>(bare.wakeUps() - bareBefore) * perMinute};
+    bench::Report report;
+    report.limit("Wake-ups a minute of an idle watch", "", wakeUps, 5);
+    report.limit("Resident memory of an idle watch", "MB", {watch.residentMemory(), bare.residentMemory()},
+                 30);
+    return report.exitCode();
+}
