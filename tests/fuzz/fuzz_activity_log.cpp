@@ -1,0 +1,62 @@
+// The activity log: whole or in windows, a file reads the same, and an append keeps what was there.
+
+#include "engine/ActivityLogFile.h"
+#include "engine/JSONMacActivityLogStore.h"
+#include "tests/fuzz/Fuzzing.h"
+
+#include <QJsonArray>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+using namespace kestrin::fuzzing;
+
+namespace {
+
+using Events = QList<MacProtectionEvent>;
+
+constexpr qsizetype all = std::numeric_limits<qsizetype>::max();
+
+std::optional<Events> whole(const QByteArray &text, qsizetype limit) {
+    QByteArray padded = text + QByteArray(logTextSpare, ' ');
+    padded.truncate(text.size());
+    return eventsOfActivityLog(padded, limit);
+}
+
+void checkWindows(const QString &path, const std::optional<Events> &events) {
+    for (const std::size_t window : {std::size_t{16}, std::size_t{150}, std::size_t{211}, std::size_t{1000}})
+        require(readNewestEvents(path, all, window) == events, "windows read the same as the whole");
+    const auto newest = readNewestEvents(path, 1, 150);
+    require(newest.has_value() == events.has_value(), "a limit does not make a log readable");
+    require(!newest || *newest == events->first(std::min<qsizetype>(1, events->size())),
+            "a limit keeps the first events");
+}
+
+void checkAppend(const QString &path, const Events &before) {
+    JSONMacActivityLogStore store(QUrl::fromLocalFile(path));
+    require(store.recent(all) == before, "a malformed log reads as empty");
+    const auto event = MacProtectionEvent::create(QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53), Qt::UTC),
+                                                  MacProtectionEventKind::dryRun, u"New."_s);
+    store.append(event);
+    require(store.recent(all) == Events{event} + before, "an append comes first and keeps the others");
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    const QByteArray text = bytesOf(data, size);
+    const QString path = scratchFolder().filePath(u"activity-log.json"_s);
+    writeFile(path, text);
+
+    const auto events = whole(text, all);
+    require(whole(text, 0).has_value() == events.has_value(), "checking is as strict as reading");
+    checkWindows(path, events);
+    if (events) {
+        require(whole(encodeJson(*events), all) == events, "what is written reads as it was");
+        if (const auto document = secondOpinion(text))
+            require(document->array().size() == events->size(), "Qt counts the same events");
+    }
+    checkAppend(path, events.value_or(Events()));
+    return 0;
+}

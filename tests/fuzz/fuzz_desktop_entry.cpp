@@ -1,0 +1,73 @@
+// Desktop entry files, whose first line is here the name of the user's locale.
+
+#include "engine/workspace/x11/DesktopEntry.h"
+#include "tests/fuzz/Fuzzing.h"
+
+#include <QSet>
+
+using namespace kestrin;
+using namespace kestrin::fuzzing;
+
+namespace {
+
+void checkLocales(const EntryLocales &locales) {
+    require(QSet<QByteArray>(locales.cbegin(), locales.cend()).size() == locales.size(),
+            "no locale comes twice");
+    for (const QByteArray &locale : locales) {
+        require(!locale.contains('.'), "entries do not tell encodings");
+        require(locale.startsWith(locales.last()), "every locale belongs to the language, which is last");
+    }
+}
+
+/// A text as a desktop entry writes it.
+QByteArray escaped(const QString &text) {
+    QByteArray result;
+    for (const char c : text.toUtf8()) {
+        switch (c) {
+        case ' ':
+            result += "\\s";
+            break;
+        case '\n':
+            result += "\\n";
+            break;
+        case '\t':
+            result += "\\t";
+            break;
+        case '\r':
+            result += "\\r";
+            break;
+        case '\\':
+            result += "\\\\";
+            break;
+        default:
+            result += c;
+        }
+    }
+    return result;
+}
+
+void checkRoundTrip(const QByteArray &bytes) {
+    const QString name = QString::fromUtf8(bytes);
+    const QByteArray text = "[Desktop Entry]\nType=Application\nName=" + escaped(name) +
+                            "\nStartupWMClass=" + escaped(name) + '\n';
+    const DesktopEntry expected{name, name, true, false, false, false};
+    require(DesktopEntry::parse(text, {}) == expected, "what is written reads as it was");
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    const QByteArray input = bytesOf(data, size);
+    const qsizetype lineEnd = input.indexOf('\n');
+    const EntryLocales locales = entryLocales(QByteArrayView(input).first(std::max<qsizetype>(lineEnd, 0)));
+    checkLocales(locales);
+
+    const QByteArray text = input.sliced(lineEnd + 1);
+    const auto entry = DesktopEntry::parse(text, locales);
+    require(DesktopEntry::parse(text + "\n[Desktop Action x]\nName=Other\nHidden=true\n", locales) == entry,
+            "other groups behind it change nothing");
+    require(DesktopEntry::parse(QByteArray(text).replace("\n", "\r\n\n# Name=Other\n"), locales) == entry,
+            "line ends and comments change nothing");
+    checkRoundTrip(text);
+    return 0;
+}
