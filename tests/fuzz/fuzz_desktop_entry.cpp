@@ -14,7 +14,7 @@ void checkLocales(const EntryLocales &locales) {
     require(QSet<QByteArray>(locales.cbegin(), locales.cend()).size() == locales.size(),
             "no locale comes twice");
     for (const QByteArray &locale : locales) {
-        require(!locale.contains('.'), "entries do not tell encodings");
+        require(!locale.split('@').first().contains('.'), "entries do not tell encodings");
         require(locale.startsWith(locales.last()), "every locale belongs to the language, which is last");
     }
 }

@@ -5,11 +5,16 @@
 
 #include <QJsonArray>
 
+#include <fuzzer/FuzzedDataProvider.h>
+
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::fuzzing;
 
 namespace {
+
+const QString flag = u"kestrin.mac.enforceActions"_s;
+const QString list = u"kestrin.mac.enabledModeIDs"_s;
 
 QJsonObject objectIn(const QString &path) {
     QFile file(path);
@@ -17,13 +22,41 @@ QJsonObject objectIn(const QString &path) {
     return QJsonDocument::fromJson(file.readAll()).object();
 }
 
+QJsonValue anyValue(FuzzedDataProvider &input, int depth) {
+    switch (input.ConsumeIntegralInRange(0, depth > 0 ? 5 : 3)) {
+    case 0:
+        return input.ConsumeBool();
+    case 1:
+        return input.ConsumeFloatingPointInRange(-1e9, 1e9);
+    case 2:
+        return QString::fromUtf8(QByteArray::fromStdString(input.ConsumeRandomLengthString(12)));
+    case 3:
+        return {};
+    default:
+        QJsonArray array;
+        while (input.ConsumeBool())
+            array.append(anyValue(input, depth - 1));
+        return array;
+    }
+}
+
+/// A text that has nothing to do with JSON most of the time, or an object that has our keys now and then.
+QByteArray anyText(FuzzedDataProvider &input) {
+    if (input.ConsumeBool())
+        return QByteArray::fromStdString(input.ConsumeRemainingBytesAsString());
+    QJsonObject object;
+    while (input.remaining_bytes() > 0)
+        object.insert(input.PickValueInArray({flag, list, u"kestrin.mac.privacyModeOn"_s, u"other"_s}),
+                      anyValue(input, 3));
+    return QJsonDocument(object).toJson();
+}
+
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const QString path = scratchFolder().filePath(u"user-defaults.json"_s);
-    const QString flag = u"kestrin.mac.enforceActions"_s;
-    const QString list = u"kestrin.mac.enabledModeIDs"_s;
-    writeFile(path, bytesOf(data, size));
+    FuzzedDataProvider input(data, size);
+    writeFile(path, anyText(input));
     QJsonObject expected = objectIn(path);
 
     JSONUserDefaults defaults(path);
