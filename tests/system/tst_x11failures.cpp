@@ -71,6 +71,7 @@ class X11FailuresTest : public QObject {
     void noWindowManager();
     void silentServer();
     void silentServerAtTheFirstCall();
+    void silentServerAtALaunch();
     void serverGoesAway();
 };
 
@@ -139,6 +140,25 @@ void X11FailuresTest::silentServerAtTheFirstCall() {
         QVERIFY(abandoned.runningApplications().isEmpty());
     }
     QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
+}
+
+void X11FailuresTest::silentServerAtALaunch() {
+    X11Workspace workspace;
+    X11Workspace other;
+    QList<qint32> launches;
+    const auto subscription = workspace.subscribeToLaunches(
+        [&](const WorkspaceApplication &application) { launches.append(application.processIdentifier); });
+    // What was queued by the subscription comes first.
+    QTest::qWait(0);
+    const SampleApp app;
+    QVERIFY(samples::waitBlocking([&] { return running(other).contains(app.pid()); }));
+    {
+        // The server has told of a change, and does not answer any question about it.
+        const StoppedServer stopped;
+        QTest::qWait(1);
+        QVERIFY(launches.isEmpty());
+    }
+    QTRY_COMPARE(launches, QList<qint32>{app.pid()});
 }
 
 void X11FailuresTest::serverGoesAway() {
