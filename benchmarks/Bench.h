@@ -64,20 +64,31 @@ class Report {
         print(name, unit, result, unit, bar, result.measured <= bar);
     }
 
+    /// Without a bar, for whoever wants to know.
+    void note(const char *name, const char *unit, const Comparison &result) {
+        printStart(name, unit, result);
+        std::puts("   no bar");
+    }
+
     /// What a program returns from main.
     int exitCode() const { return m_missed ? 1 : 0; }
 
   private:
     void print(const char *name, const char *unit, const Comparison &result, const char *barUnit, double bar,
                bool met) {
+        printStart(name, unit, result);
+        std::printf("   bar %g %s   %s\n", bar, barUnit, met ? "ok" : "MISSED");
+        std::fflush(stdout);
+        m_missed = m_missed || !met;
+    }
+
+    static void printStart(const char *name, const char *unit, const Comparison &result) {
         // Nothing compares with a floor of nothing.
         char ratio[32] = "-";
         if (result.floor > 0)
             std::snprintf(ratio, sizeof ratio, "%.2f x", result.measured / result.floor);
-        std::printf("%-58s %9.2f %-4s floor %9.2f %-4s %8s   bar %g %s   %s\n", name, result.measured, unit,
-                    result.floor, unit, ratio, bar, barUnit, met ? "ok" : "MISSED");
-        std::fflush(stdout);
-        m_missed = m_missed || !met;
+        std::printf("%-52s %9.2f %-2s   floor %9.2f %-2s %8s", name, result.measured, unit, result.floor,
+                    unit, ratio);
     }
 
     bool m_missed = false;

@@ -36,51 +36,64 @@ bool writeLog(const QString &path, int count) {
     return replacePrivateFile(path, {{text.constData(), static_cast<std::size_t>(text.size())}});
 }
 
-/// Memory from the system for as long as it lives. A heap that has once been as large would keep it and make
-/// the floor of a second call lower than that of the first.
-class Buffer {
+/// The bytes of a file, read in one go into memory that is already there or into new memory.
+class BareRead {
   public:
-    explicit Buffer(std::size_t size)
-        : m_size(size)
-        , m_memory(::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)) {
+    explicit BareRead(const char *path) : m_path(path) {}
+    BareRead(const BareRead &) = delete;
+    BareRead &operator=(const BareRead &) = delete;
+    ~BareRead() { forget(); }
+
+    /// What a program that wants to look at the file needs at the least, whenever it does.
+    void intoNewMemory() {
+        forget();
+        intoKnownMemory();
+    }
+
+    /// As little as reading can cost. A program would have to keep as much memory as the log is long for it.
+    void intoKnownMemory() {
+        const int descriptor = ::open(m_path, O_RDONLY | O_CLOEXEC);
+        struct stat status {};
+        if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
+            bench::giveUp("the log cannot be read.");
+        m_size = static_cast<std::size_t>(status.st_size);
+        reserve();
+        if (::read(descriptor, m_memory, m_size) != status.st_size)
+            bench::giveUp("the log cannot be read.");
+        ::close(descriptor);
+    }
+
+    /// The file that was read, written anew in its place.
+    void replace(const char *temporary) const {
+        const int descriptor = ::open(temporary, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+        if (descriptor < 0 || ::write(descriptor, m_memory, m_size) != static_cast<ssize_t>(m_size) ||
+            ::fsync(descriptor) != 0 || ::close(descriptor) != 0 || ::rename(temporary, m_path) != 0)
+            bench::giveUp("the log cannot be written.");
+    }
+
+  private:
+    void reserve() {
+        if (m_size <= m_capacity)
+            return;
+        forget();
+        // Some room for a log that grows from round to round.
+        m_capacity = m_size + 1024 * 1024;
+        m_memory = ::mmap(nullptr, m_capacity, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (m_memory == MAP_FAILED)
             bench::giveUp("there is not enough memory.");
     }
-    Buffer(const Buffer &) = delete;
-    Buffer &operator=(const Buffer &) = delete;
-    ~Buffer() { ::munmap(m_memory, m_size); }
 
-    char *data() const { return static_cast<char *>(m_memory); }
-    std::size_t size() const { return m_size; }
+    void forget() {
+        if (m_capacity > 0)
+            ::munmap(m_memory, m_capacity);
+        m_capacity = 0;
+    }
 
-  private:
-    std::size_t m_size;
-    void *m_memory;
+    const char *m_path;
+    std::size_t m_size = 0;
+    std::size_t m_capacity = 0;
+    void *m_memory = nullptr;
 };
-
-/// Hands the bytes of a file, in a buffer of their own, to `use`.
-template <typename Use>
-void bareRead(const char *path, Use use) {
-    const int descriptor = ::open(path, O_RDONLY | O_CLOEXEC);
-    struct stat status {};
-    if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
-        bench::giveUp("the log cannot be read.");
-    const Buffer buffer(static_cast<std::size_t>(status.st_size));
-    if (::read(descriptor, buffer.data(), buffer.size()) != status.st_size)
-        bench::giveUp("the log cannot be read.");
-    ::close(descriptor);
-    use(buffer);
-}
-
-void bareReplace(const char *path, const char *temporary) {
-    bareRead(path, [&](const Buffer &bytes) {
-        const int descriptor = ::open(temporary, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-        if (descriptor < 0 ||
-            ::write(descriptor, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()) ||
-            ::fsync(descriptor) != 0 || ::close(descriptor) != 0 || ::rename(temporary, path) != 0)
-            bench::giveUp("the log cannot be written.");
-    });
-}
 
 void measure(bench::Report &report, int count, int rounds) {
     const QTemporaryDir folder;
@@ -92,22 +105,26 @@ void measure(bench::Report &report, int count, int rounds) {
     const QByteArray temporary = name + ".bare";
     const std::string events = std::to_string(count / 1000) + ",000 events";
 
+    BareRead bare(name.constData());
     int number = 0;
     const auto append = bench::compare(
         rounds, [&] { store.append(event(number++)); },
-        [&] { bareReplace(name.constData(), temporary.constData()); });
+        [&] {
+            bare.intoKnownMemory();
+            bare.replace(temporary.constData());
+        });
     report.ratio(("Append to a log of " + events).c_str(), "ms", append, 3);
     if (store.recent(count + rounds + 1).size() != count + rounds + 1)
         bench::giveUp("an append was lost.");
 
-    qsizetype seen = 0;
-    std::size_t read = 0;
-    const auto recent = bench::compare(
-        rounds, [&] { seen += store.recent(8).size(); },
-        [&] { bareRead(name.constData(), [&](const Buffer &bytes) { read += bytes.size(); }); });
-    report.ratio(("The newest eight of " + events).c_str(), "ms", recent, 2.5);
-    if (seen != 8 * (rounds + 1) || read == 0)
-        bench::giveUp("the log does not read.");
+    const auto recent = [&] {
+        if (store.recent(8).size() != 8)
+            bench::giveUp("the log does not read.");
+    };
+    const std::string newest = "Newest eight of " + events;
+    report.ratio(newest.c_str(), "ms", bench::compare(rounds, recent, [&] { bare.intoNewMemory(); }), 2.5);
+    report.note((newest + ", memory kept").c_str(), "ms",
+                bench::compare(rounds, recent, [&] { bare.intoKnownMemory(); }));
 }
 
 } // namespace

@@ -29,9 +29,11 @@ std::optional<PrivacyModeSettings> settingsIn(const QJsonObject &object) {
     return settings;
 }
 
-/// Whether Qt is as strict about the text as we are: no escapes, no control characters, nothing beyond ASCII.
+/// Whether Qt is as strict about the text as we are: no escapes, no control characters, nothing beyond ASCII,
+/// and no numbers, of which it reads some that are none (".5").
 bool isPlain(const QByteArray &text) {
-    return std::all_of(text.cbegin(), text.cend(), [](char c) { return c >= ' ' && c <= '~' && c != '\\'; });
+    return std::all_of(text.cbegin(), text.cend(),
+                       [](char c) { return c >= ' ' && c <= '~' && c != '\\' && (c < '0' || c > '9'); });
 }
 
 } // namespace
