@@ -3,7 +3,8 @@
 
 add_library(kestrin_common INTERFACE)
 target_compile_features(kestrin_common INTERFACE cxx_std_20)
-target_include_directories(kestrin_common INTERFACE "${PROJECT_SOURCE_DIR}")
+cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH kestrin_root)
+target_include_directories(kestrin_common INTERFACE "${kestrin_root}")
 target_compile_definitions(kestrin_common INTERFACE
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII
@@ -29,5 +30,7 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
 endif()
 
 set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_OBJCXX_STANDARD 20)
+set(CMAKE_OBJCXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_AUTOMOC ON)

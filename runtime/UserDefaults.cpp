@@ -1,7 +1,5 @@
 #include "runtime/UserDefaults.h"
 
-#include <QVariant>
-
 namespace kestrin {
 
 std::optional<bool> InMemoryUserDefaults::boolean(const QString &key) const {

@@ -2,7 +2,7 @@
 
 // The only place that knows which platform this is.
 #ifdef __APPLE__
-#include "engine/workspace/macos/MacWorkspace.h"
+#include "engine/workspace/appkit/AppKitWorkspace.h"
 #else
 #include "engine/workspace/x11/X11Workspace.h"
 #endif
@@ -11,11 +11,19 @@ namespace kestrin {
 
 Workspace &Workspace::shared() {
 #ifdef __APPLE__
-    static MacWorkspace workspace;
+    static AppKitWorkspace workspace;
 #else
     static X11Workspace workspace;
 #endif
     return workspace;
+}
+
+void Workspace::prepareEventLoop() {
+#ifdef __APPLE__
+    // Launches arrive in the main queue, which Qt's own event loop of a program without windows does not
+    // serve.
+    qputenv("QT_EVENT_DISPATCHER_CORE_FOUNDATION", "1");
+#endif
 }
 
 } // namespace kestrin

@@ -67,6 +67,10 @@ class Workspace {
 
     /// The platform's workspace, made on first use and kept for the life of the process.
     static Workspace &shared();
+
+    /// Makes Qt use an event loop in which launches are heard. To be called by main() before it makes the
+    /// application object.
+    static void prepareEventLoop();
 };
 
 } // namespace kestrin
