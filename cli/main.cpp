@@ -2,6 +2,7 @@
 
 #include "cli/CommandRunner.h"
 #include "cli/StandardStreams.h"
+#include "engine/workspace/Workspace.h"
 #include "runtime/StandardUserDefaults.h"
 
 #include <QCoreApplication>
@@ -12,6 +13,7 @@ int main(int argc, char *argv[]) {
     using namespace kestrin;
     prepareStandardStreams();
     preferUtf8();
+    Workspace::prepareEventLoop();
     const QCoreApplication application(argc, argv);
 
     Output out(STDOUT_FILENO);
