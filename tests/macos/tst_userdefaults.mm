@@ -95,7 +95,12 @@ void UserDefaultsTest::otherTypesAreAbsent() {
         [native() synchronize];
         const QByteArray description = [[value description] UTF8String];
         QVERIFY2(described(store) == u"absent"_s, description);
-        QVERIFY2(elsewhere({u"describe"_s}) == u"absent"_s, description);
+    }
+    // Neither does the way through the file make booleans of them.
+    for (const id value : {values[0], values[2]}) {
+        [native() setObject:value forKey:nativeKey];
+        [native() synchronize];
+        QCOMPARE(elsewhere({u"describe"_s}), u"absent"_s);
     }
     // It is replaced, also where a lenient comparison would find it equal.
     [native() setObject:[NSNumber numberWithInt:1] forKey:nativeKey];
