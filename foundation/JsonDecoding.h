@@ -43,7 +43,10 @@ inline bool plainString(od::value &value, const ReadContext &context, std::strin
     if (token.size() < 2 || token.front() != '"')
         return false;
     text = token.substr(1, token.size() - 2);
-    return !context.hasEscapes || std::memchr(text.data(), '\\', text.size()) == nullptr;
+    if (context.hasEscapes && std::memchr(text.data(), '\\', text.size()) != nullptr)
+        return false;
+    // On-Demand skips what nobody took, and takes a skipped string that a colon follows for a key.
+    return value.get_raw_json_string().error() == simdjson::SUCCESS;
 }
 
 /// The text of any string. It is valid until the next string of the same parser is read.

@@ -211,6 +211,7 @@ void ActivityLogTest::malformedFiles_data() {
     QTest::newRow("trailing comma") << '[' + QByteArray(validEvent) + ",]";
     QTest::newRow("missing comma") << '[' + QByteArray(validEvent) + validEvent + ']';
     QTest::newRow("more behind") << '[' + QByteArray(validEvent) + "]]";
+    QTest::newRow("colon behind a value") << with(R"("Old.")", R"("Old.":"x")");
     QTest::newRow("unknown kind") << with("dryRun", "dryrun");
     QTest::newRow("missing message") << with(R"(,"message":"Old.")", "");
     QTest::newRow("number for text") << with(R"("Old.")", "7");

@@ -134,6 +134,8 @@ void CatalogTest::strictDecoding_data() {
                                  << false;
     QTest::newRow("malformed unknown value")
         << QByteArray(R"({"x":[tru],"processIdentifier":1,"localizedName":"Zoom"})") << false;
+    QTest::newRow("colon behind an unknown value")
+        << QByteArray(R"({"x":["a":1],"processIdentifier":1,"localizedName":"Zoom"})") << false;
     QTest::newRow("malformed unknown number")
         << QByteArray(R"({"x":01,"processIdentifier":1,"localizedName":"Zoom"})") << false;
     QTest::newRow("malformed unknown text")

@@ -83,6 +83,9 @@ void SettingsTest::loading_data() {
         << QByteArray(R"({"isEnabled":0,"protectedDefinitionIDs":[]})") << u"fallback"_s;
     QTest::newRow("number among ids")
         << QByteArray(R"({"isEnabled":false,"protectedDefinitionIDs":["a",1]})") << u"fallback"_s;
+    QTest::newRow("colon among ids") << QByteArray(
+                                            R"({"isEnabled":false,"protectedDefinitionIDs":["a","b":1]})")
+                                     << u"fallback"_s;
     QTest::newRow("cut short") << QByteArray(R"({"isEnabled":false,"protectedDefinitionIDs":[)")
                                << u"fallback"_s;
     QTest::newRow("invalid UTF-8") << QByteArray(
