@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <algorithm>
 #include <vector>
@@ -40,7 +41,10 @@ PendingReply<void> requestClosing(X11Connection &connection, quint32 window) {
 
 class X11Workspace::Private {
   public:
-    explicit Private(const QString &display) : m_display(display), m_connector(QFile::encodeName(display)) {}
+    explicit Private(const QString &display) : m_display(display), m_connector(QFile::encodeName(display)) {
+        QObject::connect(&m_reconnection, &QTimer::timeout, &m_context,
+                         [this] { connection(Deadline(serverPatience)); });
+    }
 
     QList<WorkspaceApplication> runningApplications();
     bool terminate(qint32 processIdentifier);
@@ -63,6 +67,7 @@ class X11Workspace::Private {
 
     void startWatching();
     void stopWatching();
+    void waitForServer();
     void takeEventsLater();
     void takeEvents(bool serverSpoke);
     void findLaunches();
@@ -75,6 +80,8 @@ class X11Workspace::Private {
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<LaunchWatcher> m_watcher;
     std::unique_ptr<QSocketNotifier> m_notifier;
+    /// Runs only while somebody wants to hear of launches and there is no server to tell of them.
+    QTimer m_reconnection;
     QList<Handler> m_handlers;
     quint64 m_nextHandler = 1;
     QList<std::pair<quint64, DesktopApplication>> m_launches;
@@ -91,6 +98,8 @@ X11Connection *X11Workspace::Private::connection(const Deadline &deadline) {
         m_connection = m_connector.connect(deadline);
         if (m_connection && !m_handlers.isEmpty())
             startWatching();
+        else if (!m_connection)
+            waitForServer();
     }
     // What is said from now on may bring events along that no socket tells of any more.
     if (m_watcher)
@@ -101,6 +110,12 @@ X11Connection *X11Workspace::Private::connection(const Deadline &deadline) {
 void X11Workspace::Private::drop() {
     stopWatching();
     m_connection.reset();
+    waitForServer();
+}
+
+void X11Workspace::Private::waitForServer() {
+    if (!m_handlers.isEmpty() && !m_reconnection.isActive())
+        m_reconnection.start(std::chrono::minutes(1));
 }
 
 QList<WorkspaceApplication> X11Workspace::Private::runningApplications() {
@@ -191,16 +206,21 @@ quint64 X11Workspace::Private::addHandler(LaunchHandler handler) {
             startWatching();
     }
     m_handlers.append({m_nextHandler, m_nextLaunch, std::move(handler)});
+    if (!m_connection)
+        waitForServer();
     return m_nextHandler++;
 }
 
 void X11Workspace::Private::removeHandler(quint64 number) {
     m_handlers.removeIf([number](const Handler &handler) { return handler.number == number; });
-    if (m_handlers.isEmpty())
-        stopWatching();
+    if (!m_handlers.isEmpty())
+        return;
+    stopWatching();
+    m_reconnection.stop();
 }
 
 void X11Workspace::Private::startWatching() {
+    m_reconnection.stop();
     m_watcher = std::make_unique<LaunchWatcher>(*m_connection);
     m_notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection->xcb()),
                                                    QSocketNotifier::Read);

@@ -6,9 +6,9 @@
 namespace kestrin {
 
 /// An application is a process with at least one window that a task bar would show. The display is opened by
-/// the first call that needs it. When the X server has gone away the next call tries again, and goes on
-/// watching for whoever has subscribed; a server that does not answer costs each call two seconds. Main
-/// thread only.
+/// the first call that needs it. When the X server has gone away the next call tries again, and for whoever
+/// has subscribed it is tried once a minute; what runs then is no launch. A server that does not answer costs
+/// each call two seconds. Main thread only.
 class X11Workspace final : public Workspace {
   public:
     /// `display` names the X display, "" the one in the environment (DISPLAY).
