@@ -17,7 +17,7 @@ void JSONPrivacyModeSettingsStore::save(const PrivacyModeSettings &settings) {
     update([&](PrivacyModeSettings &stored) { stored = settings; });
 }
 
-void JSONPrivacyModeSettingsStore::update(const std::function<void(PrivacyModeSettings &)> &change) {
+bool JSONPrivacyModeSettingsStore::update(const std::function<void(PrivacyModeSettings &)> &change) {
     using namespace std::chrono_literals;
     const QString folder = QFileInfo(m_path).absolutePath();
     // Without a folder or its lock nothing can be written, but the caller still gets to see the settings.
@@ -26,9 +26,7 @@ void JSONPrivacyModeSettingsStore::update(const std::function<void(PrivacyModeSe
     PrivacyModeSettings settings = load();
     change(settings);
     const QByteArray text = encodeJson(settings, JsonLayout::pretty);
-    if (lock)
-        replacePrivateFile(m_path,
-                           {std::string_view(text.constData(), static_cast<std::size_t>(text.size()))});
+    return lock && replacePrivateFile(m_path, {viewOf(text)});
 }
 
 } // namespace kestrin

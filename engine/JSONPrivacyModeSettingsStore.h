@@ -19,7 +19,7 @@ class JSONPrivacyModeSettingsStore final : public PrivacyModeSettingsStoring {
 
     PrivacyModeSettings load() override;
     void save(const PrivacyModeSettings &settings) override;
-    void update(const std::function<void(PrivacyModeSettings &)> &change) override;
+    bool update(const std::function<void(PrivacyModeSettings &)> &change) override;
 
   private:
     QString m_path;

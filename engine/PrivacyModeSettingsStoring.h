@@ -13,11 +13,13 @@ class PrivacyModeSettingsStoring {
     virtual PrivacyModeSettings load() = 0;
     virtual void save(const PrivacyModeSettings &settings) = 0;
 
-    /// Loads, changes and saves. Where processes share the settings, no other one saves in between.
-    virtual void update(const std::function<void(PrivacyModeSettings &)> &change) {
+    /// Loads, changes and saves. Where processes share the settings, no other one saves in between. Returns
+    /// whether they were saved.
+    virtual bool update(const std::function<void(PrivacyModeSettings &)> &change) {
         PrivacyModeSettings settings = load();
         change(settings);
         save(settings);
+        return true;
     }
 };
 

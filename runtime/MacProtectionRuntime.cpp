@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -39,6 +40,7 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
                                            QObject *parent)
     : QObject(parent)
     , m_clock(std::move(surroundings.clock))
+    , m_scheduleInterval(surroundings.scheduleInterval)
     , m_workspace(surroundings.workspace ? *surroundings.workspace : Workspace::shared())
     , m_supportFolder(surroundings.supportFolder.isEmpty() ? applicationSupportURL().toLocalFile()
                                                            : surroundings.supportFolder)
@@ -59,7 +61,9 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
         m_logStore =
             std::make_shared<JSONMacActivityLogStore>(QUrl::fromLocalFile(m_supportFolder + logFileName));
     }
-    m_protectedDefinitionIDs = storedSelection();
+    m_storedDefinitionIDs = m_settingsStore->load().protectedDefinitionIDs;
+    m_protectedDefinitionIDs =
+        m_storedDefinitionIDs.isEmpty() ? defaultDefinitionIDs() : m_storedDefinitionIDs;
     m_modes = loadModes(m_defaults);
     m_enforceActions = m_defaults.boolean(enforceActionsKey).value_or(false);
     m_recentEvents = m_logStore->recent(recentEventLimit);
@@ -113,10 +117,7 @@ QString MacProtectionRuntime::diagnosticsText() const {
 
 void MacProtectionRuntime::start(bool privacyModeOn, const PrivacyModeSetter &setPrivacyMode) {
     setPrivacyModeSetter(setPrivacyMode);
-    m_settingsStore->update([&](PrivacyModeSettings &settings) {
-        settings.isEnabled = privacyModeOn;
-        settings.protectedDefinitionIDs = m_protectedDefinitionIDs;
-    });
+    updateSettings([&](PrivacyModeSettings &settings) { settings.isEnabled = privacyModeOn; });
     Q_EMIT summariesChanged();
     refreshInventoryPreview();
     configureRelaunchMonitor();
@@ -131,10 +132,8 @@ void MacProtectionRuntime::setPrivacyModeSetter(const PrivacyModeSetter &setPriv
 
 void MacProtectionRuntime::updatePrivacyMode(bool privacyModeOn, bool recordChange) {
     bool wasOn = privacyModeOn;
-    m_settingsStore->update([&](PrivacyModeSettings &settings) {
-        wasOn = settings.isEnabled;
-        settings = {privacyModeOn, m_protectedDefinitionIDs};
-    });
+    updateSettings(
+        [&](PrivacyModeSettings &settings) { wasOn = std::exchange(settings.isEnabled, privacyModeOn); });
     Q_EMIT summariesChanged();
     if (recordChange && wasOn != privacyModeOn)
         recordEvent(
@@ -146,11 +145,13 @@ void MacProtectionRuntime::updatePrivacyMode(bool privacyModeOn, bool recordChan
 void MacProtectionRuntime::setProtectedDefinition(const QString &id, bool enabled) {
     if (m_protectedDefinitionIDs.contains(id) == enabled)
         return;
-    if (enabled)
-        m_protectedDefinitionIDs.insert(id);
-    else
-        m_protectedDefinitionIDs.remove(id);
-    saveSelection();
+    updateSettings([&](PrivacyModeSettings &) {
+        if (enabled)
+            m_protectedDefinitionIDs.insert(id);
+        else
+            m_protectedDefinitionIDs.remove(id);
+    });
+    Q_EMIT protectedDefinitionIDsChanged();
 
     const auto found = std::find_if(m_catalog.definitions.cbegin(), m_catalog.definitions.cend(),
                                     [&](const RiskAppDefinition &definition) { return definition.id == id; });
@@ -161,8 +162,8 @@ void MacProtectionRuntime::setProtectedDefinition(const QString &id, bool enable
 }
 
 void MacProtectionRuntime::applyRecommendedRiskApps() {
-    m_protectedDefinitionIDs = defaultDefinitionIDs();
-    saveSelection();
+    updateSettings([this](PrivacyModeSettings &) { m_protectedDefinitionIDs = defaultDefinitionIDs(); });
+    Q_EMIT protectedDefinitionIDsChanged();
     recordEvent(MacProtectionEventKind::riskAppMatched, u"Recommended Mac protected app list applied."_s);
     refreshInventoryPreview();
 }
@@ -244,16 +245,22 @@ void MacProtectionRuntime::setMonitoring() {
     Q_EMIT summariesChanged();
 }
 
-void MacProtectionRuntime::saveSelection() {
-    Q_EMIT protectedDefinitionIDsChanged();
-    m_settingsStore->update([this](PrivacyModeSettings &settings) {
+/// Changes the settings, the selection included, while nobody else can.
+bool MacProtectionRuntime::updateSettings(const std::function<void(PrivacyModeSettings &)> &change) {
+    bool isAdopted = false;
+    const bool isSaved = m_settingsStore->update([&](PrivacyModeSettings &settings) {
+        // What another process has selected since is not to be undone.
+        isAdopted = settings.protectedDefinitionIDs != m_storedDefinitionIDs;
+        if (isAdopted)
+            m_protectedDefinitionIDs = settings.protectedDefinitionIDs;
+        change(settings);
         settings.protectedDefinitionIDs = m_protectedDefinitionIDs;
     });
-}
-
-QSet<QString> MacProtectionRuntime::storedSelection() const {
-    const QSet<QString> stored = m_settingsStore->load().protectedDefinitionIDs;
-    return stored.isEmpty() ? defaultDefinitionIDs() : stored;
+    if (isSaved)
+        m_storedDefinitionIDs = m_protectedDefinitionIDs;
+    if (isAdopted)
+        Q_EMIT protectedDefinitionIDsChanged();
+    return isSaved;
 }
 
 void MacProtectionRuntime::followOtherProcesses() {
@@ -275,6 +282,9 @@ void MacProtectionRuntime::adoptStoredSelection() {
     // stays empty here: it counts as not yet chosen only when a program starts.
     const QSet<QString> stored = m_settingsStore->load().protectedDefinitionIDs;
     Q_EMIT summariesChanged();
+    if (stored == m_storedDefinitionIDs)
+        return;
+    m_storedDefinitionIDs = stored;
     if (stored == m_protectedDefinitionIDs)
         return;
     m_protectedDefinitionIDs = stored;

@@ -10,6 +10,7 @@
 #include <QSet>
 #include <QUrl>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -30,6 +31,8 @@ struct MacProtectionSurroundings {
     /// Null for the files in the support folder.
     std::shared_ptr<PrivacyModeSettingsStoring> settingsStore;
     std::shared_ptr<MacActivityLogStoring> logStore;
+    /// How often the schedules are evaluated.
+    std::chrono::milliseconds scheduleInterval = std::chrono::minutes(1);
 };
 
 /// The one object between the engine and whoever shows and steers it, a window or a command line. It owns the
@@ -133,7 +136,7 @@ class MacProtectionRuntime : public QObject {
     std::optional<bool> scheduledPrivacyModeState(const QDateTime &date) const;
     /// Brings Privacy Mode to what the presets want, if that differs from the saved flag.
     void evaluateSchedules(const QDateTime &date);
-    /// Evaluates now and every 60 seconds. Does nothing at all while the timer runs.
+    /// Evaluates now and every minute. Does nothing at all while the timer runs.
     void startScheduleTimer();
 
   Q_SIGNALS:
@@ -154,8 +157,7 @@ class MacProtectionRuntime : public QObject {
     void reloadRecentEvents();
     void publishPreview(qint64 runningAppCount, const QList<RiskAppMatch> &matches);
     void setMonitoring();
-    void saveSelection();
-    QSet<QString> storedSelection() const;
+    bool updateSettings(const std::function<void(PrivacyModeSettings &)> &change);
     void followOtherProcesses();
     void adoptStoredSelection();
     void adoptStoredDefault(const QString &key);
@@ -166,10 +168,13 @@ class MacProtectionRuntime : public QObject {
     qint64 m_runningAppCount = 0;
     std::optional<QDateTime> m_lastChecked;
     QSet<QString> m_protectedDefinitionIDs;
+    /// The selection in the settings as it was last read or saved here; another one is another process's.
+    QSet<QString> m_storedDefinitionIDs;
     QList<ModePreset> m_modes;
     bool m_enforceActions = false;
 
     const Clock m_clock;
+    const std::chrono::milliseconds m_scheduleInterval;
     Workspace &m_workspace;
     const QString m_supportFolder;
     const RiskAppCatalog m_catalog;

@@ -26,7 +26,7 @@ QStringList enabledIDs(const QList<ModePreset> &modes) {
     return ids;
 }
 
-/// Minutes of the local day.
+/// The minute of the day at which an hour begins.
 constexpr int clockMinute(int hour) {
     return hour * 60;
 }
@@ -101,7 +101,7 @@ void MacProtectionRuntime::startScheduleTimer() {
         return;
     m_scheduleTimer = std::make_unique<QTimer>();
     m_scheduleTimer->setTimerType(Qt::PreciseTimer);
-    m_scheduleTimer->setInterval(60s);
+    m_scheduleTimer->setInterval(m_scheduleInterval);
     // The tick only posts the work, so that it never runs in the middle of another operation.
     connect(m_scheduleTimer.get(), &QTimer::timeout, this, [this] {
         QMetaObject::invokeMethod(

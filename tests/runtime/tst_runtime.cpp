@@ -89,6 +89,7 @@ class RuntimeTest : public QObject {
     void diagnostics();
     void flag();
     void otherProcesses();
+    void selectionsOfTwoProcesses();
     void monitoringClaim();
 };
 
@@ -395,6 +396,21 @@ void RuntimeTest::otherProcesses() {
     theirFlag.setOn(true);
     home.workspace.launch(samples::running(u"Zoom"_s, 20));
     QCOMPARE(home.workspace.terminationRequests(), QList<qint32>{20});
+}
+
+void RuntimeTest::selectionsOfTwoProcesses() {
+    Home home;
+    MacProtectionRuntime ours(home.defaults, home.surroundings());
+    MacProtectionRuntime theirs(home.defaults, home.surroundings());
+    ours.start(true, [](bool) {});
+    // No event loop runs in between, so neither hears of the other's changes by itself.
+    theirs.setProtectedDefinition(u"zoom"_s, false);
+    ours.setProtectedDefinition(u"teams"_s, false);
+    theirs.updatePrivacyMode(false, true);
+    const QSet<QString> both = everything() - QSet<QString>{u"zoom"_s, u"teams"_s};
+    QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, both}));
+    QCOMPARE(ours.protectedDefinitionIDs(), both);
+    QCOMPARE(theirs.protectedDefinitionIDs(), both);
 }
 
 void RuntimeTest::monitoringClaim() {

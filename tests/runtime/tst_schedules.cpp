@@ -75,6 +75,7 @@ class SchedulesTest : public QObject {
     void enablingAPresetThatIsDueNow();
     void evaluationRecordsOnlyChanges();
     void timer();
+    void ticks();
 };
 
 void SchedulesTest::everyMinute_data() {
@@ -220,6 +221,26 @@ void SchedulesTest::timer() {
     QVERIFY(desk.settings->settings.isEnabled);
     runtime.startScheduleTimer();
     QCOMPARE(asked.size(), 1);
+}
+
+void SchedulesTest::ticks() {
+    Desk desk;
+    desk.defaults.setStringArray(modesKey, {u"away"_s});
+    desk.now.setTime(QTime(17, 59));
+    MacProtectionSurroundings surroundings = desk.surroundings();
+    QCOMPARE(surroundings.scheduleInterval, std::chrono::seconds(60));
+    surroundings.scheduleInterval = std::chrono::milliseconds(20);
+    MacProtectionRuntime runtime(desk.defaults, surroundings);
+    QList<bool> asked;
+    runtime.start(true, [&](bool on) {
+        asked.append(on);
+        runtime.updatePrivacyMode(on, true);
+    });
+    QVERIFY(asked.isEmpty());
+    desk.now.setTime(QTime(18, 0));
+    QTRY_COMPARE(asked, QList<bool>{false});
+    desk.now.setTime(QTime(8, 0));
+    QTRY_COMPARE(asked, (QList<bool>{false, true}));
 }
 
 QTEST_GUILESS_MAIN(SchedulesTest)
