@@ -122,7 +122,8 @@ class Parser {
             settleLimit(option.value);
         else
             fail(quoted(m_result.command->name) + u" does not accept "_s + quoted(option.word) +
-                 u"; its options are "_s + listed(own + QStringList{u"--help"_s}) + u'.');
+                 (own.isEmpty() ? u"; its only option is "_s : u"; its options are "_s) +
+                 listed(own + QStringList{u"--help"_s}) + u'.');
     }
 
     void settleLimit(const QString &value) {

@@ -146,6 +146,9 @@ class CommandRunner {
     ExitStatus switchPrivacyMode(bool on) {
         CommandSession &changing = sessionThatLooks();
         PrivacyModeSettingsStoring &settings = changing.runtime.settingsStore();
+        // Nothing is to follow from a switch that could not be kept.
+        if (!m_surroundings.defaults.isWritable())
+            return defaultsNotSaved();
         const bool isNews = settings.load().isEnabled != on;
         EventFollower follower(changing.runtime.logStore());
         changing.flag.setOn(on);
@@ -216,6 +219,8 @@ class CommandRunner {
     }
 
     ExitStatus switchPresets(CommandSession &changing) {
+        if (!m_surroundings.defaults.isWritable())
+            return defaultsNotSaved();
         changing.settleFlag();
         EventFollower follower(changing.runtime.logStore());
         const QList<ModePreset> before = changing.runtime.modes();
@@ -247,8 +252,10 @@ class CommandRunner {
     }
 
     ExitStatus notSaved() {
-        return m_surroundings.couldNot(u"The change could not be saved, because the settings in "_s +
-                                       m_session->runtime.supportFolder() + u" cannot be written."_s);
+        return m_surroundings.couldNot(
+            u"The settings in "_s + m_session->runtime.supportFolder() +
+            u" are not what was asked for: they cannot be written, or another program "
+            u"changed them meanwhile."_s);
     }
 
     ExitStatus defaultsNotSaved() {

@@ -44,10 +44,14 @@ QString monitorSentence(const StatusReport &status) {
 }
 
 QString protectionSentence(const StatusReport &status) {
-    const QStringList &in = status.protectedDefinitionIDs;
-    const QStringList &out = status.unprotectedDefinitionIDs;
-    if (in.isEmpty())
+    if (status.protectedDefinitionIDs.isEmpty())
         return u"everything, because nothing is selected"_s;
+    const QStringList &out = status.unprotectedDefinitionIDs;
+    QStringList in;
+    for (const RiskAppDefinition &definition : RiskAppCatalog::defaultDefinitions()) {
+        if (!out.contains(definition.id))
+            in.append(definition.id);
+    }
     const QString numbers = QString::number(in.size()) + u" of "_s + QString::number(in.size() + out.size()) +
                             u" known applications"_s;
     if (out.isEmpty())
@@ -115,8 +119,13 @@ QString runResultText(const PrivacyModeRunResult &result, qint64 runningAppCount
     QString text;
     for (const MacProtectionEvent &event : result.events)
         text += palette.paint(colourOf(event.kind), visibleText(event.message)) + u'\n';
+    const bool wasEvaluated =
+        !result.events.isEmpty() && result.events.first().kind == MacProtectionEventKind::privacyModeOn;
+    if (!wasEvaluated)
+        return text;
     return text + QString::number(result.matches.size()) + u" of "_s + QString::number(runningAppCount) +
-           u" running applications matched.\n"_s;
+           (runningAppCount == 1 ? u" running application matched.\n"_s
+                                 : u" running applications matched.\n"_s);
 }
 
 QString eventsText(const QList<MacProtectionEvent> &events, const Palette &palette) {

@@ -1,5 +1,7 @@
 #include "cli/Output.h"
 
+#include "foundation/PrivateFile.h"
+
 #include "cli/TerminationSignals.h"
 
 #include <poll.h>
@@ -25,7 +27,7 @@ bool Output::waitForReader() const {
 
 bool Output::flush() {
     const QByteArray bytes = std::exchange(m_pending, {});
-    std::string_view rest(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    std::string_view rest = viewOf(bytes);
     while (m_error == 0 && !rest.empty() && waitForReader()) {
         // A pipe that is ready takes this much at once; more could block, and then no signal would be heard.
         const ssize_t written =

@@ -5,8 +5,8 @@
 
 namespace kestrin {
 
-/// A stream of this process, written in UTF-8 and all at once when flushed. Waits for a
-/// slow reader, but drops the rest when the process is told to end meanwhile (TerminationSignals).
+/// A stream of this process, written in UTF-8 and all at once when flushed. Waits for a slow reader, but
+/// drops the rest when the process is told to end meanwhile (TerminationSignals).
 class Output {
   public:
     explicit Output(int descriptor) : m_descriptor(descriptor) {}

@@ -137,10 +137,6 @@ class WindowedLog {
     bool m_atEnd = false;
 };
 
-std::string_view viewOf(const QByteArray &text) {
-    return {text.constData(), static_cast<std::size_t>(text.size())};
-}
-
 } // namespace
 
 std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit,

@@ -1,4 +1,5 @@
-// The one place that compiles the JSON reader for the engine's records.
+// The JSON forms of the engine's records, compiled once. The log has a reader of its own
+// (ActivityLogFile.cpp).
 
 #include "engine/MacProtectionEvent.h"
 #include "engine/PrivacyModeRunResult.h"

@@ -8,15 +8,10 @@
 #include <QFileInfo>
 
 #include <limits>
-#include <string_view>
 
 namespace kestrin {
 
 namespace {
-
-std::string_view viewOf(const QByteArray &bytes) {
-    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
-}
 
 /// Whether a log of at least one event is written the way this store writes it, so that a new event can be
 /// put in front of the others as they stand. A line break cannot be part of a string, so one of them gives

@@ -59,7 +59,7 @@ std::optional<FileLock> FileLock::tryLockFile(const QString &path, const QByteAr
         return std::nullopt;
     // The note is a courtesy; the lock holds without it.
     if (::ftruncate(descriptor, 0) == 0)
-        writeAll(descriptor, note);
+        writeAll(descriptor, viewOf(note));
     return lock;
 }
 

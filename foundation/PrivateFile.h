@@ -19,11 +19,13 @@ std::optional<QByteArray> readWholeFile(const QString &path, qsizetype spare = 0
 /// bytes.
 int openForReading(const QString &path, qint64 &size);
 
+/// The bytes as the standard library likes them; they stay the array's.
+inline std::string_view viewOf(const QByteArray &bytes) {
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+
 /// Writes all bytes to a descriptor, however many calls that takes.
 bool writeAll(int descriptor, std::string_view bytes);
-inline bool writeAll(int descriptor, const QByteArray &bytes) {
-    return writeAll(descriptor, std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
-}
 
 /// Puts the pieces, one after the other, in the place of the file at `path`. Whatever happens and whenever
 /// the process or the machine stops, the path names either the old file or the complete new one. The new file

@@ -4,11 +4,14 @@
 #include "foundation/PrivateFile.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMetaMethod>
 #include <QStandardPaths>
+
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -49,6 +52,11 @@ void JSONUserDefaults::setStringArray(const QString &key, const QStringList &val
     set(key, QJsonArray::fromStringList(value));
 }
 
+bool JSONUserDefaults::isWritable() const {
+    const QString folder = QFileInfo(m_path).absolutePath();
+    return QDir().mkpath(folder) && ::access(QFile::encodeName(folder).constData(), W_OK) == 0;
+}
+
 QJsonObject JSONUserDefaults::load() const {
     return QJsonDocument::fromJson(readWholeFile(m_path).value_or(QByteArray())).object();
 }
@@ -67,8 +75,7 @@ void JSONUserDefaults::set(const QString &key, const QJsonValue &value) {
             m_known = values;
         values.insert(key, value);
         const QByteArray text = QJsonDocument(values).toJson();
-        replacePrivateFile(m_path,
-                           {std::string_view(text.constData(), static_cast<std::size_t>(text.size()))});
+        replacePrivateFile(m_path, {viewOf(text)});
     }
     tellDifferences();
 }

@@ -26,6 +26,8 @@ class JSONUserDefaults final : public UserDefaults {
     std::optional<QStringList> stringArray(const QString &key) const override;
     void setBoolean(const QString &key, bool value) override;
     void setStringArray(const QString &key, const QStringList &value) override;
+    /// Makes the folder when it is missing.
+    bool isWritable() const override;
 
   protected:
     void connectNotify(const QMetaMethod &signal) override;

@@ -27,6 +27,9 @@ void PrivacyModeFlag::setOn(bool on) {
     // The settings come first: a process that follows the flag then finds the change already made and
     // recorded.
     m_runtime.updatePrivacyMode(on, true);
+    // A flag that the engine does not follow would be a lie.
+    if (m_runtime.settingsStore().load().isEnabled != on)
+        return;
     m_known = on;
     m_defaults.setBoolean(key, on);
     // What could not be stored is not so.

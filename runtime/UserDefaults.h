@@ -24,6 +24,8 @@ class UserDefaults : public QObject {
     virtual std::optional<QStringList> stringArray(const QString &key) const = 0;
     virtual void setBoolean(const QString &key, bool value) = 0;
     virtual void setStringArray(const QString &key, const QStringList &value) = 0;
+    /// Whether values can be stored now, as far as can be told without storing one.
+    virtual bool isWritable() const { return true; }
 
   Q_SIGNALS:
     /// The value under `key` is another one than before, whoever changed it: this object, another one over
