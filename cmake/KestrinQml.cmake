@@ -1,0 +1,12 @@
+# kestrin_qml_module(target URI uri QML_FILES ... [SOURCES ...] [DEPENDENCIES ...])
+#
+# Makes the library a QML module that every engine of a program finds in the program itself, without a plugin or an
+# import path. A program that links it calls qml_register_types_<uri>() and initialises the resources
+# qmake_<uri> and qmlcache_<target>.
+function(kestrin_qml_module target)
+    qt_add_qml_module(${target} ${ARGN} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt-project.org/imports)
+    # What Qt's compilers write is not ours to improve.
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "/\\.rcc/qmlcache/|_qmltyperegistrations\\.cpp$")
+    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
+endfunction()

@@ -1,0 +1,25 @@
+#include "design/DesignSystem.h"
+
+#include <QtCore/qglobal.h>
+
+// Generated with the module.
+extern void qml_register_types_KestrinDesignSystem();
+
+// Resources of a static library are there only once somebody asks for them; the macro works in the global
+// namespace only.
+static void initializeResources() {
+    Q_INIT_RESOURCE(KestrinDrawings);
+    Q_INIT_RESOURCE(KestrinDesignSystem_raw_qml_0);
+    Q_INIT_RESOURCE(qmake_KestrinDesignSystem);
+    Q_INIT_RESOURCE(qmlcache_KestrinDesignSystem);
+}
+
+namespace kestrin {
+
+void registerDesignSystem() {
+    initializeResources();
+    // The engine calls it when the module is imported first. The name alone keeps it in the program.
+    [[maybe_unused]] const volatile auto types = &qml_register_types_KestrinDesignSystem;
+}
+
+} // namespace kestrin

@@ -1,0 +1,80 @@
+#include "design/KestrinAppearance.h"
+
+#include "design/platform/DesktopPreferences.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QJSEngine>
+#include <QPalette>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+KestrinAppearance &KestrinAppearance::shared() {
+    static KestrinAppearance *const appearance = new KestrinAppearance(DesktopPreferences::create(), qApp);
+    return *appearance;
+}
+
+KestrinAppearance *KestrinAppearance::create(QQmlEngine *, QJSEngine *) {
+    QJSEngine::setObjectOwnership(&shared(), QJSEngine::CppOwnership);
+    return &shared();
+}
+
+std::optional<KestrinAppearance::Preference> KestrinAppearance::preferenceFromText(QStringView text) {
+    if (text == "system"_L1)
+        return System;
+    if (text == "light"_L1)
+        return Light;
+    if (text == "dark"_L1)
+        return Dark;
+    return std::nullopt;
+}
+
+KestrinAppearance::KestrinAppearance(std::unique_ptr<DesktopPreferences> desktop, QObject *parent)
+    : QObject(parent)
+    , m_desktop(std::move(desktop)) {
+    if (m_desktop)
+        connect(m_desktop.get(), &DesktopPreferences::changed, this, &KestrinAppearance::refresh);
+    // The palette has no signal of its own; the application is told of a change by an event.
+    qApp->installEventFilter(this);
+    refresh();
+}
+
+KestrinAppearance::~KestrinAppearance() = default;
+
+void KestrinAppearance::setPreference(Preference preference) {
+    if (preference == m_preference)
+        return;
+    m_preference = preference;
+    Q_EMIT preferenceChanged();
+    refresh();
+}
+
+bool KestrinAppearance::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp)
+        refresh();
+    return QObject::eventFilter(watched, event);
+}
+
+void KestrinAppearance::refresh() {
+    if (std::exchange(m_dark, resolveDark()) != m_dark)
+        Q_EMIT darkChanged();
+    const bool reducedMotion = m_desktop && m_desktop->animations() == false;
+    if (std::exchange(m_reducedMotion, reducedMotion) != m_reducedMotion)
+        Q_EMIT reducedMotionChanged();
+    const bool highContrast = m_desktop && m_desktop->highContrast() == true;
+    if (std::exchange(m_highContrast, highContrast) != m_highContrast)
+        Q_EMIT highContrastChanged();
+}
+
+bool KestrinAppearance::resolveDark() const {
+    if (m_preference != System)
+        return m_preference == Dark;
+    if (m_desktop && m_desktop->prefersDark())
+        return *m_desktop->prefersDark();
+    const QPalette palette = QGuiApplication::palette();
+    return palette.color(QPalette::Window).lightnessF() < palette.color(QPalette::WindowText).lightnessF();
+}
+
+} // namespace kestrin

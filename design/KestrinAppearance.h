@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+class QJSEngine;
+class QQmlEngine;
+
+namespace kestrin {
+
+class DesktopPreferences;
+
+/// Which appearance the windows are drawn in, and what else the desktop says about how it wants to be drawn.
+/// One a process, on the main thread.
+class KestrinAppearance : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(Preference preference READ preference WRITE setPreference NOTIFY preferenceChanged)
+    Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
+    Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
+    Q_PROPERTY(bool highContrast READ highContrast NOTIFY highContrastChanged)
+
+  public:
+    enum Preference {
+        System, ///< as the desktop says: its settings portal, else the platform's palette
+        Light,
+        Dark,
+    };
+    Q_ENUM(Preference)
+
+    /// Needs a QGuiApplication at its first call, and asks the desktop then; the answer comes with the event
+    /// loop.
+    static KestrinAppearance &shared();
+    static KestrinAppearance *create(QQmlEngine *engine, QJSEngine *scriptEngine);
+    /// "light", "dark" or "system", as the command line says it.
+    static std::optional<Preference> preferenceFromText(QStringView text);
+
+    /// An appearance that asks nobody but the given preferences (may be null); for tests.
+    explicit KestrinAppearance(std::unique_ptr<DesktopPreferences> desktop, QObject *parent = nullptr);
+    ~KestrinAppearance() override;
+
+    Preference preference() const { return m_preference; }
+    void setPreference(Preference preference);
+
+    bool isDark() const { return m_dark; }
+    /// The desktop's user does not want things to move.
+    bool reducedMotion() const { return m_reducedMotion; }
+    bool highContrast() const { return m_highContrast; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+  Q_SIGNALS:
+    void preferenceChanged();
+    void darkChanged();
+    void reducedMotionChanged();
+    void highContrastChanged();
+
+  private:
+    void refresh();
+    bool resolveDark() const;
+
+    std::unique_ptr<DesktopPreferences> m_desktop;
+    Preference m_preference = System;
+    bool m_dark = false;
+    bool m_reducedMotion = false;
+    bool m_highContrast = false;
+};
+
+} // namespace kestrin

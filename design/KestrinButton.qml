@@ -1,0 +1,73 @@
+import QtQuick
+import KestrinDesignSystem
+
+// What both buttons are: a row of an optional icon and the title, centred on a ground. The look comes from
+// KestrinPrimaryButton and KestrinSecondaryButton.
+KestrinPressable {
+    id: root
+
+    required property string title
+    property string systemImage: ""
+
+    required property real textSize
+    required property int textWeight
+    required property color foreground
+    required property color background
+    property color strokeColor: "transparent"
+    property real strokeWidth: 0
+
+    implicitWidth: row.naturalWidth
+
+    Accessible.name: title
+
+    KestrinPressableButtonStyle {
+        anchors.fill: parent
+        pressed: root.pressed
+
+        KestrinSurface {
+            anchors.fill: parent
+            radius: 10
+            color: root.background
+            strokeColor: root.strokeColor
+            strokeWidth: root.strokeWidth
+            scales: true
+        }
+
+        Row {
+            id: row
+
+            readonly property real iconWidth: icon.visible ? icon.implicitWidth + spacing : 0
+            readonly property real naturalWidth: iconWidth + label.implicitWidth
+
+            anchors.centerIn: parent
+            spacing: 8
+
+            KestrinSymbol {
+                id: icon
+
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.systemImage !== ""
+                name: root.systemImage
+                size: root.textSize
+                weight: root.textWeight
+                color: root.foreground
+            }
+
+            KestrinText {
+                id: label
+
+                anchors.verticalCenter: parent.verticalCenter
+                width: Math.min(implicitWidth, root.width - row.iconWidth)
+                text: root.title
+                size: root.textSize
+                weight: root.textWeight
+                color: root.foreground
+                lineLimit: 1
+                minimumScale: 0.82
+                silent: true
+            }
+        }
+    }
+
+    KestrinFocusRing {}
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "design/KestrinWeight.h"
+
+#include <QFont>
+
+namespace kestrin::KestrinFonts {
+
+/// The family of all texts: the desktop's own where it has every weight in use, else Inter where it is
+/// installed. Chosen once. Needs a QGuiApplication.
+QString family();
+
+/// A font of that family. The size is in points of the interface, which are device-independent pixels, and
+/// need not be whole.
+QFont font(double size, KestrinWeight weight);
+
+/// Whether the family has a face of its own for each of the weights.
+bool hasAllWeights(const QString &family);
+
+} // namespace kestrin::KestrinFonts

@@ -1,0 +1,57 @@
+#include "design/KestrinIconMark.h"
+
+#include "design/ContinuousRectangle.h"
+#include "design/PictureNode.h"
+
+#include <QPainter>
+#include <QQuickWindow>
+#include <QSvgRenderer>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+QImage markImage(const QSize &pixels, double radius) {
+    QImage picture(pixels, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QSvgRenderer(u":/kestrin/KestrinIconMark.svg"_s).render(&painter, QRectF({}, QSizeF(pixels)));
+    const QImage mask = SurfacePaint{pixels, radius, false, Qt::black, {}, 0}.paint();
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.drawImage(0, 0, mask);
+    return picture;
+}
+
+} // namespace
+
+KestrinIconMark::KestrinIconMark(QQuickItem *parent) : PixelAlignedItem(parent) {
+    connect(this, &KestrinIconMark::radiusChanged, this, &QQuickItem::update);
+}
+
+QSGNode *KestrinIconMark::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) {
+    auto *node = static_cast<PictureNode *>(former);
+    noteAlignment();
+    const double ratio = pixelRatio();
+    const QRectF rect = alignedRect(size());
+    const QSize pixels(qRound(rect.width() * ratio), qRound(rect.height() * ratio));
+    if (pixels.isEmpty()) {
+        delete node;
+        return nullptr;
+    }
+    if (!node)
+        node = new PictureNode;
+    const double radius = m_radius * ratio;
+    const QByteArray key = "mark|" + QByteArray::number(pixels.width()) + 'x' +
+                           QByteArray::number(pixels.height()) + '|' + QByteArray::number(radius);
+    PictureNode::Placement placement;
+    placement.rect = rect;
+    placement.scale = ratio;
+    node->show(*window(), sharedTexture(*window(), key, [&] { return markImage(pixels, radius); }),
+               placement);
+    return node;
+}
+
+} // namespace kestrin

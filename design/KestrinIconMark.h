@@ -1,0 +1,26 @@
+#pragma once
+
+#include "design/PixelAlignedItem.h"
+
+namespace kestrin {
+
+/// The brand mark, stretched to the item and clipped to continuous corners. Silent for assistive technology.
+class KestrinIconMark : public PixelAlignedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(qreal radius MEMBER m_radius NOTIFY radiusChanged)
+
+  public:
+    explicit KestrinIconMark(QQuickItem *parent = nullptr);
+
+  Q_SIGNALS:
+    void radiusChanged();
+
+  protected:
+    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *data) override;
+
+  private:
+    qreal m_radius = 0;
+};
+
+} // namespace kestrin

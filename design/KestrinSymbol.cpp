@@ -1,0 +1,88 @@
+#include "design/KestrinSymbol.h"
+
+#include "design/PictureNode.h"
+#include "design/SymbolImage.h"
+#include "design/SymbolTable.h"
+
+#include <QQuickWindow>
+#include <QtQml/qqmlinfo.h>
+
+#include <cmath>
+
+namespace kestrin {
+
+namespace {
+
+// The square of a symbol beside a text of size 1: it stands a little above capitals and below the base line.
+constexpr double sideOfUnitSize = 1.28;
+
+} // namespace
+
+KestrinSymbol::KestrinSymbol(QQuickItem *parent) : PixelAlignedItem(parent) {
+    connect(this, &KestrinSymbol::weightChanged, this, &QQuickItem::update);
+    connect(this, &KestrinSymbol::colorChanged, this, &QQuickItem::update);
+    adapt();
+}
+
+void KestrinSymbol::setName(const QString &name) {
+    if (name == m_name)
+        return;
+    m_name = name;
+    if (!name.isEmpty() && !findSymbol(name))
+        qmlWarning(this) << "There is no symbol \"" << name << "\".";
+    adapt();
+    Q_EMIT nameChanged();
+}
+
+void KestrinSymbol::setSize(qreal size) {
+    if (size == m_size)
+        return;
+    m_size = size;
+    adapt();
+    Q_EMIT sizeChanged();
+}
+
+double KestrinSymbol::side() const {
+    const SymbolDrawing *const symbol = findSymbol(m_name);
+    return symbol ? m_size * sideOfUnitSize * symbol->size : 0;
+}
+
+void KestrinSymbol::adapt() {
+    const double whole = std::ceil(side());
+    setImplicitSize(whole, whole);
+    update();
+}
+
+QSGNode *KestrinSymbol::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) {
+    auto *node = static_cast<PictureNode *>(former);
+    noteAlignment();
+    const SymbolDrawing *const symbol = findSymbol(m_name);
+    const double ratio = pixelRatio();
+    const int pixels = qRound(side() * ratio);
+    if (!symbol || pixels <= 0 || !m_color.isValid() || m_color.alpha() == 0) {
+        delete node;
+        return nullptr;
+    }
+    if (!node)
+        node = new PictureNode;
+    const QByteArray key = QByteArray("symbol|") + symbol->name + '|' + QByteArray::number(pixels) + '|' +
+                           QByteArray::number(m_weight) + '|' +
+                           QByteArray::number(quint64(m_color.rgba64()), 16);
+    const SharedTexture texture = sharedTexture(*window(), key, [&] {
+        return symbolImage(*symbol, pixels, static_cast<KestrinWeight>(m_weight), m_color);
+    });
+    const QPointF corner = alignedRect({}).topLeft();
+    // Centred, and still on whole pixels.
+    const auto centred = [ratio, pixels](double room) {
+        return std::round((room * ratio - pixels) / 2) / ratio;
+    };
+    PictureNode::Placement placement;
+    placement.rect =
+        QRectF(corner + QPointF(centred(width()), centred(height())), QSizeF(pixels, pixels) / ratio);
+    placement.scale = ratio;
+    placement.smooth = true;
+    node->show(*window(), texture, placement);
+    return node;
+}
+
+} // namespace kestrin

@@ -1,0 +1,15 @@
+pragma Singleton
+
+import QtQml
+import KestrinDesignSystem
+
+// The colours of a tone, for bindings: both follow the appearance.
+QtObject {
+    function color(tone: int): color {
+        return KestrinColors.toneColors[tone];
+    }
+
+    function softBackground(tone: int): color {
+        return KestrinColors.toneSoftBackgrounds[tone];
+    }
+}

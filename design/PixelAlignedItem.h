@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QQuickItem>
+
+namespace kestrin {
+
+/// A painted item whose edges are kept on whole pixels of the screen at every scale factor, wherever layouts
+/// and scrolling leave it.
+class PixelAlignedItem : public QQuickItem {
+    Q_OBJECT
+
+  public:
+    explicit PixelAlignedItem(QQuickItem *parent = nullptr);
+
+  protected:
+    /// Pixels of the screen a unit.
+    double pixelRatio() const;
+    /// The nearest rectangle on whole pixels; its size depends on the item's size only.
+    QRectF alignedRect(const QSizeF &size) const;
+
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
+    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+    /// For overrides of updatePaintNode: remembers where it was drawn.
+    void noteAlignment();
+
+  private:
+    QPointF alignmentOffset() const;
+    void realign();
+
+    QMetaObject::Connection m_synchronizing;
+    QPointF m_drawnOffset;
+};
+
+} // namespace kestrin

@@ -1,0 +1,88 @@
+#include "design/platform/SettingsPortal.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+const QString service = u"org.freedesktop.portal.Desktop"_s;
+const QString path = u"/org/freedesktop/portal/desktop"_s;
+const QString interface = u"org.freedesktop.portal.Settings"_s;
+
+const QString appearanceSpace = u"org.freedesktop.appearance"_s;
+const QString gnomeSpace = u"org.gnome.desktop.interface"_s;
+const QString gnomeAccessibilitySpace = u"org.gnome.desktop.a11y.interface"_s;
+
+// Values of "color-scheme"; 0 is no preference.
+constexpr uint preferDark = 1;
+constexpr uint preferLight = 2;
+
+// libdbus would start a bus of its own where there is none, which takes its time and helps nobody.
+bool sessionBusIsThere() {
+    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
+           QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/bus"_L1);
+}
+
+} // namespace
+
+std::unique_ptr<DesktopPreferences> SettingsPortal::connectToSession() {
+    if (!sessionBusIsThere() || !QDBusConnection::sessionBus().isConnected())
+        return nullptr;
+    auto portal = std::make_unique<SettingsPortal>();
+    // Without the name of a service: asking the bus who owns it would wait for the answer.
+    QDBusConnection::sessionBus().connect({}, path, interface, u"SettingChanged"_s, portal.get(),
+                                          SLOT(settingChanged(QString, QString, QDBusVariant)));
+    portal->readAll();
+    return portal;
+}
+
+void SettingsPortal::readAll() {
+    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, u"ReadAll"_s);
+    call.setArguments({QStringList{appearanceSpace, gnomeSpace, gnomeAccessibilitySpace}});
+    auto *const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, &SettingsPortal::takeAll);
+}
+
+void SettingsPortal::takeAll(QDBusPendingCallWatcher *call) {
+    call->deleteLater();
+    const QDBusPendingReply<QMap<QString, QVariantMap>> reply = *call;
+    if (reply.isError())
+        return;
+    // A dictionary of dictionaries is no type that Qt knows by itself.
+    const QMap<QString, QVariantMap> spaces = reply.value();
+    for (auto space = spaces.begin(); space != spaces.end(); ++space) {
+        for (auto key = space->begin(); key != space->end(); ++key)
+            take(space.key(), key.key(), key.value());
+    }
+    Q_EMIT changed();
+}
+
+void SettingsPortal::settingChanged(const QString &space, const QString &key, const QDBusVariant &value) {
+    take(space, key, value.variant());
+    Q_EMIT changed();
+}
+
+void SettingsPortal::take(const QString &space, const QString &key, const QVariant &value) {
+    if (space == appearanceSpace && key == "color-scheme"_L1) {
+        const uint scheme = value.toUInt();
+        m_prefersDark = scheme == preferDark    ? std::optional(true)
+                        : scheme == preferLight ? std::optional(false)
+                                                : std::nullopt;
+    } else if (space == gnomeSpace && key == "enable-animations"_L1) {
+        m_animations = value.toBool();
+    } else if ((space == appearanceSpace && key == "contrast"_L1) ||
+               (space == gnomeAccessibilitySpace && key == "high-contrast"_L1)) {
+        m_highContrast = value.toBool();
+    }
+}
+
+} // namespace kestrin
