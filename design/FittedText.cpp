@@ -3,6 +3,7 @@
 #include "design/KestrinFonts.h"
 
 #include <QFontMetricsF>
+#include <QTextLayout>
 
 #include <algorithm>
 #include <cmath>
@@ -14,11 +15,18 @@ namespace {
 // How far letters may be pulled together before they are made smaller; of the font's size.
 constexpr double tightest = 0.02;
 
+// Measured as the text will be laid out. QFontMetricsF is off by a fraction, enough for a text to be cut or
+// wrapped in the room that it asked for.
 double lineWidth(const QFont &font, const QString &text) {
-    const QFontMetricsF metrics(font);
     double widest = 0;
-    for (const QStringView line : QStringView(text).split(u'\n'))
-        widest = std::max(widest, metrics.horizontalAdvance(line.toString()));
+    for (const QStringView part : QStringView(text).split(u'\n')) {
+        QTextLayout layout(part.toString(), font);
+        layout.beginLayout();
+        const QTextLine line = layout.createLine();
+        layout.endLayout();
+        if (line.isValid())
+            widest = std::max(widest, line.naturalTextWidth());
+    }
     return widest;
 }
 

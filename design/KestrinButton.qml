@@ -16,7 +16,10 @@ KestrinPressable {
     property color strokeColor: "transparent"
     property real strokeWidth: 0
 
-    implicitWidth: row.naturalWidth
+    // What a title that is too long leaves free at both ends.
+    readonly property real margin: 6
+
+    implicitWidth: row.naturalWidth + 2 * margin
 
     Accessible.name: title
 
@@ -57,7 +60,7 @@ KestrinPressable {
                 id: label
 
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, root.width - row.iconWidth)
+                width: Math.min(implicitWidth, root.width - row.iconWidth - 2 * root.margin)
                 text: root.title
                 size: root.textSize
                 weight: root.textWeight

@@ -30,7 +30,7 @@ double thickening(KestrinWeight weight) {
     case KestrinWeight::Bold:
         return 0.6;
     case KestrinWeight::Heavy:
-        return 0.8;
+        return 0.7;
     }
     return 0;
 }

@@ -7,7 +7,7 @@ Rectangle {
     id: root
 
     width: 1000
-    height: 1240
+    height: 980
     color: KestrinColors.warmIvory
 
     property bool protecting: true
@@ -44,11 +44,13 @@ Rectangle {
             spacing: 3
 
             KestrinText {
+                Layout.fillWidth: true
                 text: field.title
                 size: 14
                 weight: KestrinWeight.Semibold
             }
             KestrinText {
+                Layout.fillWidth: true
                 text: field.detail
                 size: 12
                 color: KestrinColors.textSecondary
@@ -78,6 +80,7 @@ Rectangle {
                 spacing: 6
 
                 KestrinText {
+                    Layout.fillWidth: true
                     text: "You are protected"
                     size: 30
                     weight: KestrinWeight.Bold
@@ -139,6 +142,7 @@ Rectangle {
                     spacing: 8
 
                     KestrinText {
+                        Layout.fillWidth: true
                         text: "Privacy Mode"
                         size: 20
                         weight: KestrinWeight.Bold
