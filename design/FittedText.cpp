@@ -30,8 +30,9 @@ double lineWidth(const QFont &font, const QString &text) {
     return widest;
 }
 
-QFont tightened(QFont font, double size, double share) {
-    font.setLetterSpacing(QFont::AbsoluteSpacing, font.letterSpacing() - size * tightest * share);
+// Fonts keep their spacing in sixty-fourths; rounded the other way a text would be a little too long again.
+QFont tightened(QFont font, double letter) {
+    font.setLetterSpacing(QFont::AbsoluteSpacing, std::floor((font.letterSpacing() - letter) * 64) / 64);
     return font;
 }
 
@@ -71,30 +72,19 @@ void FittedText::measure() {
 void FittedText::fit() {
     if (!isComponentComplete())
         return;
-    const auto weight = static_cast<KestrinWeight>(m_weight);
-    const QFont natural = KestrinFonts::font(m_size, weight);
+    const QFont natural = KestrinFonts::font(m_size, static_cast<KestrinWeight>(m_weight));
     if (m_lineLimit != 1 || width() >= m_naturalWidth || width() <= 0)
         return use(natural, 1);
 
-    const double wanted = lineWidth(natural, m_text);
-    const double gain = wanted - lineWidth(tightened(natural, m_size, 1), m_text);
     // A sixty-fourth less than there is, because Qt counts in these and would cut a text that just fits.
     const double room = width() - 1.0 / 64;
-    if (gain > 0 && wanted - gain <= room)
-        return use(tightened(natural, m_size, (wanted - room) / gain), 1);
-
-    // Glyphs do not grow quite in proportion, so that the first guess may need another.
-    double scale = std::min(1.0, room / (wanted - gain));
-    QFont font;
-    for (int attempt = 0; attempt < 4; ++attempt) {
-        scale = std::max(scale, m_minimumScale);
-        font = tightened(KestrinFonts::font(m_size * scale, weight), m_size * scale, 1);
-        const double got = lineWidth(font, m_text);
-        if (got <= room || scale <= m_minimumScale)
-            break;
-        scale *= room / got;
-    }
-    use(font, scale);
+    const double wanted = lineWidth(natural, m_text);
+    const QFont tight = tightened(natural, m_size * tightest);
+    const double least = lineWidth(tight, m_text);
+    if (least > room)
+        return use(tight, std::max(m_minimumScale, room / least));
+    const double gainOfUnit = (wanted - least) / (natural.letterSpacing() - tight.letterSpacing());
+    use(wanted <= room ? natural : tightened(natural, (wanted - room) / gainOfUnit), 1);
 }
 
 void FittedText::use(const QFont &font, qreal scaleFactor) {

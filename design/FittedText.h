@@ -7,9 +7,9 @@
 
 namespace kestrin {
 
-/// What KestrinText is made of: finds the font in which a text of one line fits the width it is given. It
-/// first tightens the letters a little, then shrinks them down to the minimum scale; what is then still too
-/// long is left to be cut. Its implicit size is that of the text as it wants to be.
+/// What KestrinText is made of: finds the font and the scale in which a text of one line fits the width it is
+/// given. It first tightens the letters a little, then shrinks them down to the minimum scale; what is then
+/// still too long is left to be cut. Its implicit size is that of the text as it wants to be.
 class FittedText : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -27,7 +27,8 @@ class FittedText : public QQuickItem {
     explicit FittedText(QQuickItem *parent = nullptr);
 
     QFont fittedFont() const { return m_font; }
-    /// Of the font's size; 1 where it did not have to shrink.
+    /// How much smaller than the font says it has to be drawn; 1 where it did not have to shrink. It is not
+    /// in the font, because Qt Quick rounds the sizes of fonts.
     qreal scaleFactor() const { return m_scaleFactor; }
     /// Of the text in one line, or of its longest line where it has several.
     qreal naturalWidth() const { return m_naturalWidth; }

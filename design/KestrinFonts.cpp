@@ -3,11 +3,9 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QGuiApplication>
-#include <QScreen>
 #include <QSet>
 
 #include <algorithm>
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -24,12 +22,6 @@ QString chooseFamily() {
     return inter;
 }
 
-// Qt takes whole pixels only, but any size in points, which it turns into pixels by this.
-double pixelsOfPoint() {
-    const QScreen *const screen = QGuiApplication::primaryScreen();
-    return screen ? std::round(screen->logicalDotsPerInchY()) / 72 : 1;
-}
-
 // Inter is spaced for small sizes; large ones look loose without being pulled together.
 double tracking(double size) {
     return family() == inter ? -0.02 * std::clamp((size - 12) / 18, 0.0, 1.0) * size : 0;
@@ -44,10 +36,10 @@ QString family() {
 
 QFont font(double size, KestrinWeight weight) {
     QFont font(family());
-    if (size == std::floor(size))
-        font.setPixelSize(static_cast<int>(size));
-    else
-        font.setPointSizeF(size / pixelsOfPoint());
+    font.setPixelSize(qRound(size));
+    // Letters are fitted to pixels in height only: widths in proportion to the size, so that texts can be
+    // fitted, and evenly spaced.
+    font.setHintingPreference(QFont::PreferVerticalHinting);
     font.setWeight(static_cast<QFont::Weight>(weight));
     font.setLetterSpacing(QFont::AbsoluteSpacing, tracking(size));
     return font;

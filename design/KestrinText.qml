@@ -25,8 +25,10 @@ FittedText {
         id: label
 
         anchors.left: parent.left
-        anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
+        width: parent.width / root.scaleFactor
+        scale: root.scaleFactor
+        transformOrigin: Item.Left
         text: root.text
         textFormat: Text.PlainText
         font: root.fittedFont
@@ -37,7 +39,8 @@ FittedText {
         elide: root.lineLimit > 0 ? Text.ElideRight : Text.ElideNone
         lineHeightMode: root.lineSpacing > 0 ? Text.FixedHeight : Text.ProportionalHeight
         lineHeight: root.lineSpacing > 0 ? root.naturalHeight + root.lineSpacing : 1
-        renderType: Text.NativeRendering
+        // The sharpest, unless it is scaled.
+        renderType: root.scaleFactor < 1 ? Text.QtRendering : Text.NativeRendering
         Accessible.ignored: true
     }
 }
