@@ -88,11 +88,14 @@ void FittedText::fit() {
 }
 
 void FittedText::use(const QFont &font, qreal scaleFactor) {
-    if (font == m_font && scaleFactor == m_scaleFactor)
-        return;
-    m_font = font;
-    m_scaleFactor = scaleFactor;
-    Q_EMIT fittedFontChanged();
+    if (font != m_font || scaleFactor != m_scaleFactor) {
+        m_font = font;
+        m_scaleFactor = scaleFactor;
+        Q_EMIT fittedFontChanged();
+    }
+    const qreal fittedWidth = std::max(0.0, width()) / m_scaleFactor;
+    if (std::exchange(m_fittedWidth, fittedWidth) != fittedWidth)
+        Q_EMIT fittedWidthChanged();
 }
 
 } // namespace kestrin

@@ -20,6 +20,7 @@ class FittedText : public QQuickItem {
     Q_PROPERTY(int lineLimit MEMBER m_lineLimit NOTIFY lineLimitChanged)
     Q_PROPERTY(QFont fittedFont READ fittedFont NOTIFY fittedFontChanged)
     Q_PROPERTY(qreal scaleFactor READ scaleFactor NOTIFY fittedFontChanged)
+    Q_PROPERTY(qreal fittedWidth READ fittedWidth NOTIFY fittedWidthChanged)
     Q_PROPERTY(qreal naturalWidth READ naturalWidth NOTIFY naturalSizeChanged)
     Q_PROPERTY(qreal naturalHeight READ naturalHeight NOTIFY naturalSizeChanged)
 
@@ -30,6 +31,9 @@ class FittedText : public QQuickItem {
     /// How much smaller than the font says it has to be drawn; 1 where it did not have to shrink. It is not
     /// in the font, because Qt Quick rounds the sizes of fonts.
     qreal scaleFactor() const { return m_scaleFactor; }
+    /// The item's width before it is scaled. A binding to the width itself misses changes that come while
+    /// layouts are still at work (Qt 6.4), and the text would stay empty.
+    qreal fittedWidth() const { return m_fittedWidth; }
     /// Of the text in one line, or of its longest line where it has several.
     qreal naturalWidth() const { return m_naturalWidth; }
     /// Of one line.
@@ -42,6 +46,7 @@ class FittedText : public QQuickItem {
     void minimumScaleChanged();
     void lineLimitChanged();
     void fittedFontChanged();
+    void fittedWidthChanged();
     void naturalSizeChanged();
 
   protected:
@@ -60,6 +65,7 @@ class FittedText : public QQuickItem {
     int m_lineLimit = 0; ///< 0 for none
     QFont m_font;
     qreal m_scaleFactor = 1;
+    qreal m_fittedWidth = 0;
     qreal m_naturalWidth = 0;
     qreal m_naturalHeight = 0;
 };

@@ -26,7 +26,7 @@ FittedText {
 
         anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
-        width: parent.width / root.scaleFactor
+        width: root.fittedWidth
         scale: root.scaleFactor
         transformOrigin: Item.Left
         text: root.text

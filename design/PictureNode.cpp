@@ -50,15 +50,18 @@ void PictureNode::place(QQuickWindow &window, size_t cell, const QRectF &target,
         node = nullptr;
         return;
     }
-    if (!node) {
+    const bool added = !node;
+    if (added) {
         node = window.createImageNode();
         node->setOwnsTexture(false);
-        appendChildNode(node);
     }
     node->setTexture(m_texture.get());
     node->setFiltering(smooth ? QSGTexture::Linear : QSGTexture::Nearest);
     node->setRect(target);
     node->setSourceRect(source);
+    // Last, because the software renderer looks at its texture at once.
+    if (added)
+        appendChildNode(node);
 }
 
 } // namespace kestrin

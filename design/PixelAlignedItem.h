@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QQuickItem>
+#include <QtQml/qqmlregistration.h>
 
 namespace kestrin {
 
@@ -8,6 +9,7 @@ namespace kestrin {
 /// and scrolling leave it.
 class PixelAlignedItem : public QQuickItem {
     Q_OBJECT
+    QML_ANONYMOUS
 
   public:
     explicit PixelAlignedItem(QQuickItem *parent = nullptr);

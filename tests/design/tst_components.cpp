@@ -28,6 +28,8 @@ class ComponentsTest : public QObject {
     void toggleAsksItsOwner();
     void textFits_data();
     void textFits();
+    void textGetsRoom();
+    void titlesAreWhole();
     void wrappedText();
     void weightsDiffer();
     void assistiveNames_data();
@@ -199,6 +201,47 @@ void ComponentsTest::textFits() {
             if (cut)
                 QCOMPARE(stage.value("scaleFactor").toDouble(), 0.7);
         }
+    }
+}
+
+// A text that had too little room at first is as good as new when it gets some.
+void ComponentsTest::textGetsRoom() {
+    const auto tile = [](const QByteArray &width) {
+        return "KestrinMetricTile { " + width +
+               "title: 'Running apps'; value: '12'; tone: 0; systemImage: 'clock.fill' }";
+    };
+    Stage early(tile("width: 300; "));
+    const QImage expected = early.picture();
+    Stage late(tile("width: 0; "));
+    for (const int width : {0, 40, 60, 300}) {
+        late.root().setWidth(width);
+        late.picture();
+    }
+    QCOMPARE(late.picture(), expected);
+    const QByteArray shared = tile("Layout.fillWidth: true; Layout.preferredWidth: 1; ");
+    Stage layouts("Item { width: 400; ColumnLayout { anchors.left: parent.left; anchors.right: parent.right; "
+                  "RowLayout { " +
+                  shared + shared + "} } }");
+    const QQuickItem *const label = layouts.find("QQuickText");
+    QTRY_COMPARE(label->width(), label->parentItem()->width());
+    QVERIFY(label->width() > 0);
+}
+
+// The narrowest buttons there are, with their longest titles.
+void ComponentsTest::titlesAreWhole() {
+    const QList<std::pair<int, QByteArray>> narrow{
+        {190,
+         "KestrinSecondaryButton { width: 190; systemImage: 'wand.and.stars'; title: 'Apply Recommended' }"},
+        {170,
+         "KestrinSecondaryButton { width: 170; systemImage: 'arrow.clockwise'; title: 'Run Live Check' }"},
+        {150, "KestrinPrimaryButton { width: 150; systemImage: 'shield.checkered'; title: 'Run Preview' }"},
+    };
+    for (const auto &[width, qml] : narrow) {
+        Stage stage(qml);
+        const QQuickItem *const label = stage.find("QQuickText");
+        QVERIFY2(!label->property("truncated").toBool(), qml);
+        const QRectF place = label->mapRectToItem(&stage.root(), label->boundingRect());
+        QVERIFY2(place.right() <= width - 3.5, qml);
     }
 }
 
