@@ -4,7 +4,11 @@
 # import path. A program that links it calls qml_register_types_<uri>() and initialises the resources
 # qmake_<uri> and qmlcache_<target>.
 function(kestrin_qml_module target)
-    qt_add_qml_module(${target} ${ARGN} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt-project.org/imports)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "URI" "")
+    # In one folder all of them, where Qt's compilers and qmllint find them, also the module itself.
+    set(folder "${PROJECT_BINARY_DIR}/qml")
+    qt_add_qml_module(${target} ${ARGN} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt-project.org/imports
+        OUTPUT_DIRECTORY "${folder}/${arg_URI}" IMPORT_PATH "${folder}")
     # What Qt's compilers write is not ours to improve.
     get_target_property(sources ${target} SOURCES)
     list(FILTER sources INCLUDE REGEX "/\\.rcc/qmlcache/|_qmltyperegistrations\\.cpp$")

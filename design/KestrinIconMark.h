@@ -5,7 +5,7 @@
 namespace kestrin {
 
 /// The brand mark, stretched to the item and clipped to continuous corners. Silent for assistive technology.
-class KestrinIconMark : public PixelAlignedItem {
+class KestrinIconMark : public kestrin::PixelAlignedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(qreal radius MEMBER m_radius NOTIFY radiusChanged)

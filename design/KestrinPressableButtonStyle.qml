@@ -8,7 +8,7 @@ Item {
     required property bool pressed
 
     readonly property int duration: KestrinAppearance.reducedMotion ? 0 : 160
-    readonly property list<real> easeOut: [0, 0, 0.58, 1, 1, 1]
+    readonly property var easeOut: [0, 0, 0.58, 1, 1, 1]
 
     opacity: pressed ? 0.88 : 1
     scale: pressed ? 0.98 : 1

@@ -8,7 +8,7 @@ namespace kestrin {
 
 /// A filled and stroked shape: the ground of cards, tiles, pills, buttons, tracks and badges. Rounded
 /// rectangles and capsules have continuous corners; equal ones are painted once. Lengths are in points.
-class KestrinSurface : public PixelAlignedItem {
+class KestrinSurface : public kestrin::PixelAlignedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(Shape shape MEMBER m_shape NOTIFY shapeChanged)

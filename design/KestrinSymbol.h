@@ -9,7 +9,7 @@ namespace kestrin {
 
 /// A symbol, as large and as heavy as a text of the same size and weight beside it. It is centred in the item
 /// and silent for assistive technology.
-class KestrinSymbol : public PixelAlignedItem {
+class KestrinSymbol : public kestrin::PixelAlignedItem {
     Q_OBJECT
     QML_ELEMENT
     /// A name of the symbol table. An unknown one draws nothing and warns.
