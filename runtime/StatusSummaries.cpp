@@ -17,10 +17,12 @@ QString actionsLabelFor(bool enforceActions) {
 }
 
 QString lastCheckedLabelFor(const std::optional<QDateTime> &lastChecked) {
-    if (!lastChecked)
-        return u"Not checked yet"_s;
+    return lastChecked ? timeOfDayLabelFor(*lastChecked) : u"Not checked yet"_s;
+}
+
+QString timeOfDayLabelFor(const QDateTime &date) {
     static const QLocale timeFormatter;
-    return timeFormatter.toString(lastChecked->toLocalTime().time(), QLocale::ShortFormat);
+    return timeFormatter.toString(date.toLocalTime().time(), QLocale::ShortFormat);
 }
 
 QList<ProtectionDevice> devicesFor(bool isEnabled, bool enforceActions) {

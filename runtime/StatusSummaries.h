@@ -18,6 +18,9 @@ QString actionsLabelFor(bool enforceActions);
 /// The local time of day in the user's short style, or "Not checked yet".
 QString lastCheckedLabelFor(const std::optional<QDateTime> &lastChecked);
 
+/// The local time of day in the user's short style.
+QString timeOfDayLabelFor(const QDateTime &date);
+
 /// This Mac, the iPhone and the watch.
 QList<ProtectionDevice> devicesFor(bool isEnabled, bool enforceActions);
 
