@@ -1,0 +1,125 @@
+// The window's program: reads its options, makes sure that nobody else watches, and shows the window.
+
+#include "app/Kestrin/ProtectionWindow.h"
+#include "design/KestrinAppearance.h"
+#include "runtime/MonitoringClaim.h"
+#include "runtime/StandardUserDefaults.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+#include <QQuickWindow>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+
+namespace {
+
+constexpr int wrongUsage = 2;
+
+const char *const helpText = R"(Usage: kestrin [OPTION]
+
+Opens Kestrin's window: Privacy Mode, the protected applications, schedules and activity.
+
+  --appearance light|dark|system   draw the window so; "system", the default, follows the desktop
+  --version                        print the version
+  --help                           print this
+
+The window draws without the graphics card. Set QT_QUICK_BACKEND=rhi to use it.
+)";
+
+struct Options {
+    KestrinAppearance::Preference appearance = KestrinAppearance::System;
+    bool help = false;
+    bool version = false;
+    /// What is wrong with them; empty when nothing is.
+    QString complaint;
+};
+
+Options readOptions(const QStringList &arguments) {
+    const auto wrong = [](const QString &complaint) {
+        Options options;
+        options.complaint = complaint;
+        return options;
+    };
+    Options options;
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        const QString &argument = arguments.at(i);
+        if (argument == u"--help" || argument == u"-h") {
+            options.help = true;
+        } else if (argument == u"--version") {
+            options.version = true;
+        } else if (argument == u"--appearance" || argument.startsWith(u"--appearance=")) {
+            const bool attached = argument.contains(u'=');
+            const QString text = attached ? argument.section(u'=', 1) : arguments.value(++i);
+            const auto preference = KestrinAppearance::preferenceFromText(text);
+            if (!preference)
+                return wrong(u"The appearance is light, dark or system."_s);
+            options.appearance = *preference;
+        } else {
+            return wrong(u"kestrin does not know \""_s + argument + u"\"; see kestrin --help."_s);
+        }
+    }
+    return options;
+}
+
+QStringList argumentsOf(int argc, char **argv) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+void print(std::FILE *stream, const QString &line) {
+    std::fprintf(stream, "%s\n", qPrintable(line));
+}
+
+/// docs/decisions/0010-renderer.md tells why. The environment may say otherwise.
+void chooseRenderer() {
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    QCoreApplication::setApplicationName(u"kestrin"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(KESTRIN_VERSION));
+    QGuiApplication::setApplicationDisplayName(u"Kestrin"_s);
+    QGuiApplication::setDesktopFileName(u"kestrin"_s);
+
+    // Before the application, which takes arguments of its own and needs a display.
+    if (const QStringList arguments = argumentsOf(argc, argv);
+        arguments.contains(u"--help"_s) || arguments.contains(u"--version"_s)) {
+        // Handled below with the rest; they only must not need a display.
+        const Options options = readOptions(arguments);
+        if (options.complaint.isEmpty()) {
+            if (options.help)
+                std::fputs(helpText, stdout);
+            else
+                print(stdout, u"kestrin "_s + QCoreApplication::applicationVersion());
+            return 0;
+        }
+    }
+
+    chooseRenderer();
+    QGuiApplication application(argc, argv);
+    const Options options = readOptions(QCoreApplication::arguments());
+    if (!options.complaint.isEmpty()) {
+        print(stderr, options.complaint);
+        return wrongUsage;
+    }
+    KestrinAppearance::shared().setPreference(options.appearance);
+
+    const std::unique_ptr<UserDefaults> defaults = standardUserDefaults();
+    const QString supportFolder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
+    const MonitoringClaim claim = MonitoringClaim::make(supportFolder, u"Kestrin"_s);
+    if (claim.holder) {
+        print(stderr, u"Privacy Mode is already watched by "_s + *claim.holder +
+                          u". End it, then open Kestrin again."_s);
+        return 1;
+    }
+    ProtectionWindow window(*defaults);
+    return QGuiApplication::exec();
+}

@@ -1,0 +1,155 @@
+import QtQuick
+import QtQuick.Layouts
+import KestrinDesignSystem
+
+MacPage {
+    id: root
+
+    required property MacProtectionState protection
+
+    signal chosen(section: int)
+
+    title: "Access"
+    subtitle: "Review what Kestrin can see and do on this Mac."
+
+    RowLayout {
+        Layout.fillWidth: true
+        spacing: 16
+
+        SettingsColumn {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            Layout.alignment: Qt.AlignTop
+            title: "Setup Access"
+
+            MacSettingRow {
+                title: "Account"
+                detail: "Not required"
+                icon: "person.crop.circle"
+                tone: KestrinTone.Protected
+            }
+
+            MacSettingRow {
+                title: "Selected Mac apps"
+                detail: root.protection.selectedCount + " apps"
+                icon: "checklist"
+                tone: KestrinTone.Protected
+                leads: true
+                onClicked: root.chosen(MacSection.Apps)
+            }
+
+            MacSettingRow {
+                title: "Schedules"
+                detail: root.protection.enabledScheduleCount + " enabled"
+                icon: "calendar"
+                tone: root.protection.enabledScheduleCount < 1 ? KestrinTone.Attention : KestrinTone.Protected
+                leads: true
+                onClicked: root.chosen(MacSection.Schedule)
+            }
+
+            MacSettingRow {
+                title: "Activity log"
+                detail: "Saved locally"
+                icon: "list.bullet.rectangle"
+                tone: KestrinTone.Link
+                leads: true
+                onClicked: root.chosen(MacSection.Activity)
+            }
+
+            MacSettingRow {
+                title: "Privacy guide"
+                detail: "View"
+                icon: "book.closed.fill"
+                tone: KestrinTone.Neutral
+                leads: true
+                onClicked: Qt.openUrlExternally(MacConfiguration.privacyURL)
+            }
+
+            MacSettingRow {
+                title: "Help"
+                detail: "Contact"
+                icon: "questionmark.circle.fill"
+                tone: KestrinTone.Neutral
+                leads: true
+                onClicked: Qt.openUrlExternally(MacConfiguration.supportURL)
+            }
+        }
+
+        SettingsColumn {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            Layout.alignment: Qt.AlignTop
+            title: "Mac Access"
+
+            MacSettingRow {
+                title: "Mac app actions"
+                detail: root.protection.actionsLabel
+                icon: "hand.raised.fill"
+                tone: root.protection.enforceActions ? KestrinTone.Risk : KestrinTone.Link
+            }
+
+            MacSettingRow {
+                title: "Relaunch monitor"
+                detail: root.protection.monitorLabel
+                icon: "arrow.clockwise.circle.fill"
+                tone: KestrinTone.Link
+            }
+
+            MacSettingRow {
+                title: "Running apps scanned"
+                detail: root.protection.runningAppCount
+                icon: "macwindow"
+                tone: KestrinTone.Neutral
+            }
+
+            MacSettingRow {
+                title: "Protected app matches"
+                detail: root.protection.matchCount
+                icon: "scope"
+                tone: root.protection.matchCount > 0 ? KestrinTone.Attention : KestrinTone.Protected
+            }
+
+            MacSettingRow {
+                title: "iPhone connection"
+                detail: "Use mobile app"
+                icon: "iphone"
+                tone: KestrinTone.Link
+                leads: true
+                onClicked: root.chosen(MacSection.Connect)
+            }
+
+            KestrinToggle {
+                Layout.fillWidth: true
+                on: root.protection.enforceActions
+                onFlipped: on => root.protection.enforceActions = on
+
+                Accessible.name: "Keep selected apps closed"
+                Accessible.description: explanation.text
+
+                ColumnLayout {
+                    anchors.left: parent.left
+                    anchors.right: parent.right
+                    spacing: 3
+
+                    KestrinText {
+                        Layout.fillWidth: true
+                        text: "Keep selected apps closed"
+                        size: 14
+                        weight: KestrinWeight.Semibold
+                        silent: true
+                    }
+
+                    KestrinText {
+                        id: explanation
+
+                        Layout.fillWidth: true
+                        text: "When enabled, Kestrin sends quit requests to selected Mac protected apps while Privacy Mode is on."
+                        size: 12
+                        color: KestrinColors.textSecondary
+                        silent: true
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,98 @@
+import QtQuick
+import QtQuick.Layouts
+import KestrinDesignSystem
+
+MacPage {
+    id: root
+
+    required property MacProtectionState protection
+
+    title: "Apps"
+    subtitle: "Choose Mac Protected Apps for Privacy Mode."
+
+    MacLiveCheckCard {
+        Layout.fillWidth: true
+        protection: root.protection
+        privacyModeOn: root.protection.privacyModeOn
+
+        Component.onCompleted: root.protection.runLiveCheck()
+
+        Connections {
+            target: root.protection
+
+            function onPrivacyModeOnChanged() {
+                root.protection.updatePrivacyMode(root.protection.privacyModeOn);
+                root.protection.runLiveCheck();
+            }
+        }
+    }
+
+    KestrinCard {
+        Layout.fillWidth: true
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 12
+
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: 8
+
+                KestrinText {
+                    Layout.fillWidth: true
+                    text: "Mac Protected Apps list"
+                    size: 17
+                    weight: KestrinWeight.Bold
+                    heading: true
+                }
+
+                KestrinStatusPill {
+                    title: root.protection.selectedCount + " selected"
+                    tone: KestrinTone.Protected
+                }
+            }
+
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: 0
+
+                Repeater {
+                    model: root.protection.definitions
+
+                    MacRiskDefinitionRow {
+                        Layout.fillWidth: true
+                        last: index === root.protection.definitions.count - 1
+                        onFlipped: on => root.protection.setProtectedDefinition(identifier, on)
+                    }
+                }
+            }
+        }
+    }
+
+    RowLayout {
+        Layout.fillWidth: true
+        spacing: 12
+
+        KestrinText {
+            Layout.fillWidth: true
+            text: root.protection.selectedCount + " Mac protected apps selected"
+            size: 13
+            weight: KestrinWeight.Semibold
+            color: KestrinColors.textSecondary
+        }
+
+        KestrinSecondaryButton {
+            Layout.preferredWidth: 190
+            title: "Apply Recommended"
+            systemImage: "wand.and.stars"
+            onClicked: root.protection.applyRecommendedRiskApps()
+        }
+
+        KestrinPrimaryButton {
+            Layout.preferredWidth: 150
+            title: root.protection.enforceActions ? "Apply Now" : "Run Preview"
+            systemImage: "shield.checkered"
+            onClicked: root.protection.runLiveCheck()
+        }
+    }
+}

@@ -1,0 +1,149 @@
+import QtQuick
+import QtQuick.Layouts
+import KestrinDesignSystem
+
+MacPage {
+    id: root
+
+    required property MacProtectionState protection
+
+    signal chosen(section: int)
+
+    title: protection.privacyModeOn ? "You are protected" : "Protection is off"
+    subtitle: protection.tagline
+
+    KestrinCard {
+        Layout.fillWidth: true
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 24
+
+            KestrinSurface {
+                implicitWidth: 96
+                implicitHeight: 96
+                shape: KestrinSurface.Circle
+                color: Qt.alpha(KestrinColors.freshGreen, 0.16)
+
+                KestrinSymbol {
+                    anchors.centerIn: parent
+                    name: root.protection.privacyModeOn ? "checkmark.shield.fill" : "shield"
+                    size: 56
+                    weight: KestrinWeight.Bold
+                    color: root.protection.privacyModeOn ? KestrinColors.freshGreen : KestrinColors.textSecondary
+                }
+            }
+
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: 8
+
+                KestrinText {
+                    Layout.fillWidth: true
+                    text: "Privacy Mode"
+                    size: 20
+                    weight: KestrinWeight.Bold
+                    heading: true
+                }
+
+                KestrinText {
+                    Layout.fillWidth: true
+                    text: "Manage Protected Apps"
+                    size: 14
+                    color: KestrinColors.textSecondary
+                }
+
+                KestrinText {
+                    Layout.fillWidth: true
+                    text: root.protection.privacyModeOn ? "ON" : "OFF"
+                    size: 15
+                    weight: KestrinWeight.Semibold
+                    color: root.protection.privacyModeOn ? KestrinColors.freshGreen : KestrinColors.attention
+                    // The switch says it.
+                    silent: true
+                }
+            }
+
+            KestrinToggle {
+                Layout.preferredWidth: 72
+                on: root.protection.privacyModeOn
+                onFlipped: on => root.protection.privacyModeOn = on
+
+                Accessible.name: "Privacy Mode"
+            }
+        }
+    }
+
+    ColumnLayout {
+        Layout.fillWidth: true
+        spacing: 10
+
+        KestrinText {
+            Layout.fillWidth: true
+            text: "Device status"
+            size: 17
+            weight: KestrinWeight.Bold
+            heading: true
+        }
+
+        Repeater {
+            model: root.protection.devices
+
+            MacDeviceSummaryRow {
+                Layout.fillWidth: true
+            }
+        }
+    }
+
+    RowLayout {
+        Layout.fillWidth: true
+        spacing: 12
+
+        KestrinPrimaryButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            title: root.protection.privacyModeOn ? "Run Mac Check" : "Turn on Privacy Mode"
+            systemImage: "shield.checkered"
+            onClicked: {
+                if (root.protection.privacyModeOn) {
+                    root.protection.runLiveCheck();
+                    root.chosen(MacSection.Apps);
+                } else {
+                    root.protection.privacyModeOn = true;
+                }
+            }
+        }
+
+        KestrinSecondaryButton {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            title: "Manage devices"
+            systemImage: "rectangle.connected.to.line.below"
+            onClicked: root.chosen(MacSection.Devices)
+        }
+    }
+
+    KestrinCard {
+        Layout.fillWidth: true
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 12
+
+            KestrinSymbol {
+                Layout.alignment: Qt.AlignTop
+                name: "info.circle.fill"
+                color: KestrinColors.link
+            }
+
+            KestrinText {
+                Layout.fillWidth: true
+                Layout.alignment: Qt.AlignTop
+                text: "The Mac app monitors selected protected apps locally. Turn on Mac app actions in Access when you want Kestrin to send quit requests for selected apps."
+                size: 13
+                color: KestrinColors.textSecondary
+                lineSpacing: 3
+            }
+        }
+    }
+}

@@ -1,0 +1,116 @@
+#include "app/Kestrin/MacProtectionState.h"
+
+#include "app/Kestrin/MacSection.h"
+#include "app/Kestrin/PageRows.h"
+#include "runtime/StatusSummaries.h"
+#include "shared/KestrinCopy.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+namespace kestrin {
+
+namespace {
+
+constexpr qsizetype shownMatchLimit = 5;
+
+template <class Row, class Record>
+QList<Row> rowsOf(const QList<Record> &records) {
+    QList<Row> rows;
+    rows.reserve(records.size());
+    for (const Record &record : records)
+        rows.append(Row::from(record));
+    return rows;
+}
+
+} // namespace
+
+MacProtectionState::MacProtectionState(MacProtectionRuntime &runtime, PrivacyModeFlag &privacyMode,
+                                       QObject *parent)
+    : QObject(parent)
+    , m_runtime(runtime)
+    , m_privacyMode(privacyMode)
+    , m_devices(DeviceRow::staticMetaObject)
+    , m_definitions(DefinitionRow::staticMetaObject)
+    , m_shownMatches(MatchRow::staticMetaObject)
+    , m_presets(PresetRow::staticMetaObject)
+    , m_events(EventRow::staticMetaObject)
+    , m_sections(SectionRow::staticMetaObject) {
+    m_sections.setRecords(sectionRows());
+    fillDevices();
+    fillDefinitions();
+    fillMatches();
+    fillPresets();
+    fillEvents();
+    follow();
+}
+
+void MacProtectionState::follow() {
+    using Runtime = MacProtectionRuntime;
+    using State = MacProtectionState;
+    connect(&m_privacyMode, &PrivacyModeFlag::changed, this, &State::privacyModeOnChanged);
+    connect(&m_runtime, &Runtime::enforceActionsChanged, this, &State::enforceActionsChanged);
+    connect(&m_runtime, &Runtime::summariesChanged, this, &State::monitorLabelChanged);
+    connect(&m_runtime, &Runtime::summariesChanged, this, &State::fillDevices);
+    connect(&m_runtime, &Runtime::lastCheckedChanged, this, &State::lastCheckedLabelChanged);
+    connect(&m_runtime, &Runtime::runningAppCountChanged, this, &State::runningAppCountChanged);
+    // The lists come first: who hears of a change finds them as they are now.
+    connect(&m_runtime, &Runtime::protectedDefinitionIDsChanged, this, &State::fillDefinitions);
+    connect(&m_runtime, &Runtime::protectedDefinitionIDsChanged, this, &State::selectionChanged);
+    connect(&m_runtime, &Runtime::matchesChanged, this, &State::fillMatches);
+    connect(&m_runtime, &Runtime::matchesChanged, this, &State::matchesChanged);
+    connect(&m_runtime, &Runtime::modesChanged, this, &State::fillPresets);
+    connect(&m_runtime, &Runtime::modesChanged, this, &State::presetsChanged);
+    connect(&m_runtime, &Runtime::recentEventsChanged, this, &State::fillEvents);
+    connect(&m_runtime, &Runtime::recentEventsChanged, this, &State::eventsChanged);
+}
+
+QString MacProtectionState::actionsLabel() const {
+    return actionsLabelFor(m_runtime.enforceActions());
+}
+
+int MacProtectionState::actionCount() const {
+    return actionCountOf(m_runtime.matches());
+}
+
+QString MacProtectionState::tagline() {
+    return KestrinCopy::coreTagline;
+}
+
+void MacProtectionState::setProtectedDefinition(const QString &id, bool enabled) {
+    m_runtime.setProtectedDefinition(id, enabled);
+}
+
+void MacProtectionState::copyDiagnostics() {
+    QClipboard *const clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    clipboard->setText(m_runtime.diagnosticsText());
+}
+
+void MacProtectionState::fillDevices() {
+    m_devices.setRecords(rowsOf<DeviceRow>(m_runtime.devices()));
+}
+
+void MacProtectionState::fillDefinitions() {
+    QList<DefinitionRow> rows;
+    for (const RiskAppDefinition &definition : m_runtime.catalog().definitions) {
+        const bool selected = m_runtime.protectedDefinitionIDs().contains(definition.id);
+        rows.append(DefinitionRow::from(definition, selected));
+    }
+    m_definitions.setRecords(rows);
+}
+
+void MacProtectionState::fillMatches() {
+    m_shownMatches.setRecords(rowsOf<MatchRow>(m_runtime.matches().first(
+        std::min(shownMatchLimit, m_runtime.matches().size()))));
+}
+
+void MacProtectionState::fillPresets() {
+    m_presets.setRecords(rowsOf<PresetRow>(m_runtime.modes()));
+}
+
+void MacProtectionState::fillEvents() {
+    m_events.setRecords(rowsOf<EventRow>(m_runtime.recentEvents()));
+}
+
+} // namespace kestrin

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "app/Kestrin/RecordListModel.h"
+#include "runtime/MacProtectionRuntime.h"
+#include "runtime/PrivacyModeFlag.h"
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QObject>
+
+namespace kestrin {
+
+/// What the pages see of the runtime and of the Privacy Mode flag, in the types that they need, and what they can
+/// do. It keeps no state of its own and decides nothing; every value is the runtime's at the moment it is read.
+class MacProtectionState : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The window has one.")
+    Q_PROPERTY(bool privacyModeOn READ privacyModeOn WRITE setPrivacyModeOn NOTIFY privacyModeOnChanged)
+    Q_PROPERTY(bool enforceActions READ enforceActions WRITE setEnforceActions NOTIFY enforceActionsChanged)
+    Q_PROPERTY(QString monitorLabel READ monitorLabel NOTIFY monitorLabelChanged)
+    Q_PROPERTY(QString actionsLabel READ actionsLabel NOTIFY enforceActionsChanged)
+    Q_PROPERTY(QString lastCheckedLabel READ lastCheckedLabel NOTIFY lastCheckedLabelChanged)
+    Q_PROPERTY(int runningAppCount READ runningAppCount NOTIFY runningAppCountChanged)
+    Q_PROPERTY(int selectedCount READ selectedCount NOTIFY selectionChanged)
+    Q_PROPERTY(int matchCount READ matchCount NOTIFY matchesChanged)
+    Q_PROPERTY(int actionCount READ actionCount NOTIFY matchesChanged)
+    Q_PROPERTY(int enabledScheduleCount READ enabledScheduleCount NOTIFY presetsChanged)
+    Q_PROPERTY(int actionEventCount READ actionEventCount NOTIFY eventsChanged)
+    Q_PROPERTY(kestrin::RecordListModel *devices READ devices CONSTANT)
+    Q_PROPERTY(kestrin::RecordListModel *definitions READ definitions CONSTANT)
+    Q_PROPERTY(kestrin::RecordListModel *shownMatches READ shownMatches CONSTANT)
+    Q_PROPERTY(kestrin::RecordListModel *presets READ presets CONSTANT)
+    Q_PROPERTY(kestrin::RecordListModel *events READ events CONSTANT)
+    Q_PROPERTY(kestrin::RecordListModel *sections READ sections CONSTANT)
+    Q_PROPERTY(QString tagline READ tagline CONSTANT)
+
+  public:
+    /// Both outlive this object.
+    MacProtectionState(MacProtectionRuntime &runtime, PrivacyModeFlag &privacyMode, QObject *parent = nullptr);
+
+    bool privacyModeOn() const { return m_privacyMode.isOn(); }
+    void setPrivacyModeOn(bool on) { m_privacyMode.setOn(on); }
+    bool enforceActions() const { return m_runtime.enforceActions(); }
+    void setEnforceActions(bool enforce) { m_runtime.setEnforceActions(enforce); }
+    QString monitorLabel() const { return m_runtime.monitorLabel(); }
+    QString actionsLabel() const;
+    QString lastCheckedLabel() const { return m_runtime.lastCheckedLabel(); }
+    int runningAppCount() const { return static_cast<int>(m_runtime.runningAppCount()); }
+    int selectedCount() const { return static_cast<int>(m_runtime.protectedDefinitionIDs().size()); }
+    int matchCount() const { return static_cast<int>(m_runtime.matches().size()); }
+    int actionCount() const;
+    int enabledScheduleCount() const { return static_cast<int>(m_runtime.enabledScheduleCount()); }
+    int actionEventCount() const { return static_cast<int>(m_runtime.actionEventCount()); }
+    RecordListModel *devices() { return &m_devices; }
+    /// The whole catalog.
+    RecordListModel *definitions() { return &m_definitions; }
+    /// The first five of the matches.
+    RecordListModel *shownMatches() { return &m_shownMatches; }
+    RecordListModel *presets() { return &m_presets; }
+    RecordListModel *events() { return &m_events; }
+    RecordListModel *sections() { return &m_sections; }
+    static QString tagline();
+
+    /// Starts the runtime; for the root view, when it appears.
+    Q_INVOKABLE void start() { m_privacyMode.startRuntime(); }
+    Q_INVOKABLE void runLiveCheck() { m_runtime.runLiveCheck(); }
+    /// Hands a flag that was changed to the runtime, which records the change unless somebody did already.
+    Q_INVOKABLE void updatePrivacyMode(bool on) { m_runtime.updatePrivacyMode(on, true); }
+    Q_INVOKABLE void setProtectedDefinition(const QString &id, bool enabled);
+    Q_INVOKABLE void applyRecommendedRiskApps() { m_runtime.applyRecommendedRiskApps(); }
+    Q_INVOKABLE void setPreset(const QString &id, bool enabled) { m_runtime.setMode(id, enabled); }
+    /// Puts the diagnostics text, and nothing else, on the clipboard.
+    Q_INVOKABLE void copyDiagnostics();
+
+  Q_SIGNALS:
+    void privacyModeOnChanged();
+    void enforceActionsChanged();
+    void monitorLabelChanged();
+    void lastCheckedLabelChanged();
+    void runningAppCountChanged();
+    void selectionChanged();
+    void matchesChanged();
+    void presetsChanged();
+    void eventsChanged();
+
+  private:
+    void follow();
+    void fillDevices();
+    void fillDefinitions();
+    void fillMatches();
+    void fillPresets();
+    void fillEvents();
+
+    MacProtectionRuntime &m_runtime;
+    PrivacyModeFlag &m_privacyMode;
+    RecordListModel m_devices;
+    RecordListModel m_definitions;
+    RecordListModel m_shownMatches;
+    RecordListModel m_presets;
+    RecordListModel m_events;
+    RecordListModel m_sections;
+};
+
+} // namespace kestrin

@@ -1,0 +1,107 @@
+import QtQuick
+import QtQuick.Layouts
+import KestrinDesignSystem
+
+// The brand, the sections and what the engine does. The sections are one stop for the keyboard; arrows move in them.
+Rectangle {
+    id: root
+
+    required property MacProtectionState protection
+    required property int selectedSection
+
+    signal chosen(section: int)
+
+    function takeFocus(section: int) {
+        rows.itemAt(section).forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function move(section: int) {
+        if (section < 0 || section >= rows.count)
+            return;
+        chosen(section);
+        takeFocus(section);
+    }
+
+    color: Qt.alpha(KestrinColors.surface, 0.78)
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 20
+
+        MacSidebarBrand {
+            Layout.leftMargin: 16
+            Layout.rightMargin: 16
+            Layout.topMargin: 16
+        }
+
+        Column {
+            Layout.fillWidth: true
+            Layout.leftMargin: 10
+            Layout.rightMargin: 10
+            spacing: 2
+
+            Accessible.role: Accessible.List
+            Accessible.name: "Sections"
+
+            Repeater {
+                id: rows
+
+                model: root.protection.sections
+
+                MacSidebarRow {
+                    selected: section === root.selectedSection
+                    // The first one, where nothing is selected.
+                    activeFocusOnTab: selected || section === 0 && root.selectedSection === MacSection.None
+                    width: parent.width
+                    onChosen: root.chosen(section)
+                    onDeselected: root.chosen(MacSection.None)
+                    onMoved: steps => root.move(section + steps)
+                }
+            }
+        }
+
+        Item {
+            Layout.fillHeight: true
+        }
+
+        KestrinCard {
+            Layout.fillWidth: true
+            Layout.leftMargin: 12
+            Layout.rightMargin: 12
+            Layout.bottomMargin: 14
+
+            Accessible.role: Accessible.StaticText
+            Accessible.name: "Mac engine, " + root.protection.monitorLabel
+
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: 12
+
+                KestrinSymbol {
+                    name: "laptopcomputer"
+                    color: KestrinColors.freshGreen
+                }
+
+                ColumnLayout {
+                    spacing: 3
+
+                    KestrinText {
+                        Layout.fillWidth: true
+                        text: "Mac engine"
+                        size: 13
+                        weight: KestrinWeight.Bold
+                        silent: true
+                    }
+
+                    KestrinText {
+                        Layout.fillWidth: true
+                        text: root.protection.monitorLabel
+                        size: 11
+                        color: KestrinColors.textSecondary
+                        silent: true
+                    }
+                }
+            }
+        }
+    }
+}
