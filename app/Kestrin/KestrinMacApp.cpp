@@ -89,27 +89,23 @@ int main(int argc, char **argv) {
     QGuiApplication::setApplicationDisplayName(u"Kestrin"_s);
     QGuiApplication::setDesktopFileName(u"kestrin"_s);
 
-    // Before the application, which takes arguments of its own and needs a display.
-    if (const QStringList arguments = argumentsOf(argc, argv);
-        arguments.contains(u"--help"_s) || arguments.contains(u"--version"_s)) {
-        // Handled below with the rest; they only must not need a display.
-        const Options options = readOptions(arguments);
-        if (options.complaint.isEmpty()) {
-            if (options.help)
-                std::fputs(helpText, stdout);
-            else
-                print(stdout, u"kestrin "_s + QCoreApplication::applicationVersion());
-            return 0;
-        }
-    }
-
-    chooseRenderer();
-    QGuiApplication application(argc, argv);
-    const Options options = readOptions(QCoreApplication::arguments());
+    // Before the application, which needs a display.
+    const Options options = readOptions(argumentsOf(argc, argv));
     if (!options.complaint.isEmpty()) {
         print(stderr, options.complaint);
         return wrongUsage;
     }
+    if (options.help) {
+        std::fputs(helpText, stdout);
+        return 0;
+    }
+    if (options.version) {
+        print(stdout, u"kestrin "_s + QCoreApplication::applicationVersion());
+        return 0;
+    }
+
+    chooseRenderer();
+    QGuiApplication application(argc, argv);
     KestrinAppearance::shared().setPreference(options.appearance);
 
     const std::unique_ptr<UserDefaults> defaults = standardUserDefaults();

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Kestrin
 import KestrinDesignSystem
 
 // What the engine makes of the applications that are running now.

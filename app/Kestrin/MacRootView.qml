@@ -1,4 +1,5 @@
 import QtQuick
+import Kestrin
 import KestrinDesignSystem
 
 // The sidebar and the page of the selected section. A page lives as long as it is shown.

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import Kestrin
 import KestrinDesignSystem
 
 // The brand, the sections and what the engine does. The sections are one stop for the keyboard; arrows move in them.
