@@ -21,8 +21,10 @@ QString lastCheckedLabelFor(const std::optional<QDateTime> &lastChecked) {
 }
 
 QString timeOfDayLabelFor(const QDateTime &date) {
-    static const QLocale timeFormatter;
-    return timeFormatter.toString(date.toLocalTime().time(), QLocale::ShortFormat);
+    static const QLocale locale;
+    // Hours and minutes; some locales have seconds in their short style.
+    static const QString format = locale.timeFormat(QLocale::ShortFormat).remove(u":ss"_s);
+    return locale.toString(date.toLocalTime().time(), format);
 }
 
 QList<ProtectionDevice> devicesFor(bool isEnabled, bool enforceActions) {

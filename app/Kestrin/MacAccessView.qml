@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Kestrin
 import KestrinDesignSystem
 
@@ -13,17 +12,16 @@ MacPage {
     title: "Access"
     subtitle: "Review what Kestrin can see and do on this Mac."
 
-    RowLayout {
-        Layout.fillWidth: true
+    Row {
+        width: parent.width
         spacing: 16
 
         SettingsColumn {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            Layout.alignment: Qt.AlignTop
+            width: (parent.width - parent.spacing) / 2
             title: "Setup Access"
 
             MacSettingRow {
+                width: parent.width
                 title: "Account"
                 detail: "Not required"
                 icon: "person.crop.circle"
@@ -31,6 +29,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Selected Mac apps"
                 detail: root.protection.selectedCount + " apps"
                 icon: "checklist"
@@ -40,6 +39,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Schedules"
                 detail: root.protection.enabledScheduleCount + " enabled"
                 icon: "calendar"
@@ -49,6 +49,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Activity log"
                 detail: "Saved locally"
                 icon: "list.bullet.rectangle"
@@ -58,6 +59,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Privacy guide"
                 detail: "View"
                 icon: "book.closed.fill"
@@ -67,6 +69,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Help"
                 detail: "Contact"
                 icon: "questionmark.circle.fill"
@@ -77,12 +80,11 @@ MacPage {
         }
 
         SettingsColumn {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            Layout.alignment: Qt.AlignTop
+            width: (parent.width - parent.spacing) / 2
             title: "Mac Access"
 
             MacSettingRow {
+                width: parent.width
                 title: "Mac app actions"
                 detail: root.protection.actionsLabel
                 icon: "hand.raised.fill"
@@ -90,6 +92,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Relaunch monitor"
                 detail: root.protection.monitorLabel
                 icon: "arrow.clockwise.circle.fill"
@@ -97,6 +100,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Running apps scanned"
                 detail: root.protection.runningAppCount
                 icon: "macwindow"
@@ -104,6 +108,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Protected app matches"
                 detail: root.protection.matchCount
                 icon: "scope"
@@ -111,6 +116,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "iPhone connection"
                 detail: "Use mobile app"
                 icon: "iphone"
@@ -120,20 +126,19 @@ MacPage {
             }
 
             KestrinToggle {
-                Layout.fillWidth: true
+                width: parent.width
                 on: root.protection.enforceActions
                 onFlipped: on => root.protection.enforceActions = on
 
                 Accessible.name: "Keep selected apps closed"
                 Accessible.description: explanation.text
 
-                ColumnLayout {
-                    anchors.left: parent.left
-                    anchors.right: parent.right
+                Column {
+                    width: parent.width
                     spacing: 3
 
                     KestrinText {
-                        Layout.fillWidth: true
+                        width: parent.width
                         text: "Keep selected apps closed"
                         size: 14
                         weight: KestrinWeight.Semibold
@@ -143,7 +148,7 @@ MacPage {
                     KestrinText {
                         id: explanation
 
-                        Layout.fillWidth: true
+                        width: parent.width
                         text: "When enabled, Kestrin sends quit requests to selected Mac protected apps while Privacy Mode is on."
                         size: 12
                         color: KestrinColors.textSecondary

@@ -12,27 +12,26 @@ MacPage {
     subtitle: "Review what Kestrin protected for you."
 
     KestrinCard {
-        Layout.fillWidth: true
+        width: parent.width
 
-        ColumnLayout {
+        Column {
             Layout.fillWidth: true
             spacing: 14
 
             KestrinText {
-                Layout.fillWidth: true
+                width: parent.width
                 text: "Today’s protection summary"
                 size: 17
                 weight: KestrinWeight.Bold
                 heading: true
             }
 
-            RowLayout {
-                Layout.fillWidth: true
+            Row {
+                width: parent.width
                 spacing: 10
 
                 KestrinMetricTile {
-                    Layout.fillWidth: true
-                    Layout.preferredWidth: 1
+                    width: (parent.width - 2 * parent.spacing) / 3
                     title: "Selected apps"
                     value: root.protection.selectedCount
                     tone: KestrinTone.Protected
@@ -40,8 +39,7 @@ MacPage {
                 }
 
                 KestrinMetricTile {
-                    Layout.fillWidth: true
-                    Layout.preferredWidth: 1
+                    width: (parent.width - 2 * parent.spacing) / 3
                     title: "Protected app matches"
                     value: root.protection.matchCount
                     tone: root.protection.matchCount > 0 ? KestrinTone.Attention : KestrinTone.Protected
@@ -49,8 +47,7 @@ MacPage {
                 }
 
                 KestrinMetricTile {
-                    Layout.fillWidth: true
-                    Layout.preferredWidth: 1
+                    width: (parent.width - 2 * parent.spacing) / 3
                     title: "Mac actions"
                     value: root.protection.actionEventCount
                     tone: root.protection.actionEventCount > 0 ? KestrinTone.Link : KestrinTone.Neutral
@@ -60,12 +57,12 @@ MacPage {
         }
     }
 
-    ColumnLayout {
-        Layout.fillWidth: true
+    Column {
+        width: parent.width
         spacing: 10
 
         RowLayout {
-            Layout.fillWidth: true
+            width: parent.width
             spacing: 8
 
             KestrinText {
@@ -83,7 +80,7 @@ MacPage {
         }
 
         KestrinCard {
-            Layout.fillWidth: true
+            width: parent.width
 
             RowLayout {
                 Layout.fillWidth: true
@@ -104,12 +101,20 @@ MacPage {
                 }
             }
 
-            Repeater {
-                model: root.protection.events
+            Column {
+                id: rows
 
-                MacEngineEventRow {
-                    Layout.fillWidth: true
-                    last: index === root.protection.events.count - 1
+                Layout.fillWidth: true
+
+                Repeater {
+                    model: root.protection.events
+
+                    MacEngineEventRow {
+                        id: row
+
+                        width: rows.width
+                        last: row.index === root.protection.events.count - 1
+                    }
                 }
             }
         }

@@ -12,7 +12,7 @@ MacPage {
     subtitle: "Choose Mac Protected Apps for Privacy Mode."
 
     MacLiveCheckCard {
-        Layout.fillWidth: true
+        width: parent.width
         protection: root.protection
         privacyModeOn: root.protection.privacyModeOn
 
@@ -29,14 +29,14 @@ MacPage {
     }
 
     KestrinCard {
-        Layout.fillWidth: true
+        width: parent.width
 
-        ColumnLayout {
+        Column {
             Layout.fillWidth: true
             spacing: 12
 
             RowLayout {
-                Layout.fillWidth: true
+                width: parent.width
                 spacing: 8
 
                 KestrinText {
@@ -53,17 +53,20 @@ MacPage {
                 }
             }
 
-            ColumnLayout {
-                Layout.fillWidth: true
-                spacing: 0
+            Column {
+                id: list
+
+                width: parent.width
 
                 Repeater {
                     model: root.protection.definitions
 
                     MacRiskDefinitionRow {
-                        Layout.fillWidth: true
-                        last: index === root.protection.definitions.count - 1
-                        onFlipped: on => root.protection.setProtectedDefinition(identifier, on)
+                        id: row
+
+                        width: list.width
+                        last: row.index === root.protection.definitions.count - 1
+                        onFlipped: on => root.protection.setProtectedDefinition(row.identifier, on)
                     }
                 }
             }
@@ -71,7 +74,7 @@ MacPage {
     }
 
     RowLayout {
-        Layout.fillWidth: true
+        width: parent.width
         spacing: 12
 
         KestrinText {

@@ -13,13 +13,20 @@ MacPage {
     subtitle: "Confirm the Mac engine is installed and ready for stronger desktop protection."
 
     KestrinCard {
-        Layout.fillWidth: true
+        width: parent.width
 
-        RowLayout {
+        Row {
+            id: steps
+
+            readonly property real tallest: Math.max(first.implicitHeight, second.implicitHeight, third.implicitHeight)
+
             Layout.alignment: Qt.AlignHCenter
             spacing: 28
 
             MacConnectStep {
+                id: first
+
+                height: steps.tallest
                 number: 1
                 icon: "checkmark.circle.fill"
                 title: "Mac app installed"
@@ -27,11 +34,15 @@ MacPage {
             }
 
             KestrinSymbol {
+                anchors.verticalCenter: parent.verticalCenter
                 name: "arrow.right"
                 color: KestrinColors.textSecondary
             }
 
             MacConnectStep {
+                id: second
+
+                height: steps.tallest
                 number: 2
                 icon: "waveform.path.ecg.rectangle"
                 title: "Engine running"
@@ -39,11 +50,15 @@ MacPage {
             }
 
             KestrinSymbol {
+                anchors.verticalCenter: parent.verticalCenter
                 name: "arrow.right"
                 color: KestrinColors.textSecondary
             }
 
             MacConnectStep {
+                id: third
+
+                height: steps.tallest
                 number: 3
                 icon: "iphone"
                 title: "Mobile setup"
@@ -52,17 +67,16 @@ MacPage {
         }
     }
 
-    RowLayout {
-        Layout.fillWidth: true
+    Row {
+        width: parent.width
         spacing: 16
 
         SettingsColumn {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            Layout.alignment: Qt.AlignTop
+            width: (parent.width - parent.spacing) / 2
             title: "Mac engine status"
 
             MacSettingRow {
+                width: parent.width
                 title: "Relaunch monitor"
                 detail: root.protection.monitorLabel
                 icon: "arrow.clockwise.circle.fill"
@@ -70,6 +84,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Selected protected apps"
                 detail: root.protection.selectedCount
                 icon: "checklist"
@@ -77,6 +92,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Running apps scanned"
                 detail: root.protection.runningAppCount
                 icon: "macwindow"
@@ -84,6 +100,7 @@ MacPage {
             }
 
             MacSettingRow {
+                width: parent.width
                 title: "Mac app actions"
                 detail: root.protection.actionsLabel
                 icon: "hand.raised.fill"
@@ -92,20 +109,18 @@ MacPage {
         }
 
         SettingsColumn {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            Layout.alignment: Qt.AlignTop
+            width: (parent.width - parent.spacing) / 2
             title: "Connection actions"
 
             KestrinPrimaryButton {
-                Layout.fillWidth: true
+                width: parent.width
                 title: "Run Mac Check"
                 systemImage: "shield.checkered"
                 onClicked: root.protection.runLiveCheck()
             }
 
             KestrinSecondaryButton {
-                Layout.fillWidth: true
+                width: parent.width
                 title: root.copiedDiagnostics ? "Diagnostics Copied" : "Copy Diagnostics"
                 systemImage: "doc.on.doc.fill"
                 onClicked: {
@@ -115,7 +130,7 @@ MacPage {
             }
 
             KestrinText {
-                Layout.fillWidth: true
+                width: parent.width
                 text: "Diagnostics include only local status values shown on this screen."
                 size: 12
                 color: KestrinColors.textSecondary

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import KestrinDesignSystem
 
 // A device and how it is protected. Read as one phrase.
@@ -12,8 +11,7 @@ Item {
     required property string status
     required property int tone
 
-    implicitWidth: row.implicitWidth + 2 * row.anchors.margins
-    implicitHeight: row.implicitHeight + 2 * row.anchors.margins
+    implicitHeight: row.implicitHeight
 
     Accessible.role: Accessible.StaticText
     Accessible.name: name + ", " + status + ", " + detail
@@ -26,47 +24,38 @@ Item {
         strokeWidth: 1
     }
 
-    RowLayout {
+    MacRow {
         id: row
 
-        anchors.fill: parent
-        anchors.margins: 14
-        spacing: 12
-
-        KestrinSymbol {
-            Layout.preferredWidth: 30
-            name: root.icon
-            size: 22
-            weight: KestrinWeight.Semibold
-            color: KestrinTones.color(root.tone)
-        }
-
-        ColumnLayout {
-            Layout.fillWidth: true
-            spacing: 3
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: root.name
-                size: 14
-                weight: KestrinWeight.Bold
-                silent: true
-            }
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: root.detail
-                size: 12
-                color: KestrinColors.textSecondary
-                silent: true
-            }
-        }
-
-        KestrinStatusPill {
+        width: parent.width
+        margin: 14
+        padding: 14
+        icon: root.icon
+        iconColumn: 30
+        iconSize: 22
+        iconWeight: KestrinWeight.Semibold
+        iconColor: KestrinTones.color(root.tone)
+        end: KestrinStatusPill {
             title: root.status
             tone: root.tone
 
             Accessible.ignored: true
+        }
+
+        KestrinText {
+            width: parent.width
+            text: root.name
+            size: 14
+            weight: KestrinWeight.Bold
+            silent: true
+        }
+
+        KestrinText {
+            width: parent.width
+            text: root.detail
+            size: 12
+            color: KestrinColors.textSecondary
+            silent: true
         }
     }
 }

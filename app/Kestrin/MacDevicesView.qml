@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Kestrin
 import KestrinDesignSystem
 
@@ -13,37 +12,38 @@ MacPage {
     title: "Devices"
     subtitle: "Check protection and connection status across your devices."
 
-    GridLayout {
-        Layout.fillWidth: true
+    Grid {
+        id: grid
+
+        width: parent.width
         columns: 2
-        columnSpacing: 12
-        rowSpacing: 12
+        spacing: 12
+        verticalItemAlignment: Grid.AlignVCenter
 
         Repeater {
             model: root.protection.devices
 
             MacDeviceSummaryRow {
-                Layout.fillWidth: true
-                Layout.preferredWidth: 1
+                width: (grid.width - grid.spacing) / 2
             }
         }
     }
 
-    RowLayout {
-        Layout.fillWidth: true
+    Row {
+        width: parent.width
         spacing: 12
 
         KestrinPrimaryButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
+            anchors.verticalCenter: parent.verticalCenter
+            width: (parent.width - parent.spacing) / 2
             title: "Open Install & Connect"
             systemImage: "link"
             onClicked: root.chosen(MacSection.Connect)
         }
 
         KestrinSecondaryButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
+            anchors.verticalCenter: parent.verticalCenter
+            width: (parent.width - parent.spacing) / 2
             title: "Review Access"
             systemImage: "key.fill"
             onClicked: root.chosen(MacSection.Access)

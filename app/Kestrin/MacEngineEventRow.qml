@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Layouts
 import KestrinDesignSystem
 
 // An event of the activity log. Read as one phrase.
-ColumnLayout {
+Column {
     id: root
 
     required property int index
@@ -14,58 +13,45 @@ ColumnLayout {
     required property int tone
     required property bool last
 
-    spacing: 0
-
     Accessible.role: Accessible.StaticText
     Accessible.name: time + ", " + title + ", " + message
 
-    RowLayout {
-        Layout.fillWidth: true
-        Layout.topMargin: 10
-        Layout.bottomMargin: 10
-        spacing: 12
-
-        KestrinSymbol {
-            Layout.preferredWidth: 26
-            name: root.icon
-            size: 16
-            weight: KestrinWeight.Semibold
-            color: KestrinTones.color(root.tone)
-        }
-
-        ColumnLayout {
-            Layout.fillWidth: true
-            spacing: 3
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: root.title
-                size: 14
-                weight: KestrinWeight.Semibold
-                silent: true
-            }
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: root.message
-                size: 12
-                color: KestrinColors.textSecondary
-                lineLimit: 2
-                silent: true
-            }
-        }
-
-        KestrinText {
+    MacRow {
+        width: parent.width
+        padding: 10
+        icon: root.icon
+        iconColumn: 26
+        iconSize: 16
+        iconWeight: KestrinWeight.Semibold
+        iconColor: KestrinTones.color(root.tone)
+        end: KestrinText {
             text: root.time
             size: 12
             weight: KestrinWeight.Semibold
             color: KestrinColors.textSecondary
             silent: true
         }
+
+        KestrinText {
+            width: parent.width
+            text: root.title
+            size: 14
+            weight: KestrinWeight.Semibold
+            silent: true
+        }
+
+        KestrinText {
+            width: parent.width
+            text: root.message
+            size: 12
+            color: KestrinColors.textSecondary
+            lineLimit: 2
+            silent: true
+        }
     }
 
     KestrinDivider {
-        Layout.fillWidth: true
+        width: parent.width
         visible: !root.last
         inset: 40
     }

@@ -14,7 +14,7 @@ MacPage {
     subtitle: protection.tagline
 
     KestrinCard {
-        Layout.fillWidth: true
+        width: parent.width
 
         RowLayout {
             Layout.fillWidth: true
@@ -75,12 +75,12 @@ MacPage {
         }
     }
 
-    ColumnLayout {
-        Layout.fillWidth: true
+    Column {
+        width: parent.width
         spacing: 10
 
         KestrinText {
-            Layout.fillWidth: true
+            width: parent.width
             text: "Device status"
             size: 17
             weight: KestrinWeight.Bold
@@ -91,18 +91,18 @@ MacPage {
             model: root.protection.devices
 
             MacDeviceSummaryRow {
-                Layout.fillWidth: true
+                width: parent.width
             }
         }
     }
 
-    RowLayout {
-        Layout.fillWidth: true
+    Row {
+        width: parent.width
         spacing: 12
 
         KestrinPrimaryButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
+            anchors.verticalCenter: parent.verticalCenter
+            width: (parent.width - parent.spacing) / 2
             title: root.protection.privacyModeOn ? "Run Mac Check" : "Turn on Privacy Mode"
             systemImage: "shield.checkered"
             onClicked: {
@@ -116,8 +116,8 @@ MacPage {
         }
 
         KestrinSecondaryButton {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
+            anchors.verticalCenter: parent.verticalCenter
+            width: (parent.width - parent.spacing) / 2
             title: "Manage devices"
             systemImage: "rectangle.connected.to.line.below"
             onClicked: root.chosen(MacSection.Devices)
@@ -125,7 +125,7 @@ MacPage {
     }
 
     KestrinCard {
-        Layout.fillWidth: true
+        width: parent.width
 
         RowLayout {
             Layout.fillWidth: true

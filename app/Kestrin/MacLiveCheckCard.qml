@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Layouts
 import Kestrin
 import KestrinDesignSystem
 
 // What the engine makes of the applications that are running now.
-ColumnLayout {
+Column {
     id: root
 
     required property MacProtectionState protection
@@ -20,25 +19,29 @@ ColumnLayout {
 
     spacing: 14
 
-    RowLayout {
-        Layout.fillWidth: true
-        spacing: 8
+    Item {
+        width: parent.width
+        implicitHeight: Math.max(heading.implicitHeight, actions.implicitHeight)
 
-        ColumnLayout {
-            Layout.fillWidth: true
-            Layout.alignment: Qt.AlignTop
+        Column {
+            id: heading
+
+            anchors.left: parent.left
+            anchors.right: actions.left
+            anchors.rightMargin: 16
             spacing: 5
 
-            RowLayout {
-                Layout.fillWidth: true
+            Row {
                 spacing: 8
 
                 KestrinSymbol {
+                    anchors.verticalCenter: parent.verticalCenter
                     name: "waveform.path.ecg.rectangle"
                     color: KestrinColors.freshGreen
                 }
 
                 KestrinText {
+                    anchors.verticalCenter: parent.verticalCenter
                     text: "Live Mac Check"
                     size: 18
                     weight: KestrinWeight.Bold
@@ -49,34 +52,32 @@ ColumnLayout {
                     title: root.protection.monitorLabel
                     tone: root.protection.enforceActions ? KestrinTone.Risk : KestrinTone.Link
                 }
-
-                Item {
-                    Layout.fillWidth: true
-                }
             }
 
             KestrinText {
-                Layout.fillWidth: true
+                width: parent.width
                 text: root.explanation
                 size: 12
                 color: KestrinColors.textSecondary
             }
         }
 
-        ColumnLayout {
-            Layout.alignment: Qt.AlignTop
+        Column {
+            id: actions
+
+            anchors.right: parent.right
             spacing: 8
 
             KestrinSecondaryButton {
-                Layout.preferredWidth: 170
-                Layout.alignment: Qt.AlignRight
+                anchors.right: parent.right
+                width: 170
                 title: "Run Live Check"
                 systemImage: "arrow.clockwise"
                 onClicked: root.protection.runLiveCheck()
             }
 
             KestrinText {
-                Layout.alignment: Qt.AlignRight
+                anchors.right: parent.right
                 text: "Last checked " + root.protection.lastCheckedLabel
                 size: 11
                 weight: KestrinWeight.Medium
@@ -85,13 +86,12 @@ ColumnLayout {
         }
     }
 
-    RowLayout {
-        Layout.fillWidth: true
+    Row {
+        width: parent.width
         spacing: 10
 
         KestrinMetricTile {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
+            width: (parent.width - 2 * parent.spacing) / 3
             title: "Running apps"
             value: root.protection.runningAppCount
             tone: KestrinTone.Neutral
@@ -99,8 +99,7 @@ ColumnLayout {
         }
 
         KestrinMetricTile {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
+            width: (parent.width - 2 * parent.spacing) / 3
             title: "Protected app matches"
             value: root.protection.matchCount
             tone: root.protection.matchCount > 0 ? KestrinTone.Attention : KestrinTone.Protected
@@ -108,8 +107,7 @@ ColumnLayout {
         }
 
         KestrinMetricTile {
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
+            width: (parent.width - 2 * parent.spacing) / 3
             title: root.protection.enforceActions ? "Actions applied" : "Actions previewed"
             value: root.protection.actionCount
             tone: root.protection.actionCount > 0 ? KestrinTone.Risk : KestrinTone.Protected
@@ -117,19 +115,26 @@ ColumnLayout {
         }
     }
 
-    RowLayout {
-        Layout.fillWidth: true
-        Layout.topMargin: 2
+    Item {
+        width: parent.width
+        implicitHeight: notice.implicitHeight + 2
         visible: !root.privacyModeOn || root.protection.matchCount === 0
-        spacing: 10
 
         KestrinSymbol {
+            id: sign
+
+            anchors.verticalCenter: notice.verticalCenter
             name: root.privacyModeOn ? "checkmark.circle.fill" : "pause.circle.fill"
             color: root.privacyModeOn ? KestrinColors.freshGreen : KestrinColors.attention
         }
 
         KestrinText {
-            Layout.fillWidth: true
+            id: notice
+
+            anchors.left: sign.right
+            anchors.leftMargin: 10
+            anchors.right: parent.right
+            y: 2
             text: root.privacyModeOn ? "No selected Mac protected apps are running right now." : "Privacy Mode is currently off, so no Mac app actions are run."
             size: 13
             weight: KestrinWeight.Semibold
@@ -138,7 +143,7 @@ ColumnLayout {
     }
 
     Item {
-        Layout.fillWidth: true
+        width: parent.width
         visible: root.privacyModeOn && root.protection.matchCount > 0
         implicitHeight: list.implicitHeight + 2 * list.anchors.margins
 
@@ -150,19 +155,20 @@ ColumnLayout {
             strokeWidth: 1
         }
 
-        ColumnLayout {
+        Column {
             id: list
 
             anchors.fill: parent
             anchors.margins: 12
-            spacing: 0
 
             Repeater {
                 model: root.protection.shownMatches
 
                 MacLiveRiskMatchRow {
-                    Layout.fillWidth: true
-                    last: index === root.protection.shownMatches.count - 1
+                    id: row
+
+                    width: list.width
+                    last: row.index === root.protection.shownMatches.count - 1
                 }
             }
         }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import KestrinDesignSystem
 
 // The frame of every page: a title, a subtitle and the content below, which scrolls.
@@ -56,7 +55,7 @@ Rectangle {
         onHeightChanged: root.scrollBy(0)
         onContentHeightChanged: root.scrollBy(0)
 
-        ColumnLayout {
+        Column {
             id: column
 
             x: 28
@@ -64,14 +63,13 @@ Rectangle {
             width: view.width - 2 * x
             spacing: 18
 
-            ColumnLayout {
-                Layout.fillWidth: true
-                // The header's spacing and the least of the free room beside it.
-                Layout.rightMargin: 24 + 24
+            Column {
+                // Without the header's spacing and the least of the free room beside it.
+                width: parent.width - 24 - 24
                 spacing: 6
 
                 KestrinText {
-                    Layout.fillWidth: true
+                    width: parent.width
                     text: root.title
                     size: 30
                     weight: KestrinWeight.Bold
@@ -81,7 +79,7 @@ Rectangle {
                 }
 
                 KestrinText {
-                    Layout.fillWidth: true
+                    width: parent.width
                     text: root.subtitle
                     size: 14
                     color: KestrinColors.textSecondary

@@ -101,8 +101,8 @@ void MacProtectionState::fillDefinitions() {
 }
 
 void MacProtectionState::fillMatches() {
-    m_shownMatches.setRecords(rowsOf<MatchRow>(m_runtime.matches().first(
-        std::min(shownMatchLimit, m_runtime.matches().size()))));
+    m_shownMatches.setRecords(
+        rowsOf<MatchRow>(m_runtime.matches().first(std::min(shownMatchLimit, m_runtime.matches().size()))));
 }
 
 void MacProtectionState::fillPresets() {

@@ -10,8 +10,9 @@
 
 namespace kestrin {
 
-/// What the pages see of the runtime and of the Privacy Mode flag, in the types that they need, and what they can
-/// do. It keeps no state of its own and decides nothing; every value is the runtime's at the moment it is read.
+/// What the pages see of the runtime and of the Privacy Mode flag, in the types that they need, and what they
+/// can do. It keeps no state of its own and decides nothing; every value is the runtime's at the moment it is
+/// read.
 class MacProtectionState : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -37,7 +38,8 @@ class MacProtectionState : public QObject {
 
   public:
     /// Both outlive this object.
-    MacProtectionState(MacProtectionRuntime &runtime, PrivacyModeFlag &privacyMode, QObject *parent = nullptr);
+    MacProtectionState(MacProtectionRuntime &runtime, PrivacyModeFlag &privacyMode,
+                       QObject *parent = nullptr);
 
     bool privacyModeOn() const { return m_privacyMode.isOn(); }
     void setPrivacyModeOn(bool on) { m_privacyMode.setOn(on); }

@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Layouts
 import KestrinDesignSystem
 
 // A definition of the catalog and the switch that selects it.
-ColumnLayout {
+Column {
     id: root
 
     required property int index
@@ -18,63 +17,53 @@ ColumnLayout {
 
     signal flipped(on: bool)
 
-    spacing: 0
+    MacRow {
+        width: parent.width
+        padding: 10
+        icon: root.icon
+        iconColumn: 26
+        iconSize: 16
+        iconWeight: KestrinWeight.Semibold
+        iconColor: KestrinTones.color(root.tone)
+        end: [
+            KestrinStatusPill {
+                anchors.verticalCenter: parent.verticalCenter
+                title: root.action
+                tone: root.tone
 
-    RowLayout {
-        Layout.fillWidth: true
-        Layout.topMargin: 10
-        Layout.bottomMargin: 10
-        spacing: 12
+                Accessible.ignored: true
+            },
+            KestrinToggle {
+                anchors.verticalCenter: parent.verticalCenter
+                width: 58
+                on: root.selected
+                onFlipped: on => root.flipped(on)
 
-        KestrinSymbol {
-            Layout.preferredWidth: 26
-            name: root.icon
-            size: 16
+                Accessible.name: "Protect " + root.displayName
+                Accessible.description: root.categories + ", " + root.action
+            }
+        ]
+
+        // The switch says all of it.
+        KestrinText {
+            width: parent.width
+            text: root.displayName
+            size: 14
             weight: KestrinWeight.Semibold
-            color: KestrinTones.color(root.tone)
+            silent: true
         }
 
-        ColumnLayout {
-            Layout.fillWidth: true
-            spacing: 3
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: root.displayName
-                size: 14
-                weight: KestrinWeight.Semibold
-                // The switch says all of it.
-                silent: true
-            }
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: root.categories
-                size: 12
-                color: KestrinColors.textSecondary
-                silent: true
-            }
-        }
-
-        KestrinStatusPill {
-            title: root.action
-            tone: root.tone
-
-            Accessible.ignored: true
-        }
-
-        KestrinToggle {
-            Layout.preferredWidth: 58
-            on: root.selected
-            onFlipped: on => root.flipped(on)
-
-            Accessible.name: "Protect " + root.displayName
-            Accessible.description: root.categories + ", " + root.action
+        KestrinText {
+            width: parent.width
+            text: root.categories
+            size: 12
+            color: KestrinColors.textSecondary
+            silent: true
         }
     }
 
     KestrinDivider {
-        Layout.fillWidth: true
+        width: parent.width
         visible: !root.last
         inset: 40
     }

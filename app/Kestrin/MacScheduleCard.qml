@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import KestrinDesignSystem
 
 // A schedule preset and its switch.
@@ -15,70 +14,75 @@ Item {
 
     signal flipped(on: bool)
 
-    implicitWidth: row.implicitWidth
-    implicitHeight: Math.max(92, row.implicitHeight)
+    readonly property real spacing: 14
 
-    RowLayout {
-        id: row
+    implicitHeight: Math.max(92, texts.implicitHeight)
 
-        anchors.left: parent.left
+    KestrinSurface {
+        id: tile
+
+        anchors.verticalCenter: parent.verticalCenter
+        width: 44
+        height: 44
+        radius: 8
+        color: Qt.alpha(KestrinColors.freshGreen, 0.13)
+
+        KestrinSymbol {
+            anchors.centerIn: parent
+            name: root.icon
+            size: 20
+            weight: KestrinWeight.Semibold
+            color: KestrinColors.freshGreen
+        }
+    }
+
+    // The switch says all of it.
+    Column {
+        id: texts
+
+        anchors.left: tile.right
+        anchors.leftMargin: root.spacing
+        anchors.right: toggle.left
+        anchors.rightMargin: root.spacing
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 5
+
+        KestrinText {
+            width: parent.width
+            text: root.name
+            size: 16
+            weight: KestrinWeight.Bold
+            silent: true
+        }
+
+        KestrinText {
+            width: parent.width
+            text: root.detail
+            size: 12
+            color: KestrinColors.textSecondary
+            lineLimit: 2
+            silent: true
+        }
+
+        KestrinText {
+            width: parent.width
+            text: root.schedule
+            size: 12
+            weight: KestrinWeight.Semibold
+            color: KestrinColors.deepGreen
+            silent: true
+        }
+    }
+
+    KestrinToggle {
+        id: toggle
+
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 14
+        on: root.on
+        onFlipped: on => root.flipped(on)
 
-        KestrinSurface {
-            implicitWidth: 44
-            implicitHeight: 44
-            radius: 8
-            color: Qt.alpha(KestrinColors.freshGreen, 0.13)
-
-            KestrinSymbol {
-                anchors.centerIn: parent
-                name: root.icon
-                size: 20
-                weight: KestrinWeight.Semibold
-                color: KestrinColors.freshGreen
-            }
-        }
-
-        ColumnLayout {
-            Layout.fillWidth: true
-            spacing: 5
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: root.name
-                size: 16
-                weight: KestrinWeight.Bold
-                // The switch says all of it.
-                silent: true
-            }
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: root.detail
-                size: 12
-                color: KestrinColors.textSecondary
-                lineLimit: 2
-                silent: true
-            }
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: root.schedule
-                size: 12
-                weight: KestrinWeight.Semibold
-                color: KestrinColors.deepGreen
-                silent: true
-            }
-        }
-
-        KestrinToggle {
-            on: root.on
-            onFlipped: on => root.flipped(on)
-
-            Accessible.name: root.name
-            Accessible.description: root.schedule + ", " + root.detail
-        }
+        Accessible.name: root.name
+        Accessible.description: root.schedule + ", " + root.detail
     }
 }

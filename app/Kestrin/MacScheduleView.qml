@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Kestrin
 import KestrinDesignSystem
 
@@ -11,34 +10,45 @@ MacPage {
     title: "Schedule"
     subtitle: "Turn Privacy Mode on and off automatically for different situations."
 
-    GridLayout {
-        Layout.fillWidth: true
+    Grid {
+        id: grid
+
+        width: parent.width
         columns: 2
-        columnSpacing: 12
-        rowSpacing: 12
+        spacing: 12
+        verticalItemAlignment: Grid.AlignVCenter
 
         Repeater {
             model: root.protection.presets
 
             MacScheduleCard {
-                Layout.fillWidth: true
-                Layout.preferredWidth: 1
-                onFlipped: on => root.protection.setPreset(identifier, on)
+                id: card
+
+                width: (grid.width - grid.spacing) / 2
+                onFlipped: on => root.protection.setPreset(card.identifier, on)
             }
         }
     }
 
-    RowLayout {
-        Layout.fillWidth: true
-        spacing: 8
+    Item {
+        width: parent.width
+        implicitHeight: Math.max(pill.implicitHeight, note.implicitHeight)
 
         KestrinStatusPill {
+            id: pill
+
+            anchors.verticalCenter: parent.verticalCenter
             title: root.protection.enabledScheduleCount + " enabled"
             tone: root.protection.enabledScheduleCount < 1 ? KestrinTone.Attention : KestrinTone.Protected
         }
 
         KestrinText {
-            Layout.fillWidth: true
+            id: note
+
+            anchors.left: pill.right
+            anchors.leftMargin: 16
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
             text: "Enabled schedules apply while the Mac app is running. Sleep, Away, and Focus can turn Privacy Mode on or off at their saved times."
             size: 12
             weight: KestrinWeight.Medium

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import KestrinDesignSystem
 
 // A setting and its state, read as one phrase. Where it `leads` somewhere, the whole row is a button.
@@ -16,49 +15,44 @@ Item {
 
     readonly property string phrase: title + ", " + detail
 
-    Layout.fillWidth: true
-    implicitWidth: row.implicitWidth
-    implicitHeight: row.implicitHeight + 2 * 8
+    implicitHeight: row.implicitHeight
 
     Accessible.role: Accessible.StaticText
     Accessible.name: phrase
     Accessible.ignored: leads
 
-    RowLayout {
+    MacRow {
         id: row
 
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
-        spacing: 12
+        width: parent.width
+        padding: 8
+        icon: root.icon
+        iconColumn: 26
+        iconColor: KestrinTones.color(root.tone)
+        end: [
+            KestrinStatusPill {
+                anchors.verticalCenter: parent.verticalCenter
+                title: root.detail
+                tone: root.tone
 
-        KestrinSymbol {
-            Layout.preferredWidth: 26
-            name: root.icon
-            color: KestrinTones.color(root.tone)
-        }
+                Accessible.ignored: true
+            },
+            KestrinSymbol {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: root.leads
+                name: "chevron.right"
+                size: 11
+                weight: KestrinWeight.Bold
+                color: KestrinColors.textSecondary
+            }
+        ]
 
         KestrinText {
-            Layout.fillWidth: true
+            width: parent.width
             text: root.title
             size: 14
             weight: KestrinWeight.Semibold
             silent: true
-        }
-
-        KestrinStatusPill {
-            title: root.detail
-            tone: root.tone
-
-            Accessible.ignored: true
-        }
-
-        KestrinSymbol {
-            visible: root.leads
-            name: "chevron.right"
-            size: 11
-            weight: KestrinWeight.Bold
-            color: KestrinColors.textSecondary
         }
     }
 

@@ -50,13 +50,15 @@ Rectangle {
                 model: root.protection.sections
 
                 MacSidebarRow {
-                    selected: section === root.selectedSection
+                    id: row
+
+                    selected: row.section === root.selectedSection
                     // The first one, where nothing is selected.
-                    activeFocusOnTab: selected || section === 0 && root.selectedSection === MacSection.None
+                    activeFocusOnTab: selected || row.section === 0 && root.selectedSection === MacSection.None
                     width: parent.width
-                    onChosen: root.chosen(section)
+                    onChosen: root.chosen(row.section)
                     onDeselected: root.chosen(MacSection.None)
-                    onMoved: steps => root.move(section + steps)
+                    onMoved: steps => root.move(row.section + steps)
                 }
             }
         }

@@ -43,8 +43,9 @@ QString iconOf(RiskAppAction action) {
 QString iconOf(const QList<MacRiskCategory> &categories) {
     using enum MacRiskCategory;
     static const std::initializer_list<std::pair<MacRiskCategory, QString>> telling{
-        {videoCall, u"video.fill"_s}, {screenCapture, u"rectangle.on.rectangle"_s}, {aiTool, u"sparkles"_s},
-        {browser, u"globe"_s},        {camera, u"camera.fill"_s},
+        {videoCall, u"video.fill"_s}, {screenCapture, u"rectangle.on.rectangle"_s},
+        {aiTool, u"sparkles"_s},      {browser, u"globe"_s},
+        {camera, u"camera.fill"_s},
     };
     for (const auto &[category, icon] : telling) {
         if (categories.contains(category))
@@ -89,8 +90,7 @@ EventLook lookOf(MacProtectionEventKind kind) {
 } // namespace
 
 DeviceRow DeviceRow::from(const ProtectionDevice &device) {
-    return {device.id,   device.name,   device.detail,
-            device.icon, device.status, toneOf(toneFor(device.tone))};
+    return {device.id, device.name, device.detail, device.icon, device.status, toneOf(toneFor(device.tone))};
 }
 
 DefinitionRow DefinitionRow::from(const RiskAppDefinition &definition, bool selected) {

@@ -12,8 +12,8 @@ namespace kestrin {
 class MacProtectionState;
 class PrivacyModeFlag;
 
-/// The window, with the runtime that it owns: made and started with the window, released with this object. Needs a
-/// QGuiApplication, and the renderer to be chosen already. Main thread.
+/// The window, with the runtime that it owns: made and started with the window, released with this object.
+/// Needs a QGuiApplication, and the renderer to be chosen already. Main thread.
 class ProtectionWindow {
   public:
     /// Shows the window. `defaults` outlives this object.

@@ -7,9 +7,9 @@
 
 namespace kestrin {
 
-/// A list of equal records for views: a role for every property of the record, named like it. Records are told
-/// apart by their property `identifier`; when a new list is set, a row whose record is still there stays the same row, and
-/// with it what a view has built for it, the keyboard's place included.
+/// A list of equal records for views: a role for every property of the record, named like it. Records are
+/// told apart by their property `identifier`; when a new list is set, a row whose record is still there stays
+/// the same row, and with it what a view has built for it, the keyboard's place included.
 class RecordListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT

@@ -2,21 +2,21 @@ import QtQuick
 import QtQuick.Layouts
 import KestrinDesignSystem
 
-// A titled card of rows.
+// A titled card of rows, which fill its width.
 KestrinCard {
     id: root
 
     required property string title
     default property alias rows: column.data
 
-    ColumnLayout {
+    Column {
         id: column
 
         Layout.fillWidth: true
         spacing: 12
 
         KestrinText {
-            Layout.fillWidth: true
+            width: parent.width
             text: root.title
             size: 17
             weight: KestrinWeight.Bold

@@ -1,5 +1,5 @@
-// Makes a picture of every page, in both appearances and at the window's usual and least sizes, over a made-up
-// afternoon: kestrin-pictures FOLDER
+// Makes a picture of every page, in both appearances and at the window's usual and least sizes, over a
+// made-up afternoon: kestrin-pictures FOLDER
 
 #include "design/KestrinAppearance.h"
 #include "tests/support/WindowHome.h"

@@ -42,9 +42,7 @@ struct WindowHome {
     QQuickWindow &window() const { return shown->window(); }
     MacProtectionRuntime &runtime() const { return shown->runtime(); }
     QQuickItem &root() const { return *window().contentItem()->childItems().constFirst(); }
-    MacSection section() const {
-        return static_cast<MacSection>(root().property("selectedSection").toInt());
-    }
+    MacSection section() const { return static_cast<MacSection>(root().property("selectedSection").toInt()); }
     /// As a shortcut or the sidebar does it.
     void select(MacSection section) const {
         QMetaObject::invokeMethod(&root(), "select", Q_ARG(int, static_cast<int>(section)));
