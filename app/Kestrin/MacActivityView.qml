@@ -11,48 +11,44 @@ MacPage {
     title: "Activity"
     subtitle: "Review what Kestrin protected for you."
 
-    KestrinCard {
+    MacCard {
         width: parent.width
+        spacing: 14
 
-        Column {
-            Layout.fillWidth: true
-            spacing: 14
+        KestrinText {
+            width: parent.width
+            text: "Today’s protection summary"
+            size: 17
+            weight: KestrinWeight.Bold
+            heading: true
+        }
 
-            KestrinText {
-                width: parent.width
-                text: "Today’s protection summary"
-                size: 17
-                weight: KestrinWeight.Bold
-                heading: true
+        Row {
+            width: parent.width
+            spacing: 10
+
+            KestrinMetricTile {
+                width: (parent.width - 2 * parent.spacing) / 3
+                title: "Selected apps"
+                value: root.protection.selectedCount
+                tone: KestrinTone.Protected
+                systemImage: "lock.fill"
             }
 
-            Row {
-                width: parent.width
-                spacing: 10
+            KestrinMetricTile {
+                width: (parent.width - 2 * parent.spacing) / 3
+                title: "Protected app matches"
+                value: root.protection.matchCount
+                tone: root.protection.matchCount > 0 ? KestrinTone.Attention : KestrinTone.Protected
+                systemImage: "exclamationmark.shield.fill"
+            }
 
-                KestrinMetricTile {
-                    width: (parent.width - 2 * parent.spacing) / 3
-                    title: "Selected apps"
-                    value: root.protection.selectedCount
-                    tone: KestrinTone.Protected
-                    systemImage: "lock.fill"
-                }
-
-                KestrinMetricTile {
-                    width: (parent.width - 2 * parent.spacing) / 3
-                    title: "Protected app matches"
-                    value: root.protection.matchCount
-                    tone: root.protection.matchCount > 0 ? KestrinTone.Attention : KestrinTone.Protected
-                    systemImage: "exclamationmark.shield.fill"
-                }
-
-                KestrinMetricTile {
-                    width: (parent.width - 2 * parent.spacing) / 3
-                    title: "Mac actions"
-                    value: root.protection.actionEventCount
-                    tone: root.protection.actionEventCount > 0 ? KestrinTone.Link : KestrinTone.Neutral
-                    systemImage: "clock.fill"
-                }
+            KestrinMetricTile {
+                width: (parent.width - 2 * parent.spacing) / 3
+                title: "Mac actions"
+                value: root.protection.actionEventCount
+                tone: root.protection.actionEventCount > 0 ? KestrinTone.Link : KestrinTone.Neutral
+                systemImage: "clock.fill"
             }
         }
     }
@@ -79,11 +75,11 @@ MacPage {
             }
         }
 
-        KestrinCard {
+        MacCard {
             width: parent.width
 
             RowLayout {
-                Layout.fillWidth: true
+                width: parent.width
                 visible: root.protection.events.count === 0
                 spacing: 10
 
@@ -104,7 +100,7 @@ MacPage {
             Column {
                 id: rows
 
-                Layout.fillWidth: true
+                width: parent.width
 
                 Repeater {
                     model: root.protection.events

@@ -28,46 +28,42 @@ MacPage {
         }
     }
 
-    KestrinCard {
+    MacCard {
         width: parent.width
+        spacing: 12
 
-        Column {
-            Layout.fillWidth: true
-            spacing: 12
+        RowLayout {
+            width: parent.width
+            spacing: 8
 
-            RowLayout {
-                width: parent.width
-                spacing: 8
-
-                KestrinText {
-                    Layout.fillWidth: true
-                    text: "Mac Protected Apps list"
-                    size: 17
-                    weight: KestrinWeight.Bold
-                    heading: true
-                }
-
-                KestrinStatusPill {
-                    title: root.protection.selectedCount + " selected"
-                    tone: KestrinTone.Protected
-                }
+            KestrinText {
+                Layout.fillWidth: true
+                text: "Mac Protected Apps list"
+                size: 17
+                weight: KestrinWeight.Bold
+                heading: true
             }
 
-            Column {
-                id: list
+            KestrinStatusPill {
+                title: root.protection.selectedCount + " selected"
+                tone: KestrinTone.Protected
+            }
+        }
 
-                width: parent.width
+        Column {
+            id: list
 
-                Repeater {
-                    model: root.protection.definitions
+            width: parent.width
 
-                    MacRiskDefinitionRow {
-                        id: row
+            Repeater {
+                model: root.protection.definitions
 
-                        width: list.width
-                        last: row.index === root.protection.definitions.count - 1
-                        onFlipped: on => root.protection.setProtectedDefinition(row.identifier, on)
-                    }
+                MacRiskDefinitionRow {
+                    id: row
+
+                    width: list.width
+                    last: row.index === root.protection.definitions.count - 1
+                    onFlipped: on => root.protection.setProtectedDefinition(row.identifier, on)
                 }
             }
         }

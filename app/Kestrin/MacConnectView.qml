@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Kestrin
 import KestrinDesignSystem
 
@@ -12,7 +11,7 @@ MacPage {
     title: "Install & Connect"
     subtitle: "Confirm the Mac engine is installed and ready for stronger desktop protection."
 
-    KestrinCard {
+    MacCard {
         width: parent.width
 
         Row {
@@ -20,7 +19,7 @@ MacPage {
 
             readonly property real tallest: Math.max(first.implicitHeight, second.implicitHeight, third.implicitHeight)
 
-            Layout.alignment: Qt.AlignHCenter
+            anchors.horizontalCenter: parent.horizontalCenter
             spacing: 28
 
             MacConnectStep {

@@ -13,11 +13,11 @@ MacPage {
     title: protection.privacyModeOn ? "You are protected" : "Protection is off"
     subtitle: protection.tagline
 
-    KestrinCard {
+    MacCard {
         width: parent.width
 
         RowLayout {
-            Layout.fillWidth: true
+            width: parent.width
             spacing: 24
 
             KestrinSurface {
@@ -124,22 +124,26 @@ MacPage {
         }
     }
 
-    KestrinCard {
+    MacCard {
         width: parent.width
 
-        RowLayout {
-            Layout.fillWidth: true
-            spacing: 12
+        Item {
+            width: parent.width
+            implicitHeight: note.implicitHeight
 
             KestrinSymbol {
-                Layout.alignment: Qt.AlignTop
+                id: sign
+
                 name: "info.circle.fill"
                 color: KestrinColors.link
             }
 
             KestrinText {
-                Layout.fillWidth: true
-                Layout.alignment: Qt.AlignTop
+                id: note
+
+                anchors.left: sign.right
+                anchors.leftMargin: 12
+                anchors.right: parent.right
                 text: "The Mac app monitors selected protected apps locally. Turn on Mac app actions in Access when you want Kestrin to send quit requests for selected apps."
                 size: 13
                 color: KestrinColors.textSecondary

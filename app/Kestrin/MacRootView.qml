@@ -13,7 +13,7 @@ Item {
 
     function select(section: int) {
         // Before the page goes, and the keyboard's place with it.
-        if (detail.activeFocus)
+        if (detail.activeFocus || sidebar.activeFocus)
             sidebar.takeFocus(section);
         selectedSection = section;
     }
@@ -29,7 +29,7 @@ Item {
         width: 210
         protection: root.protection
         selectedSection: root.selectedSection
-        onChosen: section => root.selectedSection = section
+        onChosen: section => root.select(section)
     }
 
     Rectangle {

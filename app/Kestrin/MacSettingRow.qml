@@ -56,15 +56,17 @@ Item {
         }
     }
 
-    KestrinPressable {
+    Loader {
         anchors.fill: parent
-        visible: root.leads
-        onClicked: root.clicked()
+        active: root.leads
+        sourceComponent: KestrinPressable {
+            onClicked: root.clicked()
 
-        Accessible.name: root.phrase
+            Accessible.name: root.phrase
 
-        KestrinFocusRing {
-            targetRadius: 8
+            KestrinFocusRing {
+                targetRadius: 8
+            }
         }
     }
 }

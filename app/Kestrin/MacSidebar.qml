@@ -4,7 +4,7 @@ import Kestrin
 import KestrinDesignSystem
 
 // The brand, the sections and what the engine does. The sections are one stop for the keyboard; arrows move in them.
-Rectangle {
+FocusScope {
     id: root
 
     required property MacProtectionState protection
@@ -12,18 +12,22 @@ Rectangle {
 
     signal chosen(section: int)
 
+    // To the first section, where none is selected.
     function takeFocus(section: int) {
-        rows.itemAt(section).forceActiveFocus(Qt.TabFocusReason);
+        rows.itemAt(Math.max(section, MacSection.Home)).forceActiveFocus(Qt.TabFocusReason);
     }
 
     function move(section: int) {
         if (section < 0 || section >= rows.count)
             return;
-        chosen(section);
         takeFocus(section);
+        chosen(section);
     }
 
-    color: Qt.alpha(KestrinColors.surface, 0.78)
+    Rectangle {
+        anchors.fill: parent
+        color: Qt.alpha(KestrinColors.surface, 0.78)
+    }
 
     ColumnLayout {
         anchors.fill: parent

@@ -1,26 +1,19 @@
 import QtQuick
-import QtQuick.Layouts
 import KestrinDesignSystem
 
 // A titled card of rows, which fill its width.
-KestrinCard {
+MacCard {
     id: root
 
     required property string title
-    default property alias rows: column.data
 
-    Column {
-        id: column
+    spacing: 12
 
-        Layout.fillWidth: true
-        spacing: 12
-
-        KestrinText {
-            width: parent.width
-            text: root.title
-            size: 17
-            weight: KestrinWeight.Bold
-            heading: true
-        }
+    KestrinText {
+        width: parent.width
+        text: root.title
+        size: 17
+        weight: KestrinWeight.Bold
+        heading: true
     }
 }

@@ -5,6 +5,7 @@
 #include "app/Kestrin/PageRows.h"
 #include "app/Kestrin/RecordListModel.h"
 #include "design/SymbolTable.h"
+#include "foundation/Clock.h"
 #include "tests/support/Samples.h"
 
 #include <QAbstractItemModelTester>
