@@ -81,6 +81,21 @@ void chooseRenderer() {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
+/// Then nobody reads standard error.
+bool startedFromMenu() {
+    return qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID") ||
+           qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN") ||
+           qEnvironmentVariableIsSet("GIO_LAUNCHED_DESKTOP_FILE");
+}
+
+/// Desktops that do not know the desktop file show the window's own icon. It need not hold up the first
+/// frame.
+void setIconLater(QQuickWindow &window) {
+    const auto setIcon = [] { QGuiApplication::setWindowIcon(QIcon(u":/kestrin/KestrinIconMark.svg"_s)); };
+    QObject::connect(&window, &QQuickWindow::frameSwapped, qApp, setIcon,
+                     static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -112,10 +127,14 @@ int main(int argc, char **argv) {
     const QString supportFolder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     const MonitoringClaim claim = MonitoringClaim::make(supportFolder, u"Kestrin"_s);
     if (claim.holder) {
-        print(stderr, u"Privacy Mode is already watched by "_s + *claim.holder +
-                          u". End it, then open Kestrin again."_s);
+        const QString refusal = u"Privacy Mode is already watched by "_s + *claim.holder +
+                                u". End it, then open Kestrin again."_s;
+        print(stderr, refusal);
+        if (startedFromMenu())
+            showNotice(refusal);
         return 1;
     }
     ProtectionWindow window(*defaults);
+    setIconLater(window.window());
     return QGuiApplication::exec();
 }

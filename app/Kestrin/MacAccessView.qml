@@ -17,7 +17,7 @@ MacPage {
         spacing: 16
 
         SettingsColumn {
-            width: (parent.width - parent.spacing) / 2
+            width: Math.floor((parent.width - parent.spacing) / 2)
             title: "Setup Access"
 
             MacSettingRow {
@@ -80,7 +80,7 @@ MacPage {
         }
 
         SettingsColumn {
-            width: (parent.width - parent.spacing) / 2
+            width: parent.width - x
             title: "Mac Access"
 
             MacSettingRow {

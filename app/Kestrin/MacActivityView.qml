@@ -28,7 +28,7 @@ MacPage {
             spacing: 10
 
             KestrinMetricTile {
-                width: (parent.width - 2 * parent.spacing) / 3
+                width: Math.floor((parent.width - 2 * parent.spacing) / 3)
                 title: "Selected apps"
                 value: root.protection.selectedCount
                 tone: KestrinTone.Protected
@@ -36,7 +36,7 @@ MacPage {
             }
 
             KestrinMetricTile {
-                width: (parent.width - 2 * parent.spacing) / 3
+                width: Math.floor((parent.width - 2 * parent.spacing) / 3)
                 title: "Protected app matches"
                 value: root.protection.matchCount
                 tone: root.protection.matchCount > 0 ? KestrinTone.Attention : KestrinTone.Protected
@@ -44,7 +44,7 @@ MacPage {
             }
 
             KestrinMetricTile {
-                width: (parent.width - 2 * parent.spacing) / 3
+                width: parent.width - x
                 title: "Mac actions"
                 value: root.protection.actionEventCount
                 tone: root.protection.actionEventCount > 0 ? KestrinTone.Link : KestrinTone.Neutral

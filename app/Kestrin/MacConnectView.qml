@@ -71,7 +71,7 @@ MacPage {
         spacing: 16
 
         SettingsColumn {
-            width: (parent.width - parent.spacing) / 2
+            width: Math.floor((parent.width - parent.spacing) / 2)
             title: "Mac engine status"
 
             MacSettingRow {
@@ -108,7 +108,7 @@ MacPage {
         }
 
         SettingsColumn {
-            width: (parent.width - parent.spacing) / 2
+            width: parent.width - x
             title: "Connection actions"
 
             KestrinPrimaryButton {

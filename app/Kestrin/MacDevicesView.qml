@@ -15,6 +15,8 @@ MacPage {
     Grid {
         id: grid
 
+        readonly property real leftWidth: Math.floor((width - spacing) / 2)
+
         width: parent.width
         columns: 2
         spacing: 12
@@ -24,7 +26,11 @@ MacPage {
             model: root.protection.devices
 
             MacDeviceSummaryRow {
-                width: (grid.width - grid.spacing) / 2
+                id: tile
+
+                required property int index
+
+                width: tile.index % 2 === 0 ? grid.leftWidth : grid.width - grid.spacing - grid.leftWidth
             }
         }
     }
@@ -35,7 +41,7 @@ MacPage {
 
         KestrinPrimaryButton {
             anchors.verticalCenter: parent.verticalCenter
-            width: (parent.width - parent.spacing) / 2
+            width: Math.floor((parent.width - parent.spacing) / 2)
             title: "Open Install & Connect"
             systemImage: "link"
             onClicked: root.chosen(MacSection.Connect)
@@ -43,7 +49,7 @@ MacPage {
 
         KestrinSecondaryButton {
             anchors.verticalCenter: parent.verticalCenter
-            width: (parent.width - parent.spacing) / 2
+            width: parent.width - x
             title: "Review Access"
             systemImage: "key.fill"
             onClicked: root.chosen(MacSection.Access)

@@ -102,7 +102,7 @@ MacPage {
 
         KestrinPrimaryButton {
             anchors.verticalCenter: parent.verticalCenter
-            width: (parent.width - parent.spacing) / 2
+            width: Math.floor((parent.width - parent.spacing) / 2)
             title: root.protection.privacyModeOn ? "Run Mac Check" : "Turn on Privacy Mode"
             systemImage: "shield.checkered"
             onClicked: {
@@ -117,7 +117,7 @@ MacPage {
 
         KestrinSecondaryButton {
             anchors.verticalCenter: parent.verticalCenter
-            width: (parent.width - parent.spacing) / 2
+            width: parent.width - x
             title: "Manage devices"
             systemImage: "rectangle.connected.to.line.below"
             onClicked: root.chosen(MacSection.Devices)

@@ -91,7 +91,7 @@ Column {
         spacing: 10
 
         KestrinMetricTile {
-            width: (parent.width - 2 * parent.spacing) / 3
+            width: Math.floor((parent.width - 2 * parent.spacing) / 3)
             title: "Running apps"
             value: root.protection.runningAppCount
             tone: KestrinTone.Neutral
@@ -99,7 +99,7 @@ Column {
         }
 
         KestrinMetricTile {
-            width: (parent.width - 2 * parent.spacing) / 3
+            width: Math.floor((parent.width - 2 * parent.spacing) / 3)
             title: "Protected app matches"
             value: root.protection.matchCount
             tone: root.protection.matchCount > 0 ? KestrinTone.Attention : KestrinTone.Protected
@@ -107,7 +107,7 @@ Column {
         }
 
         KestrinMetricTile {
-            width: (parent.width - 2 * parent.spacing) / 3
+            width: parent.width - x
             title: root.protection.enforceActions ? "Actions applied" : "Actions previewed"
             value: root.protection.actionCount
             tone: root.protection.actionCount > 0 ? KestrinTone.Risk : KestrinTone.Protected

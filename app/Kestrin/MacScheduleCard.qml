@@ -5,6 +5,7 @@ import KestrinDesignSystem
 Item {
     id: root
 
+    required property int index
     required property string identifier
     required property string name
     required property string detail

@@ -13,6 +13,8 @@ MacPage {
     Grid {
         id: grid
 
+        readonly property real leftWidth: Math.floor((width - spacing) / 2)
+
         width: parent.width
         columns: 2
         spacing: 12
@@ -24,7 +26,7 @@ MacPage {
             MacScheduleCard {
                 id: card
 
-                width: (grid.width - grid.spacing) / 2
+                width: card.index % 2 === 0 ? grid.leftWidth : grid.width - grid.spacing - grid.leftWidth
                 onFlipped: on => root.protection.setPreset(card.identifier, on)
             }
         }

@@ -15,7 +15,8 @@ Item {
     readonly property real track: height - thumb.height
 
     width: 12
-    visible: range > 0
+    // For a few points it would only be in the way.
+    visible: range > 4
 
     KestrinSurface {
         id: thumb

@@ -34,4 +34,7 @@ class ProtectionWindow {
     QQuickWindow *m_window = nullptr; ///< the engine's
 };
 
+/// Shows a small window that says `text`, until it is closed. Needs a QGuiApplication.
+void showNotice(const QString &text);
+
 } // namespace kestrin

@@ -95,7 +95,8 @@ void RowsTest::actions_data() {
     QTest::addColumn<QString>("label");
     QTest::addColumn<int>("shownTone");
     QTest::addColumn<QString>("matchIcon");
-    QTest::newRow("allow") << RiskAppAction::allow << u"Allow"_s << tone(KestrinTone::Neutral) << u"eye.fill"_s;
+    QTest::newRow("allow") << RiskAppAction::allow << u"Allow"_s << tone(KestrinTone::Neutral)
+                           << u"eye.fill"_s;
     QTest::newRow("quit") << RiskAppAction::quit << u"Quit"_s << tone(KestrinTone::Attention)
                           << u"xmark.circle.fill"_s;
     QTest::newRow("keep closed") << RiskAppAction::keepClosed << u"Keep closed"_s << tone(KestrinTone::Risk)
@@ -122,7 +123,9 @@ void RowsTest::events_data() {
     QTest::addColumn<int>("shownTone");
     QTest::addColumn<QString>("title");
     const auto row = [](const char *name, Kind kind, const QString &icon, KestrinTone shown,
-                        const QString &title) { QTest::newRow(name) << kind << icon << tone(shown) << title; };
+                        const QString &title) {
+        QTest::newRow(name) << kind << icon << tone(shown) << title;
+    };
     row("on", Kind::privacyModeOn, u"checkmark.shield.fill"_s, KestrinTone::Protected, u"Privacy Mode On"_s);
     row("off", Kind::privacyModeOff, u"pause.circle.fill"_s, KestrinTone::Attention, u"Privacy Mode Off"_s);
     row("match", Kind::riskAppMatched, u"scope"_s, KestrinTone::Protected, u"Protected app matched"_s);

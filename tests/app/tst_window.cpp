@@ -268,8 +268,8 @@ void WindowTest::appsInEveryState() {
                       "closing apps."_s));
     QCOMPARE(desk.toneOf("KestrinStatusPill", "title", u"Preview"_s), tone(KestrinTone::Link));
     desk.shown->state().setEnforceActions(true);
-    QVERIFY(desk.says(
-        u"Reads visible running Mac apps and sends quit requests for selected protected apps."_s));
+    QVERIFY(
+        desk.says(u"Reads visible running Mac apps and sends quit requests for selected protected apps."_s));
     QCOMPARE(desk.toneOf("KestrinStatusPill", "title", u"Enforcing"_s), tone(KestrinTone::Risk));
     QVERIFY(desk.one("KestrinMetricTile", "title", u"Actions applied"_s));
     QVERIFY(desk.one("KestrinPrimaryButton", "title", u"Apply Now"_s));
@@ -329,9 +329,9 @@ void WindowTest::appsFollowTheFlag() {
 void WindowTest::schedule() {
     Desk desk;
     desk.show(MacSection::Schedule);
-    QCOMPARE(desk.values("MacScheduleCard", "name"),
-             (QStringList{u"Sleep Mode"_s, u"Away Mode"_s, u"Focus Mode"_s, u"Travel Mode"_s,
-                          u"Manual Mode"_s}));
+    QCOMPARE(
+        desk.values("MacScheduleCard", "name"),
+        (QStringList{u"Sleep Mode"_s, u"Away Mode"_s, u"Focus Mode"_s, u"Travel Mode"_s, u"Manual Mode"_s}));
     QCOMPARE(desk.toneOf("KestrinStatusPill", "title", u"0 enabled"_s), tone(KestrinTone::Attention));
     QQuickItem *const travel = desk.toggle(u"Travel Mode"_s);
     desk.click(travel);
@@ -347,8 +347,8 @@ void WindowTest::schedule() {
 void WindowTest::activity() {
     Desk desk;
     desk.show(MacSection::Activity);
-    QVERIFY(desk.says(
-        u"No Mac engine events yet. Run a Mac Check or change Privacy Mode to create activity."_s));
+    QVERIFY(
+        desk.says(u"No Mac engine events yet. Run a Mac Check or change Privacy Mode to create activity."_s));
     QCOMPARE(desk.toneOf("KestrinMetricTile", "title", u"Mac actions"_s), tone(KestrinTone::Neutral));
     QCOMPARE(desk.values("KestrinMetricTile", "value"), (QStringList{u"12"_s, u"0"_s, u"0"_s}));
     for (int i = 0; i < 5; ++i) {
@@ -364,8 +364,8 @@ void WindowTest::activity() {
     desk.runtime().setEnforceActions(false);
     QCOMPARE(desk.toneOf("KestrinMetricTile", "title", u"Mac actions"_s), tone(KestrinTone::Link));
     // A message is cut after its second line.
-    desk.runtime().logStore().append(
-        MacProtectionEvent::create(desk.now, MacProtectionEventKind::dryRun, u"word "_s.repeated(400), u""_s));
+    desk.runtime().logStore().append(MacProtectionEvent::create(desk.now, MacProtectionEventKind::dryRun,
+                                                                u"word "_s.repeated(400), u""_s));
     QTRY_COMPARE_WITH_TIMEOUT(desk.values("MacEngineEventRow", "title").first(), QString(), 1000);
     QVERIFY(desk.all("MacEngineEventRow").first()->height() < 90);
 }
@@ -483,10 +483,14 @@ void WindowTest::assistiveNames_data() {
     QTest::addColumn<MacSection>("section");
     QTest::addColumn<QStringList>("phrases");
     QTest::newRow("home") << MacSection::Home
-                          << QStringList{u"Kestrin logo"_s, u"heading: You are protected"_s, u"Privacy Mode"_s,
-                                         u"heading: Device status"_s, u"Mac engine, Preview"_s,
-                                         u"iPhone, Mobile app, Use the mobile app for iPhone/iPad Screen Time "
-                                         "setup"_s};
+                          << QStringList{
+                                 u"Kestrin logo"_s,
+                                 u"heading: You are protected"_s,
+                                 u"Privacy Mode"_s,
+                                 u"heading: Device status"_s,
+                                 u"Mac engine, Preview"_s,
+                                 u"iPhone, Mobile app, Use the mobile app for iPhone/iPad Screen Time "
+                                 "setup"_s};
     QTest::newRow("apps") << MacSection::Apps
                           << QStringList{u"heading: Live Mac Check"_s, u"Running apps, 12"_s,
                                          u"Protected app matches, 1"_s,
@@ -555,7 +559,8 @@ void WindowTest::otherProcesses() {
     {
         // What `kestrinctl off` does.
         JSONUserDefaults defaults(desk.folder.filePath(u"config/user-defaults.json"_s));
-        MacProtectionRuntime runtime(defaults, {desk.support(), &desk.workspace, systemTime, nullptr, nullptr});
+        MacProtectionRuntime runtime(defaults,
+                                     {desk.support(), &desk.workspace, systemTime, nullptr, nullptr});
         PrivacyModeFlag(defaults, runtime).setOn(false);
     }
     QTRY_VERIFY_WITH_TIMEOUT(desk.says(u"Protection is off"_s), 1000);
