@@ -98,18 +98,13 @@ MacPage {
             }
 
             Column {
-                id: rows
-
                 width: parent.width
 
                 Repeater {
                     model: root.protection.events
 
                     MacEngineEventRow {
-                        id: row
-
-                        width: rows.width
-                        last: row.index === root.protection.events.count - 1
+                        width: parent.width
                     }
                 }
             }

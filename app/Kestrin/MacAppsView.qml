@@ -51,8 +51,6 @@ MacPage {
         }
 
         Column {
-            id: list
-
             width: parent.width
 
             Repeater {
@@ -61,9 +59,8 @@ MacPage {
                 MacRiskDefinitionRow {
                     id: row
 
-                    width: list.width
-                    last: row.index === root.protection.definitions.count - 1
-                    onFlipped: on => root.protection.setProtectedDefinition(row.identifier, on)
+                    width: parent.width
+                    onFlipped: on => root.protection.setProtectedDefinition(row.identifier, on) // qmllint disable unqualified
                 }
             }
         }

@@ -13,10 +13,6 @@ MacPage {
     subtitle: "Check protection and connection status across your devices."
 
     Grid {
-        id: grid
-
-        readonly property real leftWidth: Math.floor((width - spacing) / 2)
-
         width: parent.width
         columns: 2
         spacing: 12
@@ -30,7 +26,8 @@ MacPage {
 
                 required property int index
 
-                width: tile.index % 2 === 0 ? grid.leftWidth : grid.width - grid.spacing - grid.leftWidth
+                // Whole pixels; the right one takes what is left.
+                width: tile.index % 2 === 0 ? Math.floor((parent.width - 12) / 2) : Math.ceil((parent.width - 12) / 2)
             }
         }
     }

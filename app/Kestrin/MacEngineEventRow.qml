@@ -11,10 +11,15 @@ Column {
     required property string time
     required property string icon
     required property int tone
-    required property bool last
 
     Accessible.role: Accessible.StaticText
     Accessible.name: time + ", " + title + ", " + message
+
+    KestrinDivider {
+        width: parent.width
+        visible: root.index > 0
+        inset: 40
+    }
 
     MacRow {
         width: parent.width
@@ -48,11 +53,5 @@ Column {
             lineLimit: 2
             silent: true
         }
-    }
-
-    KestrinDivider {
-        width: parent.width
-        visible: !root.last
-        inset: 40
     }
 }

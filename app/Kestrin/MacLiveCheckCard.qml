@@ -165,10 +165,7 @@ Column {
                 model: root.protection.shownMatches
 
                 MacLiveRiskMatchRow {
-                    id: row
-
-                    width: list.width
-                    last: row.index === root.protection.shownMatches.count - 1
+                    width: parent.width
                 }
             }
         }

@@ -11,10 +11,15 @@ Column {
     required property string icon
     required property string action
     required property int tone
-    required property bool last
 
     Accessible.role: Accessible.StaticText
     Accessible.name: name + ", " + categories + ", " + action
+
+    KestrinDivider {
+        width: parent.width
+        visible: root.index > 0
+        inset: 34
+    }
 
     MacRow {
         width: parent.width
@@ -46,11 +51,5 @@ Column {
             color: KestrinColors.textSecondary
             silent: true
         }
-    }
-
-    KestrinDivider {
-        width: parent.width
-        visible: !root.last
-        inset: 34
     }
 }

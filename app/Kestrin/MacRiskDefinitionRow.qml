@@ -13,9 +13,14 @@ Column {
     required property string action
     required property int tone
     required property bool selected
-    required property bool last
 
     signal flipped(on: bool)
+
+    KestrinDivider {
+        width: parent.width
+        visible: root.index > 0
+        inset: 40
+    }
 
     MacRow {
         width: parent.width
@@ -60,11 +65,5 @@ Column {
             color: KestrinColors.textSecondary
             silent: true
         }
-    }
-
-    KestrinDivider {
-        width: parent.width
-        visible: !root.last
-        inset: 40
     }
 }

@@ -61,52 +61,52 @@ Item {
         id: home
 
         MacHomeView {
-            protection: root.protection
-            onChosen: section => root.select(section)
+            protection: root.protection // qmllint disable unqualified
+            onChosen: section => root.select(section) // qmllint disable unqualified
         }
     }
     Component {
         id: devices
 
         MacDevicesView {
-            protection: root.protection
-            onChosen: section => root.select(section)
+            protection: root.protection // qmllint disable unqualified
+            onChosen: section => root.select(section) // qmllint disable unqualified
         }
     }
     Component {
         id: apps
 
         MacAppsView {
-            protection: root.protection
+            protection: root.protection // qmllint disable unqualified
         }
     }
     Component {
         id: schedule
 
         MacScheduleView {
-            protection: root.protection
+            protection: root.protection // qmllint disable unqualified
         }
     }
     Component {
         id: activity
 
         MacActivityView {
-            protection: root.protection
+            protection: root.protection // qmllint disable unqualified
         }
     }
     Component {
         id: access
 
         MacAccessView {
-            protection: root.protection
-            onChosen: section => root.select(section)
+            protection: root.protection // qmllint disable unqualified
+            onChosen: section => root.select(section) // qmllint disable unqualified
         }
     }
     Component {
         id: connect
 
         MacConnectView {
-            protection: root.protection
+            protection: root.protection // qmllint disable unqualified
         }
     }
 
@@ -120,13 +120,13 @@ Item {
 
             Shortcut {
                 sequence: "Ctrl+" + (key.section + 1)
-                onActivated: root.select(key.section)
+                onActivated: root.select(key.section) // qmllint disable unqualified
             }
         }
     }
 
     Shortcut {
-        sequences: [StandardKey.Quit, "Ctrl+Q"]
+        sequence: "Ctrl+Q"
         onActivated: Qt.quit()
     }
 }

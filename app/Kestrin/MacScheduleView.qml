@@ -11,10 +11,6 @@ MacPage {
     subtitle: "Turn Privacy Mode on and off automatically for different situations."
 
     Grid {
-        id: grid
-
-        readonly property real leftWidth: Math.floor((width - spacing) / 2)
-
         width: parent.width
         columns: 2
         spacing: 12
@@ -26,8 +22,9 @@ MacPage {
             MacScheduleCard {
                 id: card
 
-                width: card.index % 2 === 0 ? grid.leftWidth : grid.width - grid.spacing - grid.leftWidth
-                onFlipped: on => root.protection.setPreset(card.identifier, on)
+                // Whole pixels; the right one takes what is left.
+                width: card.index % 2 === 0 ? Math.floor((parent.width - 12) / 2) : Math.ceil((parent.width - 12) / 2)
+                onFlipped: on => root.protection.setPreset(card.identifier, on) // qmllint disable unqualified
             }
         }
     }

@@ -60,9 +60,9 @@ Item {
         anchors.fill: parent
         active: root.leads
         sourceComponent: KestrinPressable {
-            onClicked: root.clicked()
+            onClicked: root.clicked() // qmllint disable unqualified
 
-            Accessible.name: root.phrase
+            Accessible.name: root.phrase // qmllint disable unqualified
 
             KestrinFocusRing {
                 targetRadius: 8

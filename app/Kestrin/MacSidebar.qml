@@ -56,13 +56,13 @@ FocusScope {
                 MacSidebarRow {
                     id: row
 
-                    selected: row.section === root.selectedSection
+                    selected: row.section === root.selectedSection // qmllint disable unqualified
                     // The first one, where nothing is selected.
-                    activeFocusOnTab: selected || row.section === 0 && root.selectedSection === MacSection.None
+                    activeFocusOnTab: selected || row.section === 0 && root.selectedSection === MacSection.None // qmllint disable unqualified
                     width: parent.width
-                    onChosen: root.chosen(row.section)
-                    onDeselected: root.chosen(MacSection.None)
-                    onMoved: steps => root.move(row.section + steps)
+                    onChosen: root.chosen(row.section) // qmllint disable unqualified
+                    onDeselected: root.chosen(MacSection.None) // qmllint disable unqualified
+                    onMoved: steps => root.move(row.section + steps) // qmllint disable unqualified
                 }
             }
         }

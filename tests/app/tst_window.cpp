@@ -340,7 +340,7 @@ void WindowTest::schedule() {
     QCOMPARE(desk.toggle(u"Travel Mode"_s), travel);
     const QList<QQuickItem *> cards = desk.all("MacScheduleCard");
     for (QQuickItem *const card : cards)
-        QVERIFY(card->height() >= 92 && card->width() == cards.first()->width());
+        QVERIFY(card->height() >= 92 && std::abs(card->width() - cards.first()->width()) <= 1);
     QCOMPARE(cards.at(4)->x(), cards.at(0)->x());
 }
 
