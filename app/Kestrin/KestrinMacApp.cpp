@@ -99,7 +99,7 @@ void setIconLater(QQuickWindow &window) {
 } // namespace
 
 int main(int argc, char **argv) {
-    QCoreApplication::setApplicationName(u"kestrin"_s);
+    QCoreApplication::setApplicationName(u"Kestrin"_s); // as screen readers say it
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRIN_VERSION));
     QGuiApplication::setApplicationDisplayName(u"Kestrin"_s);
     QGuiApplication::setDesktopFileName(u"kestrin"_s);

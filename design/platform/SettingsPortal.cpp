@@ -3,6 +3,7 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
@@ -46,6 +47,8 @@ std::unique_ptr<DesktopPreferences> SettingsPortal::connectToSession() {
 }
 
 void SettingsPortal::readAll() {
+    // A dictionary of dictionaries is no type that Qt knows by itself; it ends the program over one.
+    qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, u"ReadAll"_s);
     call.setArguments({QStringList{appearanceSpace, gnomeSpace, gnomeAccessibilitySpace}});
     auto *const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
@@ -57,7 +60,6 @@ void SettingsPortal::takeAll(QDBusPendingCallWatcher *call) {
     const QDBusPendingReply<QMap<QString, QVariantMap>> reply = *call;
     if (reply.isError())
         return;
-    // A dictionary of dictionaries is no type that Qt knows by itself.
     const QMap<QString, QVariantMap> spaces = reply.value();
     for (auto space = spaces.begin(); space != spaces.end(); ++space) {
         for (auto key = space->begin(); key != space->end(); ++key)
