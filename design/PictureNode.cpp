@@ -31,13 +31,17 @@ void PictureNode::show(QQuickWindow &window, SharedTexture texture, const Placem
                              fixed.right(), pixels.width());
     const auto [y, v] = cuts(placement.stretchedAlong, rect.top(), rect.bottom(), fixed.top(), fixed.bottom(),
                              pixels.height());
+    // Where only one direction is stretched, the middle reaches to the edges.
+    const bool isHollow = placement.hollow && placement.stretchedAcross && placement.stretchedAlong;
     for (size_t row = 0; row < 3; ++row) {
         for (size_t column = 0; column < 3; ++column) {
-            if (placement.hollow && row == 1 && column == 1)
-                continue;
-            place(window, row * 3 + column,
-                  QRectF(QPointF(x[column], y[row]), QPointF(x[column + 1], y[row + 1])),
-                  QRectF(QPointF(u[column], v[row]), QPointF(u[column + 1], v[row + 1])), placement.smooth);
+            if (isHollow && row == 1 && column == 1)
+                place(window, 4, {}, {}, false);
+            else
+                place(window, row * 3 + column,
+                      QRectF(QPointF(x[column], y[row]), QPointF(x[column + 1], y[row + 1])),
+                      QRectF(QPointF(u[column], v[row]), QPointF(u[column + 1], v[row + 1])),
+                      placement.smooth);
         }
     }
 }

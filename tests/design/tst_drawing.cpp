@@ -25,6 +25,7 @@ class DrawingTest : public QObject {
     void strokeIsInsideAndSharp_data();
     void strokeIsInsideAndSharp();
     void stretchedAsPaintedWhole();
+    void shadowIsSoft_data();
     void shadowIsSoft();
     void drawnOnWholePixels();
     void symbolsAreSorted();
@@ -119,15 +120,25 @@ void DrawingTest::stretchedAsPaintedWhole() {
     QCOMPARE(parts.picture(), whole.picture());
 }
 
+void DrawingTest::shadowIsSoft_data() {
+    QTest::addColumn<int>("height");
+    // Whether there is room to stretch a picture of the shadow in one direction or in both.
+    QTest::newRow("low") << 60;
+    QTest::newRow("high") << 110;
+}
+
 void DrawingTest::shadowIsSoft() {
-    Stage stage("Item { KestrinCard { x: 60; y: 40; width: 280; height: 100 } }");
+    QFETCH(int, height);
+    Stage stage("Item { KestrinCard { x: 60; y: 40; width: 280; height: " + QByteArray::number(height) +
+                " } }");
     const QImage picture = stage.picture();
     const auto darkness = [&picture](int x, int y) { return 255 - picture.pixelColor(x, y).red(); };
     // It falls down, and fades out without an edge.
-    QVERIFY(darkness(200, 142) > darkness(200, 38));
-    QVERIFY(darkness(200, 142) >= 5);
-    int previous = darkness(200, 141);
-    for (int y = 142; y < 180; ++y) {
+    const int bottom = 40 + height;
+    QVERIFY(darkness(200, bottom + 2) > darkness(200, 38));
+    QVERIFY(darkness(200, bottom + 2) >= 5);
+    int previous = darkness(200, bottom + 1);
+    for (int y = bottom + 2; y < bottom + 40; ++y) {
         QVERIFY(darkness(200, y) <= previous);
         QVERIFY(previous - darkness(200, y) <= 1);
         previous = darkness(200, y);
