@@ -75,7 +75,7 @@ void print(std::FILE *stream, const QString &line) {
     std::fprintf(stream, "%s\n", qPrintable(line));
 }
 
-/// docs/decisions/0010-renderer.md tells why. The environment may say otherwise.
+/// docs/decisions/0012-renderer.md tells why. The environment may say otherwise.
 void chooseRenderer() {
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
