@@ -17,7 +17,7 @@ KestrinPressable {
     property real strokeWidth: 0
 
     // What a title that is too long leaves free at both ends.
-    readonly property real margin: 4
+    readonly property real margin: 10
 
     implicitWidth: row.naturalWidth + 2 * margin
 
