@@ -16,8 +16,9 @@ KestrinPressable {
     property color strokeColor: "transparent"
     property real strokeWidth: 0
 
-    // What a title that is too long leaves free at both ends.
+    // What the title leaves free at both ends: the least of it is for titles that have shrunk as far as they may.
     readonly property real margin: 10
+    readonly property real leastMargin: 4
 
     implicitWidth: row.naturalWidth + 2 * margin
 
@@ -41,6 +42,7 @@ KestrinPressable {
 
             readonly property real iconWidth: icon.visible ? icon.implicitWidth + spacing : 0
             readonly property real naturalWidth: iconWidth + label.implicitWidth
+            readonly property real room: root.width - iconWidth
 
             anchors.centerIn: parent
             spacing: 8
@@ -60,7 +62,9 @@ KestrinPressable {
                 id: label
 
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, root.width - row.iconWidth - 2 * root.margin)
+                width: Math.min(implicitWidth, Math.max(row.room - 2 * root.margin,
+                                                        Math.min(row.room - 2 * root.leastMargin,
+                                                                 implicitWidth * minimumScale)))
                 text: root.title
                 size: root.textSize
                 weight: root.textWeight
