@@ -39,6 +39,8 @@ std::unique_ptr<DesktopPreferences> SettingsPortal::connectToSession() {
     if (!sessionBusIsThere() || !QDBusConnection::sessionBus().isConnected())
         return nullptr;
     auto portal = std::make_unique<SettingsPortal>();
+    // Otherwise a program's first connection to a slot that takes one fails, without a word.
+    qRegisterMetaType<QDBusVariant>();
     // Without the name of a service: asking the bus who owns it would wait for the answer.
     QDBusConnection::sessionBus().connect({}, path, interface, u"SettingChanged"_s, portal.get(),
                                           SLOT(settingChanged(QString, QString, QDBusVariant)));

@@ -54,11 +54,18 @@ void PortalTest::initTestCase() {
     QVERIFY(QDBusConnection::sessionBus().isConnected());
 }
 
+// First, when nothing else has made the types of its signal known.
 void PortalTest::withoutPortal() {
     const KestrinAppearance appearance(DesktopPreferences::create());
     QVERIFY(!appearance.isDark());
     QTest::qWait(50);
     QVERIFY(!appearance.isDark());
+
+    QDBusMessage change = QDBusMessage::createSignal(
+        u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
+    change << u"org.freedesktop.appearance"_s << u"color-scheme"_s << QVariant::fromValue(QDBusVariant(1U));
+    QVERIFY(QDBusConnection::sessionBus().send(change));
+    QTRY_VERIFY(appearance.isDark());
 }
 
 void PortalTest::firstAnswerAndChanges() {
