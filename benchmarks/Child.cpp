@@ -58,7 +58,11 @@ void run(const Arguments &arguments) {
         giveUp(arguments[0] + " fails.");
 }
 
-Child::Child(const Arguments &arguments) {
+Child::Child(const Arguments &arguments, Readiness readiness) {
+    if (readiness == Readiness::isStarted) {
+        m_process = spawn(arguments, -1);
+        return;
+    }
     int ends[2] = {-1, -1};
     if (::pipe2(ends, O_CLOEXEC) != 0)
         giveUp("there are no more pipes.");
@@ -73,7 +77,8 @@ Child::Child(const Arguments &arguments) {
 Child::~Child() {
     ::kill(m_process, SIGTERM);
     ::waitpid(m_process, nullptr, 0);
-    ::close(m_errors);
+    if (m_errors >= 0)
+        ::close(m_errors);
 }
 
 long long Child::wakeUps() const {

@@ -19,12 +19,18 @@ void run(const Arguments &arguments);
 /// A program that runs until this goes. Its output is thrown away.
 class Child {
   public:
-    /// Returns once the program has written something to standard error.
-    explicit Child(const Arguments &arguments);
+    enum class Readiness {
+        says,      ///< it writes something to standard error when it is ready
+        isStarted, ///< it says nothing
+    };
+
+    /// Returns once the program is ready.
+    explicit Child(const Arguments &arguments, Readiness readiness = Readiness::says);
     Child(const Child &) = delete;
     Child &operator=(const Child &) = delete;
     ~Child();
 
+    pid_t id() const { return m_process; }
     /// How often its threads have been woken so far.
     long long wakeUps() const;
     /// Resident memory in megabytes.

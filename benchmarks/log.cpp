@@ -1,8 +1,8 @@
 // The activity log against the bare system calls that move the same bytes.
 
 #include "benchmarks/Bench.h"
+#include "benchmarks/SampleLog.h"
 #include "engine/JSONMacActivityLogStore.h"
-#include "foundation/PrivateFile.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -16,25 +16,6 @@ using namespace Qt::StringLiterals;
 using namespace kestrin;
 
 namespace {
-
-using Kind = MacProtectionEventKind;
-
-/// As much text as the events of an enforcing monitor have.
-MacProtectionEvent event(int number) {
-    const bool detected = number % 2 == 0;
-    return MacProtectionEvent::create(
-        QDateTime::currentDateTimeUtc(), detected ? Kind::relaunchDetected : Kind::quitRequested,
-        detected ? u"Zoom relaunched while Privacy Mode is on."_s : u"Asked Zoom to quit."_s, u"Zoom"_s,
-        u"us.zoom.xos"_s);
-}
-
-bool writeLog(const QString &path, int count) {
-    QList<MacProtectionEvent> events;
-    for (int i = 0; i < count; ++i)
-        events.append(event(i));
-    const QByteArray text = encodeJson(events);
-    return replacePrivateFile(path, {{text.constData(), static_cast<std::size_t>(text.size())}});
-}
 
 /// The bytes of a file, read in one go into memory that is already there or into new memory.
 class BareRead {
@@ -98,8 +79,7 @@ class BareRead {
 void measure(bench::Report &report, int count, int rounds) {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"activity-log.json"_s);
-    if (!writeLog(path, count))
-        bench::giveUp("there is no room for a log.");
+    bench::writeLog(path, count);
     JSONMacActivityLogStore store(QUrl::fromLocalFile(path));
     const QByteArray name = QFile::encodeName(path);
     const QByteArray temporary = name + ".bare";
@@ -108,7 +88,7 @@ void measure(bench::Report &report, int count, int rounds) {
     BareRead bare(name.constData());
     int number = 0;
     const auto append = bench::compare(
-        rounds, [&] { store.append(event(number++)); },
+        rounds, [&] { store.append(bench::sampleEvent(number++)); },
         [&] {
             bare.intoKnownMemory();
             bare.replace(temporary.constData());

@@ -1,0 +1,158 @@
+#include "benchmarks/WindowProgram.h"
+
+#include "benchmarks/Bench.h"
+
+#include <xcb/damage.h>
+
+#include <poll.h>
+
+#include <filesystem>
+
+namespace kestrin::bench {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr milliseconds patience{10'000};
+constexpr milliseconds quiet{200};
+
+std::filesystem::path buildFolder() {
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
+}
+
+double elapsedSince(steady_clock::time_point start) {
+    return std::chrono::duration<double, std::milli>(steady_clock::now() - start).count();
+}
+
+} // namespace
+
+std::string kestrin() {
+    return buildFolder() / "app" / "Kestrin" / "kestrin";
+}
+
+std::string bareWindow() {
+    return buildFolder() / "benchmarks" / "bare-window" / "bare-window";
+}
+
+WindowProgram::WindowProgram(const std::string &program)
+    : m_start((watchNewWindows(), steady_clock::now()))
+    , m_process({program}, Child::Readiness::isStarted)
+    , m_firstFrame(waitForDrawing(m_start, 0.95)) {
+    takeFocus();
+    settle();
+}
+
+void WindowProgram::settle() {
+    const auto start = steady_clock::now();
+    while (nextDrawing(quiet) >= 0) {
+        if (steady_clock::now() - start > patience)
+            giveUp("a window is drawn all the time.");
+    }
+}
+
+int WindowProgram::drawings(milliseconds time) {
+    int count = 0;
+    const auto end = steady_clock::now() + time;
+    for (auto now = steady_clock::now(); now < end; now = steady_clock::now()) {
+        if (nextDrawing(std::chrono::ceil<milliseconds>(end - now)) >= 0)
+            ++count;
+    }
+    return count;
+}
+
+void WindowProgram::pointToMiddle() {
+    const auto geometryCookie = xcb_get_geometry(m_display.xcb(), m_window);
+    const auto placeCookie = xcb_translate_coordinates(m_display.xcb(), m_window, m_display.root(), 0, 0);
+    const std::unique_ptr<xcb_get_geometry_reply_t, XDisplay::Free> geometry(
+        xcb_get_geometry_reply(m_display.xcb(), geometryCookie, nullptr));
+    const std::unique_ptr<xcb_translate_coordinates_reply_t, XDisplay::Free> place(
+        xcb_translate_coordinates_reply(m_display.xcb(), placeCookie, nullptr));
+    if (!geometry || !place)
+        giveUp("a window has gone.");
+    m_input.point(place->dst_x + geometry->width / 2, place->dst_y + geometry->height / 2);
+    settle();
+}
+
+double WindowProgram::nextDrawing(milliseconds limit) {
+    const auto end = steady_clock::now() + limit;
+    for (;;) {
+        while (const XDisplay::Event event{xcb_poll_for_event(m_display.xcb())}) {
+            const double share = shareOf(*event);
+            if (share >= 0)
+                return share;
+        }
+        const auto left = std::chrono::ceil<milliseconds>(end - steady_clock::now());
+        if (left.count() <= 0)
+            return -1;
+        pollfd display{xcb_get_file_descriptor(m_display.xcb()), POLLIN, 0};
+        ::poll(&display, 1, static_cast<int>(left.count()));
+    }
+}
+
+/// -1 for what is no drawing of the program's.
+double WindowProgram::shareOf(const xcb_generic_event_t &event) {
+    const int type = event.response_type & 0x7f;
+    if (type == XCB_CREATE_NOTIFY) {
+        const auto &created = reinterpret_cast<const xcb_create_notify_event_t &>(event);
+        xcb_damage_create(m_display.xcb(), xcb_generate_id(m_display.xcb()), created.window,
+                          XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
+        xcb_flush(m_display.xcb());
+        return -1;
+    }
+    if (type != m_damageEvent)
+        return -1;
+    const auto &drawn = reinterpret_cast<const xcb_damage_notify_event_t &>(event);
+    // The window manager's frame around the window is told of too.
+    if (m_window == XCB_NONE && isOwn(drawn.drawable))
+        m_window = drawn.drawable;
+    if (drawn.drawable != m_window)
+        return -1;
+    return static_cast<double>(drawn.area.width) * drawn.area.height /
+           (static_cast<double>(drawn.geometry.width) * drawn.geometry.height);
+}
+
+double WindowProgram::waitForDrawing(Time start, double share) {
+    double drawn = 0;
+    do {
+        const double more = nextDrawing(patience);
+        if (more < 0)
+            giveUp("a window does not draw what it should.");
+        drawn += more;
+    } while (drawn < share);
+    return elapsedSince(start);
+}
+
+bool WindowProgram::isOwn(xcb_drawable_t window) const {
+    const XDisplay::Property reply = m_display.take(m_display.ask(window, m_display.atom("_NET_WM_PID"), 1));
+    return reply && xcb_get_property_value_length(reply.get()) == 4 &&
+           *static_cast<const pid_t *>(xcb_get_property_value(reply.get())) == m_process.id();
+}
+
+void WindowProgram::watchNewWindows() {
+    xcb_connection_t *const xcb = m_display.xcb();
+    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(xcb, &xcb_damage_id);
+    if (!extension || !extension->present)
+        giveUp("the X server has no DAMAGE.");
+    m_damageEvent = static_cast<std::uint8_t>(extension->first_event + XCB_DAMAGE_NOTIFY);
+    const std::unique_ptr<xcb_damage_query_version_reply_t, XDisplay::Free> version(
+        xcb_damage_query_version_reply(xcb, xcb_damage_query_version(xcb, 1, 1), nullptr));
+    const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(xcb, m_display.root(), XCB_CW_EVENT_MASK, &events);
+    m_display.roundTrip();
+}
+
+void WindowProgram::forgetDrawings() {
+    while (nextDrawing(milliseconds(0)) >= 0) {
+    }
+}
+
+/// Qt's windows learn of the focus from the X server, whoever gives it.
+void WindowProgram::takeFocus() {
+    settle();
+    xcb_set_input_focus(m_display.xcb(), XCB_INPUT_FOCUS_PARENT, m_window, XCB_CURRENT_TIME);
+    m_display.roundTrip();
+}
+
+} // namespace kestrin::bench

@@ -1,0 +1,134 @@
+// The window beside a bare one: its start, its memory, how soon it draws, and that it rests when nothing
+// happens.
+
+#include "benchmarks/Bench.h"
+#include "benchmarks/WindowProgram.h"
+
+#include <thread>
+
+using namespace kestrin;
+using bench::Input;
+using bench::WindowProgram;
+
+namespace {
+
+constexpr int pages = 7;
+constexpr int apps = 3;
+constexpr double frame = 1000.0 / 60;
+/// The page is more than half of the window.
+constexpr double page = 0.5;
+
+/// What one program does from its start to its end.
+struct Life {
+    double firstFrame = 0;
+    double memory = 0;
+    std::vector<double> switches;
+    std::vector<double> scrolling;
+};
+
+/// As somebody turns the wheel who is in a hurry: a notch a frame, down and up again.
+std::vector<double> scroll(WindowProgram &program, int notches) {
+    std::vector<double> times;
+    program.pointToMiddle();
+    for (int i = 0; i < notches; ++i) {
+        const auto next = std::chrono::steady_clock::now() + std::chrono::microseconds(16'667);
+        times.push_back(program.reaction([i](Input &input) { input.turnWheel(i % 20 < 10); }, page));
+        std::this_thread::sleep_until(next);
+    }
+    return times;
+}
+
+double choosePage(WindowProgram &program, int number) {
+    const double time =
+        program.reaction([number](Input &input) { input.typeWithControl(bench::digit(number)); }, page);
+    program.settle();
+    return time;
+}
+
+Life live(const std::string &name) {
+    WindowProgram program(name);
+    Life life;
+    life.firstFrame = program.firstFrame();
+    // Home is there already.
+    for (int number = 2; number <= pages; ++number)
+        life.switches.push_back(choosePage(program, number));
+    life.switches.push_back(choosePage(program, 1));
+    life.memory = program.process().residentMemory();
+    choosePage(program, apps);
+    life.scrolling = scroll(program, 40);
+    return life;
+}
+
+/// Many of them, with everything in one list.
+struct Lives {
+    std::vector<double> firstFrame;
+    std::vector<double> memory;
+    std::vector<double> switches;
+    std::vector<double> scrolling;
+
+    void add(const Life &life) {
+        firstFrame.push_back(life.firstFrame);
+        memory.push_back(life.memory);
+        switches.insert(switches.end(), life.switches.begin(), life.switches.end());
+        scrolling.insert(scrolling.end(), life.scrolling.begin(), life.scrolling.end());
+    }
+
+    double lateFrames() const {
+        return static_cast<double>(
+            std::count_if(scrolling.begin(), scrolling.end(), [](double time) { return time > frame; }));
+    }
+};
+
+void measureLives(bench::Report &report, int rounds) {
+    Lives bare;
+    Lives kestrin;
+    for (int round = 0; round <= rounds; ++round) {
+        const Life floor = live(bench::bareWindow());
+        const Life measured = live(bench::kestrin());
+        // The first ones read everything from the disk.
+        if (round == 0)
+            continue;
+        bare.add(floor);
+        kestrin.add(measured);
+    }
+    const auto both = [&](std::vector<double> Lives::*list, double share) {
+        return bench::Comparison{bench::percentile(kestrin.*list, share),
+                                 bench::percentile(bare.*list, share)};
+    };
+    report.ratio("Start to the first frame", "ms", both(&Lives::firstFrame, 0.5), 1.5);
+    report.ratio("Resident memory with every page visited", "MB", both(&Lives::memory, 0.5), 1.35);
+    report.note("Key to another page, median", "ms", both(&Lives::switches, 0.5));
+    report.limit("Key to another page, 95th percentile", "ms", both(&Lives::switches, 0.95), 2 * frame);
+    report.note("Wheel to the scrolled Apps page, median", "ms", both(&Lives::scrolling, 0.5));
+    const std::string late = "Frames too late for 60 Hz of " + std::to_string(kestrin.scrolling.size());
+    report.limit((late + " while scrolling").c_str(), "", {kestrin.lateFrames(), bare.lateFrames()}, 0);
+}
+
+void measureIdling(bench::Report &report, std::chrono::seconds time) {
+    WindowProgram bare(bench::bareWindow());
+    WindowProgram kestrin(bench::kestrin());
+    choosePage(kestrin, apps);
+    // What a start leaves behind is no idling.
+    std::this_thread::sleep_for(std::chrono::seconds(2));
+    const long long bareBefore = bare.process().wakeUps();
+    const long long before = kestrin.process().wakeUps();
+    const int drawings = kestrin.drawings(time);
+    const double perMinute = 60.0 / static_cast<double>(time.count());
+    const bench::Comparison wakeUps{static_cast<double>(kestrin.process().wakeUps() - before) * perMinute,
+                                    static_cast<double>(bare.process().wakeUps() - bareBefore) * perMinute};
+    // What the bare one has drawn meanwhile waits to be counted.
+    const int bareDrawings = bare.drawings(std::chrono::milliseconds(1));
+    report.limit("Drawings of an idle window", "",
+                 {static_cast<double>(drawings), static_cast<double>(bareDrawings)}, 0);
+    report.limit("Wake-ups a minute of an idle window", "", wakeUps, 5);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    const bool quick = bench::isQuick(argc, argv);
+    bench::Report report;
+    measureLives(report, quick ? 5 : 20);
+    measureIdling(report, std::chrono::seconds(quick ? 15 : 60));
+    return report.exitCode();
+}
