@@ -12,11 +12,11 @@ namespace kestrin::bench {
 
 namespace {
 
-using std::chrono::milliseconds;
+using Milliseconds = std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-constexpr milliseconds patience{10'000};
-constexpr milliseconds quiet{200};
+constexpr Milliseconds patience{10'000};
+constexpr Milliseconds quiet{200};
 
 std::filesystem::path buildFolder() {
     return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
@@ -52,11 +52,11 @@ void WindowProgram::settle() {
     }
 }
 
-int WindowProgram::drawings(milliseconds time) {
+int WindowProgram::drawings(Milliseconds time) {
     int count = 0;
     const auto end = steady_clock::now() + time;
     for (auto now = steady_clock::now(); now < end; now = steady_clock::now()) {
-        if (nextDrawing(std::chrono::ceil<milliseconds>(end - now)) >= 0)
+        if (nextDrawing(std::chrono::ceil<Milliseconds>(end - now)) >= 0)
             ++count;
     }
     return count;
@@ -75,7 +75,7 @@ void WindowProgram::pointToMiddle() {
     settle();
 }
 
-double WindowProgram::nextDrawing(milliseconds limit) {
+double WindowProgram::nextDrawing(Milliseconds limit) {
     const auto end = steady_clock::now() + limit;
     for (;;) {
         while (const XDisplay::Event event{xcb_poll_for_event(m_display.xcb())}) {
@@ -83,7 +83,7 @@ double WindowProgram::nextDrawing(milliseconds limit) {
             if (share >= 0)
                 return share;
         }
-        const auto left = std::chrono::ceil<milliseconds>(end - steady_clock::now());
+        const auto left = std::chrono::ceil<Milliseconds>(end - steady_clock::now());
         if (left.count() <= 0)
             return -1;
         pollfd display{xcb_get_file_descriptor(m_display.xcb()), POLLIN, 0};
@@ -118,7 +118,8 @@ double WindowProgram::waitForDrawing(Time start, double share) {
     do {
         const double more = nextDrawing(patience);
         if (more < 0)
-            giveUp("a window does not draw what it should.");
+            giveUp("a window draws " + std::to_string(drawn) + " of itself instead of " +
+                   std::to_string(share) + ".");
         drawn += more;
     } while (drawn < share);
     return elapsedSince(start);
@@ -144,7 +145,7 @@ void WindowProgram::watchNewWindows() {
 }
 
 void WindowProgram::forgetDrawings() {
-    while (nextDrawing(milliseconds(0)) >= 0) {
+    while (nextDrawing(Milliseconds(0)) >= 0) {
     }
 }
 

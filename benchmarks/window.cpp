@@ -15,8 +15,8 @@ namespace {
 constexpr int pages = 7;
 constexpr int apps = 3;
 constexpr double frame = 1000.0 / 60;
-/// The page is more than half of the window.
-constexpr double page = 0.5;
+/// Other pages share their background with the last one, which is not drawn anew.
+constexpr double page = 0.25;
 
 /// What one program does from its start to its end.
 struct Life {
@@ -26,13 +26,16 @@ struct Life {
     std::vector<double> scrolling;
 };
 
+/// Fewer notches than it takes to the end of the page.
+constexpr int way = 6;
+
 /// As somebody turns the wheel who is in a hurry: a notch a frame, down and up again.
 std::vector<double> scroll(WindowProgram &program, int notches) {
     std::vector<double> times;
     program.pointToMiddle();
     for (int i = 0; i < notches; ++i) {
         const auto next = std::chrono::steady_clock::now() + std::chrono::microseconds(16'667);
-        times.push_back(program.reaction([i](Input &input) { input.turnWheel(i % 20 < 10); }, page));
+        times.push_back(program.reaction([i](Input &input) { input.turnWheel(i % (2 * way) < way); }, page));
         std::this_thread::sleep_until(next);
     }
     return times;
@@ -55,7 +58,7 @@ Life live(const std::string &name) {
     life.switches.push_back(choosePage(program, 1));
     life.memory = program.process().residentMemory();
     choosePage(program, apps);
-    life.scrolling = scroll(program, 40);
+    life.scrolling = scroll(program, 6 * way);
     return life;
 }
 
