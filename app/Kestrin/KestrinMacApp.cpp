@@ -102,7 +102,7 @@ int main(int argc, char **argv) {
     QCoreApplication::setApplicationName(u"Kestrin"_s); // as screen readers say it
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRIN_VERSION));
     QGuiApplication::setApplicationDisplayName(u"Kestrin"_s);
-    QGuiApplication::setDesktopFileName(u"kestrin"_s);
+    QGuiApplication::setDesktopFileName(QStringLiteral(KESTRIN_DESKTOP_ID));
 
     // Before the application, which needs a display.
     const Options options = readOptions(argumentsOf(argc, argv));

@@ -57,7 +57,7 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "${KESTRIN_SITE_URL}")
 file(READ debian/Description CPACK_DEBIAN_PACKAGE_DESCRIPTION)
 string(STRIP "${CPACK_DEBIAN_PACKAGE_DESCRIPTION}" CPACK_DEBIAN_PACKAGE_DESCRIPTION)
 # The libraries are found by dpkg-shlibdeps. What is only read when the window opens is named here: the QML modules
-# that its views import, with what these import, and the font that its texts fall back to.
+# that its views import, with what these import, the desktop's pointers, and the font that its texts fall back to.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(run_time_packages
     qml6-module-qtqml
@@ -65,6 +65,7 @@ set(run_time_packages
     qml6-module-qtquick
     qml6-module-qtquick-layouts
     qml6-module-qtquick-window
+    libxcursor1
     fonts-inter)
 if(TARGET kestrin)
     list(JOIN run_time_packages ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
