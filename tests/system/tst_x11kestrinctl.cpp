@@ -37,8 +37,8 @@ Answer kestrinctl(const QString &arguments, const QStringList &unset = {}) {
 /// The values of one key in an array of objects.
 QStringList values(const QJsonArray &objects, const QString &key) {
     QStringList result;
-    for (const QJsonValue &object : objects)
-        result.append(object[key].toVariant().toString());
+    for (const auto &object : objects)
+        result.append(object.toObject().value(key).toVariant().toString());
     return result;
 }
 

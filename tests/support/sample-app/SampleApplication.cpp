@@ -195,6 +195,7 @@ void SampleApplication::setNumbers(xcb_window_t window, const char *name, const 
 void SampleApplication::setAtoms(xcb_window_t window, const char *name,
                                  const std::vector<std::string> &values) {
     std::vector<std::uint32_t> numbers;
+    numbers.reserve(values.size());
     for (const std::string &value : values)
         numbers.push_back(atom(value));
     setNumbers(window, name, "ATOM", numbers);
