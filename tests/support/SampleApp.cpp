@@ -86,6 +86,14 @@ SampleApp::~SampleApp() {
     kill();
 }
 
+QString SampleApp::told(const QString &word) const {
+    for (const QString &line : m_lines) {
+        if (line.startsWith(word + u' '))
+            return line.sliced(word.size() + 1);
+    }
+    return {};
+}
+
 void SampleApp::command(const char *command) {
     m_process.write(command);
     m_process.write("\n");

@@ -22,6 +22,8 @@ class SampleApp {
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     /// How often it has said this line.
     qsizetype said(const QString &line) const { return m_lines.count(line); }
+    /// What follows this word in the first line that begins with it; empty when none does.
+    QString told(const QString &word) const;
     /// For an application with --commands.
     void command(const char *command);
     /// Ends it from outside, as a crash would.

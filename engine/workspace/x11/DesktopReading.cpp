@@ -262,6 +262,30 @@ QList<quint32> windowsThatTakePartInClosing(X11Connection &connection, const QLi
     return result;
 }
 
+QList<QuitTarget::GtkApplication>
+gtkApplicationsOf(X11Connection &connection, const QList<DesktopWindow> &windows, const Deadline &deadline) {
+    struct Questions {
+        Property busName;
+        Property objectPath;
+    };
+    std::vector<Questions> questions;
+    for (const DesktopWindow &window : windows)
+        questions.push_back({ask(connection, window.id, connection.atoms().gtkBusName, textItems),
+                             ask(connection, window.id, connection.atoms().gtkApplicationPath, textItems)});
+    connection.flush();
+    QList<QuitTarget::GtkApplication> applications;
+    for (Questions &question : questions) {
+        const auto text = [&deadline](Property &property) {
+            return propertyText(rawProperty(property.take(deadline).get())).toUtf8();
+        };
+        const QuitTarget::GtkApplication application{text(question.busName), text(question.objectPath)};
+        if (!application.busName.isEmpty() && !application.objectPath.isEmpty() &&
+            !applications.contains(application))
+            applications.append(application);
+    }
+    return applications;
+}
+
 QList<quint32> windowsInUse(X11Connection &connection, const QList<quint32> &windows,
                             const Deadline &deadline) {
     struct Questions {

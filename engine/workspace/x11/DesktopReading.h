@@ -1,6 +1,7 @@
 // The desktop as the window manager presents it at one moment.
 #pragma once
 
+#include "engine/workspace/session/QuitCommands.h"
 #include "engine/workspace/x11/WindowFacts.h"
 #include "engine/workspace/x11/X11Connection.h"
 
@@ -48,6 +49,10 @@ WindowManager windowManagerOf(X11Connection &connection, const Deadline &deadlin
 /// Those of the windows that want to be asked before they are closed (WM_DELETE_WINDOW).
 QList<quint32> windowsThatTakePartInClosing(X11Connection &connection, const QList<DesktopWindow> &windows,
                                             const Deadline &deadline);
+
+/// The GTK applications that the windows say they belong to, each once.
+QList<QuitTarget::GtkApplication>
+gtkApplicationsOf(X11Connection &connection, const QList<DesktopWindow> &windows, const Deadline &deadline);
 
 /// Those of the windows that exist and are shown or minimised, whether or not a window manager lists them.
 QList<quint32> windowsInUse(X11Connection &connection, const QList<quint32> &windows,

@@ -21,6 +21,8 @@ struct X11Atoms {
     quint32 wmDeleteWindow = 0;
     quint32 windowPid = 0;
     quint32 gtkApplicationId = 0;
+    quint32 gtkBusName = 0;
+    quint32 gtkApplicationPath = 0;
     quint32 kdeDesktopFile = 0;
 
     quint32 windowState = 0;
@@ -68,6 +70,8 @@ inline constexpr X11AtomName x11AtomNames[] = {
     {&X11Atoms::wmDeleteWindow, "WM_DELETE_WINDOW"},
     {&X11Atoms::windowPid, "_NET_WM_PID"},
     {&X11Atoms::gtkApplicationId, "_GTK_APPLICATION_ID"},
+    {&X11Atoms::gtkBusName, "_GTK_UNIQUE_BUS_NAME"},
+    {&X11Atoms::gtkApplicationPath, "_GTK_APPLICATION_OBJECT_PATH"},
     {&X11Atoms::kdeDesktopFile, "_KDE_NET_WM_DESKTOP_FILE"},
     {&X11Atoms::windowState, "_NET_WM_STATE"},
     {&X11Atoms::skipTaskbar, "_NET_WM_STATE_SKIP_TASKBAR"},

@@ -1,16 +1,20 @@
 // A connection to an X server that may stop answering or go away at any time.
 #pragma once
 
-#include "engine/workspace/x11/Deadline.h"
+#include "engine/workspace/Deadline.h"
 #include "engine/workspace/x11/X11Atoms.h"
 
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <utility>
 
 namespace kestrin {
+
+/// What one call of the workspace may cost when the X server does not answer.
+inline constexpr std::chrono::milliseconds serverPatience{2000};
 
 struct FreeDeleter {
     void operator()(void *memory) const { std::free(memory); }

@@ -1,5 +1,6 @@
 #include "engine/workspace/x11/X11Workspace.h"
 
+#include "engine/workspace/session/QuitCommands.h"
 #include "engine/workspace/x11/ApplicationIdentity.h"
 #include "engine/workspace/x11/DesktopEntryIndex.h"
 #include "engine/workspace/x11/DesktopReading.h"
@@ -64,6 +65,10 @@ class X11Workspace::Private {
     X11Connection *connection(const Deadline &deadline);
     void drop();
     std::optional<WorkspaceApplication> recordOf(const DesktopApplication &application);
+    QuitTarget quitTarget(X11Connection &server, const DesktopApplication &application,
+                          const Deadline &deadline);
+    static bool closeWindows(X11Connection &server, const QList<DesktopWindow> &windows,
+                             const Deadline &deadline);
 
     void startWatching();
     void stopWatching();
@@ -150,20 +155,40 @@ std::optional<WorkspaceApplication> X11Workspace::Private::recordOf(const Deskto
 bool X11Workspace::Private::terminate(qint32 processIdentifier) {
     const Deadline deadline(serverPatience);
     X11Connection *const server = connection(deadline);
-    if (!server || windowManagerOf(*server, deadline) != WindowManager::closesWindows)
-        return false;
-    const auto reading = DesktopReading::take(*server, deadline);
+    const auto reading = server ? DesktopReading::take(*server, deadline) : std::nullopt;
     if (!reading)
         return false;
-    QList<DesktopWindow> windows = reading->windows;
-    windows.removeIf(
-        [&](const DesktopWindow &window) { return !window.counts() || window.process != processIdentifier; });
+    for (const DesktopApplication &application : reading->applications()) {
+        if (application.process == processIdentifier)
+            return acceptsQuitCommand(quitTarget(*server, application, deadline)) ||
+                   closeWindows(*server, application.windows, deadline);
+    }
+    return false;
+}
+
+QuitTarget X11Workspace::Private::quitTarget(X11Connection &server, const DesktopApplication &application,
+                                             const Deadline &deadline) {
+    QuitTarget target;
+    target.process = application.process;
+    target.gtkApplications = gtkApplicationsOf(server, application.windows, deadline);
+    target.names.append(ProcessIdentity::of(application.process).executableName());
+    m_entries.refresh();
+    if (const auto record = recordOf(application))
+        target.names.append(record->localizedName.value_or(QString()));
+    return target;
+}
+
+/// Whether at least one of the windows has been asked to close.
+bool X11Workspace::Private::closeWindows(X11Connection &server, const QList<DesktopWindow> &windows,
+                                         const Deadline &deadline) {
+    if (windowManagerOf(server, deadline) != WindowManager::closesWindows)
+        return false;
     // A window manager may kill the owner of a window that does not take part; such a window is left alone.
     std::vector<PendingReply<void>> requests;
-    for (const quint32 window : windowsThatTakePartInClosing(*server, windows, deadline))
-        requests.push_back(requestClosing(*server, window));
-    PendingReply<xcb_get_input_focus_reply_t> end(*server, xcb_get_input_focus(server->xcb()));
-    server->flush();
+    for (const quint32 window : windowsThatTakePartInClosing(server, windows, deadline))
+        requests.push_back(requestClosing(server, window));
+    PendingReply<xcb_get_input_focus_reply_t> end(server, xcb_get_input_focus(server.xcb()));
+    server.flush();
     // The server has handled the requests when it answers what comes after them.
     if (!end.take(deadline))
         return false;

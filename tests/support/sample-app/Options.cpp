@@ -33,7 +33,20 @@ those of every window; without any --window there is one.
   --commands               reads commands from standard input and ends with it: "open" opens one more window like
                            the last, "close" closes the last
 
-Prints what happens, a line each: "mapped N", "asked N" (to close window N), "dialog N", "closed N", "away", "back".
+What it offers on the session bus, each in a MANNER: accepts, refuses, hangs, is-busy (answers all but the command)
+or disabled:
+  --gtk MANNER             the action "quit" of a GTK application
+  --kde MANNER             the action "file_quit" of a KDE application's window
+  --qt MANNER              the method "quit" of a Qt application
+  --tray MANNER            a tray icon with a menu
+  --menu LABELS            the labels of that menu, separated by commas; what follows a ">" is in a submenu
+  --watcher MANNER         the list of the tray icons of others
+  --bus-name NAME          a name that it owns
+  --claim NAME             the name on the bus that its windows claim; the true one unless told
+  --map FILE               has the file in its memory, as if it were one of its libraries
+
+Prints what happens, a line each: "mapped N", "asked N" (to close window N), "dialog N", "closed N", "away", "back",
+"bus NAME", "in tray", "quit gtk", "quit kde", "quit qt", "quit tray LABEL".
 )";
 
 namespace {
@@ -42,6 +55,10 @@ const std::map<std::string, Manner> manners{
     {"closes", Manner::closes},     {"asks", Manner::asks},         {"no-delete", Manner::noDelete},
     {"ignores", Manner::ignores},   {"vanishes", Manner::vanishes}, {"reappears", Manner::reappears},
     {"flickers", Manner::flickers},
+};
+const std::map<std::string, BusManner> busManners{
+    {"accepts", BusManner::accepts}, {"refuses", BusManner::refuses},   {"hangs", BusManner::hangs},
+    {"is-busy", BusManner::isBusy},  {"disabled", BusManner::disabled},
 };
 const std::set<std::string> types{"normal", "dialog", "utility", "toolbar",     "menu",
                                   "splash", "dock",   "desktop", "notification"};
@@ -120,6 +137,17 @@ class Parser {
         window().manner = found->second;
         return {};
     }
+    std::string takeBusManner(BusManner BusOptions::*field, const std::string &value) {
+        const auto found = busManners.find(value);
+        if (found == busManners.end())
+            return "accepts, refuses, hangs, is-busy or disabled";
+        m_options.bus.*field = found->second;
+        return {};
+    }
+    static std::string takeInto(std::string &field, const std::string &value) {
+        field = value;
+        return {};
+    }
     std::string takeProcess(const std::string &value) {
         std::uint32_t process = 0;
         std::string wanted = takeNumber(process, value, std::numeric_limits<std::uint32_t>::max());
@@ -162,6 +190,15 @@ class Parser {
         {"--malformed", [this](const auto &value) { return takeMalformed(value); }},
         {"--manner", [this](const auto &value) { return takeManner(value); }},
         {"--windows", [this](const auto &value) { return takeNumber(m_count, value, 1000); }},
+        {"--gtk", [this](const auto &value) { return takeBusManner(&BusOptions::gtk, value); }},
+        {"--kde", [this](const auto &value) { return takeBusManner(&BusOptions::kde, value); }},
+        {"--qt", [this](const auto &value) { return takeBusManner(&BusOptions::qt, value); }},
+        {"--tray", [this](const auto &value) { return takeBusManner(&BusOptions::tray, value); }},
+        {"--watcher", [this](const auto &value) { return takeBusManner(&BusOptions::watcher, value); }},
+        {"--menu", [this](const auto &value) { return takeInto(m_options.bus.menu, value); }},
+        {"--bus-name", [this](const auto &value) { return takeInto(m_options.bus.name, value); }},
+        {"--claim", [this](const auto &value) { return takeInto(m_options.bus.claimedName, value); }},
+        {"--map", [this](const auto &value) { return takeInto(m_options.mappedFile, value); }},
         {"--reappear-after",
          [this](const auto &value) {
              return takeNumber(m_options.reappearsAfterMilliseconds, value, 600000);

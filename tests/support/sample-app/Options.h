@@ -50,10 +50,53 @@ struct WindowOptions {
     Manner manner = Manner::closes;
 };
 
+/// How an object on the bus deals with who asks for it.
+enum class BusManner {
+    absent,
+    /// Does what it is asked to do.
+    accepts,
+    /// Answers questions, and the command with an error.
+    refuses,
+    /// Answers nothing.
+    hangs,
+    /// Answers questions, and the command never.
+    isBusy,
+    /// Says that the command is not to be had now.
+    disabled,
+};
+
+/// What the application offers on the session bus.
+struct BusOptions {
+    /// The action "quit" of a GTK application.
+    BusManner gtk = BusManner::absent;
+    /// The action behind Quit of a KDE application's window.
+    BusManner kde = BusManner::absent;
+    /// The method "quit" of a Qt application.
+    BusManner qt = BusManner::absent;
+    /// A tray icon with a menu.
+    BusManner tray = BusManner::absent;
+    /// Keeps the tray icons of others.
+    BusManner watcher = BusManner::absent;
+    /// Owned in addition; empty for none.
+    std::string name;
+    /// What the windows say about whose GTK application they are; empty for the true one.
+    std::string claimedName;
+    /// Separated by commas; what follows a ">" is in a submenu.
+    std::string menu = "Open,Quit";
+
+    bool isAnything() const {
+        return gtk != BusManner::absent || kde != BusManner::absent || qt != BusManner::absent ||
+               tray != BusManner::absent || watcher != BusManner::absent || !name.empty();
+    }
+};
+
 struct Options {
     std::vector<WindowOptions> windows;
     std::uint32_t reappearsAfterMilliseconds = 200;
     bool takesCommands = false;
+    BusOptions bus;
+    /// A file that is part of the process's memory, as a library would be; empty for none.
+    std::string mappedFile;
 };
 
 /// The options; or what is to be printed instead: the help, or one sentence that says what is wrong.

@@ -7,18 +7,14 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <fcntl.h>
 #include <poll.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 namespace kestrin::sample {
 
 namespace {
-
-/// Every line at once, for whoever waits for it.
-void say(const std::string &fact) {
-    std::puts(fact.c_str());
-    std::fflush(stdout);
-}
 
 void say(const char *fact, int number) {
     say(std::string(fact) + ' ' + std::to_string(number));
@@ -28,6 +24,14 @@ std::string upperCase(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
                    [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return text;
+}
+
+/// Left mapped until the process ends.
+void mapFile(const std::string &path) {
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0 || ::mmap(nullptr, 1, PROT_READ, MAP_PRIVATE, file, 0) == MAP_FAILED)
+        std::fprintf(stderr, "sample-app cannot map %s.\n", path.c_str());
+    ::close(file);
 }
 
 } // namespace
@@ -43,6 +47,10 @@ int SampleApplication::run() {
         return 1;
     }
     m_screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection.get())).data;
+    if (!m_options.mappedFile.empty())
+        mapFile(m_options.mappedFile);
+    if (m_options.bus.isAnything())
+        m_bus = BusObjects::start(m_options.bus, [this] { m_isEnded = true; });
     for (const WindowOptions &window : m_options.windows) {
         if (!window.isLater)
             openNumbered(window);
@@ -72,13 +80,18 @@ bool SampleApplication::isDone() const {
 /// For an event, a command, or the time to come back.
 void SampleApplication::wait() {
     xcb_flush(m_connection.get());
+    if (m_bus && m_bus->process())
+        return;
     int patience = -1;
     if (m_reappearsAt) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(*m_reappearsAt - Clock::now());
         patience = static_cast<int>(std::max<std::int64_t>(left.count(), 0));
     }
-    pollfd sources[2] = {{xcb_get_file_descriptor(m_connection.get()), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
-    ::poll(sources, m_takesCommands ? 2 : 1, patience);
+    // poll() passes over negative ones.
+    pollfd sources[] = {{xcb_get_file_descriptor(m_connection.get()), POLLIN, 0},
+                        {m_takesCommands ? STDIN_FILENO : -1, POLLIN, 0},
+                        {m_bus ? m_bus->descriptor() : -1, m_bus ? m_bus->events() : short{0}, 0}};
+    ::poll(sources, std::size(sources), patience);
     if (m_takesCommands && sources[1].revents != 0)
         takeCommands();
 }
@@ -134,6 +147,10 @@ void SampleApplication::describe(xcb_window_t window, const WindowOptions &optio
         setText(window, "WM_CLASS", "STRING", *options.instanceName + '\0' + options.className + '\0');
     if (!options.gtkApplicationId.empty())
         setText(window, "_GTK_APPLICATION_ID", "UTF8_STRING", options.gtkApplicationId);
+    if (m_bus && m_options.bus.gtk != BusManner::absent) {
+        setText(window, "_GTK_UNIQUE_BUS_NAME", "UTF8_STRING", m_bus->claimedName());
+        setText(window, "_GTK_APPLICATION_OBJECT_PATH", "UTF8_STRING", BusObjects::gtkPath);
+    }
     if (!options.kdeDesktopFile.empty())
         setText(window, "_KDE_NET_WM_DESKTOP_FILE", "UTF8_STRING", options.kdeDesktopFile);
     if (options.claimedProcess)

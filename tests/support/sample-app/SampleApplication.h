@@ -1,6 +1,7 @@
 // An application whose windows look and behave as a test wants.
 #pragma once
 
+#include "tests/support/sample-app/BusObjects.h"
 #include "tests/support/sample-app/Options.h"
 
 #include <xcb/xcb.h>
@@ -57,6 +58,8 @@ class SampleApplication {
     std::map<xcb_window_t, Window> m_windows;
     xcb_window_t m_firstWindow = 0;
     int m_lastNumber = 0;
+    /// Null without a bus.
+    std::unique_ptr<BusObjects> m_bus;
     std::string m_commands;
     bool m_takesCommands = false;
     bool m_isEnded = false;

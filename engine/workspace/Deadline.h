@@ -6,8 +6,8 @@
 
 namespace kestrin {
 
-/// A point in time that a whole conversation with the X server has to meet, so that a server that has stopped
-/// answering costs one wait, however many answers were due.
+/// A point in time that a whole conversation has to meet, so that a server that has stopped answering costs
+/// one wait, however many answers were due.
 class Deadline {
   public:
     explicit Deadline(std::chrono::milliseconds patience)
@@ -23,8 +23,5 @@ class Deadline {
   private:
     std::chrono::steady_clock::time_point m_end;
 };
-
-/// What one call of the workspace may cost when the X server does not answer.
-inline constexpr std::chrono::milliseconds serverPatience{2000};
 
 } // namespace kestrin
