@@ -159,6 +159,7 @@ class QuitConversation {
     void searchTrayIcons(const QByteArray &watcher);
     void searchTrayMenu(const TrayIconAddress &icon);
     void readTrayMenu(const BusMethod &event, sd_bus_message *reply, const QStringList &names);
+    bool isAcceptance(sd_bus_message *reply) const;
     bool acceptsWithin(Step step);
     std::optional<Command> takeCommand(Step last);
     /// The process's own unique name behind a name; null when it is somebody else's.
@@ -187,7 +188,7 @@ template <typename... Arguments>
 void QuitConversation::ask(Search &search, const BusMethod &method, Answer answer, const char *types,
                            Arguments... arguments) {
     const auto answered = [&search, answer = std::move(answer)](sd_bus_message *reply) {
-        if (reply)
+        if (!SessionBus::isError(reply))
             answer(reply);
         --search.openQuestions;
     };
@@ -213,15 +214,22 @@ template <typename... Arguments>
 void QuitConversation::offer(Step step, const BusMethod &method, const char *types, Arguments... arguments) {
     m_searches[step].commands.append([=, this](const std::function<void()> &settle) {
         const auto answered = [this, settle](sd_bus_message *reply) {
-            // Some say in their answer whether they did it.
-            int did = 1;
-            if (reply && sd_bus_message_has_signature(reply, "b") > 0)
-                sd_bus_message_read_basic(reply, 'b', &did);
-            m_isAccepted = m_isAccepted || (reply && did != 0);
+            m_isAccepted = m_isAccepted || isAcceptance(reply);
             settle();
         };
         return m_bus.call(method, answered, types, arguments...);
     });
+}
+
+bool QuitConversation::isAcceptance(sd_bus_message *reply) const {
+    // Some end before their answer is on its way.
+    if (SessionBus::isError(reply))
+        return m_bus.tellsOfLeaving(reply);
+    // Some say in their answer whether they did it.
+    int did = 1;
+    if (sd_bus_message_has_signature(reply, "b") > 0)
+        sd_bus_message_read_basic(reply, 'b', &did);
+    return did != 0;
 }
 
 bool QuitConversation::reachesAcceptance() {

@@ -43,8 +43,13 @@ int SessionBus::answered(sd_bus_message *reply, void *pending, sd_bus_error * /*
     auto *const question = static_cast<Pending *>(pending);
     const Answer answer = std::move(question->answer);
     question->bus->m_pending.erase(question->self);
-    answer(sd_bus_message_is_method_error(reply, nullptr) > 0 ? nullptr : reply);
+    answer(reply);
     return 0;
+}
+
+bool SessionBus::tellsOfLeaving(sd_bus_message *reply) const {
+    // As nothing here gives up waiting, this error comes from the bus; or from sd-bus when the bus has gone.
+    return sd_bus_is_open(m_bus) > 0 && sd_bus_message_is_method_error(reply, SD_BUS_ERROR_NO_REPLY) > 0;
 }
 
 bool SessionBus::waitUntil(const std::function<bool()> &isDone, const Deadline &deadline) {

@@ -26,7 +26,7 @@ struct BusMethod {
 /// somebody waits with a deadline. Main thread only.
 class SessionBus {
   public:
-    /// With the reply, which lasts as long as the call; null for an error, or when the bus has gone.
+    /// With the reply, which may be an error and lasts as long as the call.
     using Answer = std::function<void(sd_bus_message *)>;
 
     /// Begins to connect, which takes no time; null when there is no bus.
@@ -45,6 +45,10 @@ class SessionBus {
         return message && sd_bus_message_append(message.get(), types, arguments...) >= 0 &&
                send(message.get(), std::move(answer));
     }
+
+    static bool isError(sd_bus_message *reply) { return sd_bus_message_is_method_error(reply, nullptr) != 0; }
+    /// Whether whoever was asked left the bus instead of answering.
+    bool tellsOfLeaving(sd_bus_message *reply) const;
 
     /// Hands out answers as they come. False when that was not enough by the deadline, or the bus has gone.
     bool waitUntil(const std::function<bool()> &isDone, const Deadline &deadline);

@@ -121,9 +121,10 @@ void BusObjects::command(sd_bus_message *message, BusManner manner, const std::s
     if (manner == BusManner::refuses || manner == BusManner::disabled) {
         say("refused");
         sd_bus_reply_method_errorf(message, "org.example.Refused", "No.");
-    } else if (manner == BusManner::accepts) {
+    } else if (manner == BusManner::accepts || manner == BusManner::leaves) {
         say(fact);
-        sd_bus_reply_method_return(message, types, 1);
+        if (manner == BusManner::accepts)
+            sd_bus_reply_method_return(message, types, 1);
         m_quit();
     } else {
         say("silent");
@@ -230,8 +231,10 @@ int BusObjects::registered(sd_bus_message *message, void * /*self*/, sd_bus_erro
 #endif
 const sd_bus_vtable BusObjects::watcherTable[] = {
     SD_BUS_VTABLE_START(0),
-    SD_BUS_METHOD("RegisterStatusNotifierItem", "s", "", BusObjects::registerIcon, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("RegisterStatusNotifierHost", "s", "", BusObjects::registerIcon, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("RegisterStatusNotifierItem", "s", "", BusObjects::registerIcon,
+                  SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("RegisterStatusNotifierHost", "s", "", BusObjects::registerIcon,
+                  SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_PROPERTY("RegisteredStatusNotifierItems", "as", BusObjects::readIcons, 0, 0),
     SD_BUS_PROPERTY("IsStatusNotifierHostRegistered", "b", BusObjects::readIcons, 0, 0),
     SD_BUS_PROPERTY("ProtocolVersion", "i", BusObjects::readIcons, 0, 0),
@@ -259,8 +262,7 @@ int BusObjects::registerIcon(sd_bus_message *message, void *self, sd_bus_error *
 }
 
 int BusObjects::readIcons(sd_bus * /*bus*/, const char * /*path*/, const char * /*interface*/,
-                          const char *property, sd_bus_message *reply, void *self,
-                          sd_bus_error * /*error*/) {
+                          const char *property, sd_bus_message *reply, void *self, sd_bus_error * /*error*/) {
     if (std::strcmp(property, "RegisteredStatusNotifierItems") != 0)
         return sd_bus_message_append(reply, property[0] == 'I' ? "b" : "i", property[0] == 'I' ? 1 : 0);
     sd_bus_message_open_container(reply, 'a', "s");

@@ -20,8 +20,8 @@ class BusObjects {
     /// Where the GTK application is, in addition to where its name says.
     static constexpr const char *gtkPath = "/org/example/Sample";
 
-    /// On the bus of the environment; null when there is none. `quit` is called for every command to quit that
-    /// is accepted.
+    /// On the bus of the environment; null when there is none. `quit` is called for every command to quit
+    /// that is accepted.
     static std::unique_ptr<BusObjects> start(const BusOptions &options, std::function<void()> quit);
 
     BusObjects(const BusObjects &) = delete;

@@ -33,8 +33,8 @@ those of every window; without any --window there is one.
   --commands               reads commands from standard input and ends with it: "open" opens one more window like
                            the last, "close" closes the last
 
-What it offers on the session bus, each in a MANNER: accepts, refuses, hangs, is-busy (answers all but the command)
-or disabled:
+What it offers on the session bus, each in a MANNER: accepts, refuses, hangs, is-busy (answers all but the command),
+leaves (ends without an answer) or disabled:
   --gtk MANNER             the action "quit" of a GTK application
   --kde MANNER             the action "file_quit" of a KDE application's window
   --qt MANNER              the method "quit" of a Qt application
@@ -57,8 +57,8 @@ const std::map<std::string, Manner> manners{
     {"flickers", Manner::flickers},
 };
 const std::map<std::string, BusManner> busManners{
-    {"accepts", BusManner::accepts}, {"refuses", BusManner::refuses},   {"hangs", BusManner::hangs},
-    {"is-busy", BusManner::isBusy},  {"disabled", BusManner::disabled},
+    {"accepts", BusManner::accepts}, {"refuses", BusManner::refuses}, {"hangs", BusManner::hangs},
+    {"is-busy", BusManner::isBusy},  {"leaves", BusManner::leaves},   {"disabled", BusManner::disabled},
 };
 const std::set<std::string> types{"normal", "dialog", "utility", "toolbar",     "menu",
                                   "splash", "dock",   "desktop", "notification"};
@@ -140,7 +140,7 @@ class Parser {
     std::string takeBusManner(BusManner BusOptions::*field, const std::string &value) {
         const auto found = busManners.find(value);
         if (found == busManners.end())
-            return "accepts, refuses, hangs, is-busy or disabled";
+            return "accepts, refuses, hangs, is-busy, leaves or disabled";
         m_options.bus.*field = found->second;
         return {};
     }

@@ -61,6 +61,8 @@ enum class BusManner {
     hangs,
     /// Answers questions, and the command never.
     isBusy,
+    /// Answers questions, and ends at the command without an answer.
+    leaves,
     /// Says that the command is not to be had now.
     disabled,
 };

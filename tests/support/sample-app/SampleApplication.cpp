@@ -17,7 +17,7 @@ namespace kestrin::sample {
 namespace {
 
 void say(const char *fact, int number) {
-    say(std::string(fact) + ' ' + std::to_string(number));
+    sample::say(std::string(fact) + ' ' + std::to_string(number));
 }
 
 std::string upperCase(std::string text) {

@@ -1,0 +1,145 @@
+// Which item of a menu quits, and what members of the bus tell about themselves.
+
+#include "engine/workspace/session/BusObject.h"
+#include "engine/workspace/session/QuitCommands.h"
+#include "engine/workspace/session/TrayMenu.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+
+class QuitCommandsTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void labels_data();
+    void labels();
+    void items();
+    void introspection_data();
+    void introspection();
+    void trayIconAddresses();
+    void whichQtAsksFirst();
+};
+
+void QuitCommandsTest::labels_data() {
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QStringList>("languages");
+    QTest::addColumn<bool>("expected");
+
+    const QStringList german{u"de-AT"_s, u"de"_s};
+    const auto row = [](const QString &label, const QStringList &languages, bool expected) {
+        QTest::newRow(qUtf8Printable(label + u' ' + languages.join(u' '))) << label << languages << expected;
+    };
+    for (const QString &label :
+         {u"Quit"_s, u"_Quit"_s, u"E_xit"_s, u"&Quit\tCtrl+Q"_s, u" exit "_s, u"Quit…"_s, u"QUIT..."_s,
+          u"Quit Foo Talk"_s, u"Exit  foo talk"_s, u"Quit Foo__Talk"_s})
+        row(label, {}, label != u"Quit Foo__Talk"_s);
+    for (const QString &label : {u"_Beenden"_s, u"Foo Talk beenden"_s, u"Quit"_s, u"foo-talk beenden"_s})
+        row(label, german, true);
+    row(u"Beenden"_s, {}, false);
+    row(u"終了(_Q)"_s, {u"ja-JP"_s}, true);
+    row(u"Foo Talk を終了"_s, {u"ja"_s}, true);
+    row(u"退出(&X)"_s, {u"zh-Hans-CN"_s}, true);
+    row(u"ÇIKIŞ"_s, {u"de"_s}, false);
+    // What merely begins or ends like it does something else.
+    for (const QString &label : {u""_s, u"Quit Meeting"_s, u"Quit on Close"_s, u"Exit Full Screen"_s,
+                                 u"Close"_s, u"Hide"_s, u"Foo Talk"_s, u"Quiet"_s, u"Don't Quit"_s, u"_"_s})
+        row(label, german, false);
+}
+
+void QuitCommandsTest::labels() {
+    QFETCH(QString, label);
+    QFETCH(QStringList, languages);
+    QFETCH(bool, expected);
+    QCOMPARE(meansQuit(label, quitWords(languages), {QString(), u"Foo Talk"_s, u"foo-talk"_s}), expected);
+}
+
+void QuitCommandsTest::items() {
+    const auto item = [](qint32 id, const QString &label) {
+        TrayMenuItem result;
+        result.id = id;
+        result.label = label;
+        return result;
+    };
+    const QStringList words = quitWords({});
+    const auto chosen = [&words](const TrayMenuItem &root) { return quitItem(root, words, {}).value_or(-1); };
+
+    TrayMenuItem root;
+    root.children = {item(1, u"Open"_s), item(2, u"Call"_s), item(3, u"Leave"_s)};
+    QCOMPARE(chosen(root), -1);
+    root.children[2].iconName = u"application-exit"_s;
+    QCOMPARE(chosen(root), 3);
+    root.children[1].children = {item(4, u"_Quit"_s)};
+    QCOMPARE(chosen(root), 4);
+    root.children.push_back(item(5, u"E_xit"_s));
+    QCOMPARE(chosen(root), 5);
+
+    for (bool TrayMenuItem::*needed :
+         {&TrayMenuItem::isEnabled, &TrayMenuItem::isVisible, &TrayMenuItem::isCommand}) {
+        root.children[3].*needed = false;
+        QCOMPARE(chosen(root), 4);
+        root.children[3].*needed = true;
+    }
+    root.children[3].hasSubmenu = true;
+    QCOMPARE(chosen(root), 4);
+    root.children[1].isEnabled = false;
+    QCOMPARE(chosen(root), 3);
+    root.children[2].isVisible = false;
+    QCOMPARE(chosen(root), -1);
+}
+
+void QuitCommandsTest::introspection_data() {
+    QTest::addColumn<QString>("xml");
+    QTest::addColumn<QString>("expected"); // children|interfaces|methods of "a"
+
+    QTest::newRow("all")
+        << u"<!DOCTYPE node><node><interface name='a'><signal name='s'><arg type='s'/></signal>"
+           "<method name='quit'><annotation name='x' value='y'/></method>"
+           "<method name='out'><arg type='b' direction='out'/></method>"
+           "<method name='in'><arg type='s'/></method>"
+           "<method name='in2'><arg direction='in' type='s'/></method></interface>"
+           "<interface name='b'/><node name='x'/><node name='y'><interface name='c'/></node>"
+           "</node>"_s
+        << u"x y|a b|quit out"_s;
+    QTest::newRow("broken") << u"<node><node name='x'/><interface name='a'><method name='quit'/>"_s
+                            << u"x|a|quit"_s;
+    QTest::newRow("no text") << QString() << u"||"_s;
+    QTest::newRow("no XML") << u"quit"_s << u"||"_s;
+}
+
+void QuitCommandsTest::introspection() {
+    QFETCH(QString, xml);
+    const BusObject object = BusObject::fromIntrospection(xml);
+    const QStringList found{object.children.join(u' '), object.interfaces.join(u' '),
+                            object.plainMethods.value(u"a"_s).join(u' ')};
+    QTEST(found.join(u'|'), "expected");
+}
+
+void QuitCommandsTest::trayIconAddresses() {
+    using Address = TrayIconAddress;
+    QCOMPARE(Address::parse(":1.52"), (Address{":1.52", "/StatusNotifierItem"}));
+    QCOMPARE(Address::parse("org.kde.StatusNotifierItem-7-1/StatusNotifierItem"),
+             (Address{"org.kde.StatusNotifierItem-7-1", "/StatusNotifierItem"}));
+    QCOMPARE(Address::parse(":1.52/org/example/Icon"), (Address{":1.52", "/org/example/Icon"}));
+    QCOMPARE(Address::parse(":1.52@/org/example/Icon"), (Address{":1.52", "/org/example/Icon"}));
+    QCOMPARE(gtkObjectPath("org.example.Foo-Talk"), "/org/example/Foo_Talk");
+}
+
+void QuitCommandsTest::whichQtAsksFirst() {
+    const auto map = [](const char *library) {
+        return QByteArray(
+                   "7f00-7f01 r-xp 00000000 08:01 1 /usr/lib/libc.so.6\n7f01-7f02 r--p 00000000 08:01 2 ") +
+               library + "\n";
+    };
+    for (const char *library : {"/usr/lib/libQt6Core.so.6.4.2", "/app/lib/libQt10Core.so.10"})
+        QVERIFY(asksBeforeItQuits(map(library)));
+    for (const char *library : {"/usr/lib/libQt5Core.so.5.15.8", "/usr/lib/libQtCore.so.4", "/usr/lib/libQt6",
+                                "/usr/lib/libQt6Gui.so.6", "/home/libQt6CoreNotes.txt"})
+        QVERIFY2(!asksBeforeItQuits(map(library)), library);
+    QVERIFY(asksBeforeItQuits(map("/usr/lib/libQt5Core.so.5") + map("/usr/lib/libQt6Core.so.6")));
+    QVERIFY(!asksBeforeItQuits({}));
+}
+
+QTEST_GUILESS_MAIN(QuitCommandsTest)
+#include "tst_quitcommands.moc"
