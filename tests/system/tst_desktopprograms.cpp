@@ -5,6 +5,8 @@
 #include "engine/workspace/x11/X11Workspace.h"
 #include "tests/support/SampleApp.h"
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
@@ -57,9 +59,19 @@ class DesktopProgramsTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
+    void initTestCase();
     void quits_data();
     void quits();
 };
+
+/// This desktop's own preferences, in which the program with the tray icon finds that it has one.
+void DesktopProgramsTest::initTestCase() {
+    const QDir folder(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/feathernotes"_s);
+    QVERIFY(folder.mkpath(u"."_s));
+    QFile preferences(folder.filePath(u"fn.conf"_s));
+    QVERIFY(preferences.open(QIODevice::WriteOnly));
+    QVERIFY(preferences.write("[window]\nhasTray=true\n") > 0);
+}
 
 void DesktopProgramsTest::quits_data() {
     QTest::addColumn<QString>("program");
