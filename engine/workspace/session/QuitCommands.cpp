@@ -152,6 +152,8 @@ class QuitConversation {
 
     Deadline share(std::size_t step) const;
     bool findOwnNames();
+    void askForProcess(const QByteArray &uniqueName);
+    void askForOwner(const QByteArray &name);
     void startSearches();
     void searchGtkActions(const QByteArray &owner, const QByteArray &path);
     void searchKdeWindows(const QByteArray &owner);
@@ -244,32 +246,44 @@ QByteArray QuitConversation::ownerIfOwn(const QByteArray &name) const {
     return m_ownUniqueNames.contains(owner) ? owner : QByteArray();
 }
 
-/// The bus itself tells which process is behind a name.
+/// The bus itself tells which process is behind a name. Most applications have none, and those are not kept
+/// waiting for what the other names are about.
 bool QuitConversation::findOwnNames() {
-    const auto learn = [this](const QByteArray &name) {
-        if (name.startsWith(':')) {
-            ask(
-                m_names, busMethod("GetConnectionUnixProcessID"),
-                [this, name](sd_bus_message *reply) {
-                    quint32 process = 0;
-                    if (sd_bus_message_read_basic(reply, 'u', &process) > 0 &&
-                        process == static_cast<quint32>(m_target.process))
-                        m_ownUniqueNames.append(name);
-                },
-                "s", name.constData());
-        } else {
-            ask(
-                m_names, busMethod("GetNameOwner"),
-                [this, name](sd_bus_message *reply) { m_owners.insert(name, readBytes(reply, 's')); }, "s",
-                name.constData());
-        }
+    const auto settle = [this] {
+        return m_bus.waitUntil([this] { return m_names.openQuestions == 0; }, share(stepCount));
     };
-    ask(m_names, busMethod("ListNames"), [learn](sd_bus_message *reply) {
-        for (const QByteArray &name : readStrings(reply))
-            learn(name);
-    });
-    return m_bus.waitUntil([this] { return m_names.openQuestions == 0; }, share(stepCount)) &&
-           !m_ownUniqueNames.isEmpty();
+    QList<QByteArray> names;
+    ask(m_names, busMethod("ListNames"), [&names](sd_bus_message *reply) { names = readStrings(reply); });
+    if (!settle())
+        return false;
+    for (const QByteArray &name : std::as_const(names)) {
+        if (name.startsWith(':'))
+            askForProcess(name);
+    }
+    if (!settle() || m_ownUniqueNames.isEmpty())
+        return false;
+    for (const QByteArray &name : std::as_const(names)) {
+        if (!name.startsWith(':'))
+            askForOwner(name);
+    }
+    return settle();
+}
+
+void QuitConversation::askForProcess(const QByteArray &uniqueName) {
+    const auto answered = [this, uniqueName](sd_bus_message *reply) {
+        quint32 process = 0;
+        if (sd_bus_message_read_basic(reply, 'u', &process) > 0 &&
+            process == static_cast<quint32>(m_target.process))
+            m_ownUniqueNames.append(uniqueName);
+    };
+    ask(m_names, busMethod("GetConnectionUnixProcessID"), answered, "s", uniqueName.constData());
+}
+
+void QuitConversation::askForOwner(const QByteArray &name) {
+    const auto answered = [this, name](sd_bus_message *reply) {
+        m_owners.insert(name, readBytes(reply, 's'));
+    };
+    ask(m_names, busMethod("GetNameOwner"), answered, "s", name.constData());
 }
 
 void QuitConversation::startSearches() {
