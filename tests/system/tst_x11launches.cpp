@@ -209,8 +209,12 @@ void X11LaunchesTest::relaunchWhileMonitoring() {
     // What is on screen already is not asked by a monitor, also not by a new one.
     runtime.configureRelaunchMonitor();
     runtime.updatePrivacyMode(false, false);
+    // Whoever subscribes later is told later: once this one has heard, so has the monitor.
+    QList<qint32> heard;
+    const auto listener = workspace.subscribeToLaunches(
+        [&heard](const WorkspaceApplication &application) { heard.append(application.processIdentifier); });
     const SampleApp whileOff(options(u"--class zoom/zoom"_s));
-    QTRY_VERIFY(running(workspace).contains(whileOff.pid()));
+    QTRY_VERIFY(heard.contains(whileOff.pid()));
     runtime.updatePrivacyMode(true, false);
     const SampleApp again(options(u"--class zoom/zoom"_s));
     expected += {u"Zoom relaunched while Privacy Mode is on."_s, u"Asked Zoom to quit."_s};
