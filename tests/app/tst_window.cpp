@@ -2,7 +2,6 @@
 
 #include "app/Kestrin/MacConfiguration.h"
 #include "design/KestrinTone.h"
-#include "runtime/PrivacyModeFlag.h"
 #include "tests/support/WindowHome.h"
 
 #include <QAccessible>
@@ -114,26 +113,10 @@ struct Desk : samples::WindowHome {
         for (const QString &name : names)
             workspace.add(samples::running(name, pid++));
     }
-    QString spokenFocus() const {
-        QQuickItem *const item = window().activeFocusItem();
-        QAccessibleInterface *const spoken = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
-        return spoken ? spoken->text(QAccessible::Name) : QString();
-    }
 };
 
 constexpr int tone(KestrinTone value) {
     return static_cast<int>(value);
-}
-
-void listen(QAccessibleInterface *spoken, QStringList &phrases) {
-    const QAccessible::Role role = spoken->role();
-    const QString name = spoken->text(QAccessible::Name);
-    if (spoken->state().invisible)
-        return;
-    if (!name.isEmpty())
-        phrases.append((role == QAccessible::Heading ? u"heading: "_s : QString()) + name);
-    for (int i = 0; i < spoken->childCount(); ++i)
-        listen(spoken->child(i), phrases);
 }
 
 const QString checkedOn = u"Privacy Mode is on. Evaluating Mac protected apps."_s;
@@ -162,12 +145,7 @@ class WindowTest : public QObject {
     void links();
     void connectPage();
     void sidebar();
-    void keyboard();
-    void assistiveNames_data();
-    void assistiveNames();
-    void everyControlIsNamed();
     void oddNames();
-    void otherProcesses();
     void pagesScroll();
 };
 
@@ -448,87 +426,6 @@ void WindowTest::sidebar() {
     QVERIFY(desk.says(u"Enforcing"_s));
 }
 
-void WindowTest::keyboard() {
-    Desk desk;
-    desk.show(MacSection::Home);
-    for (int section = 6; section >= 0; --section) {
-        desk.key(static_cast<Qt::Key>(Qt::Key_1 + section), Qt::ControlModifier);
-        QCOMPARE(static_cast<int>(desk.section()), section);
-    }
-    QStringList stops;
-    for (int i = 0; i < 4; ++i) {
-        desk.key(Qt::Key_Tab);
-        stops.append(desk.spokenFocus());
-    }
-    QCOMPARE(stops, (QStringList{u"Home"_s, u"Privacy Mode"_s, u"Run Mac Check"_s, u"Manage devices"_s}));
-    // What was pressed goes with its page; the keyboard goes on from the section.
-    desk.key(Qt::Key_Return);
-    QCOMPARE(desk.section(), MacSection::Devices);
-    QCOMPARE(desk.spokenFocus(), u"Devices"_s);
-    desk.key(Qt::Key_Down);
-    desk.key(Qt::Key_Down);
-    QCOMPARE(desk.section(), MacSection::Schedule);
-    QCOMPARE(desk.spokenFocus(), u"Schedule"_s);
-    desk.key(Qt::Key_Tab);
-    desk.key(Qt::Key_Tab);
-    QCOMPARE(desk.spokenFocus(), u"Away Mode"_s);
-    desk.key(Qt::Key_Space);
-    QCOMPARE(desk.runtime().enabledScheduleCount(), 1);
-    QCOMPARE(desk.spokenFocus(), u"Away Mode"_s);
-    desk.key(Qt::Key_1, Qt::ControlModifier);
-    QCOMPARE(desk.spokenFocus(), u"Home"_s);
-}
-
-void WindowTest::assistiveNames_data() {
-    QTest::addColumn<MacSection>("section");
-    QTest::addColumn<QStringList>("phrases");
-    QTest::newRow("home") << MacSection::Home
-                          << QStringList{
-                                 u"Kestrin logo"_s,
-                                 u"heading: You are protected"_s,
-                                 u"Privacy Mode"_s,
-                                 u"heading: Device status"_s,
-                                 u"Mac engine, Preview"_s,
-                                 u"iPhone, Mobile app, Use the mobile app for iPhone/iPad Screen Time "
-                                 "setup"_s};
-    QTest::newRow("apps") << MacSection::Apps
-                          << QStringList{u"heading: Live Mac Check"_s, u"Running apps, 12"_s,
-                                         u"Protected app matches, 1"_s,
-                                         u"Zoom, Video call / Microphone / Camera, Keep closed"_s,
-                                         u"Protect Zoom"_s};
-    QTest::newRow("schedule") << MacSection::Schedule << QStringList{u"Sleep Mode"_s, u"0 enabled"_s};
-    QTest::newRow("access") << MacSection::Access
-                            << QStringList{u"heading: Mac Access"_s, u"Account, Not required"_s,
-                                           u"Help, Contact"_s, u"Keep selected apps closed"_s};
-}
-
-void WindowTest::assistiveNames() {
-    QFETCH(const MacSection, section);
-    QFETCH(const QStringList, phrases);
-    Desk desk;
-    desk.run(QStringList{u"Zoom"_s} + u"Editor "_s.repeated(11).trimmed().split(u' '));
-    desk.show(section);
-    QStringList heard;
-    listen(QAccessible::queryAccessibleInterface(&desk.window()), heard);
-    for (const QString &phrase : phrases)
-        QVERIFY2(heard.count(phrase) == 1, qPrintable(phrase + u" is not among: "_s + heard.join(u" | ")));
-}
-
-void WindowTest::everyControlIsNamed() {
-    Desk desk;
-    for (int section = 0; section < 7; ++section) {
-        desk.show(static_cast<MacSection>(section));
-        const QList<QQuickItem *> items = desk.all("KestrinPressable") + desk.all("KestrinToggle") +
-                                          desk.all("KestrinPrimaryButton") +
-                                          desk.all("KestrinSecondaryButton") + desk.all("MacSidebarRow");
-        for (QQuickItem *const item : items) {
-            QAccessibleInterface *const spoken = QAccessible::queryAccessibleInterface(item);
-            QVERIFY(spoken && !spoken->text(QAccessible::Name).isEmpty());
-            QVERIFY(spoken->actionInterface() && !spoken->actionInterface()->actionNames().isEmpty());
-        }
-    }
-}
-
 void WindowTest::oddNames() {
     Desk desk;
     // The engine matches by identifier; the name is whatever the application says.
@@ -551,24 +448,6 @@ void WindowTest::oddNames() {
         QVERIFY(texts.first()->mapToScene({texts.first()->width(), 0}).x() <= edge);
         QVERIFY(edge + pills.first()->width() < 1180 - 28);
     }
-}
-
-void WindowTest::otherProcesses() {
-    Desk desk;
-    desk.show(MacSection::Home);
-    {
-        // What `kestrinctl off` does.
-        JSONUserDefaults defaults(desk.folder.filePath(u"config/user-defaults.json"_s));
-        MacProtectionRuntime runtime(defaults,
-                                     {desk.support(), &desk.workspace, systemTime, nullptr, nullptr});
-        PrivacyModeFlag(defaults, runtime).setOn(false);
-    }
-    QTRY_VERIFY_WITH_TIMEOUT(desk.says(u"Protection is off"_s), 1000);
-    desk.select(MacSection::Activity);
-    QCOMPARE(desk.recorded(switchedOff), 1);
-    QTRY_VERIFY_WITH_TIMEOUT(desk.says(switchedOff), 1000);
-    desk.log().append(samples::event(u"Written by somebody else."_s));
-    QTRY_VERIFY_WITH_TIMEOUT(desk.says(u"Written by somebody else."_s), 1000);
 }
 
 void WindowTest::pagesScroll() {
