@@ -7,7 +7,6 @@
 #include "engine/JSONPrivacyModeSettingsStore.h"
 #include "engine/workspace/InMemoryWorkspace.h"
 #include "runtime/JSONUserDefaults.h"
-#include "runtime/MonitoringClaim.h"
 #include "shared/KestrinSeedData.h"
 #include "tests/support/Samples.h"
 
@@ -139,12 +138,10 @@ class CommandLineTest : public QObject {
     void json();
     void people();
     void selection();
-    void switching();
     void settlingTheFlag();
     void enforcing();
     void schedules();
     void blindDesktop();
-    void besideAWatch();
     void unwritable();
     void following();
     void completions();
@@ -350,22 +347,6 @@ void CommandLineTest::selection() {
     QVERIFY(home.settings.load().protectedDefinitionIDs.isEmpty());
 }
 
-void CommandLineTest::switching() {
-    Home home;
-    const Answer off = home.call(u"off --json"_s);
-    QCOMPARE(off.status, ExitStatus::done);
-    QCOMPARE(off.json().object().value(u"privacyModeOn"_s), QJsonValue(false));
-    QCOMPARE(home.defaults.boolean(PrivacyModeFlag::key), std::optional(false));
-    QVERIFY(!home.settings.load().isEnabled);
-    QCOMPARE(home.call(u"off"_s).status, ExitStatus::done);
-    QCOMPARE(home.call(u"check"_s).out, u"Privacy Mode is off. No Mac app actions were taken.\n"_s);
-    QCOMPARE(home.call(u"on"_s).status, ExitStatus::done);
-    QCOMPARE(home.story(), (QStringList{u"Privacy Mode is off for this Mac."_s,
-                                        u"Privacy Mode is off. No Mac app actions were taken."_s,
-                                        u"Privacy Mode is on for this Mac."_s}));
-    QVERIFY(home.desktop.terminationRequests().isEmpty());
-}
-
 void CommandLineTest::settlingTheFlag() {
     // The flag says off, the settings do not: the check goes by the flag, and so does everybody afterwards.
     Home home;
@@ -435,19 +416,6 @@ void CommandLineTest::blindDesktop() {
     }
     for (const QString &call : {u"catalog"_s, u"log"_s, u"schedule"_s, u"schedule enable focus"_s})
         QCOMPARE(home.call(call).err, QString());
-}
-
-void CommandLineTest::besideAWatch() {
-    Home home;
-    const MonitoringClaim claim = MonitoringClaim::make(home.support(), u"another\x1b program"_s);
-    QVERIFY(claim.lock);
-    QCOMPARE(home.call(u"status --json"_s).json().object().value(u"monitorLabel"_s),
-             QJsonValue(u"Preview"_s));
-    QVERIFY(home.call(u"enforce on"_s).out.contains(u"Enforcing (another\\u001b program, process "));
-    QVERIFY(home.call(u"diagnostics"_s).out.contains(u"Relaunch monitor: Enforcing\n"));
-    const Answer second = home.call(u"watch"_s);
-    QCOMPARE(second.status, ExitStatus::couldNot);
-    QVERIFY(second.err.contains(u"another\\u001b program, process "));
 }
 
 void CommandLineTest::unwritable() {
