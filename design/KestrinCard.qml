@@ -1,16 +1,19 @@
 import QtQuick
-import QtQuick.Layouts
 import KestrinDesignSystem
 
-// The panel that holds most of a page. Its content lies in a column and should fill its width
-// (`Layout.fillWidth: true`).
+// The panel that holds most of a page. Its content lies in a column that is as wide as the card and as high as
+// wrapped texts make it. Positioned by bindings, because nested layouts lose heights that change while they are
+// being laid out.
 Item {
     id: root
 
     default property alias content: column.data
+    property alias spacing: column.spacing
 
-    implicitWidth: column.implicitWidth + 2 * column.anchors.margins
-    implicitHeight: column.implicitHeight + 2 * column.anchors.margins
+    readonly property real padding: 16
+
+    implicitWidth: column.implicitWidth + 2 * padding
+    implicitHeight: column.implicitHeight + 2 * padding
 
     KestrinSurface {
         anchors.fill: parent
@@ -23,11 +26,11 @@ Item {
         shadowOffset: 8
     }
 
-    ColumnLayout {
+    Column {
         id: column
 
-        anchors.fill: parent
-        anchors.margins: 16
-        spacing: 0
+        x: root.padding
+        y: root.padding
+        width: root.width - 2 * root.padding
     }
 }

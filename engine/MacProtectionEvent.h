@@ -4,7 +4,6 @@
 #include "foundation/RawValues.h"
 
 #include <QDateTime>
-#include <QObject>
 #include <QUuid>
 
 #include <optional>
@@ -38,12 +37,6 @@ struct RawValues<MacProtectionEventKind> {
 /// One entry of the activity log. A date read back from a file is cut to its whole second, so it is the `id`
 /// that tells whether two events are the same.
 struct MacProtectionEvent {
-    Q_GADGET
-    Q_PROPERTY(QUuid id MEMBER id CONSTANT)
-    Q_PROPERTY(QDateTime date MEMBER date CONSTANT)
-    Q_PROPERTY(QString message MEMBER message CONSTANT)
-
-  public:
     QUuid id;
     QDateTime date;
     MacProtectionEventKind kind = MacProtectionEventKind::privacyModeOn;

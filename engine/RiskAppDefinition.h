@@ -5,17 +5,11 @@
 #include "foundation/JsonCoding.h"
 
 #include <QList>
-#include <QObject>
 
 namespace kestrin {
 
 /// One kind of risky application, identified by `id` ("voice-memos").
 struct RiskAppDefinition {
-    Q_GADGET
-    Q_PROPERTY(QString id MEMBER id CONSTANT)
-    Q_PROPERTY(QString displayName MEMBER displayName CONSTANT)
-
-  public:
     QString id;
     /// The name as users know it; the matcher accepts it too.
     QString displayName;

@@ -7,12 +7,6 @@ namespace kestrin {
 
 /// A running application and the definition that it matched.
 struct RiskAppMatch {
-    Q_GADGET
-    Q_PROPERTY(QString id READ id CONSTANT)
-    Q_PROPERTY(kestrin::RunningMacApp app MEMBER app CONSTANT)
-    Q_PROPERTY(kestrin::RiskAppDefinition definition MEMBER definition CONSTANT)
-
-  public:
     RunningMacApp app;
     RiskAppDefinition definition;
 

@@ -2,7 +2,6 @@
 
 #include "foundation/JsonCoding.h"
 
-#include <QObject>
 #include <QString>
 
 #include <optional>
@@ -13,12 +12,6 @@ struct WorkspaceApplication;
 
 /// A snapshot of one running application.
 struct RunningMacApp {
-    Q_GADGET
-    Q_PROPERTY(QString id READ id CONSTANT)
-    Q_PROPERTY(qint32 processIdentifier MEMBER processIdentifier CONSTANT)
-    Q_PROPERTY(QString localizedName MEMBER localizedName CONSTANT)
-
-  public:
     qint32 processIdentifier = 0;
     QString localizedName;
     std::optional<QString> bundleIdentifier;

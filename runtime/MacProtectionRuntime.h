@@ -43,19 +43,6 @@ struct MacProtectionSurroundings {
 /// Once started it also follows what other processes store: the selection, the log and the user defaults.
 class MacProtectionRuntime : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QList<kestrin::MacProtectionEvent> recentEvents READ recentEvents NOTIFY recentEventsChanged)
-    Q_PROPERTY(bool isMonitoring READ isMonitoring NOTIFY isMonitoringChanged)
-    Q_PROPERTY(QList<kestrin::RiskAppMatch> matches READ matches NOTIFY matchesChanged)
-    Q_PROPERTY(qint64 runningAppCount READ runningAppCount NOTIFY runningAppCountChanged)
-    Q_PROPERTY(QStringList protectedDefinitionIDs READ sortedProtectedDefinitionIDs NOTIFY
-                   protectedDefinitionIDsChanged)
-    Q_PROPERTY(QList<kestrin::ModePreset> modes READ modes NOTIFY modesChanged)
-    Q_PROPERTY(bool enforceActions READ enforceActions WRITE setEnforceActions NOTIFY enforceActionsChanged)
-    Q_PROPERTY(QString monitorLabel READ monitorLabel NOTIFY summariesChanged)
-    Q_PROPERTY(QString lastCheckedLabel READ lastCheckedLabel NOTIFY lastCheckedChanged)
-    Q_PROPERTY(QList<kestrin::ProtectionDevice> devices READ devices NOTIFY summariesChanged)
-    Q_PROPERTY(qint64 enabledScheduleCount READ enabledScheduleCount NOTIFY modesChanged)
-    Q_PROPERTY(qint64 actionEventCount READ actionEventCount NOTIFY recentEventsChanged)
 
   public:
     using PrivacyModeSetter = std::function<void(bool)>;
@@ -98,7 +85,7 @@ class MacProtectionRuntime : public QObject {
     QList<ProtectionDevice> devices() const;
     qint64 enabledScheduleCount() const;
     qint64 actionEventCount() const;
-    Q_INVOKABLE QString diagnosticsText() const;
+    QString diagnosticsText() const;
 
     // Operations
 
@@ -111,14 +98,14 @@ class MacProtectionRuntime : public QObject {
     /// Saves the flag, records the change (if it is one, and if wanted) and refreshes the preview. Takes no
     /// action.
     void updatePrivacyMode(bool privacyModeOn, bool recordEvent);
-    Q_INVOKABLE void setProtectedDefinition(const QString &id, bool enabled);
+    void setProtectedDefinition(const QString &id, bool enabled);
     /// Selects the whole default catalog.
-    Q_INVOKABLE void applyRecommendedRiskApps();
+    void applyRecommendedRiskApps();
     /// Stores the choice, replaces the monitor, records an event and runs a check, also when the value stays
     /// the same.
     void setEnforceActions(bool enforceActions);
     /// One check that previews or enforces, as chosen.
-    Q_INVOKABLE void runLiveCheck() { performCheck(!m_enforceActions); }
+    void runLiveCheck() { performCheck(!m_enforceActions); }
     /// The same with the choice made by the caller.
     PrivacyModeRunResult performCheck(bool dryRun);
     /// Counts and matches the running applications without acting or recording. Ignores whether Privacy Mode
@@ -131,7 +118,7 @@ class MacProtectionRuntime : public QObject {
 
     /// The seed presets with the stored switches.
     static QList<ModePreset> loadModes(const UserDefaults &defaults);
-    Q_INVOKABLE void setMode(const QString &id, bool enabled);
+    void setMode(const QString &id, bool enabled);
     /// What the enabled presets want at this moment's local time of day; absent when none has an opinion.
     std::optional<bool> scheduledPrivacyModeState(const QDateTime &date) const;
     /// Brings Privacy Mode to what the presets want, if that differs from the saved flag.

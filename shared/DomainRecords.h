@@ -7,20 +7,11 @@
 #include "shared/RiskKind.h"
 
 #include <QDateTime>
-#include <QObject>
 
 namespace kestrin {
 
 /// A device of the user and how it is protected.
 struct ProtectionDevice {
-    Q_GADGET
-    Q_PROPERTY(QString id MEMBER id CONSTANT)
-    Q_PROPERTY(QString name MEMBER name CONSTANT)
-    Q_PROPERTY(QString detail MEMBER detail CONSTANT)
-    Q_PROPERTY(QString icon MEMBER icon CONSTANT)
-    Q_PROPERTY(QString status MEMBER status CONSTANT)
-
-  public:
     QString id;
     QString name;
     QString detail;
@@ -53,15 +44,6 @@ struct ProtectedApp {
 
 /// A schedule preset. `schedule` is a text for people and never parsed; the time range belongs to the id.
 struct ModePreset {
-    Q_GADGET
-    Q_PROPERTY(QString id MEMBER id CONSTANT)
-    Q_PROPERTY(QString name MEMBER name CONSTANT)
-    Q_PROPERTY(QString detail MEMBER detail CONSTANT)
-    Q_PROPERTY(QString schedule MEMBER schedule CONSTANT)
-    Q_PROPERTY(QString icon MEMBER icon CONSTANT)
-    Q_PROPERTY(bool enabled MEMBER enabled)
-
-  public:
     QString id;
     QString name;
     QString detail;

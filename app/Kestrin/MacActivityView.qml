@@ -11,7 +11,7 @@ MacPage {
     title: "Activity"
     subtitle: "Review what Kestrin protected for you."
 
-    MacCard {
+    KestrinCard {
         width: parent.width
         spacing: 14
 
@@ -75,7 +75,7 @@ MacPage {
             }
         }
 
-        MacCard {
+        KestrinCard {
             width: parent.width
 
             RowLayout {

@@ -28,7 +28,7 @@ MacPage {
         }
     }
 
-    MacCard {
+    KestrinCard {
         width: parent.width
         spacing: 12
 

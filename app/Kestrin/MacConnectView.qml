@@ -11,7 +11,7 @@ MacPage {
     title: "Install & Connect"
     subtitle: "Confirm the Mac engine is installed and ready for stronger desktop protection."
 
-    MacCard {
+    KestrinCard {
         width: parent.width
 
         Row {

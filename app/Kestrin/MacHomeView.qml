@@ -13,7 +13,7 @@ MacPage {
     title: protection.privacyModeOn ? "You are protected" : "Protection is off"
     subtitle: protection.tagline
 
-    MacCard {
+    KestrinCard {
         width: parent.width
 
         RowLayout {
@@ -124,7 +124,7 @@ MacPage {
         }
     }
 
-    MacCard {
+    KestrinCard {
         width: parent.width
 
         Item {

@@ -81,7 +81,7 @@ FocusScope {
             Accessible.name: "Mac engine, " + root.protection.monitorLabel
 
             RowLayout {
-                Layout.fillWidth: true
+                width: parent.width
                 spacing: 12
 
                 KestrinSymbol {

@@ -2,7 +2,7 @@ import QtQuick
 import KestrinDesignSystem
 
 // A titled card of rows, which fill its width.
-MacCard {
+KestrinCard {
     id: root
 
     required property string title

@@ -119,7 +119,7 @@ Rectangle {
             Layout.fillWidth: true
 
             RowLayout {
-                Layout.fillWidth: true
+                width: parent.width
                 spacing: 24
 
                 KestrinSurface {
@@ -267,8 +267,10 @@ Rectangle {
 
         KestrinCard {
             Layout.fillWidth: true
+            spacing: 10
 
             Field {
+                width: parent.width
                 symbol: "video.fill"
                 tone: KestrinTone.Risk
                 title: "Zoom"
@@ -276,12 +278,11 @@ Rectangle {
                 status: "Keep closed"
             }
             KestrinDivider {
-                Layout.fillWidth: true
-                Layout.topMargin: 10
-                Layout.bottomMargin: 10
+                width: parent.width
                 inset: 40
             }
             Field {
+                width: parent.width
                 symbol: "globe"
                 tone: KestrinTone.Neutral
                 title: "Firefox"
@@ -289,13 +290,11 @@ Rectangle {
                 status: "Allow"
             }
             KestrinDivider {
-                Layout.fillWidth: true
-                Layout.topMargin: 10
-                Layout.bottomMargin: 10
+                width: parent.width
                 inset: 40
             }
             KestrinToggle {
-                Layout.fillWidth: true
+                width: parent.width
                 on: true
 
                 label: KestrinText {

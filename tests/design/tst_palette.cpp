@@ -167,7 +167,7 @@ void PaletteTest::openWindowIsRecoloured() {
     Stage stage(R"(KestrinCard {
         width: 200
         height: 100
-        KestrinPrimaryButton { title: "Go"; Layout.fillWidth: true }
+        KestrinPrimaryButton { title: "Go"; width: parent.width }
     })");
     QVERIFY(stage.isShown());
     QQuickItem *const button = stage.find("KestrinPrimaryButton");
