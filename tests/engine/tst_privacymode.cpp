@@ -15,6 +15,7 @@ using namespace kestrin;
 namespace {
 
 using Kind = MacProtectionEventKind;
+using Status = RiskAppActionStatus;
 
 QList<Kind> kinds(const QList<MacProtectionEvent> &events) {
     QList<Kind> list;
@@ -23,23 +24,13 @@ QList<Kind> kinds(const QList<MacProtectionEvent> &events) {
     return list;
 }
 
-/// Tells what is called, in which order.
-class CountingInventory final : public MacAppInventoryService {
-  public:
-    QList<RunningMacApp> runningApps() override {
-        ++calls;
-        return {};
-    }
-    int calls = 0;
-};
-
-/// A performer that looks whether the log is still empty when it is asked.
+/// A performer that looks into the log when it is asked.
 class LogWatchingPerformer final : public RiskAppActionPerforming {
   public:
     explicit LogWatchingPerformer(MacActivityLogStoring &watched) : log(watched) {}
     RiskAppActionResult requestQuit(const RunningMacApp &) override {
         loggedBefore.append(log.recent(100).size());
-        return {RiskAppActionStatus::requested, u"Asked."_s};
+        return {Status::requested, u"Asked."_s};
     }
     MacActivityLogStoring &log;
     QList<qsizetype> loggedBefore;
@@ -51,14 +42,18 @@ struct Engine {
         std::make_shared<InMemoryMacAppInventoryService>();
     std::shared_ptr<InMemoryRiskAppActionPerformer> performer =
         std::make_shared<InMemoryRiskAppActionPerformer>(
-            RiskAppActionResult{RiskAppActionStatus::requested, u"Asked it."_s});
+            RiskAppActionResult{Status::requested, u"Asked it."_s});
     std::shared_ptr<InMemoryMacActivityLogStore> log = std::make_shared<InMemoryMacActivityLogStore>();
     std::shared_ptr<InMemoryPrivacyModeSettingsStore> settings =
         std::make_shared<InMemoryPrivacyModeSettingsStore>(PrivacyModeSettings{true, {}});
+    InMemoryWorkspace workspace;
 
     PrivacyModeRunResult check(bool dryRun) {
-        PrivacyModeController controller(catalog, inventory, performer, log);
-        return controller.evaluateCurrentApps(settings->settings, dryRun);
+        return PrivacyModeController(catalog, inventory, performer, log)
+            .evaluateCurrentApps(settings->settings, dryRun);
+    }
+    RiskAppRelaunchMonitor monitor(bool dryRun, const RiskAppRelaunchMonitor::EventHandler &handler = {}) {
+        return {catalog, settings, performer, log, dryRun, handler, workspace};
     }
 };
 
@@ -68,44 +63,16 @@ class PrivacyModeTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void checkWhileOff();
-    void checkWithoutMatches();
     void previewAndEnforce();
-    void selection_data();
     void selection();
     void requestsComeBeforeTheLog();
-    void onlyRequestedIsSuccess_data();
     void onlyRequestedIsSuccess();
-    void emptyCategories();
     void conversion();
     void quitMessages();
-    void relaunchReaction_data();
     void relaunchReaction();
     void relaunchHandlerRunsBetweenTheAppends();
     void monitorLifecycle();
 };
-
-void PrivacyModeTest::checkWhileOff() {
-    Engine engine;
-    const auto inventory = std::make_shared<CountingInventory>();
-    PrivacyModeController controller(engine.catalog, inventory, engine.performer, engine.log);
-    const auto result = controller.evaluateCurrentApps({false, {}}, false);
-    QVERIFY(result.matches.isEmpty());
-    QCOMPARE(samples::messages(result.events),
-             QStringList{u"Privacy Mode is off. No Mac app actions were taken."_s});
-    QCOMPARE(engine.log->recent(8), result.events);
-    QCOMPARE(inventory->calls, 0);
-}
-
-void PrivacyModeTest::checkWithoutMatches() {
-    Engine engine;
-    engine.inventory->apps = {samples::app(u"Editor"_s)};
-    const auto result = engine.check(false);
-    QVERIFY(result.matches.isEmpty());
-    QCOMPARE(kinds(result.events), QList{Kind::privacyModeOn});
-    QCOMPARE(result.events.first().message, u"Privacy Mode is on. Evaluating Mac protected apps."_s);
-    QCOMPARE(result.events.first().appName, std::nullopt);
-}
 
 void PrivacyModeTest::previewAndEnforce() {
     Engine engine;
@@ -123,10 +90,8 @@ void PrivacyModeTest::previewAndEnforce() {
     QCOMPARE(preview.events.at(2).appName, u"Zoom"_s);
     QCOMPARE(preview.events.at(2).bundleIdentifier, u"us.zoom.xos"_s);
     QCOMPARE(preview.events.at(3).bundleIdentifier, std::nullopt);
-    QSet<QUuid> ids;
-    for (const MacProtectionEvent &event : preview.events)
-        ids.insert(event.id);
-    QCOMPARE(ids.size(), 4);
+    QCOMPARE(preview.events.at(0).appName, std::nullopt);
+    QVERIFY(preview.events.at(0).id != preview.events.at(1).id);
 
     const auto enforced = engine.check(false);
     QCOMPARE(kinds(enforced.events),
@@ -137,25 +102,20 @@ void PrivacyModeTest::previewAndEnforce() {
     QCOMPARE(engine.log->recent(1).first(), enforced.events.last());
 }
 
-void PrivacyModeTest::selection_data() {
-    QTest::addColumn<QSet<QString>>("selection");
-    QTest::addColumn<QStringList>("matches");
-
-    QTest::newRow("empty means everything") << QSet<QString>{} << QStringList{u"zoom-10"_s, u"facetime-11"_s};
-    QTest::newRow("one") << QSet<QString>{u"facetime"_s} << QStringList{u"facetime-11"_s};
-    QTest::newRow("unknown only") << QSet<QString>{u"skype"_s} << QStringList{};
-    QTest::newRow("unknown and known") << QSet<QString>{u"skype"_s, u"zoom"_s} << QStringList{u"zoom-10"_s};
-}
-
 void PrivacyModeTest::selection() {
-    QFETCH(QSet<QString>, selection);
     Engine engine;
-    engine.settings->settings.protectedDefinitionIDs = selection;
     engine.inventory->apps = {samples::app(u"Zoom"_s, 10), samples::app(u"FaceTime"_s, 11)};
-    QStringList ids;
-    for (const RiskAppMatch &match : engine.check(true).matches)
-        ids.append(match.id());
-    QTEST(ids, "matches");
+    const auto matchesWith = [&engine](const QSet<QString> &selection) {
+        engine.settings->settings.protectedDefinitionIDs = selection;
+        QStringList ids;
+        for (const RiskAppMatch &match : engine.check(true).matches)
+            ids.append(match.id());
+        return ids.join(u',');
+    };
+    QCOMPARE(matchesWith({}), u"zoom-10,facetime-11"_s); // empty means everything
+    QCOMPARE(matchesWith({u"facetime"_s}), u"facetime-11"_s);
+    QCOMPARE(matchesWith({u"skype"_s}), QString());
+    QCOMPARE(matchesWith({u"skype"_s, u"zoom"_s}), u"zoom-10"_s);
 }
 
 void PrivacyModeTest::requestsComeBeforeTheLog() {
@@ -168,33 +128,15 @@ void PrivacyModeTest::requestsComeBeforeTheLog() {
     QCOMPARE(engine.log->recent(100).size(), 5);
 }
 
-void PrivacyModeTest::onlyRequestedIsSuccess_data() {
-    QTest::addColumn<int>("status");
-    QTest::addColumn<int>("kind");
-    using Status = RiskAppActionStatus;
-    const auto row = [](const char *name, Status status, Kind kind) {
-        QTest::newRow(name) << static_cast<int>(status) << static_cast<int>(kind);
-    };
-    row("requested", Status::requested, Kind::quitRequested);
-    row("failed", Status::failed, Kind::actionFailed);
-    row("unsupported", Status::unsupported, Kind::actionFailed);
-    row("dryRun", Status::dryRun, Kind::actionFailed);
-}
-
 void PrivacyModeTest::onlyRequestedIsSuccess() {
-    QFETCH(int, status);
-    QFETCH(int, kind);
     Engine engine;
-    engine.performer->result.status = static_cast<RiskAppActionStatus>(status);
     engine.inventory->apps = {samples::app(u"Zoom"_s, 10)};
-    QCOMPARE(static_cast<int>(engine.check(false).events.last().kind), kind);
-}
-
-void PrivacyModeTest::emptyCategories() {
-    Engine engine;
-    engine.catalog = {{{u"x"_s, u"X"_s, {}, {}, {}, RiskAppAction::allow}}};
-    engine.inventory->apps = {samples::app(u"x"_s)};
-    QCOMPARE(engine.check(true).events.last().message, u"x matches X risk categories: ."_s);
+    for (const Status status : allCases<Status>()) {
+        engine.performer->result.status = status;
+        const Kind expected = status == Status::requested ? Kind::quitRequested : Kind::actionFailed;
+        QCOMPARE(engine.check(false).events.last().kind, expected);
+        QCOMPARE(engine.monitor(false).handleLaunchedApp(samples::app(u"Zoom"_s)).last().kind, expected);
+    }
 }
 
 void PrivacyModeTest::conversion() {
@@ -216,7 +158,6 @@ void PrivacyModeTest::quitMessages() {
     workspace.add(samples::running(u"Zoom"_s, 11));
     workspace.refuse(11);
     NSWorkspaceRiskAppActionPerformer performer(workspace);
-    using Status = RiskAppActionStatus;
     // The snapshot's name counts, and its process id alone.
     QCOMPARE(performer.requestQuit(samples::app(u"Zoom"_s, 10)),
              (RiskAppActionResult{Status::requested, u"Asked Zoom to quit."_s}));
@@ -227,89 +168,67 @@ void PrivacyModeTest::quitMessages() {
     QCOMPARE(workspace.terminationRequests(), (QList<qint32>{10, 11}));
 }
 
-void PrivacyModeTest::relaunchReaction_data() {
-    QTest::addColumn<bool>("enabled");
-    QTest::addColumn<QSet<QString>>("selection");
-    QTest::addColumn<bool>("dryRun");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("messages");
-
-    const QString zoomed = u"Zoom relaunched while Privacy Mode is on."_s;
-    QTest::newRow("preview") << true << QSet<QString>{} << true << u"Zoom"_s
-                             << QStringList{
-                                    zoomed,
-                                    u"Preview: Kestrin would keep Zoom closed while Privacy Mode is on."_s};
-    QTest::newRow("enforcing") << true << QSet<QString>{u"zoom"_s} << false << u"Zoom"_s
-                               << QStringList{zoomed, u"Asked it."_s};
-    QTest::newRow("off") << false << QSet<QString>{} << false << u"Zoom"_s << QStringList{};
-    QTest::newRow("allowed") << true << QSet<QString>{} << false << u"Safari"_s << QStringList{};
-    QTest::newRow("not selected") << true << QSet<QString>{u"zoom"_s} << false << u"FaceTime"_s
-                                  << QStringList{};
-    QTest::newRow("unknown") << true << QSet<QString>{} << false << u"Editor"_s << QStringList{};
-}
-
 void PrivacyModeTest::relaunchReaction() {
-    QFETCH(bool, enabled);
-    QFETCH(QSet<QString>, selection);
-    QFETCH(bool, dryRun);
-    QFETCH(QString, name);
-    QFETCH(QStringList, messages);
     Engine engine;
-    engine.settings->settings = {enabled, selection};
-    InMemoryWorkspace workspace;
-    RiskAppRelaunchMonitor monitor(engine.catalog, engine.settings, engine.performer, engine.log, dryRun, {},
-                                   workspace);
-    const auto events = monitor.handleLaunchedApp(samples::app(name, 10));
-    QCOMPARE(samples::messages(events), messages);
-    QCOMPARE(engine.performer->requests.size(), !dryRun && !messages.isEmpty() ? 1 : 0);
-    QCOMPARE(engine.log->recent(8).size(), messages.size());
-    if (!events.isEmpty())
-        QCOMPARE(kinds(events), (QList{Kind::relaunchDetected, dryRun ? Kind::dryRun : Kind::quitRequested}));
+    const auto reaction = [&engine](const PrivacyModeSettings &settings, bool dryRun, const QString &name) {
+        engine.settings->settings = settings;
+        return samples::messages(engine.monitor(dryRun).handleLaunchedApp(samples::app(name)));
+    };
+    const QString relaunched = u"Zoom relaunched while Privacy Mode is on."_s;
+    QCOMPARE(
+        reaction({true, {}}, true, u"Zoom"_s),
+        (QStringList{relaunched, u"Preview: Kestrin would keep Zoom closed while Privacy Mode is on."_s}));
+    QVERIFY(engine.performer->requests.isEmpty());
+    QCOMPARE(reaction({true, {u"zoom"_s}}, false, u"Zoom"_s), (QStringList{relaunched, u"Asked it."_s}));
+    QCOMPARE(engine.performer->requests.size(), 1);
+    QCOMPARE(kinds(engine.log->recent(3)),
+             (QList{Kind::quitRequested, Kind::relaunchDetected, Kind::dryRun}));
+    // Off, allowed, not selected, unknown.
+    QCOMPARE(reaction({false, {}}, false, u"Zoom"_s), QStringList());
+    QCOMPARE(reaction({true, {}}, false, u"Safari"_s), QStringList());
+    QCOMPARE(reaction({true, {u"zoom"_s}}, false, u"FaceTime"_s), QStringList());
+    QCOMPARE(reaction({true, {}}, false, u"Editor"_s), QStringList());
+    QCOMPARE(engine.performer->requests.size(), 1);
+    QCOMPARE(engine.log->recent(9).size(), 4);
 }
 
 void PrivacyModeTest::relaunchHandlerRunsBetweenTheAppends() {
     Engine engine;
-    engine.performer->result = {RiskAppActionStatus::failed, u"Refused."_s};
-    InMemoryWorkspace workspace;
     QList<std::pair<Kind, qsizetype>> told;
-    const auto handler = [&](const MacProtectionEvent &event) {
-        told.append({event.kind, engine.log->recent(8).size()});
-    };
-    RiskAppRelaunchMonitor monitor(engine.catalog, engine.settings, engine.performer, engine.log, false,
-                                   handler, workspace);
-    monitor.handleLaunchedApp(samples::app(u"Zoom"_s));
-    QCOMPARE(told, (QList<std::pair<Kind, qsizetype>>{{Kind::relaunchDetected, 1}, {Kind::actionFailed, 2}}));
+    engine
+        .monitor(false,
+                 [&](const MacProtectionEvent &event) {
+                     told.append({event.kind, engine.log->recent(8).size()});
+                 })
+        .handleLaunchedApp(samples::app(u"Zoom"_s));
+    QCOMPARE(told,
+             (QList<std::pair<Kind, qsizetype>>{{Kind::relaunchDetected, 1}, {Kind::quitRequested, 2}}));
 }
 
 void PrivacyModeTest::monitorLifecycle() {
     Engine engine;
-    InMemoryWorkspace workspace;
-    const auto logged = [&] { return engine.log->recent(100).size(); };
+    const auto loggedAfterALaunch = [&engine] {
+        engine.workspace.launch(samples::running(u"Zoom"_s, 10));
+        engine.workspace.launch({ActivationPolicy::accessory, u"Zoom"_s, 11, std::nullopt, std::nullopt});
+        return engine.log->recent(100).size();
+    };
     {
-        RiskAppRelaunchMonitor monitor(engine.catalog, engine.settings, engine.performer, engine.log, true,
-                                       {}, workspace);
-        workspace.launch(samples::running(u"Zoom"_s, 10));
-        QCOMPARE(logged(), 0);
+        RiskAppRelaunchMonitor monitor = engine.monitor(true);
+        QCOMPARE(loggedAfterALaunch(), 0);
         monitor.start();
         monitor.start();
-        QCOMPARE(workspace.subscriberCount(), 1);
-        workspace.launch(samples::running(u"Zoom"_s, 11));
-        QCOMPARE(logged(), 2);
-        workspace.launch({ActivationPolicy::accessory, u"Zoom"_s, 12, std::nullopt, std::nullopt});
-        QCOMPARE(logged(), 2);
+        QCOMPARE(loggedAfterALaunch(), 2);
         // Settings are read at every launch.
         engine.settings->settings.isEnabled = false;
-        workspace.launch(samples::running(u"Zoom"_s, 13));
-        QCOMPARE(logged(), 2);
+        QCOMPARE(loggedAfterALaunch(), 2);
         engine.settings->settings.isEnabled = true;
         monitor.stop();
         monitor.stop();
-        workspace.launch(samples::running(u"Zoom"_s, 14));
-        QCOMPARE(logged(), 2);
+        QCOMPARE(loggedAfterALaunch(), 2);
         monitor.start();
-        QCOMPARE(workspace.subscriberCount(), 1);
+        QCOMPARE(engine.workspace.subscriberCount(), 1);
     }
-    QCOMPARE(workspace.subscriberCount(), 0);
+    QCOMPARE(engine.workspace.subscriberCount(), 0);
 }
 
 QTEST_GUILESS_MAIN(PrivacyModeTest)

@@ -3,14 +3,11 @@
 #include "foundation/FileLock.h"
 #include "foundation/FileWatch.h"
 #include "foundation/PrivateFile.h"
+#include "tests/support/Files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -22,11 +19,13 @@ class FilesTest : public QObject {
     void watchTellsEveryKindOfChange();
     void fileLockAndItsNote();
     void folderLock();
+
+  private:
+    QTemporaryDir m_folder;
 };
 
 void FilesTest::watchTellsEveryKindOfChange() {
-    QTemporaryDir folder;
-    const QString path = folder.filePath(u"new/file.json"_s);
+    const QString path = m_folder.filePath(u"new/file.json"_s);
     FileWatch watch(path); // makes the folder
     QSignalSpy spy(&watch, &FileWatch::changed);
 
@@ -43,39 +42,33 @@ void FilesTest::watchTellsEveryKindOfChange() {
     QVERIFY(replacePrivateFile(path, {"again"}));
     QTRY_COMPARE(spy.size(), 5);
     // Neighbours are none of its business.
-    QVERIFY(replacePrivateFile(folder.filePath(u"new/other.json"_s), {"x"}));
+    QVERIFY(replacePrivateFile(m_folder.filePath(u"new/other.json"_s), {"x"}));
     QTest::qWait(50);
     QCOMPARE(spy.size(), 5);
 }
 
 void FilesTest::fileLockAndItsNote() {
-    QTemporaryDir folder;
-    const QString path = folder.filePath(u"monitor.lock"_s);
+    const QString path = m_folder.filePath(u"monitor.lock"_s);
     QCOMPARE(FileLock::holderOf(path), std::nullopt);
     {
         const auto lock = FileLock::tryLockFile(path, "first");
-        QVERIFY(lock);
-        struct stat status {};
-        QCOMPARE(::stat(QFile::encodeName(path).constData(), &status), 0);
-        QCOMPARE(status.st_mode & 0777U, 0600U);
+        QVERIFY(lock && samples::isOwnersAlone(path));
         QVERIFY(!FileLock::tryLockFile(path, "second"));
         QCOMPARE(FileLock::holderOf(path), QByteArray("first"));
     }
     QCOMPARE(FileLock::holderOf(path), std::nullopt);
     QVERIFY(FileLock::tryLockFile(path, "x"));
-    QVERIFY(!FileLock::tryLockFile(folder.filePath(u"missing/monitor.lock"_s), "x"));
+    QVERIFY(!FileLock::tryLockFile(m_folder.filePath(u"missing/monitor.lock"_s), "x"));
 }
 
 void FilesTest::folderLock() {
     using namespace std::chrono_literals;
-    QTemporaryDir folder;
     {
-        const auto lock = FileLock::lockFolder(folder.path(), 0ms);
-        QVERIFY(lock);
-        QVERIFY(!FileLock::lockFolder(folder.path(), 20ms));
+        const auto lock = FileLock::lockFolder(m_folder.path(), 0ms);
+        QVERIFY(lock && !FileLock::lockFolder(m_folder.path(), 20ms));
     }
-    QVERIFY(FileLock::lockFolder(folder.path(), 0ms));
-    QVERIFY(!FileLock::lockFolder(folder.filePath(u"missing"_s), 0ms));
+    QVERIFY(FileLock::lockFolder(m_folder.path(), 0ms));
+    QVERIFY(!FileLock::lockFolder(m_folder.filePath(u"missing"_s), 0ms));
 }
 
 QTEST_GUILESS_MAIN(FilesTest)

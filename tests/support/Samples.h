@@ -31,9 +31,4 @@ inline QStringList messages(const QList<MacProtectionEvent> &events) {
     return texts;
 }
 
-inline QString definitionID(const RiskAppCatalog &catalog, const RunningMacApp &app) {
-    const auto definition = catalog.definition(app);
-    return definition ? definition->id : u"none"_s;
-}
-
 } // namespace kestrin::samples

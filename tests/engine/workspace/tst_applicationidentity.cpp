@@ -1,15 +1,17 @@
-// Who an application is: from its windows, its process and the desktop entries, however it was installed.
+// Who an application is by its windows, its package and its executable, also when they tell nonsense or
+// nothing. What well-behaved windows tell is tested on a real desktop.
 
-#include "engine/RiskAppCatalog.h"
 #include "engine/workspace/x11/ApplicationIdentity.h"
 #include "engine/workspace/x11/DesktopEntryIndex.h"
 #include "engine/workspace/x11/DesktopReading.h"
 #include "engine/workspace/x11/ProcessIdentity.h"
+#include "engine/workspace/x11/WindowFacts.h"
+#include "tests/support/Files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <initializer_list>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -23,8 +25,11 @@ WindowFacts window(const QString &instance, const QString &windowClass) {
     return facts;
 }
 
-ProcessIdentity process(const QString &executable, const QString &sandboxId = {}) {
-    return {executable.isEmpty() ? std::nullopt : std::optional(executable), sandboxId};
+QByteArray items(std::initializer_list<quint32> values) {
+    QByteArray bytes;
+    for (const quint32 value : values)
+        bytes.append(reinterpret_cast<const char *>(&value), sizeof value);
+    return bytes;
 }
 
 } // namespace
@@ -33,146 +38,144 @@ class ApplicationIdentityTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void initTestCase();
-    void identity_data();
     void identity();
     void representative();
-    void sandboxes_data();
     void sandboxes();
     void executables();
-
-  private:
-    void install(const QString &id, const QByteArray &name, const QByteArray &more = {});
-
-    QTemporaryDir m_folder;
+    void windowClass();
+    void regularWindows();
+    void claimedProcesses();
+    void machines();
 };
 
-void ApplicationIdentityTest::install(const QString &id, const QByteArray &name, const QByteArray &more) {
-    QFile file(m_folder.filePath(id + u".desktop"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[Desktop Entry]\nType=Application\nName=" + name + "\n" + more);
-}
-
-void ApplicationIdentityTest::initTestCase() {
-    install(u"Zoom"_s, "Zoom Workplace", "StartupWMClass=zoom\n");
-    install(u"org.gnome.gedit"_s, "Text Editor");
-    install(u"org.kde.kate"_s, "Kate");
-    install(u"us.zoom.Zoom"_s, "Zoom");
-    install(u"my-zoom-starter"_s, "Meetings", "StartupWMClass=meetings\n");
-    install(u"com.google.Chrome"_s, "Google Chrome", "StartupWMClass=Google-chrome\n");
-    install(u"chrome-abc-Default"_s, "Mail", "StartupWMClass=crx_abc\nExec=google-chrome --app-id=abc\n");
-    install(u"teams-for-linux_teams-for-linux"_s, "Teams for Linux", "StartupWMClass=teams-for-linux\n");
-    install(u"nameless"_s, "");
-}
-
-void ApplicationIdentityTest::identity_data() {
-    QTest::addColumn<WindowFacts>("facts");
-    QTest::addColumn<ProcessIdentity>("processIdentity");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("identifier"); // "none" for absent
-
-    WindowFacts gtk = window(u"gedit"_s, u"Gedit"_s);
-    gtk.gtkApplicationId = u"org.gnome.gedit"_s;
-    WindowFacts kde = window(u"kate"_s, u"kate"_s);
-    kde.kdeDesktopFile = u"/usr/share/applications/org.kde.kate.desktop"_s;
-
-    QTest::newRow("claimed class") << window(u"zoom"_s, u"zoom"_s) << process(u"/opt/zoom/zoom"_s)
-                                   << u"Zoom Workplace"_s << u"us.zoom.xos"_s;
-    QTest::newRow("claimed class, in other letters")
-        << window(u"x"_s, u"ZOOM"_s) << process({}) << u"Zoom Workplace"_s << u"us.zoom.xos"_s;
-    QTest::newRow("GTK id") << gtk << process(u"/usr/bin/gedit"_s) << u"Text Editor"_s
-                            << u"org.gnome.gedit"_s;
-    QTest::newRow("KDE file") << kde << process(u"/usr/bin/kate"_s) << u"Kate"_s << u"org.kde.kate"_s;
-    QTest::newRow("id like the class")
-        << window(u"x"_s, u"Org.Kde.Kate"_s) << process({}) << u"Kate"_s << u"org.kde.kate"_s;
-    QTest::newRow("Flatpak") << window(u"a"_s, u"b"_s) << process(u"/app/zoom"_s, u"us.zoom.Zoom"_s)
-                             << u"Zoom"_s << u"us.zoom.xos"_s;
-    QTest::newRow("Flatpak without an entry")
-        << window(u"a"_s, u"Video"_s) << process({}, u"us.zoom.Zoom2"_s) << u"Video"_s << u"none"_s;
-    QTest::newRow("Snap without an entry")
-        << window({}, {}) << process(u"/snap/z/zoom"_s, u"zoom-client_zoom-client"_s) << u"zoom"_s
-        << u"us.zoom.xos"_s;
-    QTest::newRow("community client") << window(u"teams-for-linux"_s, u"teams-for-linux"_s) << process({})
-                                      << u"Teams for Linux"_s << u"com.microsoft.teams2"_s;
-    QTest::newRow("a starter of one's own")
-        << window(u"zoom"_s, u"meetings"_s) << process({}) << u"Meetings"_s << u"my-zoom-starter"_s;
-    QTest::newRow("browser") << window(u"google-chrome"_s, u"Google-chrome"_s) << process({})
-                             << u"Google Chrome"_s << u"com.google.Chrome"_s;
-    QTest::newRow("site of a browser") << window(u"crx_abc"_s, u"Google-chrome"_s) << process({})
-                                       << u"Google Chrome"_s << u"com.google.Chrome"_s;
-    QTest::newRow("class only") << window(u"xclock"_s, u"XClock"_s) << process(u"/usr/bin/xclock"_s)
-                                << u"XClock"_s << u"none"_s;
-    QTest::newRow("instance only") << window(u"xclock"_s, {}) << process(u"/usr/bin/oclock"_s) << u"xclock"_s
-                                   << u"none"_s;
-    QTest::newRow("executable only") << window({}, {}) << process(u"/usr/bin/oclock"_s) << u"oclock"_s
-                                     << u"none"_s;
-    QTest::newRow("nothing") << window({}, {}) << process({}) << QString() << u"none"_s;
-    QTest::newRow("entry without a name")
-        << window(u"n"_s, u"nameless"_s) << process({}) << u"nameless"_s << u"nameless"_s;
-}
-
 void ApplicationIdentityTest::identity() {
-    QFETCH(WindowFacts, facts);
-    QFETCH(ProcessIdentity, processIdentity);
-    DesktopEntryIndex entries({QFile::encodeName(m_folder.path())}, {});
-    const auto identity = ApplicationIdentity::of(facts, processIdentity, entries);
-    QTEST(identity.name, "name");
-    QTEST(identity.identifier.value_or(u"none"_s), "identifier");
+    const QTemporaryDir folder;
+    const auto install = [&folder](const QString &id, const QByteArray &lines) {
+        samples::write(folder.filePath(id + u".desktop"_s), "[Desktop Entry]\nType=Application\n" + lines);
+    };
+    install(u"us.zoom.Zoom"_s, "Name=Zoom Workplace\n");
+    install(u"my-zoom-starter"_s, "Name=Meetings\nStartupWMClass=meetings\n");
+    install(u"teams-for-linux_teams-for-linux"_s, "Name=Teams for Linux\nStartupWMClass=teams-for-linux\n");
+    install(u"nameless"_s, "Name=\n");
+    DesktopEntryIndex entries({QFile::encodeName(folder.path())}, {});
+    const auto identityOf = [&entries](const WindowFacts &facts, const ProcessIdentity &process = {}) {
+        const auto identity = ApplicationIdentity::of(facts, process, entries);
+        return QStringList{identity.name, identity.identifier.value_or(u"none"_s)};
+    };
+
+    const WindowFacts video = window(u"a"_s, u"Video"_s);
+    QCOMPARE(identityOf(video, {u"/app/zoom"_s, u"us.zoom.Zoom"_s}),
+             (QStringList{u"Zoom Workplace"_s, u"us.zoom.xos"_s}));
+    // A sandbox without an entry, an unknown one and a known one.
+    QCOMPARE(identityOf(video, {{}, u"us.zoom.Zoom2"_s}), (QStringList{u"Video"_s, u"none"_s}));
+    QCOMPARE(identityOf({}, {u"/snap/z/zoom"_s, u"zoom-client_zoom-client"_s}),
+             (QStringList{u"zoom"_s, u"us.zoom.xos"_s}));
+    QCOMPARE(identityOf(window(u"teams-for-linux"_s, u"teams-for-linux"_s)),
+             (QStringList{u"Teams for Linux"_s, u"com.microsoft.teams2"_s}));
+    // A starter of one's own is what it says it is.
+    QCOMPARE(identityOf(window(u"zoom"_s, u"meetings"_s)),
+             (QStringList{u"Meetings"_s, u"my-zoom-starter"_s}));
+    QCOMPARE(identityOf(window(u"n"_s, u"nameless"_s)), (QStringList{u"nameless"_s, u"nameless"_s}));
+    QCOMPARE(identityOf(window(u"xclock"_s, {}), {u"/usr/bin/oclock"_s, {}}),
+             (QStringList{u"xclock"_s, u"none"_s}));
+    QCOMPARE(identityOf({}), (QStringList{QString(), u"none"_s}));
 }
 
 void ApplicationIdentityTest::representative() {
-    const auto shown = [](quint32 id, const WindowFacts &facts) { return DesktopWindow{id, 7, facts}; };
-    const DesktopWindow unnamed = shown(1, window({}, {}));
-    const DesktopWindow site = shown(2, window(u"crx_abc"_s, u"Google-chrome"_s));
-    const DesktopWindow browser = shown(3, window(u"google-chrome"_s, u"Google-chrome"_s));
-
-    const auto idOf = [](const QList<DesktopWindow> &windows) {
-        return DesktopApplication{7, windows}.representative().id;
-    };
-    QCOMPARE(idOf({unnamed, site, browser}), 3U);
-    QCOMPARE(idOf({unnamed, site}), 2U);
-    QCOMPARE(idOf({unnamed}), 1U);
-}
-
-void ApplicationIdentityTest::sandboxes_data() {
-    QTest::addColumn<QString>("found");
-    QTest::addColumn<QString>("expected");
-
-    const QString uuid = u"0a1b2c3d-0000-4000-8000-0123456789ab"_s;
-    QTest::newRow("label") << snapIdOfSecurityLabel("snap.zoom-client.zoom-client (enforce)\n")
-                           << u"zoom-client_zoom-client"_s;
-    QTest::newRow("no label") << snapIdOfSecurityLabel("unconfined\n") << QString();
-    QTest::newRow("label of a service") << snapIdOfSecurityLabel("snap.x (enforce)") << QString();
-    QTest::newRow("group")
-        << snapIdOfControlGroup(u"0::/user.slice/app.slice/snap.teams.teams-%1.scope\n"_s.arg(uuid).toUtf8())
-        << u"teams_teams"_s;
-    QTest::newRow("older group") << snapIdOfControlGroup(u"1:x:/snap.a.b.%1.scope"_s.arg(uuid).toUtf8())
-                                 << u"a_b"_s;
-    QTest::newRow("other group") << snapIdOfControlGroup("0::/user.slice/app-gnome-xterm-12.scope\n")
-                                 << QString();
-    QTest::newRow("noise") << snapIdOfControlGroup("\xFF\0/snap..-.scope") << QString();
+    const DesktopWindow unnamed{1, 7, {}};
+    const DesktopWindow site{2, 7, window(u"crx_abc"_s, u"Google-chrome"_s)};
+    const DesktopWindow browser{3, 7, window(u"google-chrome"_s, u"Google-chrome"_s)};
+    QCOMPARE((DesktopApplication{7, {unnamed, site, browser}}.representative().id), 3U);
+    QCOMPARE((DesktopApplication{7, {unnamed, site}}.representative().id), 2U);
+    QCOMPARE((DesktopApplication{7, {unnamed}}.representative().id), 1U);
 }
 
 void ApplicationIdentityTest::sandboxes() {
-    QFETCH(QString, found);
-    QTEST(found, "expected");
+    QCOMPARE(snapIdOfSecurityLabel("snap.zoom-client.zoom-client (enforce)\n"), u"zoom-client_zoom-client"_s);
+    QCOMPARE(snapIdOfSecurityLabel("unconfined\n"), QString());
+    QCOMPARE(snapIdOfSecurityLabel("snap.x (enforce)"), QString()); // a service
+
+    const QByteArray uuid = "0a1b2c3d-0000-4000-8000-0123456789ab";
+    QCOMPARE(snapIdOfControlGroup("0::/user.slice/app.slice/snap.teams.teams-" + uuid + ".scope\n"),
+             u"teams_teams"_s);
+    QCOMPARE(snapIdOfControlGroup("1:x:/snap.a.b." + uuid + ".scope"), u"a_b"_s); // older ones
+    QCOMPARE(snapIdOfControlGroup("0::/user.slice/app-gnome-xterm-12.scope\n"), QString());
+    QCOMPARE(snapIdOfControlGroup("\xFF\0/snap..-.scope"), QString());
 }
 
 void ApplicationIdentityTest::executables() {
-    QTemporaryDir proc;
-    QDir(proc.path()).mkpath(u"12"_s);
-    QDir(proc.path()).mkpath(u"13"_s);
+    const QTemporaryDir proc;
+    const auto executable = [&proc](qint32 pid) {
+        return ProcessIdentity::of(pid, QFile::encodeName(proc.path())).executablePath;
+    };
+    QVERIFY(QDir(proc.path()).mkpath(u"12"_s) && QDir(proc.path()).mkpath(u"13"_s));
     // Links that lead nowhere, like those of /proc, are read and not followed.
     QVERIFY(QFile::link(u"/opt/zoom/zoom (deleted)"_s, proc.filePath(u"12/exe"_s)));
-    const auto updated = ProcessIdentity::of(12, QFile::encodeName(proc.path()));
-    QCOMPARE(updated.executablePath, u"/opt/zoom/zoom"_s);
-    QCOMPARE(ProcessIdentity::of(13, QFile::encodeName(proc.path())).executablePath, std::nullopt);
-    QCOMPARE(ProcessIdentity::of(14, QFile::encodeName(proc.path())).executablePath, std::nullopt);
+    QCOMPARE(executable(12), u"/opt/zoom/zoom"_s);
+    QCOMPARE(executable(13), std::nullopt);
+    QCOMPARE(executable(14), std::nullopt);
 
-    QVERIFY(process(u"/usr/bin/ssh"_s).forwardsWindows());
-    QVERIFY(!process(u"/usr/bin/sshfs"_s).forwardsWindows());
-    QCOMPARE(ProcessIdentity::of(qint32(QCoreApplication::applicationPid())).executablePath,
-             QCoreApplication::applicationFilePath());
+    QVERIFY((ProcessIdentity{u"/usr/bin/ssh"_s, {}}.forwardsWindows()));
+    QVERIFY((!ProcessIdentity{u"/usr/bin/sshfs"_s, {}}.forwardsWindows()));
+}
+
+void ApplicationIdentityTest::windowClass() {
+    const auto read = [](const QByteArray &bytes, quint8 format = 8) {
+        WindowFacts facts;
+        facts.takeWindowClass({31, format, bytes});
+        return QString(facts.instanceName + u'|' + facts.className);
+    };
+    QCOMPARE(read(QByteArray("zoom\0Zoom\0", 10)), u"zoom|Zoom"_s);
+    QCOMPARE(read(QByteArray("zoom\0Zoom", 9)), u"zoom|Zoom"_s);
+    QCOMPARE(read("zoom"), u"zoom|"_s);
+    QCOMPARE(read(QByteArray("a\0b\0c\0", 6)), u"a|b"_s);
+    QCOMPARE(read({}), u"|"_s);
+    QCOMPARE(read(items({1, 2}), 32), u"|"_s);
+    QCOMPARE(read(QByteArray("\xE9\0\xE8\0", 4)), u"é|è"_s); // Latin-1
+}
+
+void ApplicationIdentityTest::regularWindows() {
+    X11Atoms a;
+    quint32 next = 100;
+    for (const X11AtomName &atom : x11AtomNames)
+        a.*atom.number = next++;
+    const auto isRegular = [&a](const QByteArray &types, const QByteArray &states) {
+        WindowFacts facts;
+        facts.takeWindowType({core_atoms::atom, 32, types}, a);
+        facts.takeWindowState({core_atoms::atom, 32, states}, a);
+        return facts.isRegular();
+    };
+    const quint32 unknown = 9999;
+    QVERIFY(isRegular({}, {}));
+    // The first type that is known counts.
+    QVERIFY(!isRegular(items({unknown, a.typeDock, a.typeNormal}), {}));
+    QVERIFY(isRegular(items({unknown, a.typeNormal, a.typeDock}), {}));
+    QVERIFY(isRegular(items({unknown}), {}));
+    QVERIFY(!isRegular(items({a.typeNormal}), items({unknown, a.skipTaskbar})));
+    QVERIFY(isRegular(items({a.typeNormal}), items({a.skipTaskbar}).first(3)));
+}
+
+void ApplicationIdentityTest::claimedProcesses() {
+    const auto claimed = [](const RawProperty &property) {
+        WindowFacts facts;
+        facts.takeProcess(property);
+        return facts.claimedProcess;
+    };
+    QCOMPARE(claimed({core_atoms::cardinal, 32, items({4123})}), 4123);
+    // Neither text nor a number that no process can have.
+    QCOMPARE(claimed({core_atoms::cardinal, 8, "4123"}), 0);
+    QCOMPARE(claimed({core_atoms::cardinal, 32, "\xFF\xFF\xFF\xFF"}), 0);
+    QCOMPARE(claimed({core_atoms::atom, 32, "\1\1\1\1"}), 0);
+    QCOMPARE(claimed({}), 0);
+}
+
+void ApplicationIdentityTest::machines() {
+    QVERIFY(isSameMachine(u"desk"_s, u"Desk"_s));
+    QVERIFY(isSameMachine(u"desk.home"_s, u"desk"_s));
+    QVERIFY(isSameMachine(u"desk"_s, u"desk.home"_s));
+    QVERIFY(!isSameMachine(u"desk.home"_s, u"desk.work"_s));
+    QVERIFY(!isSameMachine(u"laptop"_s, u"desk"_s));
+    QVERIFY(!isSameMachine(QString(), u"desk"_s));
 }
 
 QTEST_GUILESS_MAIN(ApplicationIdentityTest)

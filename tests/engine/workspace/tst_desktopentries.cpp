@@ -1,29 +1,15 @@
 // Reading desktop entries, and finding them in the folders of several data directories.
 
 #include "engine/workspace/x11/DesktopEntryIndex.h"
+#include "tests/support/Files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 
 namespace {
-
-void write(const QString &path, const QByteArray &text) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(text);
-}
-
-QByteArray entryText(const QByteArray &name, const QByteArray &more = {}) {
-    return "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n" + more;
-}
 
 /// Two data directories, the user's own before the system's.
 struct Folders {
@@ -32,6 +18,11 @@ struct Folders {
 
     QString own() const { return root.filePath(u"own"_s); }
     QString system() const { return root.filePath(u"system"_s); }
+    static void install(const QString &folder, const QString &id, const QByteArray &name,
+                        const QByteArray &more = {}) {
+        samples::write(folder + u'/' + id + u".desktop"_s,
+                       "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n" + more);
+    }
     QString nameOf(const QString &id) {
         const auto found = index.withId(id);
         return found ? found->entry.name : u"none"_s;
@@ -48,89 +39,49 @@ class DesktopEntriesTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void parse_data();
     void parse();
-    void locales_data();
-    void locales();
     void precedence();
     void windowClasses();
-    void changesAreNoticed();
     void oddFiles();
 };
 
-void DesktopEntriesTest::parse_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("expected"); // name, class and flags; empty when there is no entry
-
-    const QByteArray head = "[Desktop Entry]\n";
-    QTest::newRow("plain") << head + "Type=Application\nName=Editor\nStartupWMClass=Ed" << u"Editor|Ed|A"_s;
-    QTest::newRow("translated, best last")
-        << head + "Name=Editor\nName[de]=Schreiber\nName[de_AT]=Schreiberl\n"
-        << u"Schreiberl||"_s;
-    QTest::newRow("translated, best first")
-        << head + "Name[de_AT]=Schreiberl\nName[de]=Schreiber\nName=Editor\n"
-        << u"Schreiberl||"_s;
-    QTest::newRow("other language") << head + "Name=Editor\nName[fr]=Éditeur\n" << u"Editor||"_s;
-    QTest::newRow("empty translation") << head + "Name=Editor\nName[de]=\n" << u"Editor||"_s;
-    QTest::newRow("spaces and comments")
-        << "# c\n\n" + head + "  Name = A  B \r\n# Name=C\nNoDisplay = true\n"
-        << u"A  B||N"_s;
-    QTest::newRow("escapes") << head + "Name=a\\sb\\\\c\\q" << u"a b\\c\\q||"_s;
-    QTest::newRow("other groups") << "[Before]\nName=No\n" + head + "Name=Yes\n[Desktop Action x]\nName=No\n"
-                                  << u"Yes||"_s;
-    QTest::newRow("hidden") << head + "Type=Application\nHidden=true\nName=X" << u"X||AH"_s;
-    QTest::newRow("link") << head + "Type=Link\nName=X" << u"X||"_s;
-    QTest::newRow("site of a browser")
-        << head + "Name=Mail\nExec=/opt/b/b --profile-directory=D --app-id=abc\n"
-        << u"Mail||W"_s;
-    QTest::newRow("no site") << head + "Name=B\nExec=b --no-app=1 %U\n" << u"B||"_s;
-    QTest::newRow("byte order mark") << "\xEF\xBB\xBF" + head + "Name=X" << u"X||"_s;
-    QTest::newRow("no UTF-8") << head + "Name=\xFFX" << u"\uFFFDX||"_s;
-    QTest::newRow("no group") << QByteArray("Name=X\n") << QString();
-    QTest::newRow("empty") << QByteArray() << QString();
-}
-
 void DesktopEntriesTest::parse() {
-    QFETCH(QByteArray, text);
-    const auto entry = DesktopEntry::parse(text, {"de_AT", "de"});
-    QString found;
-    if (entry) {
-        found = entry->name + u'|' + entry->windowClass + u'|';
-        found += entry->isApplication ? u"A"_s : QString();
-        found += entry->isHidden ? u"H"_s : QString();
-        found += entry->isOutsideMenus ? u"N"_s : QString();
-        found += entry->isWebApplication ? u"W"_s : QString();
-    }
-    QTEST(found, "expected");
-}
+    const auto read = [](const QByteArray &lines) {
+        return DesktopEntry::parse("[Desktop Entry]\n" + lines, {"de_AT", "de"}).value_or(DesktopEntry());
+    };
+    const DesktopEntry plain = read("Type=Application\nName=Editor\nStartupWMClass=Ed");
+    QCOMPARE(plain, (DesktopEntry{u"Editor"_s, u"Ed"_s, true, false, false, false}));
+    QCOMPARE(read("Name=Ed\nName[de]=Schreiber\nName[de_AT]=Schreiberl\n").name, u"Schreiberl"_s);
+    QCOMPARE(read("Name[de_AT]=Schreiberl\nName[de]=Schreiber\nName=Ed\n").name, u"Schreiberl"_s);
+    QCOMPARE(read("Name=Editor\nName[fr]=Éditeur\nName[de]=\n").name, u"Editor"_s);
+    QCOMPARE(read("  Name = A  B \r\n# Name=C\n[Desktop Action x]\nName=D\n").name, u"A  B"_s);
+    QCOMPARE(read("Name=a\\sb\\\\c\\q").name, u"a b\\c\\q"_s);
+    QCOMPARE(read("Name=\xFFX").name, u"\uFFFDX"_s);
+    QVERIFY(read("Hidden=true\n").isHidden && read("NoDisplay = true\n").isOutsideMenus);
+    QVERIFY(!read("Type=Link\n").isApplication);
+    QVERIFY(read("Exec=/opt/b/b --profile-directory=D --app-id=abc\n").isWebApplication);
+    QVERIFY(!read("Exec=b --no-app=1 %U\n").isWebApplication);
+    QCOMPARE(DesktopEntry::parse("\xEF\xBB\xBF# c\n\n[Before]\nName=No\n[Desktop Entry]\nName=X", {})->name,
+             u"X"_s);
+    QVERIFY(!DesktopEntry::parse("Name=X\n", {}));
 
-void DesktopEntriesTest::locales_data() {
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<EntryLocales>("expected");
-
-    QTest::newRow("everything") << QByteArray("sr_YU.UTF-8@Latn")
-                                << EntryLocales{"sr_YU@Latn", "sr_YU", "sr@Latn", "sr"};
-    QTest::newRow("language") << QByteArray("de") << EntryLocales{"de"};
-    QTest::newRow("no language") << QByteArray("C.UTF-8") << EntryLocales{};
-    QTest::newRow("nothing") << QByteArray() << EntryLocales{};
-}
-
-void DesktopEntriesTest::locales() {
-    QFETCH(QByteArray, name);
-    QTEST(entryLocales(name), "expected");
+    QCOMPARE(entryLocales("sr_YU.UTF-8@Latn"), (EntryLocales{"sr_YU@Latn", "sr_YU", "sr@Latn", "sr"}));
+    QCOMPARE(entryLocales("de"), EntryLocales{"de"});
+    QVERIFY(entryLocales("C.UTF-8").isEmpty() && entryLocales({}).isEmpty());
 }
 
 void DesktopEntriesTest::precedence() {
     Folders folders;
-    write(folders.system() + u"/editor.desktop"_s, entryText("System's"));
-    write(folders.own() + u"/editor.desktop"_s, entryText("Own", "Name[de]=Eigener\n"));
-    write(folders.system() + u"/gone.desktop"_s, entryText("Gone"));
-    write(folders.own() + u"/gone.desktop"_s, entryText("Gone", "Hidden=true\n"));
-    write(folders.system() + u"/kde/Viewer.desktop"_s, entryText("Viewer"));
-    write(folders.own() + u"/org.Calls.desktop"_s, entryText("Upper"));
-    write(folders.system() + u"/org.calls.desktop"_s, entryText("Lower"));
+    folders.install(folders.system(), u"editor"_s, "System's", "StartupWMClass=ed\n");
+    folders.install(folders.own(), u"editor"_s, "Own", "Name[de]=Eigener\n");
+    folders.install(folders.system(), u"gone"_s, "Gone");
+    folders.install(folders.own(), u"gone"_s, "Gone", "Hidden=true\n");
+    folders.install(folders.system(), u"kde/Viewer"_s, "Viewer");
+    folders.install(folders.own(), u"org.Calls"_s, "Upper");
+    folders.install(folders.system(), u"org.calls"_s, "Lower");
 
     QCOMPARE(folders.nameOf(u"editor"_s), u"Eigener"_s);
+    QCOMPARE(folders.idOfClass(u"ed"_s), u"none"_s);
     // Who deleted an entry does not want to see the one behind it.
     QCOMPARE(folders.nameOf(u"gone"_s), u"none"_s);
     // Folders are part of the id, and case does not count, unless it tells two files apart.
@@ -138,43 +89,28 @@ void DesktopEntriesTest::precedence() {
     QCOMPARE(folders.nameOf(u"org.calls"_s), u"Lower"_s);
     QCOMPARE(folders.nameOf(u"ORG.CALLS"_s), u"Upper"_s);
     QCOMPARE(folders.nameOf(QString()), u"none"_s);
+
+    // Written in place, so that the folder stays as it is; and a whole folder gone.
+    folders.install(folders.own(), u"editor"_s, "Second", "StartupWMClass=second\n");
+    folders.index.refresh();
+    QCOMPARE(folders.nameOf(u"editor"_s), u"Second"_s);
+    QCOMPARE(folders.idOfClass(u"second"_s), u"editor"_s);
+    QVERIFY(QDir(folders.own()).removeRecursively());
+    folders.index.refresh();
+    QCOMPARE(folders.idOfClass(u"second"_s), u"none"_s);
+    QCOMPARE(folders.idOfClass(u"ed"_s), u"editor"_s);
 }
 
 void DesktopEntriesTest::windowClasses() {
     Folders folders;
-    write(folders.own() + u"/a-opener.desktop"_s,
-          entryText("Opens files", "StartupWMClass=Ed\nNoDisplay=true\n"));
-    write(folders.system() + u"/editor.desktop"_s, entryText("Editor", "StartupWMClass=ED\n"));
-    write(folders.own() + u"/mail.desktop"_s, entryText("Mail", "StartupWMClass=crx_x\nExec=b --app-id=x\n"));
-    write(folders.own() + u"/off.desktop"_s, entryText("Off", "StartupWMClass=off\nHidden=true\n"));
+    folders.install(folders.own(), u"a-opener"_s, "Opens files", "StartupWMClass=Ed\nNoDisplay=true\n");
+    folders.install(folders.system(), u"editor"_s, "Editor", "StartupWMClass=ED\n");
+    folders.install(folders.own(), u"mail"_s, "Mail", "StartupWMClass=crx_x\nExec=b --app-id=x\n");
+    folders.install(folders.own(), u"off"_s, "Off", "StartupWMClass=off\nHidden=true\n");
 
     QCOMPARE(folders.idOfClass(u"ed"_s), u"editor"_s); // the main entry before one that only opens files
-    QCOMPARE(folders.idOfClass(u"crx_x"_s), u"none"_s);
-    QCOMPARE(folders.idOfClass(u"off"_s), u"none"_s);
-    QCOMPARE(folders.idOfClass(u""_s), u"none"_s);
-}
-
-void DesktopEntriesTest::changesAreNoticed() {
-    Folders folders;
-    QCOMPARE(folders.nameOf(u"new"_s), u"none"_s);
-    write(folders.system() + u"/new.desktop"_s, entryText("First", "StartupWMClass=one\n"));
-    folders.index.refresh();
-    QCOMPARE(folders.nameOf(u"new"_s), u"First"_s);
-    QCOMPARE(folders.idOfClass(u"one"_s), u"new"_s);
-
-    // Written in place, so that the folder stays as it is.
-    write(folders.system() + u"/new.desktop"_s, entryText("Second", "StartupWMClass=another\n"));
-    folders.index.refresh();
-    QCOMPARE(folders.idOfClass(u"one"_s), u"none"_s);
-    QCOMPARE(folders.idOfClass(u"another"_s), u"new"_s);
-    QCOMPARE(folders.nameOf(u"new"_s), u"Second"_s);
-
-    write(folders.own() + u"/new.desktop"_s, entryText("Own"));
-    folders.index.refresh();
-    QCOMPARE(folders.nameOf(u"new"_s), u"Own"_s);
-    QVERIFY(QDir(folders.own()).removeRecursively());
-    folders.index.refresh();
-    QCOMPARE(folders.nameOf(u"new"_s), u"Second"_s);
+    for (const QString &other : {u"crx_x"_s, u"off"_s, u""_s})
+        QCOMPARE(folders.idOfClass(other), u"none"_s);
 }
 
 void DesktopEntriesTest::oddFiles() {
@@ -184,7 +120,7 @@ void DesktopEntriesTest::oddFiles() {
     QCOMPARE(::mkfifo(QFile::encodeName(folders.own() + u"/pipe.desktop"_s).constData(), 0600), 0);
     QVERIFY(QFile::link(folders.own(), folders.own() + u"/loop"_s));
     QVERIFY(QFile::link(u"/nowhere"_s, folders.own() + u"/broken.desktop"_s));
-    write(folders.own() + u"/good.desktop"_s, entryText("Good", "StartupWMClass=good\n"));
+    folders.install(folders.own(), u"good"_s, "Good", "StartupWMClass=good\n");
 
     for (const QString &id : {u"folder"_s, u"pipe"_s, u"broken"_s})
         QCOMPARE(folders.nameOf(id), u"none"_s);
