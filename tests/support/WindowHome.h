@@ -5,7 +5,6 @@
 #include "app/Kestrin/MacSection.h"
 #include "app/Kestrin/ProtectionWindow.h"
 #include "engine/JSONMacActivityLogStore.h"
-#include "engine/JSONPrivacyModeSettingsStore.h"
 #include "engine/workspace/InMemoryWorkspace.h"
 #include "runtime/JSONUserDefaults.h"
 #include "tests/support/Samples.h"

@@ -1,0 +1,332 @@
+// The components of the window and what they are painted with: the appearance, presses, how texts fit, corners,
+// strokes, shadows and symbols.
+
+#include "design/ContinuousRectangle.h"
+#include "design/DesignSystem.h"
+#include "design/KestrinAppearance.h"
+#include "design/KestrinColors.h"
+#include "design/KestrinFonts.h"
+#include "design/SymbolImage.h"
+#include "design/SymbolTable.h"
+
+#include <QPainter>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cmath>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+
+namespace {
+
+/// A shown window with a piece of QML in it, over white. What follows the imports is the root item.
+class Stage {
+  public:
+    explicit Stage(const QByteArray &qml) {
+        m_window.setColor(Qt::white);
+        m_window.resize(400, 200);
+        QQmlComponent component(&m_engine);
+        component.setData("import QtQuick\nimport QtQuick.Layouts\nimport KestrinDesignSystem\n" + qml, {});
+        m_root.reset(qobject_cast<QQuickItem *>(component.create()));
+        if (!m_root)
+            qFatal("%s", qPrintable(component.errorString()));
+        m_root->setParentItem(m_window.contentItem());
+        m_window.show();
+        if (!QTest::qWaitForWindowExposed(&m_window))
+            qFatal("The window is not shown.");
+    }
+
+    QQuickWindow &window() { return m_window; }
+    QQuickItem &root() { return *m_root; }
+    QVariant value(const char *property) const { return m_root->property(property); }
+
+    /// The first item below the root whose type, in C++ or in QML, begins with `type`.
+    QQuickItem *find(const char *type) const { return find(m_root.get(), QByteArray(type)); }
+
+    QImage picture() { return m_window.grabWindow(); }
+
+  private:
+    static QQuickItem *find(QQuickItem *item, const QByteArray &type) {
+        const auto children = item->childItems();
+        for (QQuickItem *const child : children) {
+            if (QByteArray(child->metaObject()->className()).startsWith(type))
+                return child;
+            if (QQuickItem *const found = find(child, type))
+                return found;
+        }
+        return nullptr;
+    }
+
+    QQuickWindow m_window;
+    QQmlEngine m_engine;
+    std::unique_ptr<QQuickItem> m_root;
+};
+
+int coverage(const QImage &image) {
+    int sum = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            sum += qAlpha(image.pixel(x, y));
+    }
+    return sum;
+}
+
+} // namespace
+
+class DesignTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase() { registerDesignSystem(); }
+    void init() { KestrinAppearance::shared().setPreference(KestrinAppearance::Light); }
+    void openWindowIsRecoloured();
+    void pressIsClickWhenLetGoOnIt();
+    void toggleAsksItsOwner();
+    void textFits();
+    void textGetsRoom();
+    void titlesAreWhole();
+    void sizesFollowTexts();
+    void cornersAreContinuous();
+    void strokeIsInsideAndSharp();
+    void stretchedAsPaintedWhole();
+    void shadowIsSoft();
+    void drawnOnWholePixels();
+    void symbols();
+};
+
+void DesignTest::openWindowIsRecoloured() {
+    Stage stage(R"(KestrinCard {
+        property color soft: KestrinTones.softBackground(KestrinTone.Attention)
+        width: 200
+        height: 100
+        KestrinPrimaryButton { title: "Go"; width: parent.width }
+    })");
+    const QQuickItem *const button = stage.find("KestrinPrimaryButton");
+    for (const auto appearance : {KestrinAppearance::Light, KestrinAppearance::Dark}) {
+        KestrinAppearance::shared().setPreference(appearance);
+        const KestrinColors &colors = KestrinColors::shared();
+        QCOMPARE(colors.surface().lightnessF() > 0.5F, appearance == KestrinAppearance::Light);
+        const QImage picture = stage.picture();
+        QCOMPARE(picture.pixelColor(100, 8).rgb(), colors.surface().rgb());
+        QCOMPARE(picture.pixelColor(30, 40).rgb(), colors.primaryAction().rgb());
+        QColor soft = colors.attention();
+        soft.setAlphaF(0.12F);
+        QCOMPARE(stage.value("soft").value<QColor>(), soft);
+    }
+    QCOMPARE(stage.find("KestrinPrimaryButton"), button);
+}
+
+void DesignTest::pressIsClickWhenLetGoOnIt() {
+    Stage stage("KestrinPrimaryButton { width: 200; height: 52; title: 'Go' }");
+    const QQuickItem *const label = stage.find("KestrinPressableButtonStyle");
+    const QSignalSpy clicks(&stage.root(), SIGNAL(clicked()));
+    QTest::mousePress(&stage.window(), Qt::LeftButton, {}, {100, 26});
+    QVERIFY(label->opacity() > 0.88);
+    QTRY_COMPARE(label->opacity(), 0.88);
+    QCOMPARE(label->scale(), 0.98);
+    QTest::mouseMove(&stage.window(), {300, 150});
+    QTRY_COMPARE(label->opacity(), 1.0);
+    QTest::mouseRelease(&stage.window(), Qt::LeftButton, {}, {300, 150});
+    QCOMPARE(clicks.size(), 0);
+    QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, {10, 10});
+    QCOMPARE(clicks.size(), 1);
+    QVERIFY(!stage.root().hasActiveFocus());
+}
+
+void DesignTest::toggleAsksItsOwner() {
+    Stage stage(R"(KestrinToggle {
+        property bool obeys: true
+        width: 300
+        on: false
+        onFlipped: value => { if (obeys) on = value }
+        KestrinText { text: 'Keep selected apps closed' }
+    })");
+    const int middle = qRound(stage.root().height() / 2);
+    const auto looksAfterClick = [&](int x) {
+        QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, {x, middle});
+        const QImage picture = stage.picture();
+        return std::pair(picture.pixel(300 - 52 + 15, middle), picture.pixel(300 - 15, middle));
+    };
+    const QRgb knob = QColor(Qt::white).rgb();
+    const auto on = std::pair(KestrinColors::shared().freshGreen().rgb(), knob);
+    const auto off = std::pair(knob, KestrinColors::shared().offGraySoft().rgb());
+    QCOMPARE(looksAfterClick(20), on); // on its label
+    QCOMPARE(looksAfterClick(280), off);
+    stage.root().setProperty("obeys", false);
+    QCOMPARE(looksAfterClick(280), off);
+}
+
+void DesignTest::textFits() {
+    QVERIFY(KestrinFonts::hasAllWeights(KestrinFonts::family()));
+    struct Case {
+        double share; // of the width that the text wants
+        bool shrinks;
+        bool cut;
+    };
+    Stage stage("KestrinText { weight: KestrinWeight.Bold; minimumScale: 0.7; lineLimit: 1 }");
+    for (const QString &text : {u"Run Preview"_s, u"Shrinks to fit this"_s, u"Zoom"_s}) {
+        stage.root().setProperty("text", text);
+        for (const int size : {13, 32}) {
+            stage.root().setProperty("size", size);
+            for (const Case &each : {Case{1, false, false}, Case{0.97, false, false}, Case{0.85, true, false},
+                                     Case{0.69, true, false}, Case{0.6, true, true}}) {
+                stage.root().setWidth(stage.value("naturalWidth").toDouble() * each.share);
+                const QByteArray which = u"%1, %2, %3"_s.arg(text).arg(size).arg(each.share).toUtf8();
+                const double scale = stage.value("scaleFactor").toDouble();
+                QVERIFY2(each.cut ? scale == 0.7 : scale >= 0.7 && (scale < 1) == each.shrinks, which);
+                QVERIFY2(stage.find("QQuickText")->property("truncated").toBool() == each.cut, which);
+            }
+        }
+    }
+}
+
+// A text that had too little room at first is as good as new when it gets some.
+void DesignTest::textGetsRoom() {
+    const QByteArray tile = "title: 'Running apps'; value: '12'; tone: 0; systemImage: 'clock.fill' }";
+    Stage early("KestrinMetricTile { width: 300; " + tile);
+    QCOMPARE(early.root().implicitHeight(), 112.0 + 32);
+    Stage late("KestrinMetricTile { width: 0; " + tile);
+    for (const int width : {0, 40, 60, 300}) {
+        late.root().setWidth(width);
+        late.picture();
+    }
+    QCOMPARE(late.picture(), early.picture());
+}
+
+// The narrowest buttons there are, with their longest titles; and one whose title has all the room.
+void DesignTest::titlesAreWhole() {
+    for (const QByteArray &button : {
+             "SecondaryButton { width: 190; systemImage: 'wand.and.stars'; title: 'Apply Recommended' }"_ba,
+             "SecondaryButton { width: 170; systemImage: 'arrow.clockwise'; title: 'Run Live Check' }"_ba,
+             "PrimaryButton { width: 150; systemImage: 'shield.checkered'; title: 'Run Preview' }"_ba,
+             "PrimaryButton { width: 300; title: 'Go' }"_ba,
+         }) {
+        Stage stage("Kestrin" + button);
+        const QQuickItem *const label = stage.find("QQuickText");
+        QVERIFY2(!label->property("truncated").toBool(), button);
+        const QRectF place = label->mapRectToItem(&stage.root(), label->boundingRect());
+        QVERIFY2(place.right() <= stage.root().width() - 3.5, button);
+        if (!button.contains("systemImage"))
+            QVERIFY2(std::abs(place.center().x() - stage.root().width() / 2) <= 0.5, button);
+    }
+}
+
+void DesignTest::sizesFollowTexts() {
+    Stage text("KestrinText { width: 120; lineLimit: 2; text: 'Protects your quiet hours, and some more' }");
+    const double line = text.value("naturalHeight").toDouble();
+    QCOMPARE(text.root().implicitHeight(), 2 * line);
+    text.root().setProperty("lineLimit", 0);
+    QVERIFY(text.root().implicitHeight() > 2 * line);
+    // A text that has the width it asked for needs no second line.
+    text.root().setProperty("text", u"Browser"_s);
+    text.root().setWidth(text.root().implicitWidth());
+    QCOMPARE(text.root().implicitHeight(), line);
+
+    Stage pill("KestrinStatusPill { title: 'i'; tone: KestrinTone.Link }");
+    QCOMPARE(pill.root().implicitWidth(), 72.0);
+    pill.root().setProperty("title", u"Needs attention"_s);
+    QVERIFY(pill.root().implicitWidth() > 100);
+}
+
+void DesignTest::cornersAreContinuous() {
+    // With room for the corner, and without any.
+    for (const QSizeF &size : {QSizeF(200, 200), QSizeF(72, 32), QSizeF(40, 40)}) {
+        const double radius = std::min(20.0, size.height() / 2);
+        const QPainterPath path = ContinuousRectangle{size, size.height() > 100 ? radius : 1000}.path();
+        QCOMPARE(path.boundingRect().size(), size);
+        // On the diagonal it is where the circle is.
+        const double cut = radius * (1 - std::sqrt(0.5));
+        QVERIFY(!path.contains(QPointF(cut - 0.1, cut - 0.1)));
+        QVERIFY(path.contains(QPointF(cut + 0.1, cut + 0.1)));
+        if (size.height() > 100) {
+            // Where a circle would have begun, this one has left the edge long ago, but slowly.
+            QVERIFY(!path.contains(QPointF(radius, 0.2)));
+            QVERIFY(path.contains(QPointF(1.4 * radius, 0.1)));
+        } else {
+            // Round, not pointed.
+            QVERIFY(path.contains(QPointF(0.1 * radius, radius * 0.7)));
+            QVERIFY(!path.contains(QPointF(0.1 * radius, radius * 0.4)));
+        }
+    }
+}
+
+void DesignTest::strokeIsInsideAndSharp() {
+    for (const int scale : {1, 2}) {
+        const QImage image =
+            SurfacePaint{QSizeF(80, 80) * scale, 14.0 * scale, false, Qt::white, Qt::red, 1.0 * scale}
+                .paint();
+        for (int line = 0; line < 4; ++line)
+            QCOMPARE(image.pixelColor(40, line), QColor(line < scale ? Qt::red : Qt::white));
+    }
+    // A translucent fill does not let the stroke shine through.
+    const QImage glass = SurfacePaint{{80, 80}, 14, false, QColor(0, 0, 255, 51), Qt::red, 1}.paint();
+    QCOMPARE(glass.pixelColor(40, 40), QColor(0, 0, 255, 51));
+}
+
+void DesignTest::stretchedAsPaintedWhole() {
+    const QByteArray look =
+        "width: 160; height: 120; radius: 14; color: '#dfe'; strokeColor: '#369'; strokeWidth: 1";
+    Stage parts("KestrinSurface { " + look + " }");
+    Stage whole("KestrinSurface { scales: true; " + look + " }");
+    QCOMPARE(parts.picture(), whole.picture());
+}
+
+void DesignTest::shadowIsSoft() {
+    Stage stage("Item { KestrinCard { x: 60; y: 40; width: 280 } }");
+    // With room to stretch a picture of the shadow in one direction, and in both.
+    for (const int height : {60, 110}) {
+        stage.root().childItems().constFirst()->setHeight(height);
+        const QImage picture = stage.picture();
+        const auto darkness = [&picture](int y) { return 255 - picture.pixelColor(200, y).red(); };
+        // It falls down, and fades out without an edge.
+        const int bottom = 40 + height;
+        QVERIFY(darkness(bottom + 2) > darkness(38));
+        QVERIFY(darkness(bottom + 2) >= 5);
+        for (int y = bottom + 2; y < bottom + 40; ++y) {
+            const int change = darkness(y - 1) - darkness(y);
+            QVERIFY(change == 0 || change == 1);
+        }
+        QCOMPARE(darkness(bottom + 39), 0);
+    }
+}
+
+void DesignTest::drawnOnWholePixels() {
+    Stage stage("Item { KestrinSurface { x: 20.4; y: 10.6; width: 50; height: 30; color: 'black' } }");
+    const auto isBlack = [&stage](const QRect &box) {
+        QImage expected(400, 200, QImage::Format_RGB32);
+        expected.fill(Qt::white);
+        QPainter(&expected).fillRect(box, Qt::black);
+        return stage.picture().convertToFormat(QImage::Format_RGB32) == expected;
+    };
+    QVERIFY(isBlack({20, 11, 50, 30}));
+    // Also after only its ancestor has moved.
+    stage.root().setX(0.4);
+    QVERIFY(isBlack({21, 11, 50, 30}));
+}
+
+void DesignTest::symbols() {
+    for (const SymbolDrawing &symbol : symbolTable()) {
+        const auto drawn = [&symbol](KestrinWeight weight) {
+            return symbolImage(symbol, 64, weight, Qt::red);
+        };
+        const QImage image = drawn(KestrinWeight::Semibold);
+        const int ink = coverage(image) / 255;
+        QVERIFY2(ink > 64 * 64 / 20 && ink < 64 * 64 * 9 / 10, symbol.name);
+        for (int y = 0; y < 64; ++y) {
+            for (int x = 0; x < 64; ++x)
+                QVERIFY2(qGreen(image.pixel(x, y)) == 0, symbol.name);
+        }
+        const int gain = coverage(drawn(KestrinWeight::Bold)) - coverage(drawn(KestrinWeight::Regular));
+        QVERIFY2(symbol.kind == SymbolDrawing::Kind::Lines ? gain > 0 : gain == 0, symbol.name);
+    }
+}
+
+QTEST_MAIN(DesignTest)
+
+#include "tst_design.moc"
