@@ -7,6 +7,8 @@
 #include <QJsonDocument>
 #include <QTemporaryDir>
 
+#include <fuzzer/FuzzedDataProvider.h>
+
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -27,12 +29,16 @@ inline QByteArray bytesOf(const std::uint8_t *data, std::size_t size) {
     return {reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)};
 }
 
-/// A folder in memory, where fsync costs nothing, if the system has one.
-inline const QTemporaryDir &scratchFolder() {
+inline QString anyText(FuzzedDataProvider &input, std::size_t most) {
+    return QString::fromUtf8(QByteArray::fromStdString(input.ConsumeRandomLengthString(most)));
+}
+
+/// In a folder in memory, where fsync costs nothing, if the system has one.
+inline QString scratchFile(const QString &name) {
     const QString memory = QStringLiteral("/dev/shm");
     static const QTemporaryDir folder((QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) +
                                       QStringLiteral("/kestrin-fuzz-XXXXXX"));
-    return folder;
+    return folder.filePath(name);
 }
 
 inline void writeFile(const QString &path, const QByteArray &text) {

@@ -46,7 +46,7 @@ void checkAppend(const QString &path, const Events &before) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const QByteArray text = bytesOf(data, size);
-    const QString path = scratchFolder().filePath(u"activity-log.json"_s);
+    const QString path = scratchFile(u"activity-log.json"_s);
     writeFile(path, text);
 
     const auto events = whole(text, all);

@@ -21,29 +21,12 @@ void checkLocales(const EntryLocales &locales) {
 
 /// A text as a desktop entry writes it.
 QByteArray escaped(const QString &text) {
-    QByteArray result;
-    for (const char c : text.toUtf8()) {
-        switch (c) {
-        case ' ':
-            result += "\\s";
-            break;
-        case '\n':
-            result += "\\n";
-            break;
-        case '\t':
-            result += "\\t";
-            break;
-        case '\r':
-            result += "\\r";
-            break;
-        case '\\':
-            result += "\\\\";
-            break;
-        default:
-            result += c;
-        }
-    }
-    return result;
+    return text.toUtf8()
+        .replace("\\", "\\\\")
+        .replace(" ", "\\s")
+        .replace("\n", "\\n")
+        .replace("\t", "\\t")
+        .replace("\r", "\\r");
 }
 
 void checkRoundTrip(const QByteArray &bytes) {

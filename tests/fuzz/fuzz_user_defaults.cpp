@@ -5,8 +5,6 @@
 
 #include <QJsonArray>
 
-#include <fuzzer/FuzzedDataProvider.h>
-
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::fuzzing;
@@ -29,7 +27,7 @@ QJsonValue anyValue(FuzzedDataProvider &input, int depth) {
     case 1:
         return input.ConsumeFloatingPointInRange(-1e9, 1e9);
     case 2:
-        return QString::fromUtf8(QByteArray::fromStdString(input.ConsumeRandomLengthString(12)));
+        return anyText(input, 12);
     case 3:
         return {};
     default:
@@ -41,7 +39,7 @@ QJsonValue anyValue(FuzzedDataProvider &input, int depth) {
 }
 
 /// A text that has nothing to do with JSON most of the time, or an object that has our keys now and then.
-QByteArray anyText(FuzzedDataProvider &input) {
+QByteArray anyFile(FuzzedDataProvider &input) {
     if (input.ConsumeBool())
         return QByteArray::fromStdString(input.ConsumeRemainingBytesAsString());
     QJsonObject object;
@@ -54,9 +52,9 @@ QByteArray anyText(FuzzedDataProvider &input) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    const QString path = scratchFolder().filePath(u"user-defaults.json"_s);
+    const QString path = scratchFile(u"user-defaults.json"_s);
     FuzzedDataProvider input(data, size);
-    writeFile(path, anyText(input));
+    writeFile(path, anyFile(input));
     QJsonObject expected = objectIn(path);
 
     JSONUserDefaults defaults(path);

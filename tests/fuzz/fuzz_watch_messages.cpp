@@ -5,9 +5,7 @@
 
 #include <QStringList>
 
-#include <fuzzer/FuzzedDataProvider.h>
-
-#include <limits>
+#include <cstring>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -35,7 +33,7 @@ QString text(FuzzedDataProvider &input) {
     if (input.ConsumeBool())
         return rawValue(input.PickValueInArray(
             {Bridge::Command::requestState, Bridge::Command::setPrivacyMode, Bridge::Command::quickCheck}));
-    return QString::fromUtf8(QByteArray::fromStdString(input.ConsumeRandomLengthString(24)));
+    return anyText(input, 24);
 }
 
 /// Doubles of every kind, those that are no numbers included.
@@ -46,34 +44,22 @@ double real(FuzzedDataProvider &input) {
     return input.ConsumeBool() ? value : static_cast<double>(static_cast<qint64>(bits));
 }
 
-QVariant anyValue(FuzzedDataProvider &input) {
-    switch (input.ConsumeIntegralInRange(0, 11)) {
-    case 0:
-        return input.ConsumeBool();
-    case 1:
-        return number<qint32>(input);
-    case 2:
-        return number<quint32>(input);
-    case 3:
-        return number<qint64>(input);
-    case 4:
-        return number<quint64>(input);
-    case 5:
-        return number<short>(input);
-    case 6:
-        return real(input);
-    case 7:
-        return input.ConsumeFloatingPointInRange(-3.0F, 3.0F);
-    case 8:
-        return text(input).toUtf8();
-    case 9:
-        return QVariantList{text(input)};
-    case 10:
-        return text(input);
-    default:
-        return {};
-    }
-}
+using Maker = QVariant (*)(FuzzedDataProvider &);
+
+constexpr Maker makers[] = {
+    [](FuzzedDataProvider &input) { return QVariant(input.ConsumeBool()); },
+    number<qint32>,
+    number<quint32>,
+    number<qint64>,
+    number<quint64>,
+    number<short>,
+    [](FuzzedDataProvider &input) { return QVariant(real(input)); },
+    [](FuzzedDataProvider &input) { return QVariant(input.ConsumeFloatingPointInRange(-3.0F, 3.0F)); },
+    [](FuzzedDataProvider &input) { return QVariant(text(input).toUtf8()); },
+    [](FuzzedDataProvider &input) { return QVariant(QVariantList{text(input)}); },
+    [](FuzzedDataProvider &input) { return QVariant(text(input)); },
+    [](FuzzedDataProvider &) { return QVariant(); },
+};
 
 void checkValue(const QString &key, const QVariantMap &message) {
     const QVariant value = message.value(key);
@@ -115,7 +101,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     QVariantMap message;
     while (input.remaining_bytes() > 0) {
         const auto key = input.ConsumeIntegralInRange<qsizetype>(0, keys().size() - 1);
-        message.insert(keys().at(key), anyValue(input));
+        message.insert(keys().at(key), makers[input.ConsumeIntegralInRange<std::size_t>(0, 11)](input));
     }
     for (const QString &key : keys())
         checkValue(key, message);

@@ -3,8 +3,6 @@
 #include "engine/workspace/x11/WindowFacts.h"
 #include "tests/fuzz/Fuzzing.h"
 
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <cstring>
 
 using namespace kestrin;
@@ -24,64 +22,53 @@ const X11Atoms &atoms() {
 }
 
 /// A property that lives as long as its bytes. Types, formats and items are often those that mean something.
-class AnyProperty {
-  public:
+struct AnyProperty : RawProperty {
     explicit AnyProperty(FuzzedDataProvider &input) {
-        m_property.type = input.PickValueInArray({quint32{0}, core_atoms::atom, core_atoms::cardinal,
-                                                  core_atoms::window, atoms().utf8String, atoms().wmState});
-        m_property.format = input.PickValueInArray({quint8{0}, quint8{8}, quint8{16}, quint8{32}});
+        type = input.PickValueInArray({quint32{0}, core_atoms::atom, core_atoms::cardinal, core_atoms::window,
+                                       atoms().utf8String, atoms().wmState});
+        format = input.PickValueInArray({quint8{0}, quint8{8}, quint8{16}, quint8{32}});
         // One byte before them, so that items do not stand where the processor likes them.
-        m_bytes = '?' + QByteArray::fromStdString(input.ConsumeRandomLengthString(64));
+        storage = '?' + QByteArray::fromStdString(input.ConsumeRandomLengthString(64));
         while (input.ConsumeBool()) {
             const quint32 item = input.ConsumeIntegralInRange<quint32>(90, 140);
-            m_bytes.append(reinterpret_cast<const char *>(&item), sizeof item);
+            storage.append(reinterpret_cast<const char *>(&item), sizeof item);
         }
-        m_property.bytes = QByteArrayView(m_bytes).sliced(1);
-    }
-    AnyProperty(const AnyProperty &) = delete;
-    AnyProperty &operator=(const AnyProperty &) = delete;
-
-    const RawProperty &get() const { return m_property; }
-
-    bool hasItem(quint32 type, quint32 wanted) const {
-        if (m_property.type != type || m_property.format != 32)
-            return false;
-        for (qsizetype at = 0; at + 4 <= m_property.bytes.size(); at += 4) {
-            if (std::memcmp(m_property.bytes.data() + at, &wanted, 4) == 0)
-                return true;
-        }
-        return false;
+        bytes = QByteArrayView(storage).sliced(1);
     }
 
-  private:
-    QByteArray m_bytes;
-    RawProperty m_property;
+    bool hasItem(quint32 wantedType, quint32 wanted) const {
+        bool found = false;
+        for (qsizetype at = 0; at + 4 <= bytes.size(); at += 4)
+            found = found || std::memcmp(bytes.data() + at, &wanted, 4) == 0;
+        return found && type == wantedType && format == 32;
+    }
+
+    QByteArray storage;
 };
 
 void checkFacts(const AnyProperty &property) {
     WindowFacts facts;
-    facts.takeWindowClass(property.get());
-    require(property.get().format == 8 || facts == WindowFacts{}, "a class is text");
+    facts.takeWindowClass(property);
+    require(property.format == 8 || facts == WindowFacts{}, "a class is text");
     require(!facts.instanceName.contains(QChar()) && !facts.className.contains(QChar()),
             "texts end at their NUL");
 
     facts = {};
-    facts.takeWindowState(property.get(), atoms());
-    facts.takeProtocols(property.get(), atoms());
+    facts.takeWindowState(property, atoms());
+    facts.takeProtocols(property, atoms());
     require(facts.skipsTaskbar == property.hasItem(core_atoms::atom, atoms().skipTaskbar),
             "who skips the task bar says so");
     require(facts.takesPartInClosing == property.hasItem(core_atoms::atom, atoms().wmDeleteWindow),
             "who takes part in closing says so");
-    facts.takeWindowType(property.get(), atoms());
-    require(facts.hasShownType || property.get().type == core_atoms::atom, "a type is an atom");
-    facts.takeProcess(property.get());
+    facts.takeWindowType(property, atoms());
+    require(facts.hasShownType || property.type == core_atoms::atom, "a type is an atom");
+    facts.takeProcess(property);
     require(facts.claimedProcess >= 0, "no process has a negative number");
 
-    require(!propertyText(property.get()).contains(QChar()), "a text ends at its NUL");
-    const quint32 window = propertyWindow(property.get());
+    require(!propertyText(property).contains(QChar()), "a text ends at its NUL");
+    const quint32 window = propertyWindow(property);
     require(window == 0 || property.hasItem(core_atoms::window, window), "a window is one of the items");
-    require(!isIconic(property.get(), atoms()) || property.hasItem(atoms().wmState, 3),
-            "who is minimised says so");
+    require(!isIconic(property, atoms()) || property.hasItem(atoms().wmState, 3), "who is minimised says so");
 }
 
 void checkClassRoundTrip(const QString &instance, const QString &name) {
@@ -91,22 +78,14 @@ void checkClassRoundTrip(const QString &instance, const QString &name) {
     require(facts.instanceName == instance && facts.className == name, "a class reads as it was written");
 }
 
-QString textOf(FuzzedDataProvider &input) {
-    return QString::fromUtf8(QByteArray::fromStdString(input.ConsumeRandomLengthString(32))).remove(QChar());
-}
-
-void checkMachines(const QString &first, const QString &second) {
-    require(isSameMachine(first, second) == isSameMachine(second, first), "machines are the same both ways");
-    require(isSameMachine(first, first) == !first.isEmpty(), "every machine with a name is itself");
-}
-
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     FuzzedDataProvider input(data, size);
-    const QString first = textOf(input);
-    const QString second = textOf(input);
-    checkMachines(first, second);
+    const QString first = anyText(input, 32).remove(QChar());
+    const QString second = anyText(input, 32).remove(QChar());
+    require(isSameMachine(first, second) == isSameMachine(second, first), "machines are the same both ways");
+    require(isSameMachine(first, first) == !first.isEmpty(), "every machine with a name is itself");
     checkClassRoundTrip(first, second);
     while (input.remaining_bytes() > 0)
         checkFacts(AnyProperty(input));

@@ -50,7 +50,6 @@ class UserDefaultsTest : public QObject {
 
     void typesAreKept();
     void otherTypesAreAbsent();
-    void keysAreTheSystemsOwn();
     void ownChangesAreToldAtOnce();
     void changesElsewhereInTheProcessAreTold();
     void changesOfOtherProcessesAreTold();
@@ -67,6 +66,8 @@ void UserDefaultsTest::typesAreKept() {
         QCOMPARE(described(store), value ? u"true"_s : u"false"_s);
         QCOMPARE(elsewhere({u"describe"_s}), described(store));
         QCOMPARE(store.stringArray(key), std::nullopt);
+        NSDictionary *domain = [native() persistentDomainForName:@KESTRIN_BUNDLE_IDENTIFIER];
+        QCOMPARE([[domain objectForKey:nativeKey] boolValue], value ? YES : NO);
     }
     for (const QStringList &list : {QStringList{}, QStringList{u"true"_s}, QStringList{u"1"_s, u""_s},
                                     QStringList{u"b"_s, u"ä –"_s, u"a.b"_s, u"b"_s}}) {
@@ -106,13 +107,6 @@ void UserDefaultsTest::otherTypesAreAbsent() {
     [native() setObject:[NSNumber numberWithInt:1] forKey:nativeKey];
     store.setBoolean(key, true);
     QCOMPARE(described(store), u"true"_s);
-}
-
-void UserDefaultsTest::keysAreTheSystemsOwn() {
-    NSUserDefaultsStore store;
-    store.setBoolean(key, true);
-    NSDictionary *domain = [native() persistentDomainForName:@KESTRIN_BUNDLE_IDENTIFIER];
-    QCOMPARE([[domain objectForKey:nativeKey] boolValue], YES);
 }
 
 void UserDefaultsTest::ownChangesAreToldAtOnce() {

@@ -1,15 +1,9 @@
 // The workspace of macOS: records, quit requests and launches, as AppKit has them and as the engine gets
 // them.
 
-#include "engine/MacActivityLogStoring.h"
-#include "engine/NSWorkspaceAppInventoryService.h"
-#include "engine/NSWorkspaceRiskAppActionPerformer.h"
-#include "engine/PrivacyModeSettingsStoring.h"
-#include "engine/RiskAppRelaunchMonitor.h"
 #include "engine/workspace/appkit/AppKitWorkspace.h"
 #include "tests/macos/MacTests.h"
 #include "tests/macos/SampleApplication.h"
-#include "tests/support/Samples.h"
 
 #include <QTest>
 #include <QThread>
@@ -19,13 +13,14 @@ using namespace kestrin;
 
 namespace {
 
-void postLaunch(NSRunningApplication *application) {
+void postLaunchWith(NSDictionary *userInfo) {
     postOnWorkspaceCentre(NSWorkspaceDidLaunchApplicationNotification, [NSWorkspace sharedWorkspace],
-                          [NSDictionary dictionaryWithObject:application forKey:NSWorkspaceApplicationKey]);
+                          userInfo);
 }
 
-void postLaunchWith(NSDictionary *userInfo) {
-    postOnWorkspaceCentre(NSWorkspaceDidLaunchApplicationNotification, nil, userInfo);
+void postLaunch(NSString *name) {
+    SampleApplication *application = [SampleApplication named:name process:1];
+    postLaunchWith([NSDictionary dictionaryWithObject:application forKey:NSWorkspaceApplicationKey]);
 }
 
 /// Hears of launches and remembers the names.
@@ -49,14 +44,10 @@ class WorkspaceTest : public QObject {
     void cleanup() { [m_pool release]; }
 
     void recordsAreTranslated();
-    void absentAndStrangeValues();
-    void onlyRegularNamedApplicationsAreListed();
     void quitRequests();
-    void launchIsHeardOnce();
-    void nothingIsHeardAfterUnsubscribing();
+    void launchesAreHeardOnce();
     void unsubscribingInsideTheHandler();
     void otherNotificationsAreIgnored();
-    void monitorReacts();
 
   private:
     NSAutoreleasePool *m_pool = nil;
@@ -67,53 +58,28 @@ void WorkspaceTest::recordsAreTranslated() {
     SampleApplication *zoom = [SampleApplication named:@"Zoom – ünïcode 🎥" process:4711];
     zoom->identifier = @"us.zoom.xos";
     zoom->executable = [[NSURL fileURLWithPath:@"/Applications/zoom us.app/Contents/MacOS/zööm"] retain];
-    SampleApplication *agent = [SampleApplication named:@"Agent" process:7];
+    SampleApplication *agent = [SampleApplication named:@"" process:7];
     agent->policy = NSApplicationActivationPolicyAccessory;
-    SampleApplication *daemon = [SampleApplication named:@"Daemon" process:8];
+    agent->identifier = @"";
+    SampleApplication *daemon = [SampleApplication named:nil process:-1];
     daemon->policy = NSApplicationActivationPolicyProhibited;
-    listAsRunning([NSArray arrayWithObjects:zoom, agent, daemon, nil]);
-
-    const QList<WorkspaceApplication> expected{
-        {ActivationPolicy::regular, u"Zoom – ünïcode 🎥"_s, 4711, u"us.zoom.xos"_s,
-         u"/Applications/zoom us.app/Contents/MacOS/zööm"_s},
-        {ActivationPolicy::accessory, u"Agent"_s, 7, std::nullopt, std::nullopt},
-        {ActivationPolicy::prohibited, u"Daemon"_s, 8, std::nullopt, std::nullopt}};
-    QCOMPARE(m_workspace.runningApplications(), expected);
-}
-
-void WorkspaceTest::absentAndStrangeValues() {
-    SampleApplication *bare = [SampleApplication named:nil process:-1];
-    SampleApplication *empty = [SampleApplication named:@"" process:2];
-    empty->identifier = @"";
     const unichar characters[] = {'a', 0, 'b'};
     SampleApplication *strange = [SampleApplication named:[NSString stringWithCharacters:characters length:3]
                                                   process:3];
     // A policy that a later system may add is not a regular one.
     strange->policy = 99;
-    listAsRunning([NSArray arrayWithObjects:bare, empty, strange, nil]);
+    listAsRunning([NSArray arrayWithObjects:zoom, agent, daemon, strange, nil]);
 
-    const auto applications = m_workspace.runningApplications();
-    QCOMPARE(applications.size(), 3);
-    QCOMPARE(applications[0],
-             (WorkspaceApplication{ActivationPolicy::regular, std::nullopt, -1, std::nullopt, std::nullopt}));
-    QCOMPARE(applications[1],
-             (WorkspaceApplication{ActivationPolicy::regular, u""_s, 2, u""_s, std::nullopt}));
-    QCOMPARE(applications[2].localizedName, QString(reinterpret_cast<const QChar *>(characters), 3));
-    QCOMPARE(applications[2].activationPolicy, ActivationPolicy::prohibited);
-
+    const QList<WorkspaceApplication> expected{
+        {ActivationPolicy::regular, u"Zoom – ünïcode 🎥"_s, 4711, u"us.zoom.xos"_s,
+         u"/Applications/zoom us.app/Contents/MacOS/zööm"_s},
+        {ActivationPolicy::accessory, u""_s, 7, u""_s, std::nullopt},
+        {ActivationPolicy::prohibited, std::nullopt, -1, std::nullopt, std::nullopt},
+        {ActivationPolicy::prohibited, QString(reinterpret_cast<const QChar *>(characters), 3), 3,
+         std::nullopt, std::nullopt}};
+    QCOMPARE(m_workspace.runningApplications(), expected);
     listAsRunning(nil);
     QCOMPARE(m_workspace.runningApplications(), {});
-}
-
-void WorkspaceTest::onlyRegularNamedApplicationsAreListed() {
-    SampleApplication *agent = [SampleApplication named:@"Zoom" process:1];
-    agent->policy = NSApplicationActivationPolicyAccessory;
-    listAsRunning([NSArray arrayWithObjects:[SampleApplication named:@"B" process:2], agent,
-                                            [SampleApplication named:nil process:3],
-                                            [SampleApplication named:@"" process:4],
-                                            [SampleApplication named:@"A" process:5], nil]);
-    NSWorkspaceAppInventoryService service(m_workspace);
-    QCOMPARE(service.runningApps(), (QList<RunningMacApp>{samples::app(u"B"_s, 2), samples::app(u"A"_s, 5)}));
 }
 
 void WorkspaceTest::quitRequests() {
@@ -123,39 +89,28 @@ void WorkspaceTest::quitRequests() {
     SampleApplication *second = [SampleApplication named:@"Second" process:11];
     second->obeys = YES;
     listAsRunning([NSArray arrayWithObjects:obedient, stubborn, second, nil]);
-
-    NSWorkspaceRiskAppActionPerformer performer(m_workspace);
-    QCOMPARE(performer.requestQuit(samples::app(u"Obedient"_s, 10)).message, u"Asked Obedient to quit."_s);
-    QCOMPARE(performer.requestQuit(samples::app(u"Stubborn"_s, 11)).message,
-             u"Could not ask Stubborn to quit."_s);
+    QVERIFY(m_workspace.terminate(10));
+    QVERIFY(!m_workspace.terminate(11));
     QVERIFY(!m_workspace.terminate(12));
     QCOMPARE(obedient->requests, 1);
     QCOMPARE(stubborn->requests, 1);
     QCOMPARE(second->requests, 0);
 }
 
-void WorkspaceTest::launchIsHeardOnce() {
-    Listener first(m_workspace);
-    Listener second(m_workspace);
-    postLaunch([SampleApplication named:@"Zoom" process:1]);
-    // Launches come from the event loop, not from inside the poster.
-    QCOMPARE(first.names, {});
-    QTRY_VERIFY_WITH_TIMEOUT(!first.names.isEmpty() && !second.names.isEmpty(), patience);
-    postLaunch([SampleApplication named:@"Teams" process:2]);
-    QTRY_VERIFY_WITH_TIMEOUT(first.names.size() > 1 && second.names.size() > 1, patience);
-    QCOMPARE(first.names, (QStringList{u"Zoom"_s, u"Teams"_s}));
-    QCOMPARE(second.names, first.names);
-    QVERIFY(first.onMainThread);
-}
-
-void WorkspaceTest::nothingIsHeardAfterUnsubscribing() {
+void WorkspaceTest::launchesAreHeardOnce() {
     Listener staying(m_workspace);
     Listener leaving(m_workspace);
-    postLaunch([SampleApplication named:@"before" process:1]);
+    postLaunch(@"Zoom");
+    // Launches come from the event loop, not from inside the poster.
+    QCOMPARE(staying.names, {});
+    QTRY_VERIFY_WITH_TIMEOUT(!staying.names.isEmpty() && !leaving.names.isEmpty(), patience);
+    postLaunch(@"Teams");
     leaving.subscription.reset();
-    postLaunch([SampleApplication named:@"after" process:2]);
-    QTRY_VERIFY_WITH_TIMEOUT(staying.names.size() == 2, patience);
-    QCOMPARE(leaving.names, {});
+    postLaunch(@"Editor");
+    QTRY_VERIFY_WITH_TIMEOUT(staying.names.size() > 2, patience);
+    QCOMPARE(staying.names, (QStringList{u"Zoom"_s, u"Teams"_s, u"Editor"_s}));
+    QCOMPARE(leaving.names, QStringList{u"Zoom"_s});
+    QVERIFY(staying.onMainThread);
 }
 
 void WorkspaceTest::unsubscribingInsideTheHandler() {
@@ -166,13 +121,13 @@ void WorkspaceTest::unsubscribingInsideTheHandler() {
     subscription =
         m_workspace.subscribeToLaunches([&, value = std::weak_ptr(kept), kept](const WorkspaceApplication &) {
             ++calls;
-            postLaunch([SampleApplication named:@"two" process:2]);
+            postLaunch(@"two");
             subscription.reset();
             // The other launch is delivered while this handler is still at work and needs what it holds.
             QTRY_VERIFY_WITH_TIMEOUT(staying.names.size() == 2, patience);
             QVERIFY(!value.expired());
         });
-    postLaunch([SampleApplication named:@"one" process:1]);
+    postLaunch(@"one");
     QTRY_VERIFY_WITH_TIMEOUT(calls > 0 && staying.names.size() == 2, patience);
     QCOMPARE(calls, 1);
     QCOMPARE(kept.use_count(), 1);
@@ -194,33 +149,9 @@ void WorkspaceTest::otherNotificationsAreIgnored() {
     // Whoever sends it.
     postOnWorkspaceCentre(NSWorkspaceDidLaunchApplicationNotification, @"somebody", good);
     QTRY_VERIFY_WITH_TIMEOUT(!listener.names.isEmpty(), patience);
-    postLaunch([SampleApplication named:@"last" process:2]);
+    postLaunch(@"last");
     QTRY_VERIFY_WITH_TIMEOUT(listener.names.contains(u"last"_s), patience);
     QCOMPARE(listener.names, (QStringList{u"Zoom"_s, u"last"_s}));
-}
-
-void WorkspaceTest::monitorReacts() {
-    SampleApplication *zoom = [SampleApplication named:@"zoom.us" process:4711];
-    zoom->identifier = @"us.zoom.xos";
-    zoom->obeys = YES;
-    SampleApplication *agent = [SampleApplication named:@"Zoom" process:4712];
-    agent->policy = NSApplicationActivationPolicyAccessory;
-    listAsRunning([NSArray arrayWithObjects:agent, zoom, nil]);
-
-    const auto log = std::make_shared<InMemoryMacActivityLogStore>();
-    RiskAppRelaunchMonitor monitor(
-        RiskAppCatalog{RiskAppCatalog::defaultDefinitions()},
-        std::make_shared<InMemoryPrivacyModeSettingsStore>(PrivacyModeSettings{true, {}}),
-        std::make_shared<NSWorkspaceRiskAppActionPerformer>(m_workspace), log, false, {}, m_workspace);
-    monitor.start();
-    postLaunch(agent);
-    postLaunch(zoom);
-    QTRY_VERIFY_WITH_TIMEOUT(!log->recent(8).isEmpty(), patience);
-    QCOMPARE(samples::messages(log->recent(8)),
-             (QStringList{u"Asked zoom.us to quit."_s, u"zoom.us relaunched while Privacy Mode is on."_s}));
-    QCOMPARE(log->recent(1).first().bundleIdentifier, u"us.zoom.xos"_s);
-    QCOMPARE(zoom->requests, 1);
-    QCOMPARE(agent->requests, 0);
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 #include <QThread>
 
 #include <csignal>
-#include <memory>
+#include <map>
 
 using namespace Qt::StringLiterals;
 
@@ -27,33 +27,39 @@ class Child : public QProcess {
     }
 };
 
-/// Those that tests have started themselves; the first ones are children of tools/with-desktop.
-std::unique_ptr<Child> ownServer;
-std::unique_ptr<Child> ownWindowManager;
+constexpr const char *serverVariable = "KESTRIN_DESKTOP_XVFB_PID";
+constexpr const char *windowManagerVariable = "KESTRIN_DESKTOP_WM_PID";
 
-qint32 pidOf(const std::unique_ptr<Child> &own, const char *variable) {
-    return own ? static_cast<qint32>(own->processId()) : qEnvironmentVariableIntValue(variable);
-}
+/// Those that tests have started themselves, by the variable that tells their process ids; the first ones are
+/// children of tools/with-desktop.
+std::map<std::string, Child> children;
 
-std::unique_ptr<Child> started(const QString &program, const QStringList &arguments) {
-    auto process = std::make_unique<Child>();
-    process->setProcessChannelMode(QProcess::MergedChannels);
-    process->start(program, arguments);
-    if (!process->waitForStarted())
+void start(const char *variable, const QString &program, const QStringList &arguments) {
+    Child &child = children[variable];
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    child.start(program, arguments);
+    if (!child.waitForStarted())
         qFatal("%s does not start.", qUtf8Printable(program));
-    return process;
+    qputenv(variable, QByteArray::number(child.processId()));
 }
 
-/// By its id, and only when it has one.
-void end(std::unique_ptr<Child> &own, const char *variable, int signal) {
-    const qint32 pid = pidOf(own, variable);
+/// A process by its id, and only when it has one.
+qint32 sendSignal(const char *variable, int signal) {
+    const qint32 pid = qEnvironmentVariableIntValue(variable);
     if (pid <= 1)
         qFatal("%s is not set; this test runs inside tools/with-desktop.", variable);
     ::kill(pid, signal);
-    const bool ended = own ? own->waitForFinished() : waitBlocking([pid] { return ::kill(pid, 0) != 0; });
+    return pid;
+}
+
+void end(const char *variable, int signal) {
+    const qint32 pid = sendSignal(variable, signal);
+    const auto own = children.find(variable);
+    const bool ended = own != children.end() ? own->second.waitForFinished()
+                                             : waitBlocking([pid] { return ::kill(pid, 0) != 0; });
     if (!ended)
         qFatal("Process %d does not end.", pid);
-    own.reset();
+    children.erase(variable);
     qunsetenv(variable);
 }
 
@@ -70,13 +76,13 @@ bool waitBlocking(const std::function<bool()> &fact) {
     return true;
 }
 
-SampleApp::SampleApp(const QStringList &options) {
+SampleApp::SampleApp(const QString &options, const QStringList &further) {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process, [this] {
         while (m_process.canReadLine())
             m_lines.append(QString::fromUtf8(m_process.readLine().trimmed()));
     });
-    m_process.start(QStringLiteral(SAMPLE_APP), options);
+    m_process.start(QStringLiteral(SAMPLE_APP), options.split(u' ', Qt::SkipEmptyParts) + further);
     if (!m_process.waitForStarted())
         qFatal("The sample application does not start.");
     m_pid = static_cast<qint32>(m_process.processId());
@@ -117,42 +123,45 @@ void installEntry(const QString &id, const QString &name, const QStringList &fur
                    .toUtf8());
 }
 
-void removeEntry(const QString &id) {
-    QFile::remove(entryPath(id));
+QList<qint32> running(Workspace &workspace) {
+    QList<qint32> pids;
+    for (const WorkspaceApplication &application : workspace.runningApplications())
+        pids.append(application.processIdentifier);
+    return pids;
 }
 
+Launches::Launches(Workspace &workspace)
+    : subscription(workspace.subscribeToLaunches(
+          [this](const WorkspaceApplication &application) { pids.append(application.processIdentifier); })) {}
+
 void desktop::stopWindowManager(int signal) {
-    end(ownWindowManager, "KESTRIN_DESKTOP_WM_PID", signal);
+    end(windowManagerVariable, signal);
 }
 
 void desktop::startWindowManager() {
     // Runs when the windows have been adopted. What the window manager says on the root window comes earlier.
     const QString ready = qEnvironmentVariable("KESTRIN_DESKTOP") + u"/ready"_s;
     QFile::remove(ready);
-    ownWindowManager = started(u"openbox"_s, {u"--sm-disable"_s, u"--startup"_s, u"touch "_s + ready});
+    start(windowManagerVariable, u"openbox"_s, {u"--sm-disable"_s, u"--startup"_s, u"touch "_s + ready});
     if (!waitBlocking([&] { return QFile::exists(ready); }))
         qFatal("The window manager does not become ready.");
 }
 
-qint32 desktop::serverPid() {
-    return pidOf(ownServer, "KESTRIN_DESKTOP_XVFB_PID");
+void desktop::signalServer(int signal) {
+    sendSignal(serverVariable, signal);
 }
 
 void desktop::killServer() {
-    end(ownServer, "KESTRIN_DESKTOP_XVFB_PID", SIGKILL);
-    ownWindowManager.reset();
-    qunsetenv("KESTRIN_DESKTOP_WM_PID");
+    end(serverVariable, SIGKILL);
+    children.erase(windowManagerVariable);
+    qunsetenv(windowManagerVariable);
 }
 
 void desktop::restartServer() {
-    ownServer = started(u"Xvfb"_s, {qEnvironmentVariable("DISPLAY"), u"-screen"_s, u"0"_s, u"1600x1200x24"_s,
-                                    u"-nolisten"_s, u"tcp"_s, u"-noreset"_s, u"-auth"_s,
-                                    qEnvironmentVariable("XAUTHORITY")});
-    const bool answers = waitBlocking([] {
-        QProcess question;
-        question.start(u"xprop"_s, {u"-root"_s});
-        return question.waitForFinished() && question.exitCode() == 0;
-    });
+    start(serverVariable, u"Xvfb"_s,
+          {qEnvironmentVariable("DISPLAY"), u"-screen"_s, u"0"_s, u"1600x1200x24"_s, u"-nolisten"_s, u"tcp"_s,
+           u"-noreset"_s, u"-auth"_s, qEnvironmentVariable("XAUTHORITY")});
+    const bool answers = waitBlocking([] { return QProcess::execute(u"xprop"_s, {u"-root"_s}) == 0; });
     if (!answers)
         qFatal("The X server does not come back.");
     startWindowManager();

@@ -1,9 +1,9 @@
 // Real applications on a real desktop, for tests that run inside tools/with-desktop.
 #pragma once
 
+#include "engine/workspace/Workspace.h"
+
 #include <QProcess>
-#include <QString>
-#include <QStringList>
 
 #include <functional>
 
@@ -13,7 +13,8 @@ namespace kestrin::samples {
 /// says arrives with the event loop.
 class SampleApp {
   public:
-    explicit SampleApp(const QStringList &options = {});
+    /// `options` are words with spaces between, `further` those that have spaces in them.
+    explicit SampleApp(const QString &options = {}, const QStringList &further = {});
     SampleApp(const SampleApp &) = delete;
     SampleApp &operator=(const SampleApp &) = delete;
     ~SampleApp();
@@ -37,7 +38,17 @@ class SampleApp {
 
 /// Installs a desktop entry that only this desktop sees. `id` has no ".desktop".
 void installEntry(const QString &id, const QString &name, const QStringList &furtherLines = {});
-void removeEntry(const QString &id);
+
+/// The process ids of the running applications.
+QList<qint32> running(Workspace &workspace);
+
+/// The process ids of everything that was launched since.
+struct Launches {
+    explicit Launches(Workspace &workspace);
+
+    QList<qint32> pids;
+    std::unique_ptr<LaunchSubscription> subscription;
+};
 
 /// The window manager and the X server of this desktop, which a test may end and start again.
 namespace desktop {
@@ -45,7 +56,7 @@ namespace desktop {
 void stopWindowManager(int signal);
 /// Returns when it has adopted the windows.
 void startWindowManager();
-qint32 serverPid();
+void signalServer(int signal);
 void killServer();
 /// On the same display, with a window manager.
 void restartServer();

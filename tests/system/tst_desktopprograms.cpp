@@ -7,11 +7,9 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
 
-#include <algorithm>
 #include <chrono>
 
 using namespace Qt::StringLiterals;
@@ -20,37 +18,23 @@ using samples::SampleApp;
 
 namespace {
 
-class Program {
+/// Ends with this object.
+class Program : public QProcess {
   public:
     explicit Program(const QString &name) {
-        m_process.setStandardErrorFile(QProcess::nullDevice());
-        m_process.setStandardOutputFile(QProcess::nullDevice());
+        setStandardErrorFile(nullDevice());
+        setStandardOutputFile(nullDevice());
         // The tests themselves need no platform.
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.remove(u"QT_QPA_PLATFORM"_s);
-        m_process.setProcessEnvironment(environment);
-        m_process.start(name, QStringList());
+        setProcessEnvironment(environment);
+        start(name, QStringList());
     }
-    Program(const Program &) = delete;
-    Program &operator=(const Program &) = delete;
-    ~Program() {
-        m_process.kill();
-        m_process.waitForFinished();
+    ~Program() override {
+        kill();
+        waitForFinished();
     }
-
-    bool endedByItself() const {
-        return m_process.state() == QProcess::NotRunning && m_process.exitStatus() == QProcess::NormalExit;
-    }
-    bool isListed(Workspace &workspace) const {
-        const auto applications = workspace.runningApplications();
-        return std::any_of(applications.cbegin(), applications.cend(), [this](const auto &application) {
-            return application.processIdentifier == m_process.processId();
-        });
-    }
-    qint32 pid() const { return static_cast<qint32>(m_process.processId()); }
-
-  private:
-    QProcess m_process;
+    qint32 pid() const { return static_cast<qint32>(processId()); }
 };
 
 } // namespace
@@ -84,16 +68,17 @@ void DesktopProgramsTest::quits() {
     QFETCH(QString, program);
     if (QStandardPaths::findExecutable(program).isEmpty())
         QSKIP("The program is not installed; tools/ensure-packages desktop-programs installs it.");
-    const SampleApp tray({u"--commands"_s, u"--later"_s, u"--watcher"_s, u"accepts"_s});
+    const SampleApp tray(u"--commands --later --watcher accepts"_s);
     QTRY_VERIFY(!tray.told(u"bus"_s).isEmpty());
     X11Workspace workspace;
     const Program app(program);
-    QTRY_VERIFY_WITH_TIMEOUT(app.isListed(workspace), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(samples::running(workspace).contains(app.pid()), 30000);
     QTRY_COMPARE_WITH_TIMEOUT(tray.told(u"icon"_s).isEmpty(), program != u"feathernotes"_s, 30000);
     // Not by the workspace, which would close the window in the end, nor with its patience: the program has
     // just been started.
     QVERIFY(acceptsQuitCommand({app.pid(), {program}, {}}, std::chrono::seconds(30)));
-    QTRY_VERIFY_WITH_TIMEOUT(app.endedByItself(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(app.state() == QProcess::NotRunning, 30000);
+    QCOMPARE(app.exitStatus(), QProcess::NormalExit);
 }
 
 QTEST_GUILESS_MAIN(DesktopProgramsTest)

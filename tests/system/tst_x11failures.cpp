@@ -7,21 +7,15 @@
 #include <QTest>
 
 #include <csignal>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using samples::Launches;
+using samples::running;
 using samples::SampleApp;
 namespace desktop = samples::desktop;
 
 namespace {
-
-QList<qint32> running(Workspace &workspace) {
-    QList<qint32> pids;
-    for (const WorkspaceApplication &application : workspace.runningApplications())
-        pids.append(application.processIdentifier);
-    return pids;
-}
 
 /// Every call of the contract, each of which must answer within a few seconds and find nothing.
 void callEverythingInVain(X11Workspace &workspace, qint32 process) {
@@ -31,34 +25,19 @@ void callEverythingInVain(X11Workspace &workspace, qint32 process) {
         body();
         QVERIFY2(timer.elapsed() < 4000, call);
     };
-    isQuick("list", [&] { QVERIFY(workspace.runningApplications().isEmpty()); });
+    isQuick("list", [&] { QVERIFY(running(workspace).isEmpty()); });
     isQuick("terminate", [&] { QVERIFY(!workspace.terminate(process)); });
-    isQuick("subscribe", [&] {
-        const auto subscription =
-            workspace.subscribeToLaunches([](const WorkspaceApplication &) { QFAIL("There was a launch."); });
-    });
+    isQuick("subscribe", [&] { Launches launches(workspace); });
     isQuick("limitation", [&] { QVERIFY(!workspace.limitation().isEmpty()); });
 }
 
 /// Stopped as long as it lives.
 class StoppedServer {
   public:
-    StoppedServer() { ::kill(desktop::serverPid(), SIGSTOP); }
+    StoppedServer() { desktop::signalServer(SIGSTOP); }
     StoppedServer(const StoppedServer &) = delete;
     StoppedServer &operator=(const StoppedServer &) = delete;
-    ~StoppedServer() { ::kill(desktop::serverPid(), SIGCONT); }
-};
-
-/// Writing to whoever has gone ends the process, as it does where nobody has made arrangements. QProcess has.
-class DeadlyBrokenPipes {
-  public:
-    DeadlyBrokenPipes() : m_before(std::signal(SIGPIPE, SIG_DFL)) {}
-    DeadlyBrokenPipes(const DeadlyBrokenPipes &) = delete;
-    DeadlyBrokenPipes &operator=(const DeadlyBrokenPipes &) = delete;
-    ~DeadlyBrokenPipes() { std::signal(SIGPIPE, m_before); }
-
-  private:
-    void (*m_before)(int);
+    ~StoppedServer() { desktop::signalServer(SIGCONT); }
 };
 
 } // namespace
@@ -102,11 +81,9 @@ void X11FailuresTest::noWindowManager() {
 
 void X11FailuresTest::silentServer() {
     X11Workspace workspace;
-    QList<qint32> launches;
-    const auto subscription = workspace.subscribeToLaunches(
-        [&](const WorkspaceApplication &application) { launches.append(application.processIdentifier); });
+    Launches launches(workspace);
     const SampleApp app;
-    QTRY_COMPARE(launches, QList<qint32>{app.pid()});
+    QTRY_COMPARE(launches.pids, QList<qint32>{app.pid()});
     {
         const StoppedServer stopped;
         callEverythingInVain(workspace, app.pid());
@@ -119,7 +96,7 @@ void X11FailuresTest::silentServer() {
     QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
     QVERIFY(workspace.limitation().isEmpty());
     const SampleApp later;
-    QTRY_COMPARE(launches, (QList<qint32>{app.pid(), later.pid()}));
+    QTRY_COMPARE(launches.pids, (QList<qint32>{app.pid(), later.pid()}));
     QVERIFY(workspace.terminate(later.pid()));
     QTRY_VERIFY(!later.isRunning());
     QVERIFY(app.isRunning());
@@ -131,13 +108,9 @@ void X11FailuresTest::silentServerAtTheFirstCall() {
     {
         const StoppedServer stopped;
         callEverythingInVain(workspace, app.pid());
-    }
-    QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
-    // One that is given up while its server is silent leaves nothing behind that could hang or crash.
-    {
-        const StoppedServer stopped;
+        // One that is given up meanwhile leaves nothing behind that could hang or crash.
         X11Workspace abandoned;
-        QVERIFY(abandoned.runningApplications().isEmpty());
+        QVERIFY(running(abandoned).isEmpty());
     }
     QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
 }
@@ -145,9 +118,7 @@ void X11FailuresTest::silentServerAtTheFirstCall() {
 void X11FailuresTest::silentServerAtALaunch() {
     X11Workspace workspace;
     X11Workspace other;
-    QList<qint32> launches;
-    const auto subscription = workspace.subscribeToLaunches(
-        [&](const WorkspaceApplication &application) { launches.append(application.processIdentifier); });
+    Launches launches(workspace);
     // What was queued by the subscription comes first.
     QTest::qWait(0);
     const SampleApp app;
@@ -156,29 +127,27 @@ void X11FailuresTest::silentServerAtALaunch() {
         // The server has told of a change, and does not answer any question about it.
         const StoppedServer stopped;
         QTest::qWait(1);
-        QVERIFY(launches.isEmpty());
+        QVERIFY(launches.pids.isEmpty());
     }
-    QTRY_COMPARE(launches, QList<qint32>{app.pid()});
+    QTRY_COMPARE(launches.pids, QList<qint32>{app.pid()});
 }
 
 void X11FailuresTest::serverGoesAway() {
     X11Workspace workspace;
     X11Workspace watching;
-    QList<qint32> launches;
-    const auto subscription = watching.subscribeToLaunches(
-        [&](const WorkspaceApplication &application) { launches.append(application.processIdentifier); });
+    Launches launches(watching);
     const SampleApp app;
-    QTRY_COMPARE(launches, QList<qint32>{app.pid()});
+    QTRY_COMPARE(launches.pids, QList<qint32>{app.pid()});
     QCOMPARE(running(workspace), QList<qint32>{app.pid()});
 
     desktop::killServer();
-    {
-        const DeadlyBrokenPipes deadly;
-        callEverythingInVain(workspace, app.pid());
-        callEverythingInVain(watching, app.pid());
-    }
+    // Writing to whoever has gone ends the process where nobody has made arrangements. QProcess has.
+    const auto before = std::signal(SIGPIPE, SIG_DFL);
+    callEverythingInVain(workspace, app.pid());
+    callEverythingInVain(watching, app.pid());
+    std::signal(SIGPIPE, before);
     QTRY_VERIFY(!app.isRunning());
-    QCOMPARE(launches.size(), 1);
+    QCOMPARE(launches.pids.size(), 1);
 
     desktop::restartServer();
     const SampleApp again;
@@ -186,7 +155,7 @@ void X11FailuresTest::serverGoesAway() {
     QVERIFY(running(watching).contains(again.pid()));
     // The next call has gone on watching for whoever had subscribed.
     const SampleApp later;
-    QTRY_VERIFY(launches.contains(later.pid()));
+    QTRY_VERIFY(launches.pids.contains(later.pid()));
     QVERIFY(workspace.terminate(later.pid()));
     QTRY_VERIFY(!later.isRunning());
 }

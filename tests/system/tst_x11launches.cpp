@@ -14,86 +14,61 @@
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using samples::installEntry;
+using samples::Launches;
+using samples::running;
 using samples::SampleApp;
-
-namespace {
-
-QStringList options(const QString &text) {
-    return text.split(u' ');
-}
-
-QList<qint32> running(Workspace &workspace) {
-    QList<qint32> pids;
-    for (const WorkspaceApplication &application : workspace.runningApplications())
-        pids.append(application.processIdentifier);
-    return pids;
-}
-
-/// Everything that was launched since, by process id.
-struct Launches {
-    X11Workspace workspace;
-    QList<qint32> pids;
-    std::unique_ptr<LaunchSubscription> subscription = workspace.subscribeToLaunches(
-        [this](const WorkspaceApplication &application) { pids.append(application.processIdentifier); });
-};
-
-} // namespace
 
 class X11LaunchesTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
     void eachProcessOnce();
-    void whatRanBeforeIsNone();
     void becomingRegular();
-    void reappearing();
+    void whoAlwaysComesBack();
     void vanishingAtOnce();
     void unsubscribing();
     void unsubscribingInsideTheHandler();
-    void subscribersOfDifferentTimes();
     void relaunchWhileMonitoring();
-    void whoAlwaysComesBack();
     void windowManagerRestarts_data();
     void windowManagerRestarts();
+
+  private:
+    /// Sees an application without telling the subscribers of another one about it.
+    void awaitUnheard(const SampleApp &app) {
+        QVERIFY(samples::waitBlocking([&] { return running(m_other).contains(app.pid()); }));
+    }
+
+    X11Workspace m_other;
 };
 
 void X11LaunchesTest::eachProcessOnce() {
-    Launches launches;
-    const SampleApp first(options(u"--windows 3"_s));
+    SampleApp before(u"--commands"_s);
+    QTRY_COMPARE(running(m_other), QList<qint32>{before.pid()});
+    X11Workspace workspace;
+    Launches launches(workspace);
+    const SampleApp first(u"--windows 3"_s);
     QTRY_COMPARE(launches.pids, QList<qint32>{first.pid()});
+    // A further window is no launch.
+    before.command("open");
+    QTRY_COMPARE(before.said(u"mapped 2"_s), 1);
+    const SampleApp dock(u"--type DOCK"_s);
+    const SampleApp skipping(u"--skip-taskbar"_s);
+    QTRY_VERIFY(dock.said(u"mapped 1"_s) == 1 && skipping.said(u"mapped 1"_s) == 1);
     const SampleApp second;
     QTRY_COMPARE(launches.pids, (QList<qint32>{first.pid(), second.pid()}));
-    const SampleApp dock(options(u"--type dock"_s));
-    const SampleApp skipping(options(u"--skip-taskbar"_s));
-    QTRY_VERIFY(dock.said(u"mapped 1"_s) == 1 && skipping.said(u"mapped 1"_s) == 1);
-    const SampleApp third;
-    QTRY_COMPARE(launches.pids, (QList<qint32>{first.pid(), second.pid(), third.pid()}));
-}
-
-void X11LaunchesTest::whatRanBeforeIsNone() {
-    X11Workspace other;
-    const SampleApp before(options(u"--commands"_s));
-    QTRY_COMPARE(running(other), QList<qint32>{before.pid()});
-    Launches launches;
-    SampleApp app(options(u"--commands"_s));
-    QTRY_COMPARE(launches.pids, QList<qint32>{app.pid()});
-    // A further window is no launch.
-    app.command("open");
-    QTRY_COMPARE(app.said(u"mapped 2"_s), 1);
-    const SampleApp fence;
-    QTRY_COMPARE(launches.pids, (QList<qint32>{app.pid(), fence.pid()}));
 }
 
 void X11LaunchesTest::becomingRegular() {
-    Launches launches;
-    SampleApp app(options(u"--commands --window --type dock --window --later"_s));
+    X11Workspace workspace;
+    Launches launches(workspace);
+    SampleApp app(u"--commands --window --type DOCK --window --type NORMAL --later"_s);
     QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
     const SampleApp fence;
     QTRY_COMPARE(launches.pids, QList<qint32>{fence.pid()});
     app.command("open");
     QTRY_COMPARE(launches.pids, (QList<qint32>{fence.pid(), app.pid()}));
     app.command("close");
-    QTRY_VERIFY(!running(launches.workspace).contains(app.pid()));
+    QTRY_VERIFY(!running(workspace).contains(app.pid()));
     // Whoever is told of this one has looked since.
     const SampleApp second;
     QTRY_COMPARE(launches.pids, (QList<qint32>{fence.pid(), app.pid(), second.pid()}));
@@ -101,81 +76,68 @@ void X11LaunchesTest::becomingRegular() {
     QTRY_COMPARE(launches.pids, (QList<qint32>{fence.pid(), app.pid(), second.pid(), app.pid()}));
 }
 
-void X11LaunchesTest::reappearing() {
-    X11Workspace other;
-    const SampleApp app(options(u"--manner reappears --reappear-after 500"_s));
-    QTRY_COMPARE(running(other), QList<qint32>{app.pid()});
-    Launches launches;
-    QVERIFY(other.terminate(app.pid()));
-    QTRY_COMPARE(app.said(u"away"_s), 1);
-    QTRY_COMPARE(launches.pids, QList<qint32>{app.pid()});
-    const SampleApp fence;
-    QTRY_COMPARE(launches.pids, (QList<qint32>{app.pid(), fence.pid()}));
+void X11LaunchesTest::whoAlwaysComesBack() {
+    X11Workspace workspace;
+    Launches launches(workspace);
+    const auto asking = workspace.subscribeToLaunches([&](const WorkspaceApplication &application) {
+        QVERIFY(workspace.terminate(application.processIdentifier));
+    });
+    SampleApp app(u"--commands"_s);
+    for (int time = 1; time <= 3; ++time) {
+        QTRY_COMPARE(app.said(u"closed %1"_s.arg(time)), 1);
+        QCOMPARE(launches.pids, QList<qint32>(time, app.pid()));
+        app.command("open");
+    }
 }
 
 void X11LaunchesTest::vanishingAtOnce() {
-    Launches launches;
+    X11Workspace workspace;
+    Launches launches(workspace);
     for (int i = 0; i < 20; ++i) {
-        const SampleApp brief(options(u"--manner vanishes"_s));
+        const SampleApp brief(u"--manner vanishes"_s);
         QTRY_VERIFY(!brief.isRunning());
     }
     const SampleApp app;
     QTRY_VERIFY(launches.pids.contains(app.pid()));
-    QCOMPARE(running(launches.workspace), QList<qint32>{app.pid()});
+    QCOMPARE(running(workspace), QList<qint32>{app.pid()});
 }
 
 void X11LaunchesTest::unsubscribing() {
-    Launches launches;
-    X11Workspace other;
+    X11Workspace workspace;
+    Launches leaving(workspace);
+    Launches staying(workspace);
     const SampleApp app;
-    QVERIFY(samples::waitBlocking([&] { return running(other).contains(app.pid()); }));
+    awaitUnheard(app);
     // Noticed, but not told yet.
-    QVERIFY(running(launches.workspace).contains(app.pid()));
-    launches.subscription.reset();
-    Launches later;
+    QVERIFY(running(workspace).contains(app.pid()));
+    leaving.subscription.reset();
+    // For who comes now, it ran before.
+    Launches coming(workspace);
     const SampleApp fence;
-    QTRY_COMPARE(later.pids, QList<qint32>{fence.pid()});
-    QVERIFY(launches.pids.isEmpty());
+    QTRY_COMPARE(coming.pids, QList<qint32>{fence.pid()});
+    QCOMPARE(staying.pids, (QList<qint32>{app.pid(), fence.pid()}));
+    QVERIFY(leaving.pids.isEmpty());
 }
 
 void X11LaunchesTest::unsubscribingInsideTheHandler() {
     X11Workspace workspace;
-    X11Workspace other;
     QList<qint32> pids;
     std::unique_ptr<LaunchSubscription> subscription;
     subscription = workspace.subscribeToLaunches([&](const WorkspaceApplication &application) {
         pids.append(application.processIdentifier);
         subscription.reset();
     });
-    Launches all;
     const SampleApp first;
-    QVERIFY(samples::waitBlocking([&] { return running(other).contains(first.pid()); }));
+    awaitUnheard(first);
     const SampleApp second;
-    QVERIFY(samples::waitBlocking([&] { return running(other).contains(second.pid()); }));
+    awaitUnheard(second);
     // Both are found in one go, the second when nobody listens any more.
-    QTRY_COMPARE(all.pids.size(), 2);
-    const SampleApp third;
-    QTRY_COMPARE(all.pids.size(), 3);
-    QCOMPARE(pids, QList<qint32>{first.pid()});
+    QTRY_COMPARE(pids, QList<qint32>{first.pid()});
     // And again from the start.
-    subscription = workspace.subscribeToLaunches(
-        [&](const WorkspaceApplication &application) { pids.append(application.processIdentifier); });
-    const SampleApp fourth;
-    QTRY_COMPARE(pids, (QList<qint32>{first.pid(), fourth.pid()}));
-}
-
-void X11LaunchesTest::subscribersOfDifferentTimes() {
-    Launches first;
-    X11Workspace other;
-    const SampleApp app;
-    QVERIFY(samples::waitBlocking([&] { return running(other).contains(app.pid()); }));
-    QList<qint32> pids;
-    const auto second = first.workspace.subscribeToLaunches(
-        [&](const WorkspaceApplication &application) { pids.append(application.processIdentifier); });
-    // It ran before the second one began to watch, though the first has not been told of it.
-    const SampleApp fence;
-    QTRY_COMPARE(pids, QList<qint32>{fence.pid()});
-    QCOMPARE(first.pids, (QList<qint32>{app.pid(), fence.pid()}));
+    Launches anew(workspace);
+    const SampleApp third;
+    QTRY_COMPARE(anew.pids, QList<qint32>{third.pid()});
+    QCOMPARE(pids, QList<qint32>{first.pid()});
 }
 
 void X11LaunchesTest::relaunchWhileMonitoring() {
@@ -189,51 +151,35 @@ void X11LaunchesTest::relaunchWhileMonitoring() {
     MacProtectionRuntime runtime(defaults,
                                  {folder.filePath(u"Kestrin"_s), &workspace, systemTime, nullptr, nullptr});
     runtime.start(true, [](bool) {});
-    const auto story = [&] {
-        QStringList texts = samples::messages(runtime.recentEvents());
-        std::reverse(texts.begin(), texts.end());
-        return texts;
-    };
+    // Newest first.
+    const auto story = [&] { return samples::messages(runtime.recentEvents()); };
 
-    const SampleApp zoom(options(u"--class zoom/zoom"_s));
-    QStringList expected{u"Zoom relaunched while Privacy Mode is on."_s, u"Asked Zoom to quit."_s};
+    const SampleApp zoom(u"--class zoom/zoom"_s);
+    QStringList expected{u"Asked Zoom to quit."_s, u"Zoom relaunched while Privacy Mode is on."_s};
     QTRY_COMPARE(story(), expected);
     QTRY_VERIFY(!zoom.isRunning());
     QCOMPARE(zoom.said(u"closed 1"_s), 1);
 
-    const SampleApp refusing(options(u"--class teams-for-linux/teams-for-linux --manner no-delete"_s));
-    expected += {u"Teams for Linux relaunched while Privacy Mode is on."_s,
-                 u"Could not ask Teams for Linux to quit."_s};
+    const SampleApp refusing(u"--class teams-for-linux/teams-for-linux --manner no-delete"_s);
+    expected = QStringList{u"Could not ask Teams for Linux to quit."_s,
+                           u"Teams for Linux relaunched while Privacy Mode is on."_s} +
+               expected;
     QTRY_COMPARE(story(), expected);
 
     // What is on screen already is not asked by a monitor, also not by a new one.
     runtime.configureRelaunchMonitor();
     runtime.updatePrivacyMode(false, false);
     // Whoever subscribes later is told later: once this one has heard, so has the monitor.
-    QList<qint32> heard;
-    const auto listener = workspace.subscribeToLaunches(
-        [&heard](const WorkspaceApplication &application) { heard.append(application.processIdentifier); });
-    const SampleApp whileOff(options(u"--class zoom/zoom"_s));
-    QTRY_VERIFY(heard.contains(whileOff.pid()));
+    Launches heard(workspace);
+    const SampleApp whileOff(u"--class zoom/zoom"_s);
+    QTRY_VERIFY(heard.pids.contains(whileOff.pid()));
     runtime.updatePrivacyMode(true, false);
-    const SampleApp again(options(u"--class zoom/zoom"_s));
-    expected += {u"Zoom relaunched while Privacy Mode is on."_s, u"Asked Zoom to quit."_s};
+    const SampleApp again(u"--class zoom/zoom"_s);
+    expected = expected.last(2) + expected;
     QTRY_COMPARE(story(), expected);
     QTRY_VERIFY(!again.isRunning());
     QVERIFY(whileOff.isRunning() && refusing.isRunning());
     QCOMPARE(whileOff.said(u"asked 1"_s), 0);
-}
-
-void X11LaunchesTest::whoAlwaysComesBack() {
-    installEntry(u"Zoom"_s, u"Zoom"_s, {u"StartupWMClass=zoom"_s});
-    Launches launches;
-    const auto asking = launches.workspace.subscribeToLaunches([&](const WorkspaceApplication &application) {
-        QVERIFY(launches.workspace.terminate(application.processIdentifier));
-    });
-    const SampleApp app(options(u"--manner reappears --reappear-after 500"_s));
-    QTRY_VERIFY(app.said(u"back"_s) >= 2);
-    QTRY_VERIFY(launches.pids.size() >= 3);
-    QCOMPARE(launches.pids.count(app.pid()), launches.pids.size());
 }
 
 void X11LaunchesTest::windowManagerRestarts_data() {
@@ -244,9 +190,9 @@ void X11LaunchesTest::windowManagerRestarts_data() {
 
 void X11LaunchesTest::windowManagerRestarts() {
     QFETCH(int, signal);
-    Launches launches;
-    X11Workspace other;
-    const SampleApp before(options(u"--windows 2"_s));
+    X11Workspace workspace;
+    Launches launches(workspace);
+    const SampleApp before(u"--windows 2"_s);
     SampleApp ends;
     QTRY_COMPARE(launches.pids.size(), 2);
     launches.pids.clear();
@@ -256,10 +202,9 @@ void X11LaunchesTest::windowManagerRestarts() {
     ends.kill();
     const SampleApp meanwhile;
     QTRY_COMPARE(meanwhile.said(u"mapped 1"_s), 1);
-    running(launches.workspace);
-    running(other);
+    running(workspace);
     samples::desktop::startWindowManager();
-    QTRY_COMPARE(running(launches.workspace).size(), 2);
+    QTRY_COMPARE(running(workspace).size(), 2);
 
     const SampleApp after;
     QTRY_VERIFY(launches.pids.contains(after.pid()));

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
 #include <sstream>
 
 namespace kestrin::sample {
@@ -12,10 +12,6 @@ namespace {
 constexpr const char *watcherName = "org.kde.StatusNotifierWatcher";
 constexpr const char *watcherPath = "/StatusNotifierWatcher";
 constexpr const char *menuPath = "/Menu";
-
-bool asks(BusManner manner) {
-    return manner != BusManner::absent && manner != BusManner::hangs;
-}
 
 /// "org.example.Sample" as the path of its GTK application.
 std::string pathOf(const std::string &name) {
@@ -28,6 +24,14 @@ std::string textOf(const char *text) {
     return text != nullptr ? text : "";
 }
 
+std::vector<std::string> split(const std::string &text, char separator) {
+    std::vector<std::string> parts;
+    std::istringstream stream(text);
+    for (std::string part; std::getline(stream, part, separator);)
+        parts.push_back(part);
+    return parts;
+}
+
 } // namespace
 
 void say(const std::string &fact) {
@@ -35,173 +39,141 @@ void say(const std::string &fact) {
     std::fflush(stdout);
 }
 
-std::unique_ptr<BusObjects> BusObjects::start(const BusOptions &options, std::function<void()> quit) {
-    sd_bus *bus = nullptr;
-    const char *name = nullptr;
-    if (sd_bus_open_user(&bus) < 0 || sd_bus_get_unique_name(bus, &name) < 0) {
-        std::fputs("sample-app cannot reach a session bus.\n", stderr);
-        sd_bus_unref(bus);
-        return nullptr;
-    }
-    std::unique_ptr<BusObjects> objects(new BusObjects(bus, options, std::move(quit)));
-    say("bus " + std::string(name));
-    return objects;
+bool BusObjects::isWanted(const Options &options) {
+    return options.has("gtk") || options.has("kde") || options.has("qt") || options.has("tray") ||
+           options.has("watcher");
 }
 
-BusObjects::BusObjects(sd_bus *bus, const BusOptions &options, std::function<void()> quit)
-    : m_bus(bus)
-    , m_options(options)
-    , m_quit(std::move(quit)) {
-    sd_bus_add_filter(m_bus, nullptr, receive, this);
-    if (!m_options.name.empty())
-        sd_bus_request_name(m_bus, m_options.name.c_str(), 0);
-    int id = 0;
-    std::istringstream labels(m_options.menu);
-    for (std::string label; std::getline(labels, label, ',');) {
-        const std::size_t deeper = label.find('>');
-        m_menu.children.push_back({++id, label.substr(0, deeper), {}});
-        if (deeper != std::string::npos)
-            m_menu.children.back().children.push_back({++id, label.substr(deeper + 1), {}});
+BusObjects::BusObjects(const Options &options) : m_options(options) {
+    if (sd_bus_open_user(&m_bus) < 0) {
+        std::fputs("sample-app cannot reach a session bus.\n", stderr);
+        std::exit(1);
     }
-    if (m_options.watcher != BusManner::absent)
-        watch();
-    if (m_options.tray != BusManner::absent)
-        showIcon();
+    sd_bus_add_filter(m_bus, nullptr, receive, this);
+    say("bus " + uniqueName());
+    if (m_options.has("bus-name"))
+        sd_bus_request_name(m_bus, m_options.value("bus-name").c_str(), 0);
+    for (const std::string &entry : split(m_options.value("menu", "Open,Quit"), ',')) {
+        std::size_t parent = 0;
+        for (const std::string &label : split(entry, '>')) {
+            m_menu.push_back({label, parent});
+            parent = m_menu.size() - 1;
+        }
+    }
+    if (m_options.has("watcher"))
+        sd_bus_request_name(m_bus, watcherName, 0);
+    const auto registered = [](sd_bus_message *message, void * /*self*/, sd_bus_error * /*error*/) {
+        if (sd_bus_message_is_method_error(message, nullptr) <= 0)
+            say("in tray");
+        return 0;
+    };
+    if (m_options.has("tray"))
+        sd_bus_call_method_async(m_bus, nullptr, watcherName, watcherPath, watcherName,
+                                 "RegisterStatusNotifierItem", registered, this, "s", uniqueName().c_str());
 }
 
 BusObjects::~BusObjects() {
     sd_bus_flush_close_unref(m_bus);
 }
 
-bool BusObjects::process() {
-    return sd_bus_process(m_bus, nullptr) > 0;
-}
-
-std::string BusObjects::claimedName() const {
+std::string BusObjects::uniqueName() const {
     const char *name = nullptr;
     sd_bus_get_unique_name(m_bus, &name);
-    return m_options.claimedName.empty() ? textOf(name) : m_options.claimedName;
+    return textOf(name);
+}
+
+/// The option that says how whoever asks there is dealt with.
+std::string BusObjects::kindAt(const std::string &path, const std::string &interface) const {
+    if (interface == "org.gtk.Actions" && (path == gtkPath || path == pathOf(m_options.value("bus-name"))))
+        return "gtk";
+    if (path == "/" || path == "/sample" || path == "/sample/MainWindow_1")
+        return "kde";
+    if (path == "/MainApplication")
+        return "qt";
+    if (path == watcherPath)
+        return "watcher";
+    return path == "/StatusNotifierItem" || path == menuPath ? "tray" : "";
 }
 
 int BusObjects::receive(sd_bus_message *message, void *self, sd_bus_error * /*error*/) {
-    return sd_bus_message_is_method_call(message, nullptr, nullptr) > 0 &&
-                   static_cast<BusObjects *>(self)->take(message)
-               ? 1
-               : 0;
-}
-
-/// False for what somebody else is to answer.
-bool BusObjects::take(sd_bus_message *message) {
-    const std::string path = textOf(sd_bus_message_get_path(message));
-    const std::string interface = textOf(sd_bus_message_get_interface(message));
+    auto &objects = *static_cast<BusObjects *>(self);
+    const std::string kind = objects.kindAt(textOf(sd_bus_message_get_path(message)),
+                                            textOf(sd_bus_message_get_interface(message)));
+    if (sd_bus_message_is_method_call(message, nullptr, nullptr) <= 0 || !objects.m_options.has(kind))
+        return 0;
     const std::string member = textOf(sd_bus_message_get_member(message));
-    if (path == watcherPath && m_options.watcher == BusManner::hangs)
-        return true;
-    if (interface == "org.gtk.Actions" && (path == gtkPath || path == pathOf(m_options.name)))
-        return takeGtk(message, member);
-    if (path == "/" || path == "/sample" || path == "/sample/MainWindow_1")
-        return takeKde(message, member);
-    if (path == "/MainApplication" && m_options.qt != BusManner::absent) {
-        if (member == "quit")
-            command(message, m_options.qt, "quit qt", "");
-        else if (asks(m_options.qt))
-            sd_bus_reply_method_return(message, "s",
-                                       "<node><interface name='org.qtproject.Qt.QCoreApplication'>"
-                                       "<method name='quit'/></interface></node>");
-        return true;
-    }
-    if (path == "/StatusNotifierItem" || path == menuPath)
-        return takeTray(message, member);
-    return false;
+    if (objects.m_options.value(kind) == "hangs")
+        return 1;
+    if (member == "Activate" || member == "activateAction" || member == "quit" || member == "Event")
+        objects.obey(message, kind);
+    else
+        objects.answer(message, kind);
+    return 1;
 }
 
-/// Prints `fact` when the command is accepted, and answers "true" when that is its type.
-void BusObjects::command(sd_bus_message *message, BusManner manner, const std::string &fact,
-                         const char *types) {
-    if (manner == BusManner::refuses || manner == BusManner::disabled) {
-        say("refused");
+void BusObjects::obey(sd_bus_message *message, const std::string &kind) {
+    const std::string manner = m_options.value(kind);
+    std::uint32_t entry = 0;
+    if (kind == "tray")
+        sd_bus_message_read(message, "i", &entry);
+    if (manner == "accepts" || manner == "leaves") {
+        say("quit " + kind + (entry > 0 ? ' ' + m_menu.at(entry).label : ""));
+        m_hasQuit = true;
+    }
+    if (manner == "accepts")
+        sd_bus_reply_method_return(message, kind == "kde" ? "b" : "", 1);
+    else if (manner == "refuses" || manner == "disabled")
         sd_bus_reply_method_errorf(message, "org.example.Refused", "No.");
-    } else if (manner == BusManner::accepts || manner == BusManner::leaves) {
-        say(fact);
-        if (manner == BusManner::accepts)
-            sd_bus_reply_method_return(message, types, 1);
-        m_quit();
-    } else {
-        say("silent");
-    }
 }
 
-bool BusObjects::takeGtk(sd_bus_message *message, const std::string &member) {
-    if (m_options.gtk == BusManner::absent)
-        return false;
-    if (member == "Activate")
-        command(message, m_options.gtk, "quit gtk", "");
-    else if (asks(m_options.gtk))
-        sd_bus_reply_method_return(message, "(bgav)", m_options.gtk != BusManner::disabled, "", 0);
-    return true;
-}
-
-bool BusObjects::takeKde(sd_bus_message *message, const std::string &member) {
-    if (m_options.kde == BusManner::absent)
-        return false;
-    const std::string path = textOf(sd_bus_message_get_path(message));
-    if (member == "activateAction")
-        command(message, m_options.kde, "quit kde", "b");
-    else if (!asks(m_options.kde))
-        return true;
+void BusObjects::answer(sd_bus_message *message, const std::string &kind) {
+    const std::string member = textOf(sd_bus_message_get_member(message));
+    if (kind == "gtk")
+        sd_bus_reply_method_return(message, "(bgav)", isEnabled(kind), "", 0);
+    else if (kind == "tray")
+        answerForTray(message, member);
+    else if (kind == "watcher")
+        answerForWatcher(message, member);
+    else if (kind == "qt")
+        sd_bus_reply_method_return(message, "s",
+                                   "<node><interface name='org.qtproject.Qt.QCoreApplication'>"
+                                   "<method name='quit'/></interface></node>");
     else if (member == "actionIsEnabled")
-        sd_bus_reply_method_return(message, "b", m_options.kde != BusManner::disabled);
+        sd_bus_reply_method_return(message, "b", isEnabled(kind));
     else
         sd_bus_reply_method_return(message, "s",
-                                   path == "/" ? "<node><node name='sample'/></node>"
-                                               : "<node><node name='MainWindow_1'/></node>");
-    return true;
+                                   textOf(sd_bus_message_get_path(message)) == "/"
+                                       ? "<node><node name='sample'/></node>"
+                                       : "<node><node name='MainWindow_1'/></node>");
 }
 
-bool BusObjects::takeTray(sd_bus_message *message, const std::string &member) {
-    if (m_options.tray == BusManner::absent)
-        return false;
-    if (member == "Event") {
-        int id = 0;
-        sd_bus_message_read(message, "i", &id);
-        std::string label;
-        for (const MenuEntry &entry : m_menu.children) {
-            if (entry.id == id)
-                label = entry.label;
-            for (const MenuEntry &child : entry.children)
-                label = child.id == id ? child.label : label;
-        }
-        command(message, m_options.tray, "quit tray " + label, "");
-    } else if (!asks(m_options.tray)) {
-        return true;
-    } else if (member == "AboutToShow") {
+void BusObjects::answerForTray(sd_bus_message *message, const std::string &member) {
+    if (member == "AboutToShow") {
         sd_bus_reply_method_return(message, "b", 0);
     } else if (member == "GetLayout") {
         sd_bus_message *reply = nullptr;
         sd_bus_message_new_method_return(message, &reply);
         sd_bus_message_append(reply, "u", 1U);
-        appendMenu(reply, m_menu);
+        appendMenu(reply, 0);
         sd_bus_send(nullptr, reply, nullptr);
         sd_bus_message_unref(reply);
     } else {
-        const char *interface = nullptr;
         const char *property = nullptr;
-        sd_bus_message_read(message, "ss", &interface, &property);
-        if (textOf(property) == "Menu")
-            sd_bus_reply_method_return(message, "v", "o", menuPath);
-        else
-            sd_bus_reply_method_return(message, "v", "s", "Sample Icon");
+        sd_bus_message_read(message, "ss", nullptr, &property);
+        const bool isMenu = textOf(property) == "Menu";
+        sd_bus_reply_method_return(message, "v", isMenu ? "o" : "s", isMenu ? menuPath : "Sample Icon");
     }
-    return true;
 }
 
-void BusObjects::appendMenu(sd_bus_message *reply, const MenuEntry &entry) const {
+void BusObjects::appendMenu(sd_bus_message *reply, std::size_t id) const {
     sd_bus_message_open_container(reply, 'r', "ia{sv}av");
-    sd_bus_message_append(reply, "i", entry.id);
-    sd_bus_message_append(reply, "a{sv}", 2, "label", "s", entry.label.c_str(), "enabled", "b",
-                          m_options.tray != BusManner::disabled);
+    sd_bus_message_append(reply, "i", static_cast<int>(id));
+    sd_bus_message_append(reply, "a{sv}", 2, "label", "s", m_menu.at(id).label.c_str(), "enabled", "b",
+                          isEnabled("tray"));
     sd_bus_message_open_container(reply, 'a', "v");
-    for (const MenuEntry &child : entry.children) {
+    for (std::size_t child = id + 1; child < m_menu.size(); ++child) {
+        if (m_menu[child].parent != id)
+            continue;
         sd_bus_message_open_container(reply, 'v', "(ia{sv}av)");
         appendMenu(reply, child);
         sd_bus_message_close_container(reply);
@@ -210,65 +182,42 @@ void BusObjects::appendMenu(sd_bus_message *reply, const MenuEntry &entry) const
     sd_bus_message_close_container(reply);
 }
 
-void BusObjects::showIcon() {
-    const char *name = nullptr;
-    sd_bus_get_unique_name(m_bus, &name);
-    sd_bus_call_method_async(m_bus, nullptr, watcherName, watcherPath, watcherName,
-                             "RegisterStatusNotifierItem", registered, this, "s", name);
-}
-
-int BusObjects::registered(sd_bus_message *message, void * /*self*/, sd_bus_error * /*error*/) {
-    if (sd_bus_message_is_method_error(message, nullptr) <= 0)
-        say("in tray");
-    return 0;
-}
-
-// Toolkits introspect it before they believe in a tray. The macros are C.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-#ifdef __clang__
-#pragma GCC diagnostic ignored "-Wc99-extensions"
-#endif
-const sd_bus_vtable BusObjects::watcherTable[] = {
-    SD_BUS_VTABLE_START(0),
-    SD_BUS_METHOD("RegisterStatusNotifierItem", "s", "", BusObjects::registerIcon,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("RegisterStatusNotifierHost", "s", "", BusObjects::registerIcon,
-                  SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_PROPERTY("RegisteredStatusNotifierItems", "as", BusObjects::readIcons, 0, 0),
-    SD_BUS_PROPERTY("IsStatusNotifierHostRegistered", "b", BusObjects::readIcons, 0, 0),
-    SD_BUS_PROPERTY("ProtocolVersion", "i", BusObjects::readIcons, 0, 0),
-    SD_BUS_SIGNAL("StatusNotifierItemRegistered", "s", 0),
-    SD_BUS_SIGNAL("StatusNotifierHostRegistered", "", 0),
-    SD_BUS_VTABLE_END,
-};
-#pragma GCC diagnostic pop
-
-void BusObjects::watch() {
-    sd_bus_add_object_vtable(m_bus, nullptr, watcherPath, watcherName, watcherTable, this);
-    sd_bus_request_name(m_bus, watcherName, 0);
-}
-
-int BusObjects::registerIcon(sd_bus_message *message, void *self, sd_bus_error * /*error*/) {
-    const char *text = nullptr;
-    if (sd_bus_message_read(message, "s", &text) < 0)
-        return -1;
-    const std::string service(text);
-    const std::string icon = service.front() == '/' ? textOf(sd_bus_message_get_sender(message)) + service
-                                                    : service + "/StatusNotifierItem";
-    static_cast<BusObjects *>(self)->m_icons.push_back(icon);
-    say("icon " + icon);
-    return sd_bus_reply_method_return(message, "");
-}
-
-int BusObjects::readIcons(sd_bus * /*bus*/, const char * /*path*/, const char * /*interface*/,
-                          const char *property, sd_bus_message *reply, void *self, sd_bus_error * /*error*/) {
-    if (std::strcmp(property, "RegisteredStatusNotifierItems") != 0)
-        return sd_bus_message_append(reply, property[0] == 'I' ? "b" : "i", property[0] == 'I' ? 1 : 0);
-    sd_bus_message_open_container(reply, 'a', "s");
-    for (const std::string &icon : static_cast<BusObjects *>(self)->m_icons)
-        sd_bus_message_append(reply, "s", icon.c_str());
-    return sd_bus_message_close_container(reply);
+void BusObjects::answerForWatcher(sd_bus_message *message, const std::string &member) {
+    if (member == "Introspect") {
+        // Toolkits read it before they believe in a tray.
+        sd_bus_reply_method_return(message, "s",
+                                   "<node><interface name='org.kde.StatusNotifierWatcher'>"
+                                   "<method name='RegisterStatusNotifierItem'><arg type='s'/></method>"
+                                   "<property name='RegisteredStatusNotifierItems' type='as' access='read'/>"
+                                   "<property name='IsStatusNotifierHostRegistered' type='b' access='read'/>"
+                                   "</interface></node>");
+    } else if (member == "RegisterStatusNotifierItem") {
+        const char *text = nullptr;
+        sd_bus_message_read(message, "s", &text);
+        const std::string service = textOf(text);
+        m_icons.push_back(service.starts_with('/') ? textOf(sd_bus_message_get_sender(message)) + service
+                                                   : service + "/StatusNotifierItem");
+        say("icon " + m_icons.back());
+        sd_bus_reply_method_return(message, "");
+    } else {
+        const char *property = nullptr;
+        sd_bus_message_read(message, "ss", nullptr, &property);
+        if (textOf(property) == "IsStatusNotifierHostRegistered") {
+            sd_bus_reply_method_return(message, "v", "b", 1);
+            return;
+        }
+        std::vector<char *> icons;
+        for (std::string &icon : m_icons)
+            icons.push_back(icon.data());
+        icons.push_back(nullptr);
+        sd_bus_message *reply = nullptr;
+        sd_bus_message_new_method_return(message, &reply);
+        sd_bus_message_open_container(reply, 'v', "as");
+        sd_bus_message_append_strv(reply, icons.data());
+        sd_bus_message_close_container(reply);
+        sd_bus_send(nullptr, reply, nullptr);
+        sd_bus_message_unref(reply);
+    }
 }
 
 } // namespace kestrin::sample
