@@ -12,7 +12,7 @@ namespace kestrin {
 namespace {
 
 /// The ground and its shadow, in the order in which they are drawn.
-struct SurfaceNode : QSGNode {
+struct SurfaceNode : GrowingNode {
     PictureNode *shadow = nullptr;
     PictureNode *ground = nullptr;
 };

@@ -12,9 +12,13 @@ class QSGImageNode;
 
 namespace kestrin {
 
+/// What nodes are added to later. The software renderer forgets where a plain QSGNode is, and would draw what
+/// comes to it after it was drawn first in the window's corner.
+using GrowingNode = QSGTransformNode;
+
 /// A picture on the scene graph, as it is or stretched between its corners; built from nodes that every
 /// renderer has.
-class PictureNode : public QSGNode {
+class PictureNode : public GrowingNode {
   public:
     struct Placement {
         QRectF rect;      ///< in the item's coordinates

@@ -1,5 +1,5 @@
-// The components of the window and what they are painted with: the appearance, presses, how texts fit, corners,
-// strokes, shadows and symbols.
+// The components of the window and what they are painted with: the appearance, presses, how texts fit,
+// corners, strokes, shadows and symbols.
 
 #include "design/ContinuousRectangle.h"
 #include "design/DesignSystem.h"
@@ -208,12 +208,13 @@ void DesignTest::titlesAreWhole() {
              "PrimaryButton { width: 300; title: 'Go' }"_ba,
          }) {
         Stage stage("Kestrin" + button);
+        stage.picture();
         const QQuickItem *const label = stage.find("QQuickText");
         QVERIFY2(!label->property("truncated").toBool(), button);
         const QRectF place = label->mapRectToItem(&stage.root(), label->boundingRect());
         QVERIFY2(place.right() <= stage.root().width() - 3.5, button);
         if (!button.contains("systemImage"))
-            QVERIFY2(std::abs(place.center().x() - stage.root().width() / 2) <= 0.5, button);
+            QVERIFY2(std::abs(place.center().x() - stage.root().width() / 2) <= 1, button);
     }
 }
 
@@ -279,7 +280,7 @@ void DesignTest::stretchedAsPaintedWhole() {
 
 void DesignTest::shadowIsSoft() {
     Stage stage("Item { KestrinCard { x: 60; y: 40; width: 280 } }");
-    // With room to stretch a picture of the shadow in one direction, and in both.
+    // With room to stretch a picture of the shadow in one direction, and in both. Parts of it come and go.
     for (const int height : {60, 110}) {
         stage.root().childItems().constFirst()->setHeight(height);
         const QImage picture = stage.picture();
