@@ -75,8 +75,10 @@ void CatalogTest::jsonForms() {
     QCOMPARE(decodeJson<RiskAppMatch>(text), match);
     QVERIFY(!text.contains("otter-7") && !text.contains("bundleIdentifier\""));
     QCOMPARE(decodeJson<RiskAppMatch>(QByteArray(text).replace("\"aliases\"", "\"Aliases\"")), std::nullopt);
-    for (const char *process : {"\"7\"", "2147483648", "1.5", "null"})
-        QCOMPARE(decodeJson<RiskAppMatch>(QByteArray(text).replace(":7,", ':' + QByteArray(process) + ',')),
+    const QByteArray process = R"("processIdentifier":7)";
+    QCOMPARE(text.count(process), 1);
+    for (const char *number : {"\"7\"", "2147483648", "1.5", "null"})
+        QCOMPARE(decodeJson<RiskAppMatch>(QByteArray(text).replace(process, process.chopped(1) + number)),
                  std::nullopt);
 }
 
