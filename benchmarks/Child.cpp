@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -81,12 +82,22 @@ Child::~Child() {
         ::close(m_errors);
 }
 
-long long Child::wakeUps() const {
-    long long sum = 0;
+Child::WakeUps Child::wakeUps() const {
+    WakeUps counts;
     const std::filesystem::path threads = "/proc/" + std::to_string(m_process) + "/task";
     for (const auto &thread : std::filesystem::directory_iterator(threads))
-        sum += number(thread.path() / "status", "voluntary_ctxt_switches:");
-    return sum;
+        counts[std::stoi(thread.path().filename())] =
+            number(thread.path() / "status", "voluntary_ctxt_switches:");
+    return counts;
+}
+
+long long Child::wakeUpsSince(const WakeUps &before) const {
+    long long sum = 0;
+    const WakeUps now = wakeUps();
+    for (const auto &[thread, count] : now)
+        sum += before.contains(thread) ? count - before.at(thread) : count;
+    return sum + std::count_if(before.begin(), before.end(),
+                               [&now](const auto &known) { return !now.contains(known.first); });
 }
 
 double Child::residentMemory() const {

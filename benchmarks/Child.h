@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,9 @@ void run(const Arguments &arguments);
 /// A program that runs until this goes. Its output is thrown away.
 class Child {
   public:
+    /// By thread id.
+    using WakeUps = std::map<int, long long>;
+
     enum class Readiness {
         says,      ///< it writes something to standard error when it is ready
         isStarted, ///< it says nothing
@@ -31,8 +35,10 @@ class Child {
     ~Child();
 
     pid_t id() const { return m_process; }
-    /// How often its threads have been woken so far.
-    long long wakeUps() const;
+    /// How often each of its threads has been woken so far.
+    WakeUps wakeUps() const;
+    /// How often any of them has been since. One that has ended since counts as woken once, for its end.
+    long long wakeUpsSince(const WakeUps &before) const;
     /// Resident memory in megabytes.
     double residentMemory() const;
 

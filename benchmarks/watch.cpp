@@ -28,12 +28,12 @@ int main(int argc, char **argv) {
     const bench::Child watch({bench::kestrinctl(), "watch"});
     // What a start leaves behind is no idling.
     ::sleep(2);
-    const long long bareBefore = bare.wakeUps();
-    const long long before = watch.wakeUps();
+    const bench::Child::WakeUps bareBefore = bare.wakeUps();
+    const bench::Child::WakeUps before = watch.wakeUps();
     ::sleep(seconds);
     const double perMinute = 60.0 / seconds;
-    const bench::Comparison wakeUps{static_cast<double>(watch.wakeUps() - before) * perMinute,
-                                    static_cast<double>(bare.wakeUps() - bareBefore) * perMinute};
+    const bench::Comparison wakeUps{static_cast<double>(watch.wakeUpsSince(before)) * perMinute,
+                                    static_cast<double>(bare.wakeUpsSince(bareBefore)) * perMinute};
     bench::Report report;
     report.limit("Wake-ups a minute of an idle watch", "", wakeUps, 5);
     report.limit("Resident memory of an idle watch", "MB", {watch.residentMemory(), bare.residentMemory()},

@@ -129,12 +129,12 @@ void measureIdling(bench::Report &report, std::chrono::seconds time) {
     choosePage(kestrin, apps);
     // What a start leaves behind is no idling.
     std::this_thread::sleep_for(std::chrono::seconds(2));
-    const long long bareBefore = bare.process().wakeUps();
-    const long long before = kestrin.process().wakeUps();
+    const bench::Child::WakeUps bareBefore = bare.process().wakeUps();
+    const bench::Child::WakeUps before = kestrin.process().wakeUps();
     const int drawings = kestrin.drawings(time);
     const double perMinute = 60.0 / static_cast<double>(time.count());
-    const bench::Comparison wakeUps{static_cast<double>(kestrin.process().wakeUps() - before) * perMinute,
-                                    static_cast<double>(bare.process().wakeUps() - bareBefore) * perMinute};
+    const bench::Comparison wakeUps{static_cast<double>(kestrin.process().wakeUpsSince(before)) * perMinute,
+                                    static_cast<double>(bare.process().wakeUpsSince(bareBefore)) * perMinute};
     // What the bare one has drawn meanwhile waits to be counted.
     const int bareDrawings = bare.drawings(std::chrono::milliseconds(1));
     report.limit("Drawings of an idle window", "",
