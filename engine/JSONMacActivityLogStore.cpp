@@ -22,9 +22,12 @@ bool isCompact(const QByteArray &log) {
 
 bool writeWithEvent(const QString &path, const MacProtectionEvent &event) {
     const QByteArray text = readWholeFile(path, logTextSpare).value_or(QByteArray());
-    if (!text.isEmpty() && isCompact(text) && isActivityLog(text)) {
+    if (!text.isEmpty() && isCompact(text)) {
         const QByteArray newest = encodeJson(event);
-        return replacePrivateFile(path, {"[", viewOf(newest), ",", viewOf(text).substr(1)});
+        // It is nearly always in order, and the disk takes longer than to make sure of that.
+        PrivateFileReplacement next(path, {"[", viewOf(newest), ",", viewOf(text).substr(1)});
+        if (isActivityLog(text))
+            return next.commit();
     }
     QList<MacProtectionEvent> events;
     if (!text.isEmpty())

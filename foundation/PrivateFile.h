@@ -34,6 +34,25 @@ bool writeAll(int descriptor, std::string_view bytes);
 /// the lock of the folder (FileLock::lockFolder), so that two writers never meet.
 bool replacePrivateFile(const QString &path, std::initializer_list<std::string_view> pieces);
 
+/// The same in two steps, for those who have something left to find out while the disk is already at work.
+/// Without a commit nothing has changed.
+class PrivateFileReplacement {
+  public:
+    /// Writes the new file beside the old one.
+    PrivateFileReplacement(const QString &path, std::initializer_list<std::string_view> pieces);
+    PrivateFileReplacement(const PrivateFileReplacement &) = delete;
+    PrivateFileReplacement &operator=(const PrivateFileReplacement &) = delete;
+    ~PrivateFileReplacement();
+
+    /// Puts it in the old one's place, once. False when something has failed, now or before.
+    bool commit();
+
+  private:
+    QByteArray m_target;
+    QByteArray m_temporary;
+    int m_descriptor = -1;
+};
+
 /// Where the file really is: `path` itself, or what a symbolic link to an existing file leads to.
 QString followedPath(const QString &path);
 
