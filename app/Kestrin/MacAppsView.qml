@@ -11,12 +11,22 @@ MacPage {
     title: "Apps"
     subtitle: "Choose Mac Protected Apps for Privacy Mode."
 
+    // Once the page has been drawn, so that nobody waits for it as long as the check takes.
+    Connections {
+        id: appearance
+
+        target: root.Window.window
+
+        function onFrameSwapped() {
+            appearance.enabled = false;
+            root.protection.runLiveCheck();
+        }
+    }
+
     MacLiveCheckCard {
         width: parent.width
         protection: root.protection
         privacyModeOn: root.protection.privacyModeOn
-
-        Component.onCompleted: root.protection.runLiveCheck()
 
         Connections {
             target: root.protection

@@ -47,6 +47,7 @@ struct Desk : samples::WindowHome {
         select(section);
         QVERIFY(QTest::qWaitForWindowExposed(&window()));
         settle();
+        settle(); // with what a page does once it is seen
     }
     /// Draws, and before that places everything.
     void settle() const { window().grabWindow(); }
