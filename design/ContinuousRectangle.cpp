@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <vector>
@@ -43,39 +44,58 @@ std::vector<QPointF> corner(const Direction &across, const Direction &along) {
     return points;
 }
 
-void blurRow(std::vector<float> &row, int radius) {
-    const int size = static_cast<int>(row.size());
-    const auto at = [&row, size](int i) { return i < 0 || i >= size ? 0.0F : row[static_cast<size_t>(i)]; };
-    std::vector<float> blurred(row.size());
-    float sum = 0;
-    for (int i = -radius; i <= radius; ++i)
-        sum += at(i);
-    for (int i = 0; i < size; ++i) {
-        blurred[static_cast<size_t>(i)] = sum / static_cast<float>(2 * radius + 1);
-        sum += at(i + radius + 1) - at(i - radius);
+/// Grey values, row by row.
+struct Plane {
+    size_t width;
+    size_t height;
+    std::vector<float> values;
+
+    Plane(size_t w, size_t h) : width(w), height(h), values(w * h) {}
+    float *row(size_t y) { return values.data() + y * width; }
+    const float *row(size_t y) const { return values.data() + y * width; }
+
+    Plane turned() const {
+        Plane other(height, width);
+        for (size_t y = 0; y < height; ++y) {
+            for (size_t x = 0; x < width; ++x)
+                other.row(x)[y] = row(y)[x];
+        }
+        return other;
     }
-    row.swap(blurred);
+};
+
+/// Each value becomes the mean of those up to so far above and below it. All columns side by side, because
+/// compilers turn that into few instructions.
+Plane meanOfColumns(const Plane &plane, size_t radius) {
+    Plane means(plane.width, plane.height);
+    std::vector<float> sums(plane.width);
+    const auto add = [&](size_t y, float sign) {
+        const float *const row = plane.row(y);
+        for (size_t x = 0; x < plane.width; ++x)
+            sums[x] += sign * row[x];
+    };
+    for (size_t y = 0; y < std::min(radius, plane.height); ++y)
+        add(y, 1);
+    const float share = 1 / static_cast<float>(2 * radius + 1);
+    for (size_t y = 0; y < plane.height; ++y) {
+        if (y + radius < plane.height)
+            add(y + radius, 1);
+        if (y > radius)
+            add(y - radius - 1, -1);
+        for (size_t x = 0; x < plane.width; ++x)
+            means.row(y)[x] = sums[x] * share;
+    }
+    return means;
 }
 
-// Three boxes in a row are as good as the bell curve.
-void blurPlane(std::vector<float> &plane, int width, int height, int radius) {
-    std::vector<float> line;
-    for (int y = 0; y < height; ++y) {
-        const auto begin = plane.begin() + static_cast<ptrdiff_t>(y) * width;
-        line.assign(begin, begin + width);
+/// Three boxes in a row are as good as the bell curve.
+Plane blurred(Plane plane, size_t radius) {
+    for (int direction = 0; direction < 2; ++direction) {
         for (int pass = 0; pass < 3; ++pass)
-            blurRow(line, radius);
-        std::copy(line.begin(), line.end(), begin);
+            plane = meanOfColumns(plane, radius);
+        plane = plane.turned();
     }
-    for (int x = 0; x < width; ++x) {
-        line.resize(static_cast<size_t>(height));
-        for (int y = 0; y < height; ++y)
-            line[static_cast<size_t>(y)] = plane[static_cast<size_t>(y * width + x)];
-        for (int pass = 0; pass < 3; ++pass)
-            blurRow(line, radius);
-        for (int y = 0; y < height; ++y)
-            plane[static_cast<size_t>(y * width + x)] = line[static_cast<size_t>(y)];
-    }
+    return plane;
 }
 
 } // namespace
@@ -155,24 +175,26 @@ QImage ShadowPaint::paint() const {
         painter.setRenderHint(QPainter::Antialiasing);
         painter.fillPath(ContinuousRectangle{size, radius}.path(QPointF(margin(), margin())), Qt::black);
     }
-    std::vector<float> plane(static_cast<size_t>(width) * static_cast<size_t>(height));
+    Plane plane(static_cast<size_t>(width), static_cast<size_t>(height));
     for (int y = 0; y < height; ++y) {
         const uchar *const line = shape.constScanLine(y);
-        std::copy(line, line + width, plane.begin() + static_cast<ptrdiff_t>(y) * width);
+        std::copy(line, line + width, plane.row(static_cast<size_t>(y)));
     }
     // Three boxes of the radius r have the variance r(r + 1).
     const double deviation = blur / 2;
-    blurPlane(plane, width, height,
-              static_cast<int>(std::round(std::sqrt(deviation * deviation + 0.25) - 0.5)));
+    plane = blurred(std::move(plane),
+                    static_cast<size_t>(std::round(std::sqrt(deviation * deviation + 0.25) - 0.5)));
+    std::array<QRgb, 256> tints{};
+    for (size_t grey = 0; grey < tints.size(); ++grey) {
+        const auto alpha = static_cast<int>(std::lround(static_cast<double>(grey) * color.alphaF()));
+        tints.at(grey) = qPremultiply(qRgba(color.red(), color.green(), color.blue(), alpha));
+    }
     QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < height; ++y) {
-        auto *const line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < width; ++x) {
-            const double alpha =
-                static_cast<double>(plane[static_cast<size_t>(y * width + x)]) * color.alphaF();
-            line[x] = qPremultiply(
-                qRgba(color.red(), color.green(), color.blue(), static_cast<int>(std::lround(alpha))));
-        }
+        const float *const line = plane.row(static_cast<size_t>(y));
+        std::transform(line, line + width, reinterpret_cast<QRgb *>(image.scanLine(y)), [&](float grey) {
+            return tints.at(static_cast<size_t>(std::clamp(grey + 0.5F, 0.0F, 255.0F)));
+        });
     }
     return image;
 }

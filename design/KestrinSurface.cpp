@@ -84,7 +84,8 @@ QSGNode *KestrinSurface::updatePaintNode(QSGNode *former, UpdatePaintNodeData *)
     const double ratio = pixelRatio();
     const QRectF rect = alignedRect(size());
     const QSize whole(qRound(rect.width() * ratio), qRound(rect.height() * ratio));
-    if (whole.isEmpty()) {
+    // Most focus rings are never seen.
+    if (whole.isEmpty() || !isVisible()) {
         delete node;
         return nullptr;
     }

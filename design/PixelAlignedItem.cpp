@@ -47,7 +47,7 @@ void PixelAlignedItem::itemChange(ItemChange change, const ItemChangeData &data)
         if (data.window)
             m_synchronizing = connect(data.window, &QQuickWindow::beforeSynchronizing, this,
                                       &PixelAlignedItem::realign, Qt::DirectConnection);
-    } else if (change == ItemDevicePixelRatioHasChanged) {
+    } else if (change == ItemDevicePixelRatioHasChanged || change == ItemVisibleHasChanged) {
         update();
     }
     QQuickItem::itemChange(change, data);

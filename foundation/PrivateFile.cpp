@@ -72,7 +72,8 @@ QString followedPath(const QString &path) {
 
 PrivateFileReplacement::PrivateFileReplacement(const QString &path,
                                                std::initializer_list<std::string_view> pieces)
-    : m_target(QFile::encodeName(followedPath(path))), m_temporary(m_target + ".new") {
+    : m_target(QFile::encodeName(followedPath(path)))
+    , m_temporary(m_target + ".new") {
     // One fixed name: the lock keeps others out, and what a killed process left behind is cleaned up by the
     // next write instead of piling up.
     ::unlink(m_temporary.constData());
