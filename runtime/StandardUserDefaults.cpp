@@ -1,6 +1,6 @@
 #include "runtime/StandardUserDefaults.h"
 
-// The only place of the runtime that knows which platform this is.
+// Only this file and LoginItem.cpp know which platform this is.
 #ifdef __APPLE__
 #include "runtime/macos/NSUserDefaultsStore.h"
 #else

@@ -1,0 +1,27 @@
+// How a platform is told what to start at login.
+#pragma once
+
+#include <QByteArray>
+#include <QStringList>
+
+namespace kestrin {
+
+/// One file, which names the program.
+struct LoginFile {
+    QString name;
+    /// Where it may be: first the user's own folder, then those for all users. Only the first file counts.
+    QStringList folders;
+    /// What to write so that `program`, an absolute path, is started in the background, or is not although a
+    /// folder for all users says so.
+    QByteArray (*text)(const QString &program, bool starts) = nullptr;
+    /// Whether a file of this text starts anything.
+    bool (*starts)(const QByteArray &text) = nullptr;
+};
+
+/// The desktop entry that XDG desktops look for.
+LoginFile autostartEntry();
+
+/// The property list that macOS looks for.
+LoginFile launchAgent();
+
+} // namespace kestrin
