@@ -146,6 +146,8 @@ class Parser {
             return settleIDs(m_arguments, definitionIDs(), u"an application of the catalog"_s);
         case CommandArguments::onOrOff:
             return settleOnOrOff();
+        case CommandArguments::maybeOnOrOff:
+            return settleMaybeOnOrOff();
         case CommandArguments::presetSwitch:
             return settlePresetSwitch();
         }
@@ -163,10 +165,21 @@ class Parser {
     }
 
     void settleOnOrOff() {
-        const QString name = m_result.command->name;
-        if (m_arguments.size() != 1 || (m_arguments.first() != u"on" && m_arguments.first() != u"off"))
-            return fail(quoted(name) + u" accepts exactly one word, on or off."_s);
+        if (!isOnOrOff())
+            return fail(quoted(m_result.command->name) + u" accepts exactly one word, on or off."_s);
         m_result.enable = m_arguments.first() == u"on";
+    }
+
+    void settleMaybeOnOrOff() {
+        if (m_arguments.isEmpty())
+            return;
+        if (!isOnOrOff())
+            return fail(quoted(m_result.command->name) + u" accepts one word, on or off, or nothing."_s);
+        m_result.enable = m_arguments.first() == u"on";
+    }
+
+    bool isOnOrOff() const {
+        return m_arguments == QStringList{u"on"_s} || m_arguments == QStringList{u"off"_s};
     }
 
     void settlePresetSwitch() {

@@ -17,7 +17,7 @@ struct Invocation {
     const CommandDescription *command = nullptr;
     /// The identifiers of `protect`, `unprotect` and `schedule`, in the order given.
     QStringList ids;
-    /// What `enforce` or `schedule` switches to; absent when `schedule` only lists.
+    /// What `enforce`, `schedule` or `autostart` switches to; absent when nothing is to be changed.
     std::optional<bool> enable;
     bool json = false;
     bool preview = false;

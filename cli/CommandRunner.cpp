@@ -55,6 +55,8 @@ class CommandRunner {
             return enforce();
         case Command::schedule:
             return schedule();
+        case Command::autostart:
+            return autostart();
         case Command::diagnostics:
             return diagnostics();
         }
@@ -230,6 +232,26 @@ class CommandRunner {
         if (MacProtectionRuntime::loadModes(m_surroundings.defaults) != wanted)
             return defaultsNotSaved();
         return hasLogged(follower, wanted == before ? 0 : 1) ? ExitStatus::done : notLogged();
+    }
+
+    ExitStatus autostart() {
+        LoginItem &item = m_surroundings.loginItem;
+        if (m_call.enable && !item.setEnabled(*m_call.enable))
+            return autostartNotChanged();
+        if (m_call.json)
+            printJson(QJsonObject{{u"autostart"_s, item.isEnabled()}});
+        else
+            print(autostartText(item.isEnabled()));
+        return ExitStatus::done;
+    }
+
+    ExitStatus autostartNotChanged() {
+        const LoginItem &item = m_surroundings.loginItem;
+        if (*m_call.enable && !item.hasProgram())
+            return m_surroundings.couldNot(u"Kestrin cannot start at login, because its window, the program "
+                                           "kestrin, is neither beside kestrinctl nor in PATH."_s);
+        return m_surroundings.couldNot(u"The change could not be saved, because "_s + item.path() +
+                                       u" cannot be written."_s);
     }
 
     ExitStatus diagnostics() {

@@ -4,6 +4,7 @@
 #include "cli/Output.h"
 #include "cli/StatusReport.h"
 #include "cli/TerminalText.h"
+#include "runtime/LoginItem.h"
 #include "runtime/MacProtectionRuntime.h"
 #include "runtime/PrivacyModeFlag.h"
 
@@ -21,6 +22,7 @@ struct CommandSurroundings {
     /// Where a person finds the user defaults.
     QString defaultsLocation;
     MacProtectionSurroundings runtime;
+    LoginItem loginItem;
     Output &out;
     Output &err;
     Palette palette{false};

@@ -126,6 +126,17 @@ const QList<CommandDescription> &commandTable() {
          {{u"kestrinctl schedule"_s, u"the presets, enabled ones marked"_s},
           {u"kestrinctl schedule enable focus"_s, u"let Focus Mode take part"_s},
           {u"kestrinctl schedule disable sleep away"_s, u"leave the switch to yourself"_s}}},
+        {Command::autostart,
+         u"autostart"_s,
+         CommandArguments::maybeOnOrOff,
+         {json},
+         u"Tell or choose whether Kestrin starts at login"_s,
+         u"It does not, unless chosen. When it does, it protects from login on without showing its window. "
+         "On and off change what happens at the next login; nothing is started or ended now. Prints "
+         "afterwards how it is."_s,
+         {{u"kestrinctl autostart"_s, u"whether it does"_s},
+          {u"kestrinctl autostart on"_s, u"start at login from now on"_s},
+          {u"kestrinctl autostart off"_s, u"do not start at login any more"_s}}},
         {Command::diagnostics,
          u"diagnostics"_s,
          CommandArguments::none,

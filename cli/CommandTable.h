@@ -21,6 +21,7 @@ enum class Command {
     recommended,
     enforce,
     schedule,
+    autostart,
     diagnostics,
 };
 
@@ -29,6 +30,7 @@ enum class CommandArguments {
     none,
     definitionIDs, ///< one or more
     onOrOff,       ///< exactly one of the two words
+    maybeOnOrOff,  ///< nothing, or one of the two words
     presetSwitch,  ///< nothing, or "enable" or "disable" and one or more presets
 };
 

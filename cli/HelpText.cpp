@@ -44,6 +44,8 @@ QStringList synopses(const CommandDescription &command) {
         return {call + u" ID..."_s};
     case CommandArguments::onOrOff:
         return {call + u" on|off"_s};
+    case CommandArguments::maybeOnOrOff:
+        return {call, call + u" on|off"_s};
     case CommandArguments::presetSwitch:
         return {call, call + u" enable|disable ID..."_s};
     }

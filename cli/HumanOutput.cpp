@@ -168,4 +168,8 @@ QString scheduleText(const QList<ModePreset> &modes, const std::optional<bool> &
            u'\n';
 }
 
+QString autostartText(bool startsAtLogin) {
+    return startsAtLogin ? u"Kestrin starts at login.\n"_s : u"Kestrin does not start at login.\n"_s;
+}
+
 } // namespace kestrin

@@ -26,4 +26,6 @@ QString statusText(const StatusReport &status, const Palette &palette);
 QString scheduleText(const QList<ModePreset> &modes, const std::optional<bool> &wanted,
                      const Palette &palette);
 
+QString autostartText(bool startsAtLogin);
+
 } // namespace kestrin

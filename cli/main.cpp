@@ -19,7 +19,8 @@ int main(int argc, char *argv[]) {
     Output out(STDOUT_FILENO);
     Output err(STDERR_FILENO);
     const auto defaults = standardUserDefaults();
-    CommandSurroundings surroundings{*defaults, standardUserDefaultsLocation(),     {}, out,
-                                     err,       Palette(wantsColour(STDOUT_FILENO))};
+    CommandSurroundings surroundings{
+        *defaults, standardUserDefaultsLocation(),     {}, LoginItem(LoginItem::installedProgram()), out,
+        err,       Palette(wantsColour(STDOUT_FILENO))};
     return static_cast<int>(runCommandLine(QCoreApplication::arguments().mid(1), surroundings));
 }

@@ -3,7 +3,7 @@
 _kestrinctl() {
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
     local commands='apps catalog check watch log status on off protect unprotect recommended enforce schedule
-        diagnostics'
+        autostart diagnostics'
     local definitions='zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind
         macwhisper otter'
     local presets='sleep away focus travel manual'
@@ -30,7 +30,7 @@ _kestrinctl() {
     log) words='--limit --json --help' ;;
     diagnostics) words='--help' ;;
     protect | unprotect) words="$definitions --json --help" ;;
-    enforce)
+    enforce | autostart)
         words='--json --help'
         [ -n "$verb" ] || words="on off $words"
         ;;

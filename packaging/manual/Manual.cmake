@@ -1,6 +1,7 @@
 # The manual pages, compressed as Debian wants them. That of kestrinctl is completed from the program's own help.
 
 file(READ manual/files.roff KESTRIN_MANUAL_FILES)
+string(CONFIGURE "${KESTRIN_MANUAL_FILES}" KESTRIN_MANUAL_FILES @ONLY)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS manual/files.roff)
 set(KESTRIN_SEE_ALSO "")
 if(TARGET kestrin)

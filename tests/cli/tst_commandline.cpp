@@ -43,6 +43,8 @@ struct Home {
     QTemporaryDir folder;
     InMemoryWorkspace desktop;
     bool isColourful = false;
+    /// What could start at login.
+    QString program;
     /// 12 o'clock, when Away wants Privacy Mode on.
     QDateTime now{QDate(2026, 3, 14), QTime(12, 0)};
     JSONUserDefaults defaults{defaultsPath()};
@@ -58,6 +60,11 @@ struct Home {
     QString support() const { return folder.filePath(u"data/Kestrin"_s); }
     QString logPath() const { return support() + u"/activity-log.json"_s; }
     QString defaultsPath() const { return folder.filePath(u"config/user-defaults.json"_s); }
+    LoginItem loginItem() const {
+        LoginFile file = autostartEntry();
+        file.folders = {folder.filePath(u"login"_s)};
+        return LoginItem(program, file);
+    }
     bool isUntouched() const { return QDir(folder.path()).isEmpty(); }
     QStringList story() {
         QStringList texts = samples::messages(log.recent(1000));
@@ -75,6 +82,7 @@ struct Home {
         CommandSurroundings surroundings{defaults,
                                          defaultsPath(),
                                          {support(), &desktop, [this] { return now; }, nullptr, nullptr},
+                                         loginItem(),
                                          out,
                                          err,
                                          Palette(isColourful)};
@@ -122,6 +130,7 @@ class CommandLineTest : public QObject {
     void settlingTheFlag();
     void enforcing();
     void schedules();
+    void autostart();
     void unwritable_data();
     void unwritable();
     void following();
@@ -143,7 +152,7 @@ void CommandLineTest::misuse_data() {
           u"log --limit "_s, u"log --limit 0x10"_s, u"log --limit ٣"_s, u"log --limit"_s, u"log --limit="_s}},
         {u"zoom, facetime"_s,
          {u"unprotect"_s, u"unprotect zoom Zoom"_s, u"protect sleep"_s, u"unprotect -- --json"_s}},
-        {u"on or off"_s, {u"enforce"_s, u"enforce on off"_s}},
+        {u"on or off"_s, {u"enforce"_s, u"enforce on off"_s, u"autostart On"_s, u"autostart off on"_s}},
         {u"enable or disable"_s, {u"schedule on"_s}},
         {u"sleep, away, focus"_s, {u"schedule disable"_s, u"schedule disable away zoom"_s}},
     };
@@ -357,6 +366,26 @@ void CommandLineTest::schedules() {
              QJsonValue(QJsonValue::Null));
 }
 
+void CommandLineTest::autostart() {
+    Home home;
+    QCOMPARE(home.call(u"autostart"_s).out, u"Kestrin does not start at login.\n"_s);
+    const Answer missing = home.call(u"autostart on"_s);
+    QCOMPARE(missing.status, ExitStatus::couldNot);
+    QVERIFY(missing.err.contains(u"neither beside kestrinctl nor in PATH") && missing.err.count(u'\n') == 1);
+    QVERIFY(home.isUntouched());
+
+    home.program = QCoreApplication::applicationFilePath();
+    QCOMPARE(home.call(u"autostart on"_s).out, u"Kestrin starts at login.\n"_s);
+    QCOMPARE(home.call(u"autostart --json"_s).object(), (QJsonObject{{u"autostart"_s, true}}));
+    QCOMPARE(home.call(u"autostart off --json"_s).object(), (QJsonObject{{u"autostart"_s, false}}));
+
+    // A folder where the file should be.
+    QVERIFY(QDir().mkpath(home.loginItem().path()));
+    const Answer unwritten = home.call(u"autostart on"_s);
+    QCOMPARE(unwritten.status, ExitStatus::couldNot);
+    QVERIFY(unwritten.out.isEmpty() && unwritten.err.contains(home.loginItem().path()));
+}
+
 void CommandLineTest::unwritable_data() {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QStringList>("calls");
@@ -430,7 +459,8 @@ void CommandLineTest::completions() {
         QStringList expected = command.options + QStringList{u"--help"_s};
         if (command.arguments == CommandArguments::definitionIDs)
             expected += definitionIDs();
-        if (command.arguments == CommandArguments::onOrOff)
+        if (command.arguments == CommandArguments::onOrOff ||
+            command.arguments == CommandArguments::maybeOnOrOff)
             expected += {u"on"_s, u"off"_s};
         if (command.arguments == CommandArguments::presetSwitch)
             expected += {u"enable"_s, u"disable"_s};
