@@ -2,6 +2,7 @@
 
 #include "app/Kestrin/ProtectionWindow.h"
 #include "design/KestrinAppearance.h"
+#include "design/platform/FontPreparation.h"
 #include "runtime/MonitoringClaim.h"
 #include "runtime/StandardUserDefaults.h"
 
@@ -119,6 +120,7 @@ int main(int argc, char **argv) {
         return 0;
     }
 
+    const std::jthread fonts = prepareFonts();
     chooseRenderer();
     QGuiApplication application(argc, argv);
     KestrinAppearance::shared().setPreference(options.appearance);

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Kestrin
 import KestrinDesignSystem
 
@@ -57,19 +56,15 @@ MacPage {
         width: parent.width
         spacing: 10
 
-        RowLayout {
+        MacLine {
             width: parent.width
-            spacing: 8
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: "Live engine events"
-                size: 17
-                weight: KestrinWeight.Bold
-                heading: true
-            }
+            text: "Live engine events"
+            size: 17
+            weight: KestrinWeight.Bold
+            heading: true
 
             KestrinStatusPill {
+                anchors.verticalCenter: parent.verticalCenter
                 title: root.protection.monitorLabel
                 tone: root.protection.enforceActions ? KestrinTone.Risk : KestrinTone.Link
             }
@@ -78,18 +73,22 @@ MacPage {
         KestrinCard {
             width: parent.width
 
-            RowLayout {
+            Row {
                 width: parent.width
                 visible: root.protection.events.count === 0
                 spacing: 10
 
                 KestrinSymbol {
+                    id: tray
+
+                    anchors.verticalCenter: parent.verticalCenter
                     name: "tray"
                     color: KestrinColors.textSecondary
                 }
 
                 KestrinText {
-                    Layout.fillWidth: true
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: parent.width - tray.width - parent.spacing
                     text: "No Mac engine events yet. Run a Mac Check or change Privacy Mode to create activity."
                     size: 13
                     weight: KestrinWeight.Semibold

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Kestrin
 import KestrinDesignSystem
 
@@ -42,19 +41,15 @@ MacPage {
         width: parent.width
         spacing: 12
 
-        RowLayout {
+        MacLine {
             width: parent.width
-            spacing: 8
-
-            KestrinText {
-                Layout.fillWidth: true
-                text: "Mac Protected Apps list"
-                size: 17
-                weight: KestrinWeight.Bold
-                heading: true
-            }
+            text: "Mac Protected Apps list"
+            size: 17
+            weight: KestrinWeight.Bold
+            heading: true
 
             KestrinStatusPill {
+                anchors.verticalCenter: parent.verticalCenter
                 title: root.protection.selectedCount + " selected"
                 tone: KestrinTone.Protected
             }
@@ -76,27 +71,25 @@ MacPage {
         }
     }
 
-    RowLayout {
+    MacLine {
         width: parent.width
+        text: root.protection.selectedCount + " Mac protected apps selected"
+        size: 13
+        weight: KestrinWeight.Semibold
+        color: KestrinColors.textSecondary
         spacing: 12
 
-        KestrinText {
-            Layout.fillWidth: true
-            text: root.protection.selectedCount + " Mac protected apps selected"
-            size: 13
-            weight: KestrinWeight.Semibold
-            color: KestrinColors.textSecondary
-        }
-
         KestrinSecondaryButton {
-            Layout.preferredWidth: 190
+            anchors.verticalCenter: parent.verticalCenter
+            width: 190
             title: "Apply Recommended"
             systemImage: "wand.and.stars"
             onClicked: root.protection.applyRecommendedRiskApps()
         }
 
         KestrinPrimaryButton {
-            Layout.preferredWidth: 150
+            anchors.verticalCenter: parent.verticalCenter
+            width: 150
             title: root.protection.enforceActions ? "Apply Now" : "Run Preview"
             systemImage: "shield.checkered"
             onClicked: root.protection.runLiveCheck()

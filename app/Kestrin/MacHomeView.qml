@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Kestrin
 import KestrinDesignSystem
 
@@ -16,13 +15,17 @@ MacPage {
     KestrinCard {
         width: parent.width
 
-        RowLayout {
+        Row {
+            id: switching
+
             width: parent.width
             spacing: 24
 
             KestrinSurface {
-                implicitWidth: 96
-                implicitHeight: 96
+                id: shield
+
+                width: 96
+                height: 96
                 shape: KestrinSurface.Circle
                 color: Qt.alpha(KestrinColors.freshGreen, 0.16)
 
@@ -35,12 +38,13 @@ MacPage {
                 }
             }
 
-            ColumnLayout {
-                Layout.fillWidth: true
+            Column {
+                anchors.verticalCenter: parent.verticalCenter
+                width: switching.width - shield.width - toggle.width - 2 * switching.spacing
                 spacing: 8
 
                 KestrinText {
-                    Layout.fillWidth: true
+                    width: parent.width
                     text: "Privacy Mode"
                     size: 20
                     weight: KestrinWeight.Bold
@@ -48,14 +52,14 @@ MacPage {
                 }
 
                 KestrinText {
-                    Layout.fillWidth: true
+                    width: parent.width
                     text: "Manage Protected Apps"
                     size: 14
                     color: KestrinColors.textSecondary
                 }
 
                 KestrinText {
-                    Layout.fillWidth: true
+                    width: parent.width
                     text: root.protection.privacyModeOn ? "ON" : "OFF"
                     size: 15
                     weight: KestrinWeight.Semibold
@@ -66,7 +70,10 @@ MacPage {
             }
 
             KestrinToggle {
-                Layout.preferredWidth: 72
+                id: toggle
+
+                anchors.verticalCenter: parent.verticalCenter
+                width: 72
                 on: root.protection.privacyModeOn
                 onFlipped: on => root.protection.privacyModeOn = on
 

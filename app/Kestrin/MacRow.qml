@@ -8,7 +8,7 @@ Item {
 
     required property string icon
     required property color iconColor
-    required property real iconColumn
+    property real iconColumn: symbol.implicitWidth
     property real iconSize: 13
     property int iconWeight: KestrinWeight.Regular
     property real margin: 0

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Kestrin
 import KestrinDesignSystem
 
@@ -29,85 +28,74 @@ FocusScope {
         color: Qt.alpha(KestrinColors.surface, 0.78)
     }
 
-    ColumnLayout {
-        anchors.fill: parent
-        spacing: 20
+    MacSidebarBrand {
+        id: brand
 
-        MacSidebarBrand {
-            Layout.leftMargin: 16
-            Layout.rightMargin: 16
-            Layout.topMargin: 16
-        }
+        x: 16
+        y: 16
+    }
 
-        Column {
-            Layout.fillWidth: true
-            Layout.leftMargin: 10
-            Layout.rightMargin: 10
-            spacing: 2
+    Column {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: brand.bottom
+        anchors.leftMargin: 10
+        anchors.rightMargin: 10
+        anchors.topMargin: 20
+        spacing: 2
 
-            Accessible.role: Accessible.List
-            Accessible.name: "Sections"
+        Accessible.role: Accessible.List
+        Accessible.name: "Sections"
 
-            Repeater {
-                id: rows
+        Repeater {
+            id: rows
 
-                model: root.protection.sections
+            model: root.protection.sections
 
-                MacSidebarRow {
-                    id: row
+            MacSidebarRow {
+                id: row
 
-                    selected: row.section === root.selectedSection // qmllint disable unqualified
-                    // The first one, where nothing is selected.
-                    activeFocusOnTab: selected || row.section === 0 && root.selectedSection === MacSection.None // qmllint disable unqualified
-                    width: parent.width
-                    onChosen: root.chosen(row.section) // qmllint disable unqualified
-                    onDeselected: root.chosen(MacSection.None) // qmllint disable unqualified
-                    onMoved: steps => root.move(row.section + steps) // qmllint disable unqualified
-                }
+                selected: row.section === root.selectedSection // qmllint disable unqualified
+                // The first one, where nothing is selected.
+                activeFocusOnTab: selected || row.section === 0 && root.selectedSection === MacSection.None // qmllint disable unqualified
+                width: parent.width
+                onChosen: root.chosen(row.section) // qmllint disable unqualified
+                onDeselected: root.chosen(MacSection.None) // qmllint disable unqualified
+                onMoved: steps => root.move(row.section + steps) // qmllint disable unqualified
             }
         }
+    }
 
-        Item {
-            Layout.fillHeight: true
-        }
+    KestrinCard {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.leftMargin: 12
+        anchors.rightMargin: 12
+        anchors.bottomMargin: 14
 
-        KestrinCard {
-            Layout.fillWidth: true
-            Layout.leftMargin: 12
-            Layout.rightMargin: 12
-            Layout.bottomMargin: 14
+        Accessible.role: Accessible.StaticText
+        Accessible.name: "Mac engine, " + root.protection.monitorLabel
 
-            Accessible.role: Accessible.StaticText
-            Accessible.name: "Mac engine, " + root.protection.monitorLabel
+        MacRow {
+            width: parent.width
+            icon: "laptopcomputer"
+            iconColor: KestrinColors.freshGreen
 
-            RowLayout {
+            KestrinText {
                 width: parent.width
-                spacing: 12
+                text: "Mac engine"
+                size: 13
+                weight: KestrinWeight.Bold
+                silent: true
+            }
 
-                KestrinSymbol {
-                    name: "laptopcomputer"
-                    color: KestrinColors.freshGreen
-                }
-
-                ColumnLayout {
-                    spacing: 3
-
-                    KestrinText {
-                        Layout.fillWidth: true
-                        text: "Mac engine"
-                        size: 13
-                        weight: KestrinWeight.Bold
-                        silent: true
-                    }
-
-                    KestrinText {
-                        Layout.fillWidth: true
-                        text: root.protection.monitorLabel
-                        size: 11
-                        color: KestrinColors.textSecondary
-                        silent: true
-                    }
-                }
+            KestrinText {
+                width: parent.width
+                text: root.protection.monitorLabel
+                size: 11
+                color: KestrinColors.textSecondary
+                silent: true
             }
         }
     }

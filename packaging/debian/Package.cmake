@@ -63,7 +63,6 @@ set(run_time_packages
     qml6-module-qtqml
     qml6-module-qtqml-workerscript
     qml6-module-qtquick
-    qml6-module-qtquick-layouts
     qml6-module-qtquick-window
     libxcursor1
     fonts-inter)

@@ -32,7 +32,7 @@ class Stage {
         m_window.setColor(Qt::white);
         m_window.resize(400, 200);
         QQmlComponent component(&m_engine);
-        component.setData("import QtQuick\nimport QtQuick.Layouts\nimport KestrinDesignSystem\n" + qml, {});
+        component.setData("import QtQuick\nimport KestrinDesignSystem\n" + qml, {});
         m_root.reset(qobject_cast<QQuickItem *>(component.create()));
         if (!m_root)
             qFatal("%s", qPrintable(component.errorString()));

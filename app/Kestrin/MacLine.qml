@@ -1,0 +1,35 @@
+import QtQuick
+import KestrinDesignSystem
+
+// A line of a page: a text that fills it, and what stands at the end.
+Item {
+    id: root
+
+    property alias text: label.text
+    property alias size: label.size
+    property alias weight: label.weight
+    property alias color: label.color
+    property alias heading: label.heading
+    property real spacing: 8
+
+    default property alias end: trailing.data
+
+    implicitHeight: Math.max(label.implicitHeight, trailing.implicitHeight)
+
+    KestrinText {
+        id: label
+
+        anchors.left: parent.left
+        anchors.right: trailing.left
+        anchors.rightMargin: root.spacing
+        anchors.verticalCenter: parent.verticalCenter
+    }
+
+    Row {
+        id: trailing
+
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: root.spacing
+    }
+}
