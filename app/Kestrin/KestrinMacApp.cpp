@@ -1,5 +1,6 @@
 // The window's program: reads its options, makes sure that nobody else watches, and shows the window.
 
+#include "app/Kestrin/Protection.h"
 #include "app/Kestrin/ProtectionWindow.h"
 #include "design/KestrinAppearance.h"
 #include "design/platform/FontPreparation.h"
@@ -11,6 +12,7 @@
 #include <QQuickWindow>
 
 #include <cstdio>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -124,6 +126,8 @@ int main(int argc, char **argv) {
     chooseRenderer();
     QGuiApplication application(argc, argv);
     KestrinAppearance::shared().setPreference(options.appearance);
+    std::optional<Protection> protection;
+    ProtectionWindow window;
 
     const std::unique_ptr<UserDefaults> defaults = standardUserDefaults();
     const QString supportFolder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
@@ -136,7 +140,7 @@ int main(int argc, char **argv) {
             showNotice(refusal);
         return 1;
     }
-    ProtectionWindow window(*defaults);
-    setIconLater(window.window());
+    window.open(protection.emplace(*defaults).state);
+    setIconLater(*window.window());
     return QGuiApplication::exec();
 }

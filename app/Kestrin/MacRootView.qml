@@ -9,7 +9,11 @@ Item {
     required property MacProtectionState protection
     property int selectedSection: MacSection.Home
 
-    readonly property list<Component> pages: [home, devices, apps, schedule, activity, access, connect]
+    // Behind Home, in the order of the sections.
+    readonly property list<url> otherPages: ["MacDevicesView.qml", "MacAppsView.qml", "MacScheduleView.qml",
+        "MacActivityView.qml", "MacAccessView.qml", "MacConnectView.qml"]
+    // They are read once Home is seen, and before somebody has chosen one of them.
+    property var descriptions: []
 
     function select(section: int) {
         // Before the page goes, and the keyboard's place with it.
@@ -18,7 +22,17 @@ Item {
         selectedSection = section;
     }
 
+    onSelectedSectionChanged: detail.show(selectedSection)
+
     Component.onCompleted: protection.start()
+
+    Connections {
+        target: root.descriptions.length === 0 ? root.Window.window : null
+
+        function onFrameSwapped() {
+            root.descriptions = Array.from(root.otherPages, page => Qt.createComponent(page, Component.Asynchronous));
+        }
+    }
 
     MacSidebar {
         id: sidebar
@@ -51,62 +65,37 @@ Item {
         anchors.bottom: parent.bottom
         clip: true
 
+        function show(section: int) {
+            if (section > MacSection.Home)
+                loader.setSource(root.otherPages[section - 1], {
+                    "protection": root.protection
+                });
+            else
+                loader.sourceComponent = home;
+        }
+
+        Component {
+            id: home
+
+            MacHomeView {
+                protection: root.protection // qmllint disable unqualified
+            }
+        }
+
         Loader {
+            id: loader
+
             anchors.fill: parent
-            sourceComponent: root.pages[Math.max(root.selectedSection, MacSection.Home)]
+            sourceComponent: home
         }
-    }
 
-    Component {
-        id: home
+        Connections {
+            target: loader.item
+            ignoreUnknownSignals: true
 
-        MacHomeView {
-            protection: root.protection // qmllint disable unqualified
-            onChosen: section => root.select(section) // qmllint disable unqualified
-        }
-    }
-    Component {
-        id: devices
-
-        MacDevicesView {
-            protection: root.protection // qmllint disable unqualified
-            onChosen: section => root.select(section) // qmllint disable unqualified
-        }
-    }
-    Component {
-        id: apps
-
-        MacAppsView {
-            protection: root.protection // qmllint disable unqualified
-        }
-    }
-    Component {
-        id: schedule
-
-        MacScheduleView {
-            protection: root.protection // qmllint disable unqualified
-        }
-    }
-    Component {
-        id: activity
-
-        MacActivityView {
-            protection: root.protection // qmllint disable unqualified
-        }
-    }
-    Component {
-        id: access
-
-        MacAccessView {
-            protection: root.protection // qmllint disable unqualified
-            onChosen: section => root.select(section) // qmllint disable unqualified
-        }
-    }
-    Component {
-        id: connect
-
-        MacConnectView {
-            protection: root.protection // qmllint disable unqualified
+            function onChosen(section: int) {
+                root.select(section);
+            }
         }
     }
 

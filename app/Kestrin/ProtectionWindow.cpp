@@ -4,7 +4,8 @@
 #include "design/DesignSystem.h"
 
 #include <QGuiApplication>
-#include <QQmlApplicationEngine>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickWindow>
 
 using namespace Qt::StringLiterals;
@@ -16,34 +17,47 @@ namespace kestrin {
 
 namespace {
 
-/// Loads a window of the module; null when its description is broken.
-QQuickWindow *loadWindow(QQmlApplicationEngine &engine, const QString &name, const QVariantMap &properties) {
+std::unique_ptr<QQmlEngine> makeEngine() {
     registerDesignSystem();
     qml_register_types_Kestrin();
-    engine.setInitialProperties(properties);
-    engine.load(QUrl(u"qrc:/qt-project.org/imports/Kestrin/"_s + name));
-    return qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
+    auto engine = std::make_unique<QQmlEngine>();
+    QObject::connect(engine.get(), &QQmlEngine::quit, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    return engine;
+}
+
+/// Begins to read a window of the module.
+std::unique_ptr<QQmlComponent> describe(QQmlEngine &engine, const QString &name) {
+    return std::make_unique<QQmlComponent>(&engine, QUrl(u"qrc:/qt-project.org/imports/Kestrin/"_s + name),
+                                           QQmlComponent::Asynchronous);
+}
+
+std::unique_ptr<QQuickWindow> make(QQmlComponent &description, const QVariantMap &properties) {
+    while (description.isLoading())
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+    QObject *const made = description.createWithInitialProperties(properties);
+    std::unique_ptr<QQuickWindow> window(qobject_cast<QQuickWindow *>(made));
+    if (!window)
+        qFatal("A window's own description does not load: %s", qPrintable(description.errorString()));
+    return window;
 }
 
 } // namespace
 
-ProtectionWindow::ProtectionWindow(UserDefaults &defaults, MacProtectionSurroundings surroundings)
-    : m_runtime(std::make_unique<MacProtectionRuntime>(defaults, std::move(surroundings)))
-    , m_privacyMode(std::make_unique<PrivacyModeFlag>(defaults, *m_runtime))
-    , m_state(std::make_unique<MacProtectionState>(*m_runtime, *m_privacyMode))
-    , m_engine(std::make_unique<QQmlApplicationEngine>()) {
-    m_window =
-        loadWindow(*m_engine, u"MacWindow.qml"_s, {{u"protection"_s, QVariant::fromValue(m_state.get())}});
-    if (!m_window)
-        qFatal("The window's own description does not load.");
-}
+ProtectionWindow::ProtectionWindow()
+    : m_engine(makeEngine())
+    , m_description(describe(*m_engine, u"MacWindow.qml"_s)) {}
 
 ProtectionWindow::~ProtectionWindow() = default;
 
+void ProtectionWindow::open(MacProtectionState &state) {
+    m_window = make(*m_description, {{u"protection"_s, QVariant::fromValue(&state)}});
+}
+
 void showNotice(const QString &text) {
-    QQmlApplicationEngine engine;
-    if (loadWindow(engine, u"MacNotice.qml"_s, {{u"text"_s, text}}))
-        QGuiApplication::exec();
+    const std::unique_ptr<QQmlEngine> engine = makeEngine();
+    const std::unique_ptr<QQuickWindow> window =
+        make(*describe(*engine, u"MacNotice.qml"_s), {{u"text"_s, text}});
+    QGuiApplication::exec();
 }
 
 } // namespace kestrin

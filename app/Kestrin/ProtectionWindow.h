@@ -1,37 +1,35 @@
 #pragma once
 
-#include "runtime/MacProtectionRuntime.h"
+#include <QString>
 
 #include <memory>
 
-class QQmlApplicationEngine;
+class QQmlComponent;
+class QQmlEngine;
 class QQuickWindow;
 
 namespace kestrin {
 
 class MacProtectionState;
-class PrivacyModeFlag;
 
-/// The window, with the runtime that it owns: made and started with the window, released with this object.
-/// Needs a QGuiApplication, and the renderer to be chosen already. Main thread.
+/// The program's window. Its description is read on a thread of its own, from the beginning on, so that it
+/// is at hand when it is wanted. Needs a QGuiApplication, and the renderer to be chosen already. Main thread.
 class ProtectionWindow {
   public:
-    /// Shows the window. `defaults` outlives this object.
-    explicit ProtectionWindow(UserDefaults &defaults, MacProtectionSurroundings surroundings = {});
+    ProtectionWindow();
+    /// Closes the window.
     ~ProtectionWindow();
 
-    MacProtectionRuntime &runtime() const { return *m_runtime; }
-    PrivacyModeFlag &privacyMode() const { return *m_privacyMode; }
-    MacProtectionState &state() const { return *m_state; }
-    QQuickWindow &window() const { return *m_window; }
+    /// Makes and shows the window, which starts the runtime. `state` outlives this object.
+    void open(MacProtectionState &state);
+    /// Null before it is opened.
+    QQuickWindow *window() const { return m_window.get(); }
 
   private:
     // Destroyed from below: what is seen goes first.
-    std::unique_ptr<MacProtectionRuntime> m_runtime;
-    std::unique_ptr<PrivacyModeFlag> m_privacyMode;
-    std::unique_ptr<MacProtectionState> m_state;
-    std::unique_ptr<QQmlApplicationEngine> m_engine;
-    QQuickWindow *m_window = nullptr; ///< the engine's
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<QQmlComponent> m_description;
+    std::unique_ptr<QQuickWindow> m_window;
 };
 
 /// Shows a small window that says `text`, until it is closed. Needs a QGuiApplication.

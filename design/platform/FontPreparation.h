@@ -4,8 +4,8 @@
 
 namespace kestrin {
 
-/// Reads the font configuration of the desktop, which takes as long as connecting to it, on a thread of its own.
-/// Whoever needs a font meanwhile waits for it. Start it before the QGuiApplication and keep it as long.
+/// Reads the font configuration of the desktop, which takes as long as connecting to it, on a thread of its
+/// own. Whoever needs a font meanwhile waits for it. Start it before the QGuiApplication and keep it as long.
 [[nodiscard]] std::jthread prepareFonts();
 
 } // namespace kestrin

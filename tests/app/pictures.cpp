@@ -44,9 +44,9 @@ void passAnAfternoon(samples::WindowHome &home) {
     home.now = home.now.addSecs(60 * 12);
     home.workspace.launch(samples::running(u"Voice Memos"_s, 2090, u"com.apple.VoiceMemos"_s));
     home.now = home.now.addSecs(60 * 31);
-    home.shown->state().setPrivacyModeOn(false);
+    home.shown->protection.state.setPrivacyModeOn(false);
     home.now = home.now.addSecs(60 * 5);
-    home.shown->state().setPrivacyModeOn(true);
+    home.shown->protection.state.setPrivacyModeOn(true);
     QCoreApplication::processEvents();
 }
 
@@ -59,12 +59,12 @@ QList<Scene> scenes() {
     };
     const auto enforcing = [afternoon](samples::WindowHome &home) {
         afternoon(home);
-        home.shown->state().setEnforceActions(true);
+        home.shown->protection.state.setEnforceActions(true);
     };
     const auto nothing = [](samples::WindowHome &home) { home.open(); };
     const auto off = [afternoon](samples::WindowHome &home) {
         afternoon(home);
-        home.shown->state().setPrivacyModeOn(false);
+        home.shown->protection.state.setPrivacyModeOn(false);
     };
     return {
         {u"home"_s, MacSection::Home, afternoon},

@@ -51,7 +51,7 @@ struct Desk : samples::WindowHome {
     }
     /// Draws, and before that places everything.
     void settle() const { window().grabWindow(); }
-    MacProtectionState &state() const { return shown->state(); }
+    MacProtectionState &state() const { return shown->protection.state; }
     void run(const QString &name, const std::optional<QString> &bundleIdentifier = {}) {
         workspace.add(samples::running(name, nextPid++, bundleIdentifier));
     }

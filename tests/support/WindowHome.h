@@ -1,8 +1,8 @@
 // A user's home with Kestrin's window in it: nothing real, apart from a temporary folder.
 #pragma once
 
-#include "app/Kestrin/MacProtectionState.h"
 #include "app/Kestrin/MacSection.h"
+#include "app/Kestrin/Protection.h"
 #include "app/Kestrin/ProtectionWindow.h"
 #include "engine/JSONMacActivityLogStore.h"
 #include "engine/workspace/InMemoryWorkspace.h"
@@ -23,7 +23,12 @@ struct WindowHome {
     InMemoryWorkspace workspace;
     JSONUserDefaults defaults{folder.filePath(u"config/user-defaults.json"_s)};
     QDateTime now{QDate(2026, 3, 14), QTime(9, 26, 53), Qt::LocalTime};
-    std::unique_ptr<ProtectionWindow> shown;
+    /// What is seen goes first.
+    struct Shown {
+        Protection protection;
+        ProtectionWindow window;
+    };
+    std::unique_ptr<Shown> shown;
 
     WindowHome() { defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {}); }
 
@@ -33,13 +38,13 @@ struct WindowHome {
     }
 
     void open() {
-        shown = std::make_unique<ProtectionWindow>(
-            defaults,
-            MacProtectionSurroundings{support(), &workspace, [this] { return now; }, nullptr, nullptr});
+        shown.reset(new Shown{
+            Protection(defaults, {support(), &workspace, [this] { return now; }, nullptr, nullptr}), {}});
+        shown->window.open(shown->protection.state);
     }
 
-    QQuickWindow &window() const { return shown->window(); }
-    MacProtectionRuntime &runtime() const { return shown->runtime(); }
+    QQuickWindow &window() const { return *shown->window.window(); }
+    MacProtectionRuntime &runtime() const { return shown->protection.runtime; }
     QQuickItem &root() const { return *window().contentItem()->childItems().constFirst(); }
     MacSection section() const { return static_cast<MacSection>(root().property("selectedSection").toInt()); }
     /// As a shortcut or the sidebar does it.
