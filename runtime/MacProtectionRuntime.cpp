@@ -190,6 +190,10 @@ PrivacyModeRunResult MacProtectionRuntime::performCheck(bool dryRun) {
     m_lastChecked = m_clock();
     Q_EMIT lastCheckedChanged();
     reloadRecentEvents();
+    for (const MacProtectionEvent &event : std::as_const(result.events)) {
+        if (event.kind == MacProtectionEventKind::quitRequested)
+            Q_EMIT quitRequested(event);
+    }
     return result;
 }
 
@@ -205,12 +209,14 @@ void MacProtectionRuntime::configureRelaunchMonitor() {
     if (m_monitor)
         m_monitor->stop();
     // A queued call with a context object is dropped when the runtime has gone by then.
-    const auto refreshLater = [this](const MacProtectionEvent &) {
+    const auto refreshLater = [this](const MacProtectionEvent &event) {
         QMetaObject::invokeMethod(
             this,
-            [this] {
+            [this, event] {
                 reloadRecentEvents();
                 refreshInventoryPreview();
+                if (event.kind == MacProtectionEventKind::quitRequested)
+                    Q_EMIT quitRequested(event);
             },
             Qt::QueuedConnection);
     };

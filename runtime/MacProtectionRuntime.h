@@ -135,6 +135,8 @@ class MacProtectionRuntime : public QObject {
     void protectedDefinitionIDsChanged();
     void modesChanged();
     void enforceActionsChanged();
+    /// An application was asked to quit, by a check or because it was started; already recorded.
+    void quitRequested(const kestrin::MacProtectionEvent &event);
     /// A value derived from several others may be another one: monitorLabel, devices.
     void summariesChanged();
 

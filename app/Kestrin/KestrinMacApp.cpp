@@ -1,18 +1,17 @@
 // The window's program: reads its options, makes sure that nobody else watches, and shows the window.
 
-#include "app/Kestrin/Protection.h"
-#include "app/Kestrin/ProtectionWindow.h"
-#include "design/KestrinAppearance.h"
+#include "app/Kestrin/KestrinApplication.h"
+#include "app/Kestrin/LaunchOptions.h"
 #include "design/platform/FontPreparation.h"
 #include "runtime/MonitoringClaim.h"
 #include "runtime/StandardUserDefaults.h"
 
 #include <QGuiApplication>
-#include <QIcon>
 #include <QQuickWindow>
 
 #include <cstdio>
-#include <optional>
+#include <memory>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -20,52 +19,6 @@ using namespace kestrin;
 namespace {
 
 constexpr int wrongUsage = 2;
-
-const char *const helpText = R"(Usage: kestrin [OPTION]
-
-Opens Kestrin's window: Privacy Mode, the protected applications, schedules and activity.
-
-  --appearance light|dark|system   draw the window so; "system", the default, follows the desktop
-  --version                        print the version
-  --help                           print this
-
-The window draws without the graphics card. Set QT_QUICK_BACKEND=rhi to use it.
-)";
-
-struct Options {
-    KestrinAppearance::Preference appearance = KestrinAppearance::System;
-    bool help = false;
-    bool version = false;
-    /// What is wrong with them; empty when nothing is.
-    QString complaint;
-};
-
-Options readOptions(const QStringList &arguments) {
-    const auto wrong = [](const QString &complaint) {
-        Options options;
-        options.complaint = complaint;
-        return options;
-    };
-    Options options;
-    for (qsizetype i = 1; i < arguments.size(); ++i) {
-        const QString &argument = arguments.at(i);
-        if (argument == u"--help" || argument == u"-h") {
-            options.help = true;
-        } else if (argument == u"--version") {
-            options.version = true;
-        } else if (argument == u"--appearance" || argument.startsWith(u"--appearance=")) {
-            const bool attached = argument.contains(u'=');
-            const QString text = attached ? argument.section(u'=', 1) : arguments.value(++i);
-            const auto preference = KestrinAppearance::preferenceFromText(text);
-            if (!preference)
-                return wrong(u"The appearance is light, dark or system."_s);
-            options.appearance = *preference;
-        } else {
-            return wrong(u"kestrin does not know \""_s + argument + u"\"; see kestrin --help."_s);
-        }
-    }
-    return options;
-}
 
 QStringList argumentsOf(int argc, char **argv) {
     QStringList arguments;
@@ -91,12 +44,41 @@ bool startedFromMenu() {
            qEnvironmentVariableIsSet("GIO_LAUNCHED_DESKTOP_FILE");
 }
 
-/// Desktops that do not know the desktop file show the window's own icon. It need not hold up the first
-/// frame.
-void setIconLater(QQuickWindow &window) {
-    const auto setIcon = [] { QGuiApplication::setWindowIcon(QIcon(u":/kestrin/KestrinIconMark.svg"_s)); };
-    QObject::connect(&window, &QQuickWindow::frameSwapped, qApp, setIcon,
-                     static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+/// What this start was given for the window that it is to bring; used up by it.
+QString activationToken() {
+    const QString token =
+        qEnvironmentVariable("XDG_ACTIVATION_TOKEN", qEnvironmentVariable("DESKTOP_STARTUP_ID"));
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+    return token;
+}
+
+void refuse(const QString &reason) {
+    print(stderr, reason);
+    if (startedFromMenu())
+        showNotice(reason);
+}
+
+/// Somebody else watches. If that is another start of this program, its window is what the user wants.
+int giveWay(const QString &holder, const LaunchOptions &options) {
+    using namespace std::chrono_literals;
+    const bool isOurs = holder.startsWith(u"Kestrin,");
+    if (isOurs && options.background)
+        return 0;
+    const QString token = activationToken();
+    // It may not have come as far as to answer.
+    for (int attempt = 0; isOurs && attempt < 20; ++attempt) {
+        switch (SessionBus::activateRunning(token)) {
+        case SessionBus::Answer::activated:
+            return 0;
+        case SessionBus::Answer::otherDisplay:
+            refuse(u"Kestrin is already open on another display of yours."_s);
+            return 1;
+        case SessionBus::Answer::none:
+            std::this_thread::sleep_for(100ms);
+        }
+    }
+    refuse(u"Privacy Mode is already watched by "_s + holder + u". End it, then open Kestrin again."_s);
+    return 1;
 }
 
 } // namespace
@@ -108,13 +90,13 @@ int main(int argc, char **argv) {
     QGuiApplication::setDesktopFileName(QStringLiteral(KESTRIN_DESKTOP_ID));
 
     // Before the application, which needs a display.
-    const Options options = readOptions(argumentsOf(argc, argv));
+    const LaunchOptions options = LaunchOptions::read(argumentsOf(argc, argv));
     if (!options.complaint.isEmpty()) {
         print(stderr, options.complaint);
         return wrongUsage;
     }
     if (options.help) {
-        std::fputs(helpText, stdout);
+        std::fputs(LaunchOptions::helpText(), stdout);
         return 0;
     }
     if (options.version) {
@@ -126,21 +108,14 @@ int main(int argc, char **argv) {
     chooseRenderer();
     QGuiApplication application(argc, argv);
     KestrinAppearance::shared().setPreference(options.appearance);
-    std::optional<Protection> protection;
-    ProtectionWindow window;
+    using Start = KestrinApplication::Start;
+    KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow);
 
     const std::unique_ptr<UserDefaults> defaults = standardUserDefaults();
     const QString supportFolder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     const MonitoringClaim claim = MonitoringClaim::make(supportFolder, u"Kestrin"_s);
-    if (claim.holder) {
-        const QString refusal = u"Privacy Mode is already watched by "_s + *claim.holder +
-                                u". End it, then open Kestrin again."_s;
-        print(stderr, refusal);
-        if (startedFromMenu())
-            showNotice(refusal);
-        return 1;
-    }
-    window.open(protection.emplace(*defaults).state);
-    setIconLater(*window.window());
+    if (claim.holder)
+        return giveWay(*claim.holder, options);
+    kestrin.protect(*defaults);
     return QGuiApplication::exec();
 }

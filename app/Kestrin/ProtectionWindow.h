@@ -4,6 +4,7 @@
 
 #include <memory>
 
+class QObject;
 class QQmlComponent;
 class QQmlEngine;
 class QQuickWindow;
@@ -12,24 +13,25 @@ namespace kestrin {
 
 class MacProtectionState;
 
-/// The program's window. Its description is read on a thread of its own, from the beginning on, so that it
-/// is at hand when it is wanted. Needs a QGuiApplication, and the renderer to be chosen already. Main thread.
+/// The program's window. Its description is read on a thread of the engine's, from the beginning on, so that
+/// it is at hand when it is wanted. Needs a QGuiApplication, and the renderer to be chosen already. Main
+/// thread.
 class ProtectionWindow {
   public:
-    ProtectionWindow();
+    /// The engine outlives this object.
+    explicit ProtectionWindow(QQmlEngine &engine);
     /// Closes the window.
     ~ProtectionWindow();
 
     /// Makes and shows the window, which starts the runtime. `state` outlives this object.
     void open(MacProtectionState &state);
     /// Null before it is opened.
-    QQuickWindow *window() const { return m_window.get(); }
+    QQuickWindow *window() const { return m_window; }
 
   private:
-    // Destroyed from below: what is seen goes first.
-    std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<QQmlComponent> m_description;
-    std::unique_ptr<QQuickWindow> m_window;
+    std::unique_ptr<QObject> m_made;
+    QQuickWindow *m_window = nullptr; ///< what was made
 };
 
 /// Shows a small window that says `text`, until it is closed. Needs a QGuiApplication.

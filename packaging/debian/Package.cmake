@@ -64,6 +64,7 @@ set(run_time_packages
     qml6-module-qtqml-workerscript
     qml6-module-qtquick
     qml6-module-qtquick-window
+    qml6-module-qt-labs-platform
     libxcursor1
     fonts-inter)
 if(TARGET kestrin)

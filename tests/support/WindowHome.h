@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/Kestrin/MacSection.h"
+#include "app/Kestrin/ModuleObjects.h"
 #include "app/Kestrin/Protection.h"
 #include "app/Kestrin/ProtectionWindow.h"
 #include "engine/JSONMacActivityLogStore.h"
@@ -9,6 +10,7 @@
 #include "runtime/JSONUserDefaults.h"
 #include "tests/support/Samples.h"
 
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
@@ -25,8 +27,9 @@ struct WindowHome {
     QDateTime now{QDate(2026, 3, 14), QTime(9, 26, 53), Qt::LocalTime};
     /// What is seen goes first.
     struct Shown {
+        std::unique_ptr<QQmlEngine> engine = makeEngine();
         Protection protection;
-        ProtectionWindow window;
+        ProtectionWindow window{*engine};
     };
     std::unique_ptr<Shown> shown;
 
@@ -39,7 +42,8 @@ struct WindowHome {
 
     void open() {
         shown.reset(new Shown{
-            Protection(defaults, {support(), &workspace, [this] { return now; }, nullptr, nullptr}), {}});
+            .protection =
+                Protection(defaults, {support(), &workspace, [this] { return now; }, nullptr, nullptr})});
         shown->window.open(shown->protection.state);
     }
 

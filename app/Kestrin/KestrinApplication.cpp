@@ -1,0 +1,103 @@
+#include "app/Kestrin/KestrinApplication.h"
+
+#include "app/Kestrin/ModuleObjects.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+#include <QQuickWindow>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+/// Desktops that do not know the desktop file show the window's own icon. It need not hold up the first
+/// frame.
+void setIconLater(QQuickWindow &window) {
+    const auto setIcon = [] { QGuiApplication::setWindowIcon(QIcon(u":/kestrin/KestrinIconMark.svg"_s)); };
+    QObject::connect(&window, &QQuickWindow::frameSwapped, qApp, setIcon,
+                     static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+void bringToFront(QQuickWindow &window, const QString &activationToken) {
+    // Where Qt's plugin for Wayland looks for it.
+    if (!activationToken.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    if ((window.windowStates() & Qt::WindowMinimized) != 0)
+        window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.requestActivate();
+}
+
+} // namespace
+
+KestrinApplication::KestrinApplication(Start start)
+    : m_start(start)
+    , m_commands(LoginItem(QCoreApplication::applicationFilePath()))
+    , m_engine(makeEngine()) {
+    if (m_start == Start::withWindow)
+        m_window = std::make_unique<ProtectionWindow>(*m_engine);
+    QGuiApplication::setQuitOnLastWindowClosed(m_start == Start::withWindow);
+}
+
+KestrinApplication::~KestrinApplication() = default;
+
+void KestrinApplication::protect(UserDefaults &defaults) {
+    m_protection.emplace(defaults);
+    connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
+    connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
+    connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    connect(&m_bus, &SessionBus::activated, this, &KestrinApplication::openWindow);
+    connect(&m_notices, &DesktopNotices::clicked, this, &KestrinApplication::openWindow);
+    if (m_start == Start::withWindow)
+        openWindow({});
+    else
+        m_protection->privacyMode.startRuntime();
+    const bool isReachable = m_bus.claim();
+    connect(&m_trayHost.emplace(), &TrayHost::changed, this, &KestrinApplication::followTray);
+    // Without a bus there is neither a tray nor a second start that would bring the window.
+    if (m_start == Start::inBackground && !isReachable)
+        openWindow({});
+}
+
+void KestrinApplication::openWindow(const QString &activationToken) {
+    if (!m_window)
+        m_window = std::make_unique<ProtectionWindow>(*m_engine);
+    if (m_window->window()) {
+        bringToFront(*m_window->window(), activationToken);
+        return;
+    }
+    m_window->open(m_protection->state);
+    setIconLater(*m_window->window());
+    if (m_start == Start::inBackground) {
+        connect(m_window->window(), &QWindow::visibleChanged, this, &KestrinApplication::takeWindowClosed);
+        bringToFront(*m_window->window(), activationToken);
+    }
+}
+
+void KestrinApplication::takeWindowClosed() {
+    if (!m_window->window()->isVisible() && !m_tray)
+        QCoreApplication::quit();
+}
+
+void KestrinApplication::followTray() {
+    if (m_trayHost->isPresent())
+        m_tray = makeObject(*m_engine, u"MacTray.qml"_s,
+                            {{u"protection"_s, QVariant::fromValue(&m_protection->state)},
+                             {u"commands"_s, QVariant::fromValue(&m_commands)}});
+    else
+        m_tray.reset();
+}
+
+void KestrinApplication::tell(const MacProtectionEvent &event) {
+    const bool isSeen = m_window && m_window->window() && m_window->window()->isActive();
+    if (isSeen || !m_quitNotices.isDue(event, std::chrono::steady_clock::now()))
+        return;
+    if (!m_notices.show(event.message) && m_tray)
+        QMetaObject::invokeMethod(m_tray.get(), "showMessage", Q_ARG(QString, u"Kestrin"_s),
+                                  Q_ARG(QString, event.message));
+}
+
+} // namespace kestrin

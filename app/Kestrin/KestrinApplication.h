@@ -1,0 +1,55 @@
+#pragma once
+
+#include "app/Kestrin/Protection.h"
+#include "app/Kestrin/ProtectionWindow.h"
+#include "app/Kestrin/QuitNotices.h"
+#include "app/Kestrin/TrayCommands.h"
+#include "app/Kestrin/platform/DesktopNotices.h"
+#include "app/Kestrin/platform/SessionBus.h"
+#include "app/Kestrin/platform/TrayHost.h"
+
+#include <QQmlEngine>
+
+#include <memory>
+#include <optional>
+
+namespace kestrin {
+
+/// The running program: the protection, the window when it is wanted, the tray's icon where there is a tray,
+/// and what the desktop asks of it.
+///
+/// Started with its window it ends with it. Started in the background it goes on when its window is closed,
+/// as long as the tray offers a way back. Needs a QGuiApplication, and the renderer to be chosen already.
+class KestrinApplication : public QObject {
+    Q_OBJECT
+
+  public:
+    enum class Start { withWindow, inBackground };
+
+    /// Begins to read what the window is made of, if it is wanted at once.
+    explicit KestrinApplication(Start start);
+    ~KestrinApplication() override;
+
+    /// Starts to protect. The caller has the right to (MonitoringClaim); `defaults` outlives this object.
+    void protect(UserDefaults &defaults);
+
+  private:
+    void openWindow(const QString &activationToken);
+    void takeWindowClosed();
+    void followTray();
+    void tell(const MacProtectionEvent &event);
+
+    const Start m_start;
+    SessionBus m_bus;
+    QuitNotices m_quitNotices;
+    DesktopNotices m_notices;
+    std::optional<TrayHost> m_trayHost;
+    TrayCommands m_commands;
+    // Destroyed from below: what is seen goes first.
+    std::optional<Protection> m_protection;
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<ProtectionWindow> m_window;
+    std::unique_ptr<QObject> m_tray;
+};
+
+} // namespace kestrin

@@ -1,0 +1,57 @@
+import Qt.labs.platform
+import Kestrin
+
+// The icon in the desktop's tray, for as long as there is one.
+SystemTrayIcon {
+    id: root
+
+    required property MacProtectionState protection
+    required property TrayCommands commands
+
+    readonly property string state: protection.privacyModeOn ? "Privacy Mode is on" : "Privacy Mode is off"
+
+    visible: true
+    icon.source: protection.privacyModeOn ? "qrc:/kestrin/KestrinTrayOn.svg" : "qrc:/kestrin/KestrinTrayOff.svg"
+    tooltip: "Kestrin: " + state
+    // A second click of the middle or right button is the menu's.
+    onActivated: reason => {
+        if (reason === SystemTrayIcon.Trigger || reason === SystemTrayIcon.DoubleClick)
+            commands.openWindow();
+    }
+
+    menu: Menu {
+        onAboutToShow: root.commands.refresh()
+
+        MenuItem {
+            text: root.state
+            enabled: false
+        }
+        MenuSeparator {}
+        MenuItem {
+            text: "Privacy Mode"
+            checkable: true
+            checked: root.protection.privacyModeOn
+            onTriggered: root.protection.privacyModeOn = !root.protection.privacyModeOn
+        }
+        MenuItem {
+            text: "Run Mac Check"
+            onTriggered: root.protection.runLiveCheck()
+        }
+        MenuSeparator {}
+        MenuItem {
+            text: "Open Kestrin"
+            onTriggered: root.commands.openWindow()
+        }
+        MenuItem {
+            text: "Start at Login"
+            checkable: true
+            checked: root.commands.startsAtLogin
+            onTriggered: root.commands.startsAtLogin = !root.commands.startsAtLogin
+        }
+        MenuSeparator {}
+        MenuItem {
+            text: "Quit Kestrin"
+            onTriggered: root.commands.quit()
+        }
+    }
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "runtime/LoginItem.h"
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QObject>
+
+namespace kestrin {
+
+/// What the tray's menu can do beside steering the protection.
+class TrayCommands : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The application has them.")
+    Q_PROPERTY(bool startsAtLogin READ startsAtLogin WRITE setStartsAtLogin NOTIFY startsAtLoginChanged FINAL)
+
+  public:
+    explicit TrayCommands(const LoginItem &loginItem, QObject *parent = nullptr)
+        : QObject(parent)
+        , m_loginItem(loginItem) {}
+
+    bool startsAtLogin() const { return m_loginItem.isEnabled(); }
+    /// What could not be stored is not so, and the menu shows it.
+    void setStartsAtLogin(bool starts) {
+        m_loginItem.setEnabled(starts);
+        Q_EMIT startsAtLoginChanged();
+    }
+
+    /// Others change it too, in files that nobody watches.
+    Q_INVOKABLE void refresh() { Q_EMIT startsAtLoginChanged(); }
+    Q_INVOKABLE void openWindow() { Q_EMIT windowWanted(); }
+    Q_INVOKABLE void quit() { Q_EMIT quitWanted(); }
+
+  Q_SIGNALS:
+    void startsAtLoginChanged();
+    void windowWanted();
+    void quitWanted();
+
+  private:
+    LoginItem m_loginItem;
+};
+
+} // namespace kestrin
