@@ -1,0 +1,254 @@
+"""The program in the background: one instance, the icon in the tray and its menu, and notices of the desktop.
+
+The tray and the notices' server are the test's own. Runs in tools/with-desktop, like window_test.
+"""
+
+import os
+import pathlib
+import signal
+import subprocess
+import threading
+import unittest
+
+from gi.repository import Gio, GLib
+
+from window_test import LIMIT, SampleApp, output, wait
+
+WATCHER = "org.kde.StatusNotifierWatcher"
+NOTICES = "org.freedesktop.Notifications"
+ITEM = "org.kde.StatusNotifierItem"
+MENU = "com.canonical.dbusmenu"
+
+INTERFACES = Gio.DBusNodeInfo.new_for_xml(f"""<node>
+<interface name="{WATCHER}">
+  <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
+  <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+  <property name="ProtocolVersion" type="i" access="read"/>
+</interface>
+<interface name="{NOTICES}">
+  <method name="Notify"><arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/>
+    <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="as" direction="in"/>
+    <arg type="a{{sv}}" direction="in"/><arg type="i" direction="in"/><arg type="u" direction="out"/></method>
+</interface>
+</node>""").interfaces
+
+
+class Service:
+    """A name on the session bus with one object behind it."""
+
+    def __init__(self, number, path):
+        self.interface = INTERFACES[number]
+        self.path = path
+        self.bus = Gio.DBusConnection.new_for_address_sync(
+            os.environ["DBUS_SESSION_BUS_ADDRESS"],
+            Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        self.bus.register_object(path, self.interface, self.called, self.read, None)
+        Gio.bus_own_name_on_connection(self.bus, self.interface.name, Gio.BusNameOwnerFlags.NONE, None, None)
+
+    def read(self, _bus, _sender, _path, _interface, name):
+        return {"IsStatusNotifierHostRegistered": GLib.Variant("b", True),
+                "ProtocolVersion": GLib.Variant("i", 0)}[name]
+
+    def end(self):
+        if not self.bus.is_closed():
+            self.bus.close_sync()
+
+
+class Tray(Service):
+    """A panel that shows one icon."""
+
+    def __init__(self):
+        self.item = None
+        super().__init__(0, "/StatusNotifierWatcher")
+
+    def called(self, _bus, sender, _path, _interface, _method, _arguments, invocation):
+        self.item = sender
+        invocation.return_value(None)
+
+    def ask(self, path, interface, method, arguments):
+        return self.bus.call_sync(self.item, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE,
+                                  LIMIT * 1000, None).unpack()
+
+    def icon(self, name):
+        return self.ask("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
+                        GLib.Variant("(ss)", (ITEM, name)))[0]
+
+    def tooltip(self):
+        return self.icon("ToolTip")[2]
+
+    def menu(self):
+        """By label: the number, and whether it is checked."""
+        _, (_, _, items) = self.ask(self.icon("Menu"), MENU, "GetLayout", GLib.Variant("(iias)", (0, -1, [])))
+        return {item[1]["label"].replace("_", ""): (item[0], item[1].get("toggle-state") == 1)
+                for item in items if "label" in item[1]}
+
+    def choose(self, label):
+        event = (self.menu()[label][0], "clicked", GLib.Variant("i", 0), 0)
+        self.ask(self.icon("Menu"), MENU, "Event", GLib.Variant("(isvu)", event))
+
+
+class Notices(Service):
+    """Shows nothing and remembers everything."""
+
+    def __init__(self):
+        self.shown = []
+        super().__init__(1, "/org/freedesktop/Notifications")
+
+    def called(self, _bus, _sender, _path, _interface, _method, arguments, invocation):
+        self.shown.append(arguments.unpack())
+        invocation.return_value(GLib.Variant("(u)", (len(self.shown),)))
+
+    def click(self, number):
+        self.bus.emit_signal(None, self.path, NOTICES, "ActionInvoked", GLib.Variant("(us)", (number, "default")))
+
+
+class Kestrin:
+    """The program, started in one way or the other."""
+
+    def __init__(self, *options):
+        self.process = subprocess.Popen([os.environ["KESTRIN"], *options])
+        lock = pathlib.Path(os.environ["HOME"], ".local/share/Kestrin/monitor.lock")
+        wait("Kestrin does not start.", lambda: lock.exists() and str(self.process.pid) in lock.read_text())
+
+    def has_window(self):
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)],
+                               capture_output=True, text=True)
+        return bool(found.stdout.strip())
+
+    def wait_for_window(self, there=True):
+        wait(f"The window is {'not ' if there else ''}there.", lambda: self.has_window() == there)
+
+    def close_window(self):
+        output("wmctrl", "-F", "-c", "Kestrin")
+
+    def start_again(self, *options):
+        return subprocess.run([os.environ["KESTRIN"], *options], timeout=LIMIT).returncode
+
+    def ended(self):
+        return self.process.wait(LIMIT)
+
+    def end(self):
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGTERM)
+            self.process.wait()
+
+
+def kestrinctl(*arguments):
+    return output(os.environ["KESTRINCTL"], *arguments)
+
+
+class BackgroundTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        os.environ["QT_QPA_PLATFORM"] = "xcb"
+        pathlib.Path(os.environ["KESTRIN_DESKTOP_SHARE"], "applications").mkdir(parents=True, exist_ok=True)
+        # So that the time of day decides nothing.
+        kestrinctl("schedule", "disable", "sleep", "away", "focus")
+
+    def setUp(self):
+        kestrinctl("on")
+        kestrinctl("enforce", "off")
+        self.notices = Notices()
+        self.addCleanup(self.notices.end)
+
+    def start(self, *options):
+        kestrin = Kestrin(*options)
+        self.addCleanup(kestrin.end)
+        return kestrin
+
+    def tray(self):
+        tray = Tray()
+        self.addCleanup(tray.end)
+        return tray
+
+    def tray_with_icon(self):
+        tray = self.tray()
+        wait("No icon comes to the tray.", lambda: tray.item)
+        return tray
+
+    def test_icon_tells_and_steers(self):
+        kestrin = self.start("--background")
+        tray = self.tray_with_icon()
+        self.assertFalse(kestrin.has_window())
+        self.assertIn("Privacy Mode is on", tray.tooltip())
+        self.assertTrue(tray.menu()["Privacy Mode"][1])
+        on = tray.icon("IconPixmap")
+        tray.choose("Privacy Mode")
+        wait("The icon does not tell that Privacy Mode is off.",
+             lambda: "Privacy Mode is off" in tray.tooltip() and not tray.menu()["Privacy Mode"][1])
+        self.assertNotEqual(tray.icon("IconPixmap"), on)
+        self.assertIn('"privacyModeOn":false', kestrinctl("status", "--json").replace(" ", ""))
+        kestrinctl("on")
+        wait("The icon does not follow another program.", lambda: tray.menu()["Privacy Mode"][1])
+        tray.choose("Run Mac Check")
+        wait("The menu does not check.", lambda: "Evaluating" in kestrinctl("log", "--limit", "1"))
+        tray.choose("Start at Login")
+        wait("The menu does not choose start at login.",
+             lambda: kestrinctl("autostart") == "Kestrin starts at login.\n" and tray.menu()["Start at Login"][1])
+        kestrinctl("autostart", "off")
+        tray.choose("Quit Kestrin")
+        self.assertEqual(kestrin.ended(), 0)
+
+    def test_closed_window_leaves_a_way_back(self):
+        kestrin = self.start("--background")
+        tray = self.tray_with_icon()
+        tray.choose("Open Kestrin")
+        kestrin.wait_for_window()
+        kestrin.close_window()
+        kestrin.wait_for_window(False)
+        self.assertEqual(kestrin.start_again(), 0)
+        kestrin.wait_for_window()
+        kestrin.close_window()
+        kestrin.wait_for_window(False)
+        self.assertEqual(kestrin.start_again("--background"), 0)
+        self.assertFalse(kestrin.has_window())
+        # Panels are started anew now and then.
+        tray.end()
+        tray = self.tray_with_icon()
+        tray.ask("/StatusNotifierItem", ITEM, "Activate", GLib.Variant("(ii)", (0, 0)))
+        kestrin.wait_for_window()
+        tray.end()
+        wait("The way back is still counted on.", lambda: self.closes_for_good(kestrin))
+
+    def closes_for_good(self, kestrin):
+        """Whether closing the window ends the program; otherwise the window is shown again."""
+        kestrin.close_window()
+        kestrin.wait_for_window(False)
+        try:
+            return kestrin.process.wait(0.5) == 0
+        except subprocess.TimeoutExpired:
+            kestrin.start_again()
+            kestrin.wait_for_window()
+            return False
+
+    def test_started_with_its_window_it_ends_with_it(self):
+        kestrin = self.start()
+        self.tray_with_icon()
+        kestrin.wait_for_window()
+        self.assertEqual(kestrin.start_again(), 0)
+        kestrin.close_window()
+        self.assertEqual(kestrin.ended(), 0)
+
+    def test_quit_requests_are_told_once(self):
+        kestrin = self.start("--background")
+        kestrinctl("enforce", "on")
+        for _ in range(2):
+            zoom = SampleApp("Zoom", "Zoom")
+            wait("Zoom is not asked to quit.", lambda: "asked 1" in zoom.lines())
+            zoom.end()
+        notice = wait("There is no notice.", lambda: self.notices.shown)[0]
+        self.assertEqual((notice[0], notice[3]), ("Kestrin", "Asked Zoom to quit."))
+        self.assertTrue(notice[6]["transient"])
+        self.notices.click(1)
+        kestrin.wait_for_window()
+        # Whoever looks at the window needs no notice.
+        wait("The window is not active.", lambda: "Kestrin" in output("xdotool", "getactivewindow", "getwindowname"))
+        teams = SampleApp("Microsoft Teams", "teams")
+        wait("Teams is not asked to quit.", lambda: "asked 1" in teams.lines())
+        teams.end()
+        self.assertEqual(len(self.notices.shown), 1)
+
+
+if __name__ == "__main__":
+    threading.Thread(target=GLib.MainLoop().run, daemon=True).start()
+    unittest.main(verbosity=2, warnings="ignore")
