@@ -5,12 +5,15 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QQuickWindow>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
 namespace kestrin {
 
 namespace {
+
+constexpr std::chrono::milliseconds joiningDelay{200};
 
 /// Desktops that do not know the desktop file show the window's own icon. It need not hold up the first
 /// frame.
@@ -49,13 +52,20 @@ void KestrinApplication::protect(UserDefaults &defaults) {
     connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
     connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
     connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-    connect(&m_bus, &SessionBus::activated, this, &KestrinApplication::openWindow);
-    connect(&m_notices, &DesktopNotices::clicked, this, &KestrinApplication::openWindow);
-    if (m_start == Start::withWindow)
+    if (m_start == Start::withWindow) {
         openWindow({});
-    else
+        // The first frame comes first; who asks meanwhile asks again.
+        QTimer::singleShot(joiningDelay, this, &KestrinApplication::joinDesktop);
+    } else {
         m_protection->privacyMode.startRuntime();
+        joinDesktop();
+    }
+}
+
+void KestrinApplication::joinDesktop() {
+    connect(&m_bus, &SessionBus::activated, this, &KestrinApplication::openWindow);
     const bool isReachable = m_bus.claim();
+    connect(&m_notices.emplace(), &DesktopNotices::clicked, this, &KestrinApplication::openWindow);
     connect(&m_trayHost.emplace(), &TrayHost::changed, this, &KestrinApplication::followTray);
     // Without a bus there is neither a tray nor a second start that would bring the window.
     if (m_start == Start::inBackground && !isReachable)
@@ -93,9 +103,9 @@ void KestrinApplication::followTray() {
 
 void KestrinApplication::tell(const MacProtectionEvent &event) {
     const bool isSeen = m_window && m_window->window() && m_window->window()->isActive();
-    if (isSeen || !m_quitNotices.isDue(event, std::chrono::steady_clock::now()))
+    if (isSeen || !m_notices || !m_quitNotices.isDue(event, std::chrono::steady_clock::now()))
         return;
-    if (!m_notices.show(event.message) && m_tray)
+    if (!m_notices->show(event.message) && m_tray)
         QMetaObject::invokeMethod(m_tray.get(), "showMessage", Q_ARG(QString, u"Kestrin"_s),
                                   Q_ARG(QString, event.message));
 }

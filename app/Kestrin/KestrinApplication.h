@@ -34,6 +34,7 @@ class KestrinApplication : public QObject {
     void protect(UserDefaults &defaults);
 
   private:
+    void joinDesktop();
     void openWindow(const QString &activationToken);
     void takeWindowClosed();
     void followTray();
@@ -42,7 +43,7 @@ class KestrinApplication : public QObject {
     const Start m_start;
     SessionBus m_bus;
     QuitNotices m_quitNotices;
-    DesktopNotices m_notices;
+    std::optional<DesktopNotices> m_notices;
     std::optional<TrayHost> m_trayHost;
     TrayCommands m_commands;
     // Destroyed from below: what is seen goes first.
