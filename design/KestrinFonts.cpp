@@ -1,7 +1,8 @@
 #include "design/KestrinFonts.h"
 
+#include "design/platform/DesktopFonts.h"
+
 #include <QFontDatabase>
-#include <QFontInfo>
 #include <QGuiApplication>
 #include <QSet>
 
@@ -16,7 +17,7 @@ namespace {
 constexpr QLatin1StringView inter("Inter");
 
 QString chooseFamily() {
-    const QString desktops = QFontInfo(QGuiApplication::font()).family();
+    const QString desktops = realFamily(QGuiApplication::font().family());
     if (hasAllWeights(desktops) || !QFontDatabase::hasFamily(inter))
         return desktops;
     return inter;

@@ -2,7 +2,7 @@
 
 #include "app/Kestrin/KestrinApplication.h"
 #include "app/Kestrin/LaunchOptions.h"
-#include "design/platform/FontPreparation.h"
+#include "design/platform/DesktopFonts.h"
 #include "runtime/MonitoringClaim.h"
 #include "runtime/StandardUserDefaults.h"
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <thread>
 
 namespace kestrin {
@@ -7,5 +9,9 @@ namespace kestrin {
 /// Reads the font configuration of the desktop, which takes as long as connecting to it, on a thread of its
 /// own. Whoever needs a font meanwhile waits for it. Start it before the QGuiApplication and keep it as long.
 [[nodiscard]] std::jthread prepareFonts();
+
+/// The family behind a name like "Sans Serif". QFontInfo would load that font, which may be one that nothing
+/// is ever written in.
+QString realFamily(const QString &family);
 
 } // namespace kestrin

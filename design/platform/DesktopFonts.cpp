@@ -1,0 +1,49 @@
+#include "design/platform/DesktopFonts.h"
+
+#ifdef KESTRIN_HAS_FONTCONFIG
+#include <fontconfig/fontconfig.h>
+
+#include <memory>
+#else
+#include <QFontInfo>
+#endif
+
+namespace kestrin {
+
+#ifdef KESTRIN_HAS_FONTCONFIG
+
+std::jthread prepareFonts() {
+    return std::jthread([] { FcInit(); });
+}
+
+QString realFamily(const QString &family) {
+    struct Free {
+        void operator()(FcPattern *pattern) const { FcPatternDestroy(pattern); }
+    };
+    using Pattern = std::unique_ptr<FcPattern, Free>;
+    const QByteArray name = family.toUtf8();
+    const Pattern wanted(FcPatternCreate());
+    FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8 *>(name.constData()));
+    FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+    FcDefaultSubstitute(wanted.get());
+    FcResult result = FcResultNoMatch;
+    const Pattern found(FcFontMatch(nullptr, wanted.get(), &result));
+    FcChar8 *real = nullptr;
+    if (!found || FcPatternGetString(found.get(), FC_FAMILY, 0, &real) != FcResultMatch)
+        return family;
+    return QString::fromUtf8(reinterpret_cast<const char *>(real));
+}
+
+#else
+
+std::jthread prepareFonts() {
+    return {};
+}
+
+QString realFamily(const QString &family) {
+    return QFontInfo(QFont(family)).family();
+}
+
+#endif
+
+} // namespace kestrin
