@@ -33,10 +33,13 @@ FileWatch::Stamp FileWatch::currentStamp() const {
 }
 
 void FileWatch::compare() {
-    // A replaced file is another inode, which the watcher has lost sight of.
+    const Stamp now = currentStamp();
+    // The watcher does not see another inode: it has lost a replaced file, and stays with the old target of a
+    // link that leads elsewhere now.
+    if (now.inode != m_known.inode)
+        m_watcher.removePath(m_path);
     if (!m_watcher.files().contains(m_path))
         m_watcher.addPath(m_path);
-    const Stamp now = currentStamp();
     if (now == m_known)
         return;
     m_known = now;

@@ -7,8 +7,8 @@
 namespace kestrin {
 
 /// Tells when the file at a path is created, replaced, changed or removed, by whichever process, this one
-/// included, without polling. The file's folder is watched, and made first when it is missing. Several
-/// changes may be told as one. Main thread only.
+/// included, without polling; of a link, when it leads to another file. The file's folder is watched, and
+/// made first when it is missing. Several changes may be told as one. Main thread only.
 class FileWatch : public QObject {
     Q_OBJECT
 

@@ -123,7 +123,8 @@ class MacProtectionRuntime : public QObject {
     std::optional<bool> scheduledPrivacyModeState(const QDateTime &date) const;
     /// Brings Privacy Mode to what the presets want, if that differs from the saved flag.
     void evaluateSchedules(const QDateTime &date);
-    /// Evaluates now and every minute. Does nothing at all while the timer runs.
+    /// Evaluates now, every minute, and when the local time has jumped. Does nothing at all while the timer
+    /// runs.
     void startScheduleTimer();
 
   Q_SIGNALS:
@@ -149,6 +150,7 @@ class MacProtectionRuntime : public QObject {
     bool updateSettings(const std::function<void(PrivacyModeSettings &)> &change);
     void followOtherProcesses();
     void adoptStoredSelection();
+    void postScheduleTick();
     void adoptStoredDefault(const QString &key);
 
     QList<MacProtectionEvent> m_recentEvents;

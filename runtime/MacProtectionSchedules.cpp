@@ -2,6 +2,7 @@
 
 #include "runtime/MacProtectionRuntime.h"
 
+#include "foundation/TimeChangeWatch.h"
 #include "shared/KestrinSeedData.h"
 
 #include <QTimer>
@@ -102,18 +103,23 @@ void MacProtectionRuntime::startScheduleTimer() {
     m_scheduleTimer = std::make_unique<QTimer>();
     m_scheduleTimer->setTimerType(Qt::PreciseTimer);
     m_scheduleTimer->setInterval(m_scheduleInterval);
-    // The tick only posts the work, so that it never runs in the middle of another operation.
-    connect(m_scheduleTimer.get(), &QTimer::timeout, this, [this] {
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                adoptStoredSelection();
-                evaluateSchedules(m_clock());
-            },
-            Qt::QueuedConnection);
-    });
+    connect(m_scheduleTimer.get(), &QTimer::timeout, this, &MacProtectionRuntime::postScheduleTick);
     m_scheduleTimer->start();
+    // The timer knows nothing of the time of day and stands still while the machine sleeps.
+    const auto *timeWatch = new TimeChangeWatch(this);
+    connect(timeWatch, &TimeChangeWatch::changed, this, &MacProtectionRuntime::postScheduleTick);
     evaluateSchedules(m_clock());
+}
+
+void MacProtectionRuntime::postScheduleTick() {
+    // Only posted, so that it never runs in the middle of another operation.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            adoptStoredSelection();
+            evaluateSchedules(m_clock());
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace kestrin

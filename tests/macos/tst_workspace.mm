@@ -1,10 +1,12 @@
-// The workspace of macOS: records, quit requests and launches, as AppKit has them and as the engine gets
-// them.
+// The workspace of macOS: records, quit requests, launches and jumps of the time, as AppKit has them and as
+// the engine and the runtime get them.
 
 #include "engine/workspace/appkit/AppKitWorkspace.h"
+#include "foundation/TimeChangeWatch.h"
 #include "tests/macos/MacTests.h"
 #include "tests/macos/SampleApplication.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QThread>
 
@@ -48,6 +50,7 @@ class WorkspaceTest : public QObject {
     void launchesAreHeardOnce();
     void unsubscribingInsideTheHandler();
     void otherNotificationsAreIgnored();
+    void jumpsOfTheTimeAreTold();
 
   private:
     NSAutoreleasePool *m_pool = nil;
@@ -152,6 +155,21 @@ void WorkspaceTest::otherNotificationsAreIgnored() {
     postLaunch(@"last");
     QTRY_VERIFY_WITH_TIMEOUT(listener.names.contains(u"last"_s), patience);
     QCOMPARE(listener.names, (QStringList{u"Zoom"_s, u"last"_s}));
+}
+
+void WorkspaceTest::jumpsOfTheTimeAreTold() {
+    NSNotificationCenter *centre = [NSNotificationCenter defaultCenter];
+    auto watch = std::make_unique<TimeChangeWatch>();
+    QSignalSpy spy(watch.get(), &TimeChangeWatch::changed);
+    [centre postNotificationName:NSSystemClockDidChangeNotification object:nil];
+    [centre postNotificationName:NSSystemTimeZoneDidChangeNotification object:nil];
+    postOnWorkspaceCentre(NSWorkspaceDidWakeNotification, [NSWorkspace sharedWorkspace], nil);
+    QTRY_COMPARE_WITH_TIMEOUT(spy.size(), 3, patience);
+    // One that still waits when the watch ends reaches nobody.
+    [centre postNotificationName:NSSystemClockDidChangeNotification object:nil];
+    watch.reset();
+    QTest::qWait(20);
+    QCOMPARE(spy.size(), 3);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Privacy Mode by time of day: every boundary, other time zones, clock changes, and what is recorded.
 
 #include "engine/workspace/InMemoryWorkspace.h"
+#include "foundation/TimeChangeWatch.h"
 #include "runtime/MacProtectionRuntime.h"
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/Samples.h"
@@ -54,6 +55,7 @@ class SchedulesTest : public QObject {
     void enablingAPresetThatIsDueNow();
     void evaluationRecordsOnlyChanges();
     void ticks();
+    void timeJumps();
 
   private:
     /// To another time zone, or home.
@@ -202,6 +204,20 @@ void SchedulesTest::ticks() {
     QTRY_COMPARE(asked, QList<bool>{false});
     desk.now.setTime(QTime(8, 0));
     QTRY_COMPARE(asked, (QList<bool>{false, true}));
+}
+
+void SchedulesTest::timeJumps() {
+    Desk desk;
+    desk.defaults.setStringArray(modesKey, {u"away"_s});
+    MacProtectionRuntime runtime(desk.defaults, desk.surroundings()); // with a minute between ticks
+    QList<bool> asked;
+    runtime.start(true, [&](bool on) { asked.append(on); });
+    auto *watch = runtime.findChild<TimeChangeWatch *>();
+    QVERIFY(watch);
+    desk.now.setTime(QTime(18, 0));
+    Q_EMIT watch->changed();
+    QVERIFY(asked.isEmpty()); // never in the middle of something else
+    QTRY_COMPARE(asked, QList<bool>{false});
 }
 
 QTEST_GUILESS_MAIN(SchedulesTest)
