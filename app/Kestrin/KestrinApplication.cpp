@@ -45,7 +45,11 @@ KestrinApplication::KestrinApplication(Start start)
     QGuiApplication::setQuitOnLastWindowClosed(m_start == Start::withWindow);
 }
 
-KestrinApplication::~KestrinApplication() = default;
+KestrinApplication::~KestrinApplication() {
+    // A window that is taken down is not one that somebody closed.
+    if (m_window && m_window->window())
+        m_window->window()->disconnect(this);
+}
 
 void KestrinApplication::protect(UserDefaults &defaults) {
     m_protection.emplace(defaults);

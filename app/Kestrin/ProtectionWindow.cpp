@@ -20,13 +20,15 @@ ProtectionWindow::~ProtectionWindow() = default;
 void ProtectionWindow::open(MacProtectionState &state) {
     m_made = makeObject(*m_description, {{u"protection"_s, QVariant::fromValue(&state)}});
     m_window = qobject_cast<QQuickWindow *>(m_made.get());
-    Q_ASSERT(m_window);
+    if (!m_window)
+        qFatal("The window cannot be made; is everything installed that it needs?");
 }
 
 void showNotice(const QString &text) {
     const std::unique_ptr<QQmlEngine> engine = makeEngine();
     const std::unique_ptr<QObject> notice = makeObject(*engine, u"MacNotice.qml"_s, {{u"text"_s, text}});
-    QGuiApplication::exec();
+    if (notice)
+        QGuiApplication::exec();
 }
 
 } // namespace kestrin

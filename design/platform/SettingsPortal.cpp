@@ -1,5 +1,7 @@
 #include "design/platform/SettingsPortal.h"
 
+#include "design/platform/DesktopBus.h"
+
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -7,7 +9,6 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QFile>
 
 using namespace Qt::StringLiterals;
 
@@ -27,23 +28,18 @@ const QString gnomeAccessibilitySpace = u"org.gnome.desktop.a11y.interface"_s;
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
 
-// libdbus would start a bus of its own where there is none, which takes its time and helps nobody.
-bool sessionBusIsThere() {
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-           QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/bus"_L1);
-}
-
 } // namespace
 
 std::unique_ptr<DesktopPreferences> SettingsPortal::connectToSession() {
-    if (!sessionBusIsThere() || !QDBusConnection::sessionBus().isConnected())
+    auto bus = desktopBus();
+    if (!bus)
         return nullptr;
     auto portal = std::make_unique<SettingsPortal>();
     // Otherwise a program's first connection to a slot that takes one fails, without a word.
     qRegisterMetaType<QDBusVariant>();
     // Without the name of a service: asking the bus who owns it would wait for the answer.
-    QDBusConnection::sessionBus().connect({}, path, interface, u"SettingChanged"_s, portal.get(),
-                                          SLOT(settingChanged(QString, QString, QDBusVariant)));
+    bus->connect({}, path, interface, u"SettingChanged"_s, portal.get(),
+                 SLOT(settingChanged(QString, QString, QDBusVariant)));
     portal->readAll();
     return portal;
 }

@@ -1,7 +1,8 @@
 #include "app/Kestrin/platform/DesktopNotices.h"
 
 #if KESTRIN_HAS_DBUS
-#include <QDBusConnection>
+#include "design/platform/DesktopBus.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -23,18 +24,23 @@ const QString path = u"/org/freedesktop/Notifications"_s;
 } // namespace
 
 DesktopNotices::DesktopNotices(QObject *parent) : QObject(parent) {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.connect({}, path, service, u"ActionInvoked"_s, this, SLOT(takeAction(uint, QString)));
-    bus.connect({}, path, service, u"ActivationToken"_s, this, SLOT(takeToken(uint, QString)));
-    bus.connect({}, path, service, u"NotificationClosed"_s, this, SLOT(forget(uint)));
+    auto bus = desktopBus();
+    if (!bus)
+        return;
+    bus->connect({}, path, service, u"ActionInvoked"_s, this, SLOT(takeAction(uint, QString)));
+    bus->connect({}, path, service, u"ActivationToken"_s, this, SLOT(takeToken(uint, QString)));
+    bus->connect({}, path, service, u"NotificationClosed"_s, this, SLOT(forget(uint)));
 }
 
 bool DesktopNotices::show(const QString &text) {
+    auto bus = desktopBus();
+    if (!bus)
+        return false;
     const QString icon = QStringLiteral(KESTRIN_DESKTOP_ID);
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, service, u"Notify"_s);
     call.setArguments({u"Kestrin"_s, 0U, icon, text, QString(), QStringList{u"default"_s, u"Open Kestrin"_s},
                        QVariantMap{{u"desktop-entry"_s, icon}, {u"transient"_s, true}}, -1});
-    auto *const answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+    auto *const answer = new QDBusPendingCallWatcher(bus->asyncCall(call), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         const QDBusPendingReply<uint> reply = *answer;

@@ -1,10 +1,9 @@
 #include "app/Kestrin/platform/SessionBus.h"
 
 #if KESTRIN_HAS_DBUS
+#include "design/platform/DesktopBus.h"
+
 #include <QDBusAbstractAdaptor>
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusContext>
 #include <QDBusMessage>
 #include <QGuiApplication>
 #endif
@@ -65,21 +64,24 @@ class ApplicationAdaptor : public QDBusAbstractAdaptor {
 } // namespace
 
 SessionBus::Answer SessionBus::activateRunning(const QString &token) {
+    auto bus = desktopBus();
+    if (!bus)
+        return Answer::none;
     QDBusMessage call = QDBusMessage::createMethodCall(name, objectPath(), interface, u"Activate"_s);
     call.setAutoStartService(false);
     call.setArguments({QVariantMap{{activationToken, token}, {display, ownDisplay()}}});
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, patience);
+    const QDBusMessage reply = bus->call(call, QDBus::Block, patience);
     if (reply.type() == QDBusMessage::ReplyMessage)
         return Answer::activated;
     return reply.errorName() == otherDisplay ? Answer::otherDisplay : Answer::none;
 }
 
 bool SessionBus::claim() {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
+    auto bus = desktopBus();
+    if (!bus)
         return false;
-    new ApplicationAdaptor(*this);
-    return bus.registerObject(objectPath(), this) && bus.registerService(name);
+    new ApplicationAdaptor(*this); // owned by this object
+    return bus->registerObject(objectPath(), this) && bus->registerService(name);
 }
 
 #else

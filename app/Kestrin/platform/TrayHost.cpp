@@ -1,7 +1,8 @@
 #include "app/Kestrin/platform/TrayHost.h"
 
 #if KESTRIN_HAS_DBUS
-#include <QDBusConnection>
+#include "design/platform/DesktopBus.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -23,16 +24,16 @@ const QString watcherPath = u"/StatusNotifierWatcher"_s;
 } // namespace
 
 TrayHost::TrayHost(QObject *parent) : QObject(parent) {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
+    auto bus = desktopBus();
+    if (!bus)
         return;
     auto *const services =
-        new QDBusServiceWatcher(watcher, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+        new QDBusServiceWatcher(watcher, *bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(services, &QDBusServiceWatcher::serviceRegistered, this, &TrayHost::ask);
     connect(services, &QDBusServiceWatcher::serviceUnregistered, this, [this] { set(false); });
     // The watcher may be there before a panel shows what it knows.
     for (const char *const signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
-        bus.connect({}, watcherPath, watcher, QString::fromLatin1(signal), this, SLOT(ask()));
+        bus->connect({}, watcherPath, watcher, QString::fromLatin1(signal), this, SLOT(ask()));
     ask();
 }
 
