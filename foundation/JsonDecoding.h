@@ -67,6 +67,16 @@ inline constexpr int maximumDepth = 512;
 /// Whether an ignored value is well-formed all the way down. On-Demand alone would skip it unread.
 bool isWellFormed(od::value value, const ReadContext &context, int depthLeft = maximumDepth);
 
+/// The key of a field without its escapes. simdjson 3.2 to 3.6 (Ubuntu 24.04) want to be told that halves of
+/// characters are errors, which others take for granted.
+template <class Field>
+auto unescapedKey(Field &field) {
+    if constexpr (requires { field.unescaped_key(); })
+        return field.unescaped_key();
+    else
+        return field.unescaped_key(false);
+}
+
 inline bool isWellFormedObject(od::value &value, const ReadContext &context, int depthLeft) {
     od::object object;
     if (value.get_object().get(object) != simdjson::SUCCESS)
@@ -75,7 +85,7 @@ inline bool isWellFormedObject(od::value &value, const ReadContext &context, int
         od::field field;
         std::string_view key;
         if (std::move(result).get(field) != simdjson::SUCCESS ||
-            field.unescaped_key().get(key) != simdjson::SUCCESS ||
+            unescapedKey(field).get(key) != simdjson::SUCCESS ||
             !isWellFormed(field.value(), context, depthLeft))
             return false;
     }
@@ -233,7 +243,7 @@ template <JsonRecord Record>
 bool readField(od::field &field, const ReadContext &context, Record *out, unsigned &seen) {
     std::string_view spelledOut;
     const char *const raw = field.key().raw();
-    if (context.hasEscapes && field.unescaped_key().get(spelledOut) != simdjson::SUCCESS)
+    if (context.hasEscapes && unescapedKey(field).get(spelledOut) != simdjson::SUCCESS)
         return false;
     const auto isKey = [&](std::string_view name) {
         return context.hasEscapes ? spelledOut == name : equalsPlainKey(raw, name);
