@@ -67,8 +67,8 @@ inline constexpr int maximumDepth = 512;
 /// Whether an ignored value is well-formed all the way down. On-Demand alone would skip it unread.
 bool isWellFormed(od::value value, const ReadContext &context, int depthLeft = maximumDepth);
 
-/// The key of a field without its escapes. simdjson 3.2 to 3.6 (Ubuntu 24.04) want to be told that halves of
-/// characters are errors, which others take for granted.
+/// The key of a field without its escapes. The simdjson of Ubuntu 24.04 wants to be told that halves of
+/// characters are errors, which that of Debian 12 takes for granted.
 template <class Field>
 auto unescapedKey(Field &field) {
     if constexpr (requires { field.unescaped_key(); })
