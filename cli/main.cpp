@@ -19,8 +19,9 @@ int main(int argc, char *argv[]) {
     Output out(STDOUT_FILENO);
     Output err(STDERR_FILENO);
     const auto defaults = standardUserDefaults();
+    const QString program = LoginItem::installedProgram(QCoreApplication::applicationDirPath());
     CommandSurroundings surroundings{
-        *defaults, standardUserDefaultsLocation(),     {}, LoginItem(LoginItem::installedProgram()), out,
+        *defaults, standardUserDefaultsLocation(),     {}, LoginItem(program), out,
         err,       Palette(wantsColour(STDOUT_FILENO))};
     return static_cast<int>(runCommandLine(QCoreApplication::arguments().mid(1), surroundings));
 }

@@ -11,13 +11,6 @@
 
 namespace kestrin {
 
-namespace {
-
-// The square of a symbol beside a text of size 1: it stands a little above capitals and below the base line.
-constexpr double sideOfUnitSize = 1.28;
-
-} // namespace
-
 KestrinSymbol::KestrinSymbol(QQuickItem *parent) : PixelAlignedItem(parent) {
     connect(this, &KestrinSymbol::weightChanged, this, &QQuickItem::update);
     connect(this, &KestrinSymbol::colorChanged, this, &QQuickItem::update);
@@ -44,7 +37,7 @@ void KestrinSymbol::setSize(qreal size) {
 
 double KestrinSymbol::side() const {
     const SymbolDrawing *const symbol = findSymbol(m_name);
-    return symbol ? m_size * sideOfUnitSize * symbol->size : 0;
+    return symbol ? m_size * symbolSide * symbol->size : 0;
 }
 
 void KestrinSymbol::adapt() {
@@ -69,7 +62,7 @@ QSGNode *KestrinSymbol::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) 
                            QByteArray::number(m_weight) + '|' +
                            QByteArray::number(quint64(m_color.rgba64()), 16);
     const SharedTexture texture = sharedTexture(*window(), key, [&] {
-        return symbolImage(*symbol, pixels, static_cast<KestrinWeight>(m_weight), m_color);
+        return nativeSymbolImage(*symbol, pixels, static_cast<KestrinWeight>(m_weight), m_color);
     });
     const QPointF corner = alignedRect({}).topLeft();
     // Centred, and still on whole pixels.

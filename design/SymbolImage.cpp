@@ -1,5 +1,7 @@
 #include "design/SymbolImage.h"
 
+#include "design/platform/SystemSymbols.h"
+
 #include <QFile>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -78,6 +80,16 @@ QImage symbolImage(const SymbolDrawing &symbol, int pixels, KestrinWeight weight
     QPainter painter(&image);
     renderer.render(&painter, QRectF(0, 0, pixels, pixels));
     painter.end();
+    tint(image, color);
+    return image;
+}
+
+QImage nativeSymbolImage(const SymbolDrawing &symbol, int pixels, KestrinWeight weight, const QColor &color) {
+    // Its own size is right as it is; the table's corrects our drawings.
+    QImage image = systemSymbol(symbol.name, pixels / (symbolSide * symbol.size), pixels, weight);
+    if (image.isNull())
+        return symbolImage(symbol, pixels, weight, color);
+    image.convertTo(QImage::Format_ARGB32_Premultiplied);
     tint(image, color);
     return image;
 }

@@ -53,7 +53,12 @@ bool agentStarts(const QByteArray &text) {
 } // namespace
 
 LoginFile launchAgent() {
+    // The program of a bundle is found inside, as launchd wants it. kestrinctl is in the bundle too, or in
+    // the bin folder of where the bundle was installed.
+    const QString bundled = u"Kestrin.app/Contents/MacOS/Kestrin"_s;
     return {QStringLiteral(KESTRIN_DESKTOP_ID ".plist"),
+            {u"Kestrin"_s, u"../"_s + bundled, QDir::homePath() + u"/Applications/"_s + bundled,
+             u"/Applications/"_s + bundled},
             {QDir::homePath() + u"/Library/LaunchAgents"_s},
             agentText,
             agentStarts};

@@ -8,8 +8,12 @@ namespace kestrin {
 
 /// One file, which names the program.
 struct LoginFile {
+    /// That of the file.
     QString name;
-    /// Where it may be: first the user's own folder, then those for all users. Only the first file counts.
+    /// Where the window's program may be: absolute, or seen from the folder of the running program.
+    QStringList programs;
+    /// Where the file may be: first the user's own folder, then those for all users. Only the first file
+    /// counts.
     QStringList folders;
     /// What to write so that `program`, an absolute path, is started in the background, or is not although a
     /// folder for all users says so.

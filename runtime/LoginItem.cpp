@@ -3,7 +3,6 @@
 #include "foundation/FileLock.h"
 #include "foundation/PrivateFile.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -25,10 +24,13 @@ LoginFile LoginItem::standardFile() {
 #endif
 }
 
-QString LoginItem::installedProgram() {
-    const QString name = u"kestrin"_s;
-    const QString beside = QStandardPaths::findExecutable(name, {QCoreApplication::applicationDirPath()});
-    return beside.isEmpty() ? QStandardPaths::findExecutable(name) : beside;
+QString LoginItem::installedProgram(const QString &folder, const LoginFile &file) {
+    for (const QString &place : file.programs) {
+        const QFileInfo program(QDir(folder).filePath(place));
+        if (program.isFile() && program.isExecutable())
+            return QDir::cleanPath(program.absoluteFilePath());
+    }
+    return QStandardPaths::findExecutable(u"kestrin"_s);
 }
 
 QString LoginItem::path() const {

@@ -14,9 +14,9 @@ class LoginItem {
 
     /// That of the platform.
     static LoginFile standardFile();
-    /// The window's program as it is installed: beside the running program, else in PATH; empty when it is
-    /// in neither.
-    static QString installedProgram();
+    /// The window's program as it is installed: where the platform puts it, seen from `folder`, else in PATH;
+    /// empty when it is in neither.
+    static QString installedProgram(const QString &folder, const LoginFile &file = standardFile());
 
     bool hasProgram() const { return !m_program.isEmpty(); }
     /// The user's own file, which is there only if there is something to say.

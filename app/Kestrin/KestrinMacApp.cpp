@@ -104,7 +104,7 @@ int main(int argc, char **argv) {
         return 0;
     }
 
-    const std::jthread fonts = prepareFonts();
+    const std::future<void> fonts = prepareFonts();
     chooseRenderer();
     QGuiApplication application(argc, argv);
     KestrinAppearance::shared().setPreference(options.appearance);

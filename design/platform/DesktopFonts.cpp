@@ -12,8 +12,8 @@ namespace kestrin {
 
 #ifdef KESTRIN_HAS_FONTCONFIG
 
-std::jthread prepareFonts() {
-    return std::jthread([] { FcInit(); });
+std::future<void> prepareFonts() {
+    return std::async(std::launch::async, [] { FcInit(); });
 }
 
 QString realFamily(const QString &family) {
@@ -36,7 +36,7 @@ QString realFamily(const QString &family) {
 
 #else
 
-std::jthread prepareFonts() {
+std::future<void> prepareFonts() {
     return {};
 }
 

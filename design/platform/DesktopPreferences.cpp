@@ -1,13 +1,17 @@
 #include "design/platform/DesktopPreferences.h"
 
-#if KESTRIN_HAS_DBUS
+#ifdef __APPLE__
+#include "design/platform/macos/AppKitPreferences.h"
+#elif KESTRIN_HAS_DBUS
 #include "design/platform/SettingsPortal.h"
 #endif
 
 namespace kestrin {
 
 std::unique_ptr<DesktopPreferences> DesktopPreferences::create() {
-#if KESTRIN_HAS_DBUS
+#ifdef __APPLE__
+    return std::make_unique<AppKitPreferences>();
+#elif KESTRIN_HAS_DBUS
     return SettingsPortal::connectToSession();
 #else
     return nullptr;

@@ -38,4 +38,14 @@ class ObjectReference {
     Object m_object = nil;
 };
 
+/// Leaves to the autorelease pool what `alloc` gave, which automatic reference counting does by itself.
+template <typename Object>
+Object autoreleased(Object object) {
+#if __has_feature(objc_arc)
+    return object;
+#else
+    return [object autorelease];
+#endif
+}
+
 } // namespace kestrin

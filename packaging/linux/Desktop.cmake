@@ -10,18 +10,9 @@ configure_file(linux/Kestrin.metainfo.xml.in "${KESTRIN_DESKTOP_ID}.metainfo.xml
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.metainfo.xml"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
 
-# The mark fills its square; an icon has the round corners that the window gives it. They are drawn, not clipped,
-# because Qt's reader of SVG knows no clipping.
+include(IconDrawing.cmake)
+kestrin_icon_drawing("${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.svg")
 set(hicolor "${CMAKE_INSTALL_DATADIR}/icons/hicolor")
-set(mark "${PROJECT_SOURCE_DIR}/design/KestrinIconMark.svg")
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${mark}")
-file(READ "${mark}" drawing)
-string(REPLACE "<rect width=\"512\" height=\"512\" " "<rect width=\"512\" height=\"512\" rx=\"112.64\" " icon
-    "${drawing}")
-if(icon STREQUAL drawing)
-    message(FATAL_ERROR "KestrinIconMark.svg has no background whose corners could be made round.")
-endif()
-file(CONFIGURE OUTPUT "${KESTRIN_DESKTOP_ID}.svg" CONTENT "${icon}" @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.svg" DESTINATION "${hicolor}/scalable/apps")
 install(FILES linux/Kestrin-symbolic.svg RENAME "${KESTRIN_DESKTOP_ID}-symbolic.svg"
     DESTINATION "${hicolor}/symbolic/apps")

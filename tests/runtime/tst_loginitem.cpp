@@ -42,6 +42,7 @@ class LoginItemTest : public QObject {
     void precedence();
     void places();
     void launchAgents();
+    void installedPrograms();
 };
 
 void LoginItemTest::commands() {
@@ -133,6 +134,23 @@ void LoginItemTest::launchAgents() {
         QVERIFY2(!item.isEnabled(), off);
     }
     QVERIFY(item.setEnabled(true) && item.setEnabled(false) && !QFile::exists(item.path()));
+}
+
+void LoginItemTest::installedPrograms() {
+    const Places places;
+    const auto found = [&places](const QString &folder, const LoginFile &file) {
+        const QString program = LoginItem::installedProgram(places.root.filePath(folder), file);
+        return QDir(places.root.path()).relativeFilePath(program);
+    };
+    const QString beside = places.install(u"usr/bin"_s);
+    QCOMPARE(found(u"usr/bin"_s, places.file), u"usr/bin/kestrin"_s);
+
+    // Of a bundle it is the program inside that starts, and a folder of that name is none.
+    const QString inBundle = places.root.filePath(u"Kestrin.app/Contents/MacOS/Kestrin"_s);
+    QVERIFY(QDir(places.root.path()).mkpath(u"bin/Kestrin"_s));
+    QVERIFY(QFile::rename(places.install(u"Kestrin.app/Contents/MacOS"_s), inBundle));
+    QCOMPARE(found(u"bin"_s, launchAgent()), u"Kestrin.app/Contents/MacOS/Kestrin"_s);
+    QCOMPARE(found(u"Kestrin.app/Contents/MacOS"_s, launchAgent()), u"Kestrin.app/Contents/MacOS/Kestrin"_s);
 }
 
 QTEST_GUILESS_MAIN(LoginItemTest)
