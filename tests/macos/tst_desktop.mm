@@ -9,6 +9,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 
@@ -42,6 +44,10 @@ using namespace kestrin;
 
 namespace {
 
+SampleDesktop *desktop = nil;
+BOOL reduced = NO;
+BOOL contrast = NO;
+
 /// How the last symbol was asked for, and where it was drawn.
 struct {
     CGFloat size;
@@ -51,6 +57,15 @@ struct {
 } drawn;
 
 } // namespace
+
+@implementation NSWorkspace (Accessibility)
+- (BOOL)accessibilityDisplayShouldReduceMotion {
+    return reduced;
+}
+- (BOOL)accessibilityDisplayShouldIncreaseContrast {
+    return contrast;
+}
+@end
 
 @implementation NSImageSymbolConfiguration
 + (instancetype)configurationWithPointSize:(CGFloat)pointSize weight:(NSFontWeight)weight {
@@ -109,20 +124,8 @@ NSAppearance *dark() {
     return appearance([NSArray arrayWithObject:NSAppearanceNameDarkAqua]);
 }
 
-SampleDesktop *desktop = nil;
-BOOL reduced = NO;
-BOOL contrast = NO;
-
 id sharedApplication(id, SEL) {
     return desktop;
-}
-
-BOOL shouldReduceMotion(id, SEL) {
-    return reduced;
-}
-
-BOOL shouldIncreaseContrast(id, SEL) {
-    return contrast;
 }
 
 id symbolNamed(id, SEL, NSString *name, NSString *) {
@@ -200,11 +203,6 @@ void DesktopTest::appearanceIsFollowed() {
 
 void DesktopTest::displayOptionsAreFollowed() {
     AppKitPreferences preferences;
-    QVERIFY(!preferences.animations() && !preferences.highContrast());
-    class_addMethod([NSWorkspace class], @selector(accessibilityDisplayShouldReduceMotion),
-                    reinterpret_cast<IMP>(shouldReduceMotion), "c@:");
-    class_addMethod([NSWorkspace class], @selector(accessibilityDisplayShouldIncreaseContrast),
-                    reinterpret_cast<IMP>(shouldIncreaseContrast), "c@:");
     QSignalSpy spy(&preferences, &DesktopPreferences::changed);
     for (const auto &[motion, increase] : {std::pair(YES, NO), std::pair(NO, YES)}) {
         reduced = motion;

@@ -85,10 +85,8 @@ void AppKitPreferences::read() {
     @autoreleasepool {
         m_prefersDark = isDark([[NSApplication sharedApplication] effectiveAppearance]);
         NSWorkspace *workspace = [NSWorkspace sharedWorkspace];
-        if ([workspace respondsToSelector:@selector(accessibilityDisplayShouldReduceMotion)])
-            m_animations = ![workspace accessibilityDisplayShouldReduceMotion];
-        if ([workspace respondsToSelector:@selector(accessibilityDisplayShouldIncreaseContrast)])
-            m_highContrast = [workspace accessibilityDisplayShouldIncreaseContrast];
+        m_animations = ![workspace accessibilityDisplayShouldReduceMotion];
+        m_highContrast = [workspace accessibilityDisplayShouldIncreaseContrast];
     }
 }
 
