@@ -1,6 +1,7 @@
 #include "tests/support/sample-app/BusObjects.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <sstream>
