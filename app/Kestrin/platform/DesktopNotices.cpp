@@ -1,20 +1,16 @@
 #include "app/Kestrin/platform/DesktopNotices.h"
 
-#if KESTRIN_HAS_DBUS
 #include "design/platform/DesktopBus.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#endif
 
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace kestrin {
-
-#if KESTRIN_HAS_DBUS
 
 namespace {
 
@@ -49,16 +45,6 @@ bool DesktopNotices::show(const QString &text) {
     });
     return true;
 }
-
-#else
-
-DesktopNotices::DesktopNotices(QObject *parent) : QObject(parent) {}
-
-bool DesktopNotices::show(const QString &) {
-    return false;
-}
-
-#endif
 
 void DesktopNotices::takeToken(uint id, const QString &token) {
     if (m_ids.contains(id))

@@ -1,18 +1,14 @@
 #include "app/Kestrin/platform/SessionBus.h"
 
-#if KESTRIN_HAS_DBUS
 #include "design/platform/DesktopBus.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusMessage>
 #include <QGuiApplication>
-#endif
 
 using namespace Qt::StringLiterals;
 
 namespace kestrin {
-
-#if KESTRIN_HAS_DBUS
 
 namespace {
 
@@ -84,20 +80,6 @@ bool SessionBus::claim() {
     return bus->registerObject(objectPath(), this) && bus->registerService(name);
 }
 
-#else
-
-SessionBus::Answer SessionBus::activateRunning(const QString &) {
-    return Answer::none;
-}
-
-bool SessionBus::claim() {
-    return false;
-}
-
-#endif
-
 } // namespace kestrin
 
-#if KESTRIN_HAS_DBUS
 #include "SessionBus.moc"
-#endif

@@ -1,6 +1,5 @@
 #include "app/Kestrin/platform/TrayHost.h"
 
-#if KESTRIN_HAS_DBUS
 #include "design/platform/DesktopBus.h"
 
 #include <QDBusMessage>
@@ -8,13 +7,10 @@
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
-#endif
 
 using namespace Qt::StringLiterals;
 
 namespace kestrin {
-
-#if KESTRIN_HAS_DBUS
 
 namespace {
 
@@ -49,19 +45,6 @@ void TrayHost::ask() {
         set(!reply.isError() && reply.value().variant().toBool());
     });
 }
-
-#else
-
-TrayHost::TrayHost(QObject *parent) : QObject(parent) {
-    QMetaObject::invokeMethod(this, &TrayHost::ask, Qt::QueuedConnection);
-}
-
-// The menu bar of macOS always is.
-void TrayHost::ask() {
-    set(true);
-}
-
-#endif
 
 void TrayHost::set(bool isPresent) {
     if (m_isPresent == isPresent)
