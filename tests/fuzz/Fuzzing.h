@@ -2,10 +2,7 @@
 #pragma once
 
 #include <QByteArray>
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
-#include <QTemporaryDir>
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -31,19 +28,6 @@ inline QByteArray bytesOf(const std::uint8_t *data, std::size_t size) {
 
 inline QString anyText(FuzzedDataProvider &input, std::size_t most) {
     return QString::fromUtf8(QByteArray::fromStdString(input.ConsumeRandomLengthString(most)));
-}
-
-/// In a folder in memory, where fsync costs nothing, if the system has one.
-inline QString scratchFile(const QString &name) {
-    const QString memory = QStringLiteral("/dev/shm");
-    static const QTemporaryDir folder((QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) +
-                                      QStringLiteral("/kestrin-fuzz-XXXXXX"));
-    return folder.filePath(name);
-}
-
-inline void writeFile(const QString &path, const QByteArray &text) {
-    QFile file(path);
-    require(file.open(QIODevice::WriteOnly) && file.write(text) == text.size(), "the file can be written");
 }
 
 /// What Qt, which did not read it for us, makes of a text that we accepted. None for the one thing that it

@@ -3,8 +3,11 @@
 #include "engine/ActivityLogFile.h"
 #include "engine/JSONMacActivityLogStore.h"
 #include "tests/fuzz/Fuzzing.h"
+#include "tests/support/Files.h"
+#include "tests/support/Samples.h"
 
 #include <QJsonArray>
+#include <QTemporaryDir>
 
 #include <limits>
 
@@ -25,7 +28,7 @@ std::optional<Events> whole(const QByteArray &text, qsizetype limit) {
 }
 
 void checkWindows(const QString &path, const std::optional<Events> &events) {
-    for (const std::size_t window : {std::size_t{16}, std::size_t{211}, std::size_t{1000}})
+    for (const std::size_t window : {16U, 211U, 1000U})
         require(readNewestEvents(path, all, window) == events, "windows read the same as the whole");
     const auto newest = readNewestEvents(path, 1, 150);
     require(newest.has_value() == events.has_value(), "a limit does not make a log readable");
@@ -36,18 +39,22 @@ void checkWindows(const QString &path, const std::optional<Events> &events) {
 void checkAppend(const QString &path, const Events &before) {
     JSONMacActivityLogStore store(QUrl::fromLocalFile(path));
     require(store.recent(all) == before, "a malformed log reads as empty");
-    const auto event = MacProtectionEvent::create(QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53), Qt::UTC),
-                                                  MacProtectionEventKind::dryRun, u"New."_s);
-    store.append(event);
-    require(store.recent(all) == Events{event} + before, "an append comes first and keeps the others");
+    store.append(samples::event(u"New."_s));
+    const Events now = store.recent(all);
+    require(now.size() > 0 && now.first().message == u"New." && now.sliced(1) == before,
+            "an append comes first and keeps the others");
 }
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const QByteArray text = bytesOf(data, size);
-    const QString path = scratchFile(u"activity-log.json"_s);
-    writeFile(path, text);
+    // In a folder in memory, where fsync costs nothing, if the system has one.
+    const QString memory = u"/dev/shm"_s;
+    static const QTemporaryDir folder((QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) +
+                                      u"/kestrin-fuzz-XXXXXX"_s);
+    const QString path = folder.filePath(u"activity-log.json"_s);
+    samples::write(path, text);
 
     const auto events = whole(text, all);
     require(whole(text, 0).has_value() == events.has_value(), "checking is as strict as reading");
