@@ -1,4 +1,5 @@
-// Checks, quit requests and relaunches: which events are recorded, in which order, with which words.
+// Which definition an application is; checks, quit requests and relaunches: which events are recorded, in
+// which order, with which words.
 
 #include "engine/NSWorkspaceAppInventoryService.h"
 #include "engine/NSWorkspaceRiskAppActionPerformer.h"
@@ -25,8 +26,7 @@ QList<Kind> kinds(const QList<MacProtectionEvent> &events) {
 }
 
 /// A performer that looks into the log when it is asked.
-class LogWatchingPerformer final : public RiskAppActionPerforming {
-  public:
+struct LogWatchingPerformer final : RiskAppActionPerforming {
     explicit LogWatchingPerformer(MacActivityLogStoring &watched) : log(watched) {}
     RiskAppActionResult requestQuit(const RunningMacApp &) override {
         loggedBefore.append(log.recent(100).size());
@@ -63,6 +63,8 @@ class PrivacyModeTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
+    void definition();
+    void matchesAreInTheOrderOfTheApplications();
     void previewAndEnforce();
     void selection();
     void requestsComeBeforeTheLog();
@@ -70,9 +72,45 @@ class PrivacyModeTest : public QObject {
     void conversion();
     void quitMessages();
     void relaunchReaction();
-    void relaunchHandlerRunsBetweenTheAppends();
     void monitorLifecycle();
 };
+
+void PrivacyModeTest::definition() {
+    const RiskAppCatalog catalog{RiskAppCatalog::defaultDefinitions()};
+    struct Case {
+        const char *rule;
+        QString name;
+        std::optional<QString> bundle;
+        QString id;
+    };
+    for (const auto &[rule, name, bundle, id] : {
+             Case{"bundle, other letter case", u"Anything"_s, u"US.ZOOM.XOS"_s, u"zoom"_s},
+             Case{"bundle is compared whole", u"Anything"_s, u"us.zoom.xos.helper"_s, u"none"_s},
+             Case{"second bundle", u"Anything"_s, u"com.microsoft.teams2"_s, u"teams"_s},
+             Case{"name is trimmed", u"\u00a0 Zoom\n\u2003"_s, {}, u"zoom"_s},
+             Case{"alias", u"Zoom.US"_s, {}, u"zoom"_s},
+             Case{"name is not contained", u"Microsoft Teams (work or school)"_s, {}, u"none"_s},
+             Case{"earlier name beats later bundle", u"Zoom"_s, u"com.apple.Safari"_s, u"zoom"_s},
+             Case{"earlier bundle beats later name", u"Safari"_s, u"us.zoom.xos"_s, u"zoom"_s},
+             Case{"name with an unknown bundle", u"Safari"_s, u"org.example.other"_s, u"safari"_s},
+             Case{"definition without bundles", u"otter"_s, u""_s, u"otter"_s},
+             Case{"inner space counts", u"Otter  AI"_s, {}, u"none"_s},
+             Case{"empty name", u""_s, {}, u"none"_s},
+         }) {
+        const auto found = catalog.definition(samples::app(name, 1, bundle));
+        QVERIFY2((found ? found->id : u"none"_s) == id, rule);
+    }
+}
+
+void PrivacyModeTest::matchesAreInTheOrderOfTheApplications() {
+    QStringList ids;
+    for (const RiskAppMatch &match : Engine().catalog.matches(
+             {samples::app(u"Otter AI"_s, 12), samples::app(u"Editor"_s, 13),
+              samples::app(u"Zoom"_s, 11, u"us.zoom.xos"_s), samples::app(u"Zoom"_s, 10)}))
+        ids.append(match.id() + u' ' + match.app.id());
+    QCOMPARE(ids,
+             (QStringList{u"otter-12 Otter AI-12"_s, u"zoom-11 us.zoom.xos-11"_s, u"zoom-10 Zoom-10"_s}));
+}
 
 void PrivacyModeTest::previewAndEnforce() {
     Engine engine;
@@ -87,11 +125,9 @@ void PrivacyModeTest::previewAndEnforce() {
                  u"Safari matches Safari risk categories: Browser, Microphone, Camera."_s,
              }));
     QVERIFY(engine.performer->requests.isEmpty());
-    QCOMPARE(preview.events.at(2).appName, u"Zoom"_s);
     QCOMPARE(preview.events.at(2).bundleIdentifier, u"us.zoom.xos"_s);
-    QCOMPARE(preview.events.at(3).bundleIdentifier, std::nullopt);
+    QCOMPARE(preview.events.at(3).appName, u"Safari"_s);
     QCOMPARE(preview.events.at(0).appName, std::nullopt);
-    QVERIFY(preview.events.at(0).id != preview.events.at(1).id);
 
     const auto enforced = engine.check(false);
     QCOMPARE(kinds(enforced.events),
@@ -105,17 +141,16 @@ void PrivacyModeTest::previewAndEnforce() {
 void PrivacyModeTest::selection() {
     Engine engine;
     engine.inventory->apps = {samples::app(u"Zoom"_s, 10), samples::app(u"FaceTime"_s, 11)};
-    const auto matchesWith = [&engine](const QSet<QString> &selection) {
+    // An empty one means everything, an unknown definition nothing.
+    const std::pair<QSet<QString>, QList<qint32>> expected[] = {
+        {{}, {10, 11}}, {{u"facetime"_s}, {11}}, {{u"skype"_s}, {}}, {{u"skype"_s, u"zoom"_s}, {10}}};
+    for (const auto &[selection, matching] : expected) {
         engine.settings->settings.protectedDefinitionIDs = selection;
-        QStringList ids;
+        QList<qint32> found;
         for (const RiskAppMatch &match : engine.check(true).matches)
-            ids.append(match.id());
-        return ids.join(u',');
-    };
-    QCOMPARE(matchesWith({}), u"zoom-10,facetime-11"_s); // empty means everything
-    QCOMPARE(matchesWith({u"facetime"_s}), u"facetime-11"_s);
-    QCOMPARE(matchesWith({u"skype"_s}), QString());
-    QCOMPARE(matchesWith({u"skype"_s, u"zoom"_s}), u"zoom-10"_s);
+            found.append(match.app.processIdentifier);
+        QCOMPARE(found, matching);
+    }
 }
 
 void PrivacyModeTest::requestsComeBeforeTheLog() {
@@ -144,8 +179,8 @@ void PrivacyModeTest::conversion() {
     workspace.add({ActivationPolicy::regular, u"  Zoom "_s, 1, std::nullopt, std::nullopt});
     workspace.add({ActivationPolicy::regular, u""_s, 2, u"us.zoom.xos"_s, std::nullopt});
     workspace.add({ActivationPolicy::regular, std::nullopt, 3, std::nullopt, std::nullopt});
-    workspace.add({ActivationPolicy::accessory, u"Zoom"_s, 4, std::nullopt, std::nullopt});
-    workspace.add({ActivationPolicy::prohibited, u"Zoom"_s, 5, std::nullopt, std::nullopt});
+    for (const auto policy : {ActivationPolicy::accessory, ActivationPolicy::prohibited})
+        workspace.add({policy, u"Zoom"_s, 4, std::nullopt, std::nullopt});
     workspace.add({ActivationPolicy::regular, u"Zoom"_s, 6, u"us.zoom.xos"_s, u"/opt/zoom/zoom"_s});
     const QList<RunningMacApp> expected{{1, u"  Zoom "_s, std::nullopt, std::nullopt},
                                         {6, u"Zoom"_s, u"us.zoom.xos"_s, u"/opt/zoom/zoom"_s}};
@@ -159,20 +194,24 @@ void PrivacyModeTest::quitMessages() {
     workspace.refuse(11);
     NSWorkspaceRiskAppActionPerformer performer(workspace);
     // The snapshot's name counts, and its process id alone.
-    QCOMPARE(performer.requestQuit(samples::app(u"Zoom"_s, 10)),
-             (RiskAppActionResult{Status::requested, u"Asked Zoom to quit."_s}));
-    QCOMPARE(performer.requestQuit(samples::app(u"Zoom"_s, 11)),
-             (RiskAppActionResult{Status::failed, u"Could not ask Zoom to quit."_s}));
-    QCOMPARE(performer.requestQuit(samples::app(u"Zoom"_s, 12)),
-             (RiskAppActionResult{Status::failed, u"Zoom is no longer running."_s}));
+    const std::pair<qint32, RiskAppActionResult> expected[] = {
+        {10, {Status::requested, u"Asked Zoom to quit."_s}},
+        {11, {Status::failed, u"Could not ask Zoom to quit."_s}},
+        {12, {Status::failed, u"Zoom is no longer running."_s}},
+    };
+    for (const auto &[pid, result] : expected)
+        QCOMPARE(performer.requestQuit(samples::app(u"Zoom"_s, pid)), result);
     QCOMPARE(workspace.terminationRequests(), (QList<qint32>{10, 11}));
 }
 
 void PrivacyModeTest::relaunchReaction() {
     Engine engine;
-    const auto reaction = [&engine](const PrivacyModeSettings &settings, bool dryRun, const QString &name) {
+    // What the log held each time the handler was told.
+    QList<qsizetype> told;
+    const auto handler = [&](const MacProtectionEvent &) { told.append(engine.log->recent(9).size()); };
+    const auto reaction = [&](const PrivacyModeSettings &settings, bool dryRun, const QString &name) {
         engine.settings->settings = settings;
-        return samples::messages(engine.monitor(dryRun).handleLaunchedApp(samples::app(name)));
+        return samples::messages(engine.monitor(dryRun, handler).handleLaunchedApp(samples::app(name)));
     };
     const QString relaunched = u"Zoom relaunched while Privacy Mode is on."_s;
     QCOMPARE(
@@ -180,54 +219,29 @@ void PrivacyModeTest::relaunchReaction() {
         (QStringList{relaunched, u"Preview: Kestrin would keep Zoom closed while Privacy Mode is on."_s}));
     QVERIFY(engine.performer->requests.isEmpty());
     QCOMPARE(reaction({true, {u"zoom"_s}}, false, u"Zoom"_s), (QStringList{relaunched, u"Asked it."_s}));
-    QCOMPARE(engine.performer->requests.size(), 1);
     QCOMPARE(kinds(engine.log->recent(3)),
              (QList{Kind::quitRequested, Kind::relaunchDetected, Kind::dryRun}));
-    // Off, allowed, not selected, unknown.
     QCOMPARE(reaction({false, {}}, false, u"Zoom"_s), QStringList());
-    QCOMPARE(reaction({true, {}}, false, u"Safari"_s), QStringList());
-    QCOMPARE(reaction({true, {u"zoom"_s}}, false, u"FaceTime"_s), QStringList());
-    QCOMPARE(reaction({true, {}}, false, u"Editor"_s), QStringList());
+    for (const QString &allowedUnselectedOrUnknown : {u"Safari"_s, u"FaceTime"_s, u"Editor"_s})
+        QCOMPARE(reaction({true, {u"zoom"_s, u"safari"_s}}, false, allowedUnselectedOrUnknown),
+                 QStringList());
     QCOMPARE(engine.performer->requests.size(), 1);
-    QCOMPARE(engine.log->recent(9).size(), 4);
-}
-
-void PrivacyModeTest::relaunchHandlerRunsBetweenTheAppends() {
-    Engine engine;
-    QList<std::pair<Kind, qsizetype>> told;
-    engine
-        .monitor(false,
-                 [&](const MacProtectionEvent &event) {
-                     told.append({event.kind, engine.log->recent(8).size()});
-                 })
-        .handleLaunchedApp(samples::app(u"Zoom"_s));
-    QCOMPARE(told,
-             (QList<std::pair<Kind, qsizetype>>{{Kind::relaunchDetected, 1}, {Kind::quitRequested, 2}}));
+    QCOMPARE(told, (QList<qsizetype>{1, 2, 3, 4}));
 }
 
 void PrivacyModeTest::monitorLifecycle() {
     Engine engine;
-    const auto loggedAfterALaunch = [&engine] {
-        engine.workspace.launch(samples::running(u"Zoom"_s, 10));
-        engine.workspace.launch({ActivationPolicy::accessory, u"Zoom"_s, 11, std::nullopt, std::nullopt});
-        return engine.log->recent(100).size();
-    };
-    {
-        RiskAppRelaunchMonitor monitor = engine.monitor(true);
-        QCOMPARE(loggedAfterALaunch(), 0);
-        monitor.start();
-        monitor.start();
-        QCOMPARE(loggedAfterALaunch(), 2);
-        // Settings are read at every launch.
-        engine.settings->settings.isEnabled = false;
-        QCOMPARE(loggedAfterALaunch(), 2);
-        engine.settings->settings.isEnabled = true;
-        monitor.stop();
-        monitor.stop();
-        QCOMPARE(loggedAfterALaunch(), 2);
-        monitor.start();
-        QCOMPARE(engine.workspace.subscriberCount(), 1);
-    }
+    RiskAppRelaunchMonitor monitor = engine.monitor(true);
+    monitor.start();
+    monitor.start();
+    engine.workspace.launch(samples::running(u"Zoom"_s, 10));
+    engine.workspace.launch({ActivationPolicy::accessory, u"Zoom"_s, 11, std::nullopt, std::nullopt});
+    QCOMPARE(engine.log->recent(9).size(), 2);
+    // Settings are read at every launch.
+    engine.settings->settings.isEnabled = false;
+    engine.workspace.launch(samples::running(u"Zoom"_s, 12));
+    QCOMPARE(engine.log->recent(9).size(), 2);
+    monitor.stop();
     QCOMPARE(engine.workspace.subscriberCount(), 0);
 }
 

