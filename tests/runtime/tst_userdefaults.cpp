@@ -35,7 +35,6 @@ void UserDefaultsTest::typesAreKept() {
         defaults->setBoolean(u"key"_s, false);
         QCOMPARE(spy.size(), 1);
         QCOMPARE(defaults->boolean(u"key"_s), false);
-        QCOMPARE(defaults->stringArray(u"key"_s), std::nullopt);
         for (const QStringList &list : {QStringList{}, QStringList{u"b"_s, u"a"_s, u""_s}}) {
             defaults->setStringArray(u"key"_s, list);
             QCOMPARE(defaults->stringArray(u"key"_s), list);
@@ -51,8 +50,7 @@ void UserDefaultsTest::foreignValues() {
                              R"({"key":true)", "[true]"}) {
         samples::write(m_path, text);
         JSONUserDefaults defaults(m_path);
-        QCOMPARE(defaults.boolean(u"key"_s), std::nullopt);
-        QCOMPARE(defaults.stringArray(u"key"_s), std::nullopt);
+        QVERIFY2(!defaults.boolean(u"key"_s) && !defaults.stringArray(u"key"_s), text);
         defaults.setBoolean(u"key"_s, true);
         QCOMPARE(defaults.boolean(u"key"_s), true);
     }

@@ -1,9 +1,12 @@
 // Values that many tests need.
 #pragma once
 
+#include "engine/MacActivityLogStoring.h"
 #include "engine/MacProtectionEvent.h"
 #include "engine/RiskAppCatalog.h"
 #include "engine/workspace/Workspace.h"
+
+#include <algorithm>
 
 namespace kestrin::samples {
 
@@ -28,6 +31,13 @@ inline QStringList messages(const QList<MacProtectionEvent> &events) {
     QStringList texts;
     for (const MacProtectionEvent &event : events)
         texts.append(event.message);
+    return texts;
+}
+
+/// Everything that a log holds, oldest first.
+inline QStringList story(MacActivityLogStoring &log) {
+    QStringList texts = messages(log.recent(1000));
+    std::reverse(texts.begin(), texts.end());
     return texts;
 }
 
