@@ -3,14 +3,15 @@
 
 #import <AppKit/AppKit.h>
 
-/// A record whose every answer the test chooses. What is not set is nil, 0 or NO.
+/// A record whose every answer the test chooses. What is not set is nil, 0 or NO; what is set has to last as
+/// long as the record.
 @interface SampleApplication : NSRunningApplication {
   @public
-    NSInteger policy;
-    NSString *name;
-    NSString *identifier;
-    NSURL *executable;
-    pid_t process;
+    NSApplicationActivationPolicy activationPolicy;
+    NSString *localizedName;
+    NSString *bundleIdentifier;
+    NSURL *executableURL;
+    pid_t processIdentifier;
     BOOL obeys;
     int requests;
 }

@@ -4,38 +4,13 @@
 
 @implementation SampleApplication
 
+@synthesize activationPolicy, localizedName, bundleIdentifier, executableURL, processIdentifier;
+
 + (SampleApplication *)named:(NSString *)name process:(pid_t)process {
     SampleApplication *application = [[[SampleApplication alloc] init] autorelease];
-    application->name = [name copy];
-    application->process = process;
+    application->localizedName = name;
+    application->processIdentifier = process;
     return application;
-}
-
-- (void)dealloc {
-    [name release];
-    [identifier release];
-    [executable release];
-    [super dealloc];
-}
-
-- (NSApplicationActivationPolicy)activationPolicy {
-    return policy;
-}
-
-- (NSString *)localizedName {
-    return name;
-}
-
-- (NSString *)bundleIdentifier {
-    return identifier;
-}
-
-- (NSURL *)executableURL {
-    return executable;
-}
-
-- (pid_t)processIdentifier {
-    return process;
 }
 
 - (BOOL)terminate {

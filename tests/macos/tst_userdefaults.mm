@@ -20,10 +20,10 @@ NSUserDefaults *native() {
 }
 
 /// What another process, which has nothing but the file, finds or does.
-QString elsewhere(const QStringList &arguments) {
+QString elsewhere(const QString &action) {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(QCoreApplication::applicationFilePath(), QStringList{u"--defaults"_s} + arguments);
+    process.start(QCoreApplication::applicationFilePath(), {u"--defaults"_s, action});
     if (!process.waitForFinished(patience) || process.exitCode() != 0)
         return u"failed"_s;
     return QString::fromUtf8(process.readAll());
@@ -41,21 +41,15 @@ class UserDefaultsTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void init() { m_pool = [[NSAutoreleasePool alloc] init]; }
     void cleanup() {
         [native() removeObjectForKey:nativeKey];
         [native() synchronize];
-        [m_pool release];
     }
 
     void typesAreKept();
     void otherTypesAreAbsent();
     void ownChangesAreToldAtOnce();
-    void changesElsewhereInTheProcessAreTold();
-    void changesOfOtherProcessesAreTold();
-
-  private:
-    NSAutoreleasePool *m_pool = nil;
+    void changesElsewhereAreTold();
 };
 
 void UserDefaultsTest::typesAreKept() {
@@ -64,44 +58,29 @@ void UserDefaultsTest::typesAreKept() {
     for (const bool value : {true, false}) {
         store.setBoolean(key, value);
         QCOMPARE(described(store), value ? u"true"_s : u"false"_s);
-        QCOMPARE(elsewhere({u"describe"_s}), described(store));
-        QCOMPARE(store.stringArray(key), std::nullopt);
+        QCOMPARE(elsewhere(u"describe"_s), described(store));
         NSDictionary *domain = [native() persistentDomainForName:@KESTRIN_BUNDLE_IDENTIFIER];
         QCOMPARE([[domain objectForKey:nativeKey] boolValue], value ? YES : NO);
     }
-    for (const QStringList &list : {QStringList{}, QStringList{u"true"_s}, QStringList{u"1"_s, u""_s},
-                                    QStringList{u"b"_s, u"ä –"_s, u"a.b"_s, u"b"_s}}) {
+    for (const QStringList &list : {QStringList{}, QStringList{u"true"_s, u"ä –"_s, u""_s, u"true"_s}}) {
         store.setStringArray(key, list);
-        QCOMPARE(store.stringArray(key), list);
-        QCOMPARE(elsewhere({u"describe"_s}), u"[%1]"_s.arg(list.join(u'|')));
-        QCOMPARE(store.boolean(key), std::nullopt);
+        QCOMPARE(described(store), u"[%1]"_s.arg(list.join(u'|')));
+        QCOMPARE(elsewhere(u"describe"_s), described(store));
     }
 }
 
 void UserDefaultsTest::otherTypesAreAbsent() {
     NSUserDefaultsStore store;
-    const id values[] = {@"YES",
-                         @"true",
-                         [NSNumber numberWithInt:1],
-                         [NSNumber numberWithInt:0],
-                         [NSNumber numberWithChar:1],
-                         [NSNumber numberWithDouble:1],
+    const id values[] = {@"YES", [NSNumber numberWithInt:1], [NSNumber numberWithChar:1],
                          [NSArray arrayWithObjects:@"a", [NSNumber numberWithBool:YES], nil],
-                         [NSArray arrayWithObject:[NSArray array]],
-                         [NSDictionary dictionaryWithObject:@"a" forKey:@"0"],
-                         [NSData data],
-                         [NSDate date]};
+                         [NSDictionary dictionaryWithObject:@"a" forKey:@"0"]};
     for (const id value : values) {
         [native() setObject:value forKey:nativeKey];
         [native() synchronize];
         const QByteArray description = [[value description] UTF8String];
         QVERIFY2(described(store) == u"absent"_s, description);
-    }
-    // Neither does the way through the file make booleans of them.
-    for (const id value : {values[0], values[2]}) {
-        [native() setObject:value forKey:nativeKey];
-        [native() synchronize];
-        QCOMPARE(elsewhere({u"describe"_s}), u"absent"_s);
+        // Neither does the way through the file make booleans of them.
+        QVERIFY2(elsewhere(u"describe"_s) == u"absent"_s, description);
     }
     // It is replaced, also where a lenient comparison would find it equal.
     [native() setObject:[NSNumber numberWithInt:1] forKey:nativeKey];
@@ -125,35 +104,29 @@ void UserDefaultsTest::ownChangesAreToldAtOnce() {
     QSignalSpy otherSpy(&other, &UserDefaults::changed);
     store.setBoolean(key, false);
     QTRY_VERIFY_WITH_TIMEOUT(!otherSpy.isEmpty(), patience);
-    elsewhere({u"describe"_s});
+    elsewhere(u"describe"_s);
     QTest::qWait(50);
     QCOMPARE(spy.size(), 3);
     QCOMPARE(otherSpy.size(), 1);
 }
 
-void UserDefaultsTest::changesElsewhereInTheProcessAreTold() {
-    NSUserDefaultsStore store;
-    store.setBoolean(key, true);
-    QSignalSpy spy(&store, &UserDefaults::changed);
-    // Equal as numbers, but not a boolean any more. GNUstep would not replace one by the other.
-    [native() removeObjectForKey:nativeKey];
-    [native() setObject:[NSNumber numberWithInt:1] forKey:nativeKey];
-    QTRY_VERIFY_WITH_TIMEOUT(spy.size() == 1, patience);
-    [native() synchronize];
-    [native() removeObjectForKey:nativeKey];
-    QTRY_VERIFY_WITH_TIMEOUT(spy.size() == 2, patience);
-    QCOMPARE(spy.last().first().toString(), key);
-}
-
-void UserDefaultsTest::changesOfOtherProcessesAreTold() {
+void UserDefaultsTest::changesElsewhereAreTold() {
     NSUserDefaultsStore store;
     store.setBoolean(key, false);
     QSignalSpy spy(&store, &UserDefaults::changed);
-    QCOMPARE(elsewhere({u"set"_s}), u"true"_s);
+    // In another process.
+    QCOMPARE(elsewhere(u"set"_s), u"true"_s);
     QTRY_VERIFY_WITH_TIMEOUT(!spy.isEmpty(), patience);
     QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.first().first().toString(), key);
     QCOMPARE(described(store), u"true"_s);
+    // In this one. Equal as numbers, but not a boolean any more. GNUstep would not replace one by the other.
+    [native() removeObjectForKey:nativeKey];
+    [native() setObject:[NSNumber numberWithInt:1] forKey:nativeKey];
+    QTRY_VERIFY_WITH_TIMEOUT(spy.size() == 2, patience);
+    [native() synchronize];
+    [native() removeObjectForKey:nativeKey];
+    QTRY_VERIFY_WITH_TIMEOUT(spy.size() == 3, patience);
+    QCOMPARE(spy.last().first().toString(), key);
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 #include "tests/support/SampleApp.h"
 
-#include <QDir>
+#include "tests/support/Files.h"
+
 #include <QElapsedTimer>
-#include <QFile>
 #include <QThread>
 
 #include <csignal>
@@ -13,10 +13,6 @@ using namespace Qt::StringLiterals;
 namespace kestrin::samples {
 
 namespace {
-
-QString entryPath(const QString &id) {
-    return qEnvironmentVariable("KESTRIN_DESKTOP_SHARE") + u"/applications/"_s + id + u".desktop"_s;
-}
 
 /// Ends with this process, quietly.
 class Child : public QProcess {
@@ -55,9 +51,8 @@ qint32 sendSignal(const char *variable, int signal) {
 void end(const char *variable, int signal) {
     const qint32 pid = sendSignal(variable, signal);
     const auto own = children.find(variable);
-    const bool ended = own != children.end() ? own->second.waitForFinished()
-                                             : waitBlocking([pid] { return ::kill(pid, 0) != 0; });
-    if (!ended)
+    if (own != children.end() ? !own->second.waitForFinished()
+                              : !waitBlocking([pid] { return ::kill(pid, 0) != 0; }))
         qFatal("Process %d does not end.", pid);
     children.erase(variable);
     qunsetenv(variable);
@@ -100,9 +95,8 @@ QString SampleApp::told(const QString &word) const {
     return {};
 }
 
-void SampleApp::command(const char *command) {
-    m_process.write(command);
-    m_process.write("\n");
+void SampleApp::open() {
+    m_process.write("open\n");
     m_process.waitForBytesWritten();
 }
 
@@ -114,13 +108,10 @@ void SampleApp::kill() {
 }
 
 void installEntry(const QString &id, const QString &name, const QStringList &furtherLines) {
-    QFile file(entryPath(id));
-    QDir().mkpath(QFileInfo(file).path());
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("%s cannot be written.", qUtf8Printable(file.fileName()));
-    file.write(u"[Desktop Entry]\nType=Application\nExec=sample-app\nName=%1\n%2\n"_s
-                   .arg(name, furtherLines.join(u'\n'))
-                   .toUtf8());
+    write(qEnvironmentVariable("KESTRIN_DESKTOP_SHARE") + u"/applications/"_s + id + u".desktop"_s,
+          u"[Desktop Entry]\nType=Application\nExec=sample-app\nName=%1\n%2\n"_s
+              .arg(name, furtherLines.join(u'\n'))
+              .toUtf8());
 }
 
 QList<qint32> running(Workspace &workspace) {
@@ -161,8 +152,7 @@ void desktop::restartServer() {
     start(serverVariable, u"Xvfb"_s,
           {qEnvironmentVariable("DISPLAY"), u"-screen"_s, u"0"_s, u"1600x1200x24"_s, u"-nolisten"_s, u"tcp"_s,
            u"-noreset"_s, u"-auth"_s, qEnvironmentVariable("XAUTHORITY")});
-    const bool answers = waitBlocking([] { return QProcess::execute(u"xprop"_s, {u"-root"_s}) == 0; });
-    if (!answers)
+    if (!waitBlocking([] { return QProcess::execute(u"xprop"_s, {u"-root"_s}) == 0; }))
         qFatal("The X server does not come back.");
     startWindowManager();
 }

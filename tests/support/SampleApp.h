@@ -25,8 +25,8 @@ class SampleApp {
     qsizetype said(const QString &line) const { return m_lines.count(line); }
     /// What follows this word in the first line that begins with it; empty when none does.
     QString told(const QString &word) const;
-    /// For an application with --commands.
-    void command(const char *command);
+    /// Opens one more window of an application with --commands.
+    void open();
     /// Ends it from outside, as a crash would.
     void kill();
 

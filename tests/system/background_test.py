@@ -5,14 +5,13 @@ The tray and the notices' server are the test's own. Runs in tools/with-desktop,
 
 import os
 import pathlib
-import signal
 import subprocess
 import threading
 import unittest
 
 from gi.repository import Gio, GLib
 
-from window_test import LIMIT, SampleApp, output, wait
+from window_test import LIMIT, SampleApp, kestrinctl, output, wait
 
 WATCHER = "org.kde.StatusNotifierWatcher"
 NOTICES = "org.freedesktop.Notifications"
@@ -73,8 +72,8 @@ class Tray(Service):
         return self.ask("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
                         GLib.Variant("(ss)", (ITEM, name)))[0]
 
-    def tooltip(self):
-        return self.icon("ToolTip")[2]
+    def says(self, phrase):
+        return phrase in self.icon("ToolTip")[2]
 
     def menu(self):
         """By label: the number, and whether it is checked."""
@@ -111,30 +110,23 @@ class Kestrin:
         wait("Kestrin does not start.", lambda: lock.exists() and str(self.process.pid) in lock.read_text())
 
     def has_window(self):
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)],
-                               capture_output=True, text=True)
-        return bool(found.stdout.strip())
+        # Its exit status tells whether there is one.
+        return subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)],
+                              stdout=subprocess.DEVNULL).returncode == 0
 
-    def wait_for_window(self, there=True):
-        wait(f"The window is {'not ' if there else ''}there.", lambda: self.has_window() == there)
+    def wait_for_window(self):
+        wait("The window is not there.", self.has_window)
 
     def close_window(self):
         output("wmctrl", "-F", "-c", "Kestrin")
+        wait("The window is still there.", lambda: not self.has_window())
 
     def start_again(self, *options):
         return subprocess.run([os.environ["KESTRIN"], *options], timeout=LIMIT).returncode
 
-    def ended(self):
-        return self.process.wait(LIMIT)
-
     def end(self):
-        if self.process.poll() is None:
-            self.process.send_signal(signal.SIGTERM)
-            self.process.wait()
-
-
-def kestrinctl(*arguments):
-    return output(os.environ["KESTRINCTL"], *arguments)
+        self.process.terminate()
+        self.process.wait()
 
 
 class BackgroundTest(unittest.TestCase):
@@ -159,23 +151,19 @@ class BackgroundTest(unittest.TestCase):
     def tray(self):
         tray = Tray()
         self.addCleanup(tray.end)
-        return tray
-
-    def tray_with_icon(self):
-        tray = self.tray()
         wait("No icon comes to the tray.", lambda: tray.item)
         return tray
 
     def test_icon_tells_and_steers(self):
         kestrin = self.start("--background")
-        tray = self.tray_with_icon()
+        tray = self.tray()
         self.assertFalse(kestrin.has_window())
-        self.assertIn("Privacy Mode is on", tray.tooltip())
+        self.assertTrue(tray.says("Privacy Mode is on"))
         self.assertTrue(tray.menu()["Privacy Mode"][1])
         on = tray.icon("IconPixmap")
         tray.choose("Privacy Mode")
         wait("The icon does not tell that Privacy Mode is off.",
-             lambda: "Privacy Mode is off" in tray.tooltip() and not tray.menu()["Privacy Mode"][1])
+             lambda: tray.says("Privacy Mode is off") and not tray.menu()["Privacy Mode"][1])
         self.assertNotEqual(tray.icon("IconPixmap"), on)
         self.assertIn('"privacyModeOn":false', kestrinctl("status", "--json").replace(" ", ""))
         kestrinctl("on")
@@ -185,26 +173,23 @@ class BackgroundTest(unittest.TestCase):
         tray.choose("Start at Login")
         wait("The menu does not choose start at login.",
              lambda: kestrinctl("autostart") == "Kestrin starts at login.\n" and tray.menu()["Start at Login"][1])
-        kestrinctl("autostart", "off")
         tray.choose("Quit Kestrin")
-        self.assertEqual(kestrin.ended(), 0)
+        self.assertEqual(kestrin.process.wait(LIMIT), 0)
 
     def test_closed_window_leaves_a_way_back(self):
         kestrin = self.start("--background")
-        tray = self.tray_with_icon()
+        tray = self.tray()
         tray.choose("Open Kestrin")
         kestrin.wait_for_window()
         kestrin.close_window()
-        kestrin.wait_for_window(False)
         self.assertEqual(kestrin.start_again(), 0)
         kestrin.wait_for_window()
         kestrin.close_window()
-        kestrin.wait_for_window(False)
         self.assertEqual(kestrin.start_again("--background"), 0)
         self.assertFalse(kestrin.has_window())
         # Panels are started anew now and then.
         tray.end()
-        tray = self.tray_with_icon()
+        tray = self.tray()
         tray.ask("/StatusNotifierItem", ITEM, "Activate", GLib.Variant("(ii)", (0, 0)))
         kestrin.wait_for_window()
         tray.end()
@@ -213,7 +198,6 @@ class BackgroundTest(unittest.TestCase):
     def closes_for_good(self, kestrin):
         """Whether closing the window ends the program; otherwise the window is shown again."""
         kestrin.close_window()
-        kestrin.wait_for_window(False)
         try:
             return kestrin.process.wait(0.5) == 0
         except subprocess.TimeoutExpired:
@@ -223,29 +207,30 @@ class BackgroundTest(unittest.TestCase):
 
     def test_started_with_its_window_it_ends_with_it(self):
         kestrin = self.start()
-        self.tray_with_icon()
+        self.tray()
         kestrin.wait_for_window()
         self.assertEqual(kestrin.start_again(), 0)
         kestrin.close_window()
-        self.assertEqual(kestrin.ended(), 0)
+        self.assertEqual(kestrin.process.wait(LIMIT), 0)
+
+    @staticmethod
+    def ask_to_quit(name, window_class):
+        app = SampleApp(name, window_class)
+        wait(f"{name} is not asked to quit.", lambda: "asked 1" in app.lines())
+        app.end()
 
     def test_quit_requests_are_told_once(self):
         kestrin = self.start("--background")
         kestrinctl("enforce", "on")
         for _ in range(2):
-            zoom = SampleApp("Zoom", "Zoom")
-            wait("Zoom is not asked to quit.", lambda: "asked 1" in zoom.lines())
-            zoom.end()
+            self.ask_to_quit("Zoom", "Zoom")
         notice = wait("There is no notice.", lambda: self.notices.shown)[0]
-        self.assertEqual((notice[0], notice[3]), ("Kestrin", "Asked Zoom to quit."))
-        self.assertTrue(notice[6]["transient"])
+        self.assertEqual((notice[0], notice[3], notice[6]["transient"]), ("Kestrin", "Asked Zoom to quit.", True))
         self.notices.click(1)
         kestrin.wait_for_window()
         # Whoever looks at the window needs no notice.
         wait("The window is not active.", lambda: "Kestrin" in output("xdotool", "getactivewindow", "getwindowname"))
-        teams = SampleApp("Microsoft Teams", "teams")
-        wait("Teams is not asked to quit.", lambda: "asked 1" in teams.lines())
-        teams.end()
+        self.ask_to_quit("Microsoft Teams", "teams")
         self.assertEqual(len(self.notices.shown), 1)
 
 

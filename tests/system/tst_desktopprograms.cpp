@@ -3,10 +3,10 @@
 
 #include "engine/workspace/session/QuitCommands.h"
 #include "engine/workspace/x11/X11Workspace.h"
+#include "tests/support/Files.h"
 #include "tests/support/SampleApp.h"
 
-#include <QDir>
-#include <QFile>
+#include <QScopeGuard>
 #include <QStandardPaths>
 #include <QTest>
 
@@ -15,29 +15,6 @@
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using samples::SampleApp;
-
-namespace {
-
-/// Ends with this object.
-class Program : public QProcess {
-  public:
-    explicit Program(const QString &name) {
-        setStandardErrorFile(nullDevice());
-        setStandardOutputFile(nullDevice());
-        // The tests themselves need no platform.
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.remove(u"QT_QPA_PLATFORM"_s);
-        setProcessEnvironment(environment);
-        start(name, QStringList());
-    }
-    ~Program() override {
-        kill();
-        waitForFinished();
-    }
-    qint32 pid() const { return static_cast<qint32>(processId()); }
-};
-
-} // namespace
 
 class DesktopProgramsTest : public QObject {
     Q_OBJECT
@@ -50,11 +27,10 @@ class DesktopProgramsTest : public QObject {
 
 /// This desktop's own preferences, in which the program with the tray icon finds that it has one.
 void DesktopProgramsTest::initTestCase() {
-    const QDir folder(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/feathernotes"_s);
-    QVERIFY(folder.mkpath(u"."_s));
-    QFile preferences(folder.filePath(u"fn.conf"_s));
-    QVERIFY(preferences.open(QIODevice::WriteOnly));
-    QVERIFY(preferences.write("[window]\nhasTray=true\n") > 0);
+    samples::write(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/feathernotes/fn.conf"_s,
+                   "[window]\nhasTray=true\n");
+    // The tests themselves need no platform.
+    qunsetenv("QT_QPA_PLATFORM");
 }
 
 void DesktopProgramsTest::quits_data() {
@@ -71,12 +47,18 @@ void DesktopProgramsTest::quits() {
     const SampleApp tray(u"--commands --later --watcher accepts"_s);
     QTRY_VERIFY(!tray.told(u"bus"_s).isEmpty());
     X11Workspace workspace;
-    const Program app(program);
-    QTRY_VERIFY_WITH_TIMEOUT(samples::running(workspace).contains(app.pid()), 30000);
+    QProcess app;
+    const auto end = qScopeGuard([&app] {
+        app.kill();
+        app.waitForFinished();
+    });
+    app.start(program, QStringList());
+    const auto pid = static_cast<qint32>(app.processId());
+    QTRY_VERIFY_WITH_TIMEOUT(samples::running(workspace).contains(pid), 30000);
     QTRY_COMPARE_WITH_TIMEOUT(tray.told(u"icon"_s).isEmpty(), program != u"feathernotes"_s, 30000);
     // Not by the workspace, which would close the window in the end, nor with its patience: the program has
     // just been started.
-    QVERIFY(acceptsQuitCommand({app.pid(), {program}, {}}, std::chrono::seconds(30)));
+    QVERIFY(acceptsQuitCommand({pid, {program}, {}}, std::chrono::seconds(30)));
     QTRY_VERIFY_WITH_TIMEOUT(app.state() == QProcess::NotRunning, 30000);
     QCOMPARE(app.exitStatus(), QProcess::NormalExit);
 }

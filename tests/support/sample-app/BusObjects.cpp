@@ -25,14 +25,6 @@ std::string textOf(const char *text) {
     return text != nullptr ? text : "";
 }
 
-std::vector<std::string> split(const std::string &text, char separator) {
-    std::vector<std::string> parts;
-    std::istringstream stream(text);
-    for (std::string part; std::getline(stream, part, separator);)
-        parts.push_back(part);
-    return parts;
-}
-
 } // namespace
 
 void say(const std::string &fact) {
@@ -54,13 +46,9 @@ BusObjects::BusObjects(const Options &options) : m_options(options) {
     say("bus " + uniqueName());
     if (m_options.has("bus-name"))
         sd_bus_request_name(m_bus, m_options.value("bus-name").c_str(), 0);
-    for (const std::string &entry : split(m_options.value("menu", "Open,Quit"), ',')) {
-        std::size_t parent = 0;
-        for (const std::string &label : split(entry, '>')) {
-            m_menu.push_back({label, parent});
-            parent = m_menu.size() - 1;
-        }
-    }
+    std::istringstream labels(m_options.value("menu", "Open,Quit"));
+    for (std::string label; std::getline(labels, label, ',');)
+        m_menu.push_back(label);
     if (m_options.has("watcher"))
         sd_bus_request_name(m_bus, watcherName, 0);
     const auto registered = [](sd_bus_message *message, void * /*self*/, sd_bus_error * /*error*/) {
@@ -118,7 +106,7 @@ void BusObjects::obey(sd_bus_message *message, const std::string &kind) {
     if (kind == "tray")
         sd_bus_message_read(message, "i", &entry);
     if (manner == "accepts" || manner == "leaves") {
-        say("quit " + kind + (entry > 0 ? ' ' + m_menu.at(entry).label : ""));
+        say("quit " + kind + (entry > 0 ? ' ' + m_menu.at(entry - 1) : ""));
         m_hasQuit = true;
     }
     if (manner == "accepts")
@@ -155,7 +143,17 @@ void BusObjects::answerForTray(sd_bus_message *message, const std::string &membe
         sd_bus_message *reply = nullptr;
         sd_bus_message_new_method_return(message, &reply);
         sd_bus_message_append(reply, "u", 1U);
-        appendMenu(reply, 0);
+        sd_bus_message_open_container(reply, 'r', "ia{sv}av");
+        sd_bus_message_append(reply, "ia{sv}", 0, 0);
+        sd_bus_message_open_container(reply, 'a', "v");
+        // Each in a submenu of its own.
+        for (int id = 1; const std::string &label : m_menu) {
+            sd_bus_message_append(reply, "v", "(ia{sv}av)", 100 + id, 0, 1, "(ia{sv}av)", id, 2, "label", "s",
+                                  label.c_str(), "enabled", "b", isEnabled("tray"), 0);
+            ++id;
+        }
+        sd_bus_message_close_container(reply);
+        sd_bus_message_close_container(reply);
         sd_bus_send(nullptr, reply, nullptr);
         sd_bus_message_unref(reply);
     } else {
@@ -166,30 +164,11 @@ void BusObjects::answerForTray(sd_bus_message *message, const std::string &membe
     }
 }
 
-void BusObjects::appendMenu(sd_bus_message *reply, std::size_t id) const {
-    sd_bus_message_open_container(reply, 'r', "ia{sv}av");
-    sd_bus_message_append(reply, "i", static_cast<int>(id));
-    sd_bus_message_append(reply, "a{sv}", 2, "label", "s", m_menu.at(id).label.c_str(), "enabled", "b",
-                          isEnabled("tray"));
-    sd_bus_message_open_container(reply, 'a', "v");
-    for (std::size_t child = id + 1; child < m_menu.size(); ++child) {
-        if (m_menu[child].parent != id)
-            continue;
-        sd_bus_message_open_container(reply, 'v', "(ia{sv}av)");
-        appendMenu(reply, child);
-        sd_bus_message_close_container(reply);
-    }
-    sd_bus_message_close_container(reply);
-    sd_bus_message_close_container(reply);
-}
-
 void BusObjects::answerForWatcher(sd_bus_message *message, const std::string &member) {
     if (member == "Introspect") {
         // Toolkits read it before they believe in a tray.
         sd_bus_reply_method_return(message, "s",
                                    "<node><interface name='org.kde.StatusNotifierWatcher'>"
-                                   "<method name='RegisterStatusNotifierItem'><arg type='s'/></method>"
-                                   "<property name='RegisteredStatusNotifierItems' type='as' access='read'/>"
                                    "<property name='IsStatusNotifierHostRegistered' type='b' access='read'/>"
                                    "</interface></node>");
     } else if (member == "RegisterStatusNotifierItem") {
@@ -207,14 +186,13 @@ void BusObjects::answerForWatcher(sd_bus_message *message, const std::string &me
             sd_bus_reply_method_return(message, "v", "b", 1);
             return;
         }
-        std::vector<char *> icons;
-        for (std::string &icon : m_icons)
-            icons.push_back(icon.data());
-        icons.push_back(nullptr);
         sd_bus_message *reply = nullptr;
         sd_bus_message_new_method_return(message, &reply);
         sd_bus_message_open_container(reply, 'v', "as");
-        sd_bus_message_append_strv(reply, icons.data());
+        sd_bus_message_open_container(reply, 'a', "s");
+        for (const std::string &icon : m_icons)
+            sd_bus_message_append(reply, "s", icon.c_str());
+        sd_bus_message_close_container(reply);
         sd_bus_message_close_container(reply);
         sd_bus_send(nullptr, reply, nullptr);
         sd_bus_message_unref(reply);

@@ -31,25 +31,19 @@ class BusObjects {
     bool hasQuit() const { return m_hasQuit; }
 
   private:
-    struct MenuEntry {
-        std::string label;
-        std::size_t parent;
-    };
-
     static int receive(sd_bus_message *message, void *self, sd_bus_error *error);
     std::string kindAt(const std::string &path, const std::string &interface) const;
     void obey(sd_bus_message *message, const std::string &kind);
     void answer(sd_bus_message *message, const std::string &kind);
     void answerForTray(sd_bus_message *message, const std::string &member);
     void answerForWatcher(sd_bus_message *message, const std::string &member);
-    void appendMenu(sd_bus_message *reply, std::size_t id) const;
     bool isEnabled(const std::string &kind) const { return m_options.value(kind) != "disabled"; }
 
     const Options m_options;
     sd_bus *m_bus = nullptr;
     bool m_hasQuit = false;
-    /// By their numbers. The first is the menu itself.
-    std::vector<MenuEntry> m_menu{{"", 0}};
+    /// The labels of the tray icon's menu. Their numbers begin with 1.
+    std::vector<std::string> m_menu;
     std::vector<std::string> m_icons;
 };
 

@@ -83,12 +83,10 @@ void SampleApplication::wait() {
 
 void SampleApplication::takeCommand() {
     std::string command;
-    if (!std::getline(std::cin, command))
-        m_isEnded = true;
-    else if (command == "open")
+    if (std::getline(std::cin, command))
         open(m_instructions.windows.back());
-    else if (command == "close" && !m_windows.empty())
-        close(m_windows.rbegin()->first);
+    else
+        m_isEnded = true;
 }
 
 void SampleApplication::open(const Options &options) {
@@ -99,10 +97,7 @@ void SampleApplication::open(const Options &options) {
     xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, window, m_screen->root, offset, offset, 320,
                       200, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                       XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
-    if (options.has("malformed"))
-        describeBadly(window);
-    else
-        describe(window, options);
+    describe(window, options);
     xcb_map_window(m_connection.get(), window);
     m_windows[window] = {number, options};
 }
@@ -134,16 +129,6 @@ void SampleApplication::describe(xcb_window_t window, const Options &options) {
         setNumber(window, "_NET_WM_STATE", "ATOM", atom("_NET_WM_STATE_SKIP_TASKBAR"));
     if (options.value("manner") != "no-delete")
         setNumber(window, "WM_PROTOCOLS", "ATOM", atom("WM_DELETE_WINDOW"));
-}
-
-/// Another type, another format, another length, or bytes that are no text.
-void SampleApplication::describeBadly(xcb_window_t window) {
-    setText(window, "WM_CLASS", "STRING", "\xff\xfe without end \x80");
-    setText(window, "_NET_WM_PID", "CARDINAL", "12345");
-    setNumber(window, "_NET_WM_WINDOW_TYPE", "CARDINAL", 0xffffffff);
-    setText(window, "_NET_WM_STATE", "ATOM", "\x01\x02\x03");
-    setText(window, "WM_PROTOCOLS", "STRING", "WM_DELETE_WINDOW");
-    setNumber(window, "WM_CLIENT_MACHINE", "INTEGER", 0);
 }
 
 xcb_atom_t SampleApplication::atom(const std::string &name) {
@@ -181,43 +166,33 @@ void SampleApplication::handle(const xcb_generic_event_t &event) {
 }
 
 void SampleApplication::mapped(xcb_window_t window) {
-    const auto found = m_windows.find(window);
-    if (found == m_windows.end())
+    if (!m_windows.contains(window))
         return;
-    const Window shown = found->second;
-    const std::string manner = shown.options.value("manner");
+    const Window shown = m_windows[window];
+    const bool flickers = shown.options.value("manner") == "flickers";
     // Who flickers tells it once, so that it never waits for a reader.
-    if (manner != "flickers" || shown.number == 1)
+    if (!flickers || shown.number == 1)
         say("mapped", shown.number);
-    if (manner == "vanishes")
-        m_isEnded = true;
-    if (manner == "flickers") {
-        xcb_destroy_window(m_connection.get(), window);
-        m_windows.erase(window);
+    if (flickers) {
+        close(window);
         open(shown.options);
     }
 }
 
 void SampleApplication::askedToClose(xcb_window_t window) {
-    const auto found = m_windows.find(window);
-    if (found == m_windows.end())
+    if (!m_windows.contains(window))
         return;
-    const std::string manner = found->second.options.value("manner");
-    say("asked", found->second.number);
-    if (manner == "asks" && m_windows.size() == 1) {
-        Options question = found->second.options;
-        question.set("type", "DIALOG");
-        question.set("manner", "closes");
-        open(question);
-    } else if (manner != "asks" && manner != "ignores") {
-        close(window);
-    }
+    const Window asked = m_windows[window];
+    say("asked", asked.number);
+    if (asked.options.value("manner") == "ignores")
+        return;
+    close(window);
+    say("closed", asked.number);
 }
 
 void SampleApplication::close(xcb_window_t window) {
     xcb_destroy_window(m_connection.get(), window);
     xcb_flush(m_connection.get());
-    say("closed", m_windows[window].number);
     m_windows.erase(window);
 }
 

@@ -30,7 +30,6 @@ class SampleApplication {
     xcb_atom_t atom(const std::string &name);
     void open(const Options &options);
     void describe(xcb_window_t window, const Options &options);
-    void describeBadly(xcb_window_t window);
     void setText(xcb_window_t window, const char *name, const char *type, const std::string &value);
     void setNumber(xcb_window_t window, const char *name, const char *type, std::uint32_t value);
     void close(xcb_window_t window);

@@ -1,0 +1,283 @@
+// Applications on a real desktop: which are seen, who they are said to be, when they count as launched, and
+// which of their windows are asked to close.
+
+#include "engine/workspace/x11/X11Workspace.h"
+#include "tests/support/SampleApp.h"
+
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+using samples::installEntry;
+using samples::Launches;
+using samples::running;
+using samples::SampleApp;
+
+namespace {
+
+/// "name, identifier" or "none".
+QString identity(X11Workspace &workspace, const SampleApp &app) {
+    for (const WorkspaceApplication &application : workspace.runningApplications()) {
+        if (application.processIdentifier == app.pid())
+            return application.localizedName.value_or(u"no name"_s) + u", "_s +
+                   application.bundleIdentifier.value_or(u"no identifier"_s);
+    }
+    return u"none"_s;
+}
+
+} // namespace
+
+class X11WorkspaceTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void oneApplicationAProcessInTheirOrder();
+    void regularWindows();
+    void identities_data();
+    void identities();
+    void windowsThatVanish();
+    void whichWindowsAreAsked_data();
+    void whichWindowsAreAsked();
+    void eachProcessIsLaunchedOnce();
+    void becomingRegular();
+    void whoAlwaysComesBack();
+    void unsubscribing();
+    void unsubscribingInsideTheHandler();
+    void windowManagerRestarts();
+
+  private:
+    /// Sees an application without telling the subscribers of another workspace about it.
+    void awaitUnheard(const SampleApp &app) {
+        QVERIFY(samples::waitBlocking([&] { return running(m_other).contains(app.pid()); }));
+    }
+
+    X11Workspace m_other;
+};
+
+void X11WorkspaceTest::oneApplicationAProcessInTheirOrder() {
+    X11Workspace workspace;
+    QVERIFY(workspace.runningApplications().isEmpty());
+    QCOMPARE(workspace.limitation(), QString());
+    const SampleApp first(u"--windows 3"_s);
+    QTRY_COMPARE(first.said(u"mapped 3"_s), 1);
+    QTRY_COMPARE(running(workspace), QList<qint32>{first.pid()});
+    SampleApp second;
+    QTRY_COMPARE(running(workspace), (QList<qint32>{first.pid(), second.pid()}));
+    const SampleApp third;
+    QTRY_COMPARE(running(workspace), (QList<qint32>{first.pid(), second.pid(), third.pid()}));
+    const WorkspaceApplication found = workspace.runningApplications().first();
+    QCOMPARE(found.activationPolicy, ActivationPolicy::regular);
+    QVERIFY(found.executablePath && found.executablePath->endsWith(u"/sample-app"_s));
+    second.kill();
+    QTRY_COMPARE(running(workspace), (QList<qint32>{first.pid(), third.pid()}));
+}
+
+void X11WorkspaceTest::regularWindows() {
+    X11Workspace workspace;
+    std::vector<std::unique_ptr<SampleApp>> apps;
+    const auto open = [&](const char *options) {
+        apps.push_back(std::make_unique<SampleApp>(QString::fromLatin1(options)));
+        QTRY_COMPARE(apps.back()->said(u"mapped 1"_s), 1);
+    };
+    for (const char *options :
+         {"--type DESKTOP", "--type UTILITY", "--window --type DOCK --window --skip-taskbar"})
+        open(options);
+    QList<qint32> expected;
+    for (const char *options :
+         {"--type NORMAL", "--type DIALOG", "--window --type DOCK --window --type NORMAL", ""}) {
+        open(options);
+        // The window manager takes one window after the other, so it has dealt with the earlier ones.
+        expected.append(apps.back()->pid());
+        QTRY_COMPARE(running(workspace), expected);
+    }
+}
+
+void X11WorkspaceTest::identities_data() {
+    qputenv("LANG", "de_AT.UTF-8");
+    installEntry(u"Zoom"_s, u"Zoom"_s, {u"StartupWMClass=zoom"_s});
+    installEntry(u"google-chrome"_s, u"Google Chrome"_s);
+    installEntry(u"chrome-abcdef-Default"_s, u"A Site"_s,
+                 {u"StartupWMClass=crx_abcdef"_s, u"Exec=google-chrome --app-id=abcdef"_s});
+    installEntry(u"org.example.Notes"_s, u"Notes"_s, {u"Name[de]=Notizen"_s, u"Name[fr]=Notes"_s});
+    installEntry(u"org.example.Painter"_s, u"Painter"_s);
+
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QString>("identity");
+    const QString chrome = u"Google Chrome, com.google.Chrome"_s;
+    const QString browser = u" --window --class google-chrome/Google-chrome"_s;
+    const QString site = u" --window --class crx_abcdef/Google-chrome"_s;
+    QTest::newRow("browser with a site") << browser + site << chrome;
+    QTest::newRow("site before its browser") << site + browser << chrome;
+    QTest::newRow("catalog application") << u"--class x/ZOOM"_s << u"Zoom, us.zoom.xos"_s;
+    QTest::newRow("GTK application id")
+        << u"--gtk-id org.example.Notes --class other/Other --pid none"_s << u"Notizen, org.example.Notes"_s;
+    QTest::newRow("KDE desktop file")
+        << u"--kde-entry org.example.Painter --class other/Other --pid 1 --machine elsewhere.example"_s
+        << u"Painter, org.example.Painter"_s;
+    QTest::newRow("instance") << u"--class org.example.notes/Unknown"_s << u"Notizen, org.example.Notes"_s;
+    QTest::newRow("never the title") << u"--class none --title Zoom"_s << u"sample-app, no identifier"_s;
+}
+
+void X11WorkspaceTest::identities() {
+    QFETCH(QString, options);
+    X11Workspace workspace;
+    const SampleApp app(options);
+    const auto windows = qMax<qsizetype>(options.count(u"--window"_s), 1);
+    QTRY_COMPARE(app.said(u"mapped %1"_s.arg(windows)), 1);
+    QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
+    QTEST(identity(workspace, app), "identity");
+}
+
+void X11WorkspaceTest::windowsThatVanish() {
+    X11Workspace workspace;
+    Launches launches(workspace);
+    const SampleApp steady;
+    QTRY_COMPARE(launches.pids, QList<qint32>{steady.pid()});
+    const SampleApp flickering(u"--manner flickers --windows 5"_s);
+    QTRY_COMPARE(flickering.said(u"mapped 1"_s), 1);
+    for (int i = 0; i < 300; ++i) {
+        QList<qint32> seen = running(workspace);
+        QCOMPARE(seen.first(), steady.pid());
+        seen.removeAll(flickering.pid());
+        QCOMPARE(seen.size(), 1);
+        QCoreApplication::processEvents();
+    }
+    const SampleApp later;
+    QTRY_VERIFY(launches.pids.contains(later.pid()));
+}
+
+void X11WorkspaceTest::whichWindowsAreAsked_data() {
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QList<int>>("asked");
+    QTest::newRow("all") << u"--window --window --window"_s << QList<int>{1, 2, 3};
+    // A kill on behalf of the window that refuses would end the process.
+    QTest::newRow("those that take part") << u"--window --manner no-delete --window"_s << QList<int>{2};
+    QTest::newRow("regular ones") << u"--window --type DOCK --window"_s << QList<int>{2};
+}
+
+void X11WorkspaceTest::whichWindowsAreAsked() {
+    QFETCH(QString, options);
+    QFETCH(QList<int>, asked);
+    const qsizetype windows = options.count(u"--window"_s);
+    X11Workspace workspace;
+    const SampleApp app(options);
+    QTRY_COMPARE(app.said(u"mapped %1"_s.arg(windows)), 1);
+    const SampleApp fence;
+    QTRY_VERIFY(running(workspace).contains(fence.pid()));
+    QVERIFY(workspace.terminate(app.pid()));
+    for (const int number : asked)
+        QTRY_COMPARE(app.said(u"closed %1"_s.arg(number)), 1);
+    // Also for processes that are none.
+    for (const qint32 nobody : {app.pid(), 0, -1})
+        QTRY_VERIFY(!workspace.terminate(nobody));
+    QVERIFY(workspace.terminate(fence.pid()));
+    QTRY_VERIFY(!fence.isRunning());
+    QTRY_COMPARE(app.isRunning(), asked.size() < windows);
+    QCOMPARE(app.said(u"asked 1"_s), asked.contains(1) ? 1 : 0);
+}
+
+void X11WorkspaceTest::eachProcessIsLaunchedOnce() {
+    SampleApp before(u"--commands"_s);
+    QTRY_COMPARE(running(m_other), QList<qint32>{before.pid()});
+    X11Workspace workspace;
+    Launches launches(workspace);
+    const SampleApp first(u"--windows 3"_s);
+    QTRY_COMPARE(launches.pids, QList<qint32>{first.pid()});
+    // A further window is no launch.
+    before.open();
+    QTRY_COMPARE(before.said(u"mapped 2"_s), 1);
+    const SampleApp second;
+    QTRY_COMPARE(launches.pids, (QList<qint32>{first.pid(), second.pid()}));
+}
+
+void X11WorkspaceTest::becomingRegular() {
+    X11Workspace workspace;
+    Launches launches(workspace);
+    SampleApp app(u"--commands --window --type DOCK --window --type NORMAL --later"_s);
+    QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
+    const SampleApp fence;
+    QTRY_COMPARE(launches.pids, QList<qint32>{fence.pid()});
+    app.open();
+    QTRY_COMPARE(launches.pids, (QList<qint32>{fence.pid(), app.pid()}));
+}
+
+void X11WorkspaceTest::whoAlwaysComesBack() {
+    X11Workspace workspace;
+    Launches launches(workspace);
+    const auto asking = workspace.subscribeToLaunches([&](const WorkspaceApplication &application) {
+        QVERIFY(workspace.terminate(application.processIdentifier));
+    });
+    SampleApp app(u"--commands"_s);
+    for (int time = 1; time <= 3; ++time) {
+        QTRY_COMPARE(app.said(u"closed %1"_s.arg(time)), 1);
+        QCOMPARE(launches.pids, QList<qint32>(time, app.pid()));
+        app.open();
+    }
+}
+
+void X11WorkspaceTest::unsubscribing() {
+    X11Workspace workspace;
+    Launches leaving(workspace);
+    Launches staying(workspace);
+    const SampleApp app;
+    awaitUnheard(app);
+    // Noticed, but not told yet.
+    QVERIFY(running(workspace).contains(app.pid()));
+    leaving.subscription.reset();
+    // For who comes now, it ran before.
+    Launches coming(workspace);
+    const SampleApp fence;
+    QTRY_COMPARE(coming.pids, QList<qint32>{fence.pid()});
+    QCOMPARE(staying.pids, (QList<qint32>{app.pid(), fence.pid()}));
+    QVERIFY(leaving.pids.isEmpty());
+}
+
+void X11WorkspaceTest::unsubscribingInsideTheHandler() {
+    X11Workspace workspace;
+    QList<qint32> pids;
+    std::unique_ptr<LaunchSubscription> subscription;
+    subscription = workspace.subscribeToLaunches([&](const WorkspaceApplication &application) {
+        pids.append(application.processIdentifier);
+        subscription.reset();
+    });
+    const SampleApp first;
+    awaitUnheard(first);
+    const SampleApp second;
+    awaitUnheard(second);
+    // Both are found in one go, the second when nobody listens any more.
+    QTRY_COMPARE(pids, QList<qint32>{first.pid()});
+    // And again from the start.
+    Launches anew(workspace);
+    const SampleApp third;
+    QTRY_COMPARE(anew.pids, QList<qint32>{third.pid()});
+    QCOMPARE(pids, QList<qint32>{first.pid()});
+}
+
+void X11WorkspaceTest::windowManagerRestarts() {
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        X11Workspace workspace;
+        Launches launches(workspace);
+        const SampleApp before(u"--windows 2"_s);
+        SampleApp ends;
+        QTRY_COMPARE(launches.pids.size(), 2);
+        launches.pids.clear();
+
+        samples::desktop::stopWindowManager(signal);
+        // While nobody manages windows, one application ends and one begins.
+        ends.kill();
+        const SampleApp meanwhile;
+        QTRY_COMPARE(meanwhile.said(u"mapped 1"_s), 1);
+        running(workspace);
+        samples::desktop::startWindowManager();
+        QTRY_COMPARE(running(workspace).size(), 2);
+
+        const SampleApp after;
+        QTRY_VERIFY(launches.pids.contains(after.pid()));
+        QCOMPARE(launches.pids, (QList<qint32>{meanwhile.pid(), after.pid()}));
+    }
+}
+
+QTEST_GUILESS_MAIN(X11WorkspaceTest)
+#include "tst_x11workspace.moc"
