@@ -154,7 +154,9 @@ void StoresTest::reading_data() {
     changed("missing message", R"(,"message":"Old.")", "");
     changed("null for required", R"("Old.")", "null");
     changed("date with an offset", "53Z", "53+00:00");
+    changed("date with fractions", "53Z", "53.5Z");
     changed("day that does not exist", "2026-03-14", "2026-02-29");
+    changed("hour that does not exist", "T09", "T24");
     changed("id with another letter", "00c04fd430c8", "00c04fd430cg");
     changed("invalid UTF-8", "Old.", "\xc3\x28");
     changed("raw control character", "Old.", "a\x01");
