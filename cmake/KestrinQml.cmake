@@ -12,5 +12,5 @@ function(kestrin_qml_module target)
     # What Qt's compilers write is not ours to improve.
     get_target_property(sources ${target} SOURCES)
     list(FILTER sources INCLUDE REGEX "/\\.rcc/qmlcache/|_qmltyperegistrations\\.cpp$")
-    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS -w)
+    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w;-Os")
 endfunction()

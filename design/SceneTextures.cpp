@@ -37,10 +37,12 @@ SharedTexture sharedTexture(QQuickWindow &window, const QByteArray &key,
     }
     QQuickWindow::CreateTextureOptions options = QQuickWindow::TextureHasAlphaChannel;
     options |= QQuickWindow::TextureCanUseAtlas;
-    SharedTexture texture(window.createTextureFromImage(paint(), options), [windowKey](QSGTexture *last) {
-        delete last;
-        forget(windowKey);
-    });
+    // A copy, because a picture keeps what it was painted with, which is larger than most of them.
+    SharedTexture texture(window.createTextureFromImage(paint().copy(), options),
+                          [windowKey](QSGTexture *last) {
+                              delete last;
+                              forget(windowKey);
+                          });
     const QMutexLocker lock(&mutex);
     textures().insert(windowKey, texture);
     return texture;

@@ -2,6 +2,7 @@
 
 #include "app/Kestrin/KestrinApplication.h"
 #include "app/Kestrin/LaunchOptions.h"
+#include "design/KestrinFonts.h"
 #include "design/platform/DesktopFonts.h"
 #include "runtime/MonitoringClaim.h"
 #include "runtime/StandardUserDefaults.h"
@@ -19,6 +20,7 @@ using namespace kestrin;
 namespace {
 
 constexpr int wrongUsage = 2;
+constexpr double bodySize = 13;
 
 QStringList argumentsOf(int argc, char **argv) {
     QStringList arguments;
@@ -108,6 +110,9 @@ int main(int argc, char **argv) {
     chooseRenderer();
     QGuiApplication application(argc, argv);
     KestrinAppearance::shared().setPreference(options.appearance);
+    // Qt measures each text once before it is told the text's font; with the desktop's, that one would be
+    // loaded for nothing.
+    QGuiApplication::setFont(KestrinFonts::font(bodySize, KestrinWeight::Regular));
     using Start = KestrinApplication::Start;
     KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow);
 
