@@ -152,6 +152,7 @@ void WindowTest::layouts() {
     for (int section = 0; section < 7; ++section) {
         desk.show(static_cast<MacSection>(section));
         const QList<QQuickItem *> texts = desk.all("QQuickText");
+        QVERIFY(!texts.isEmpty());
         for (const QQuickItem *const text : texts)
             QVERIFY2(!text->property("truncated").toBool(), qPrintable(text->property("text").toString()));
     }
