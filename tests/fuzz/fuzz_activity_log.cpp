@@ -41,7 +41,7 @@ void checkAppend(const QString &path, const Events &before) {
     require(store.recent(all) == before, "a malformed log reads as empty");
     store.append(samples::event(u"New."_s));
     const Events now = store.recent(all);
-    require(now.size() > 0 && now.first().message == u"New." && now.sliced(1) == before,
+    require(!now.empty() && now.first().message == u"New." && now.sliced(1) == before,
             "an append comes first and keeps the others");
 }
 
