@@ -110,11 +110,11 @@ int main(int argc, char **argv) {
     chooseRenderer();
     QGuiApplication application(argc, argv);
     KestrinAppearance::shared().setPreference(options.appearance);
+    using Start = KestrinApplication::Start;
+    KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow);
     // Qt measures each text once before it is told the text's font; with the desktop's, that one would be
     // loaded for nothing.
     QGuiApplication::setFont(KestrinFonts::font(bodySize, KestrinWeight::Regular));
-    using Start = KestrinApplication::Start;
-    KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow);
 
     const std::unique_ptr<UserDefaults> defaults = standardUserDefaults();
     const QString supportFolder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
