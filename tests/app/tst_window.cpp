@@ -77,7 +77,7 @@ struct Desk : samples::WindowHome {
     void press(const char *type, const QString &title) const { click(one(type, title)); }
     void flipTheOnlySwitch() const { click(all("KestrinToggle").first()); }
     qsizetype recorded(const QString &message) const {
-        return samples::messages(log().recent(1000)).count(message);
+        return samples::messages(runtime().logStore().recent(1000)).count(message);
     }
 
     qint32 nextPid = 100;
@@ -114,7 +114,7 @@ class WindowTest : public QObject {
 void WindowTest::home() {
     Desk desk(MacSection::Home);
     // Opening the window checks nothing and records nothing.
-    QVERIFY(desk.log().recent(10).isEmpty());
+    QVERIFY(desk.runtime().logStore().recent(10).isEmpty());
     desk.flipTheOnlySwitch();
     // The button only switches on.
     desk.press("KestrinPrimaryButton", u"Turn on Privacy Mode"_s);

@@ -97,7 +97,6 @@ class CommandLineTest : public QObject {
     void people();
     void selection();
     void actingByTheFlag();
-    void schedules();
     void autostart();
     void unwritable();
     void following();
@@ -244,12 +243,9 @@ void CommandLineTest::selection() {
     QVERIFY(answer.object().value(u"matches"_s).toArray().isEmpty());
     QVERIFY(home.call(u"status"_s).out.contains(u"10 of 12 known applications, all but zoom, teams\n"));
     QVERIFY(home.call(u"catalog"_s).out.contains(u"\n   zoom "));
-    QVERIFY(home.call(u"catalog"_s).out.contains(u"\n*  rewind "));
-
     // What is already so is no change and no failure.
-    for (const QString &call : {u"unprotect zoom"_s, u"protect zoom"_s, u"protect zoom"_s, u"recommended"_s})
-        QCOMPARE(home.call(call).status, ExitStatus::done);
-    QCOMPARE(home.story().size(), 4);
+    QCOMPARE(home.call(u"unprotect zoom"_s).status, ExitStatus::done);
+    QCOMPARE(home.story().size(), 2);
 
     const Answer none = home.call(QStringList{u"unprotect"_s} + definitionIDs());
     QCOMPARE(none.status, ExitStatus::done);
@@ -276,18 +272,6 @@ void CommandLineTest::actingByTheFlag() {
         QCOMPARE(home.workspace.terminationRequests(), QList<qint32>(times, 10));
     }
     QCOMPARE(home.workspace.subscriberCount(), 0);
-}
-
-void CommandLineTest::schedules() {
-    Home home;
-    home.now.setTime(QTime(21, 30));
-    QCOMPARE(home.call(u"off"_s).status, ExitStatus::done);
-    const QString enabled = home.call(u"schedule enable focus"_s).out;
-    QVERIFY(enabled.contains(u"\n*  focus ") && enabled.contains(u"want Privacy Mode on."));
-    QCOMPARE(home.defaults.boolean(PrivacyModeFlag::key), std::optional(true));
-    QVERIFY(home.call(u"schedule disable sleep away focus"_s).out.contains(u"want nothing."));
-    QCOMPARE(home.call(u"status --json"_s).object().value(u"scheduledPrivacyModeState"_s),
-             QJsonValue(QJsonValue::Null));
 }
 
 void CommandLineTest::autostart() {

@@ -5,26 +5,18 @@
 #include "app/Kestrin/ModuleObjects.h"
 #include "app/Kestrin/Protection.h"
 #include "app/Kestrin/ProtectionWindow.h"
-#include "engine/JSONMacActivityLogStore.h"
-#include "engine/workspace/InMemoryWorkspace.h"
-#include "runtime/JSONUserDefaults.h"
-#include "tests/support/Samples.h"
+#include "tests/support/Home.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QTemporaryDir>
 
 #include <memory>
 
 namespace kestrin::samples {
 
-/// The clock stands still at a morning. Schedules are off unless a test turns them on.
-struct WindowHome {
-    QTemporaryDir folder;
-    InMemoryWorkspace workspace;
-    JSONUserDefaults defaults{folder.filePath(u"config/user-defaults.json"_s)};
-    QDateTime now{QDate(2026, 3, 14), QTime(9, 26, 53), Qt::LocalTime};
+/// Nothing is running yet, and schedules are off unless a test turns them on.
+struct WindowHome : Home {
     /// What is seen goes first.
     struct Shown {
         std::unique_ptr<QQmlEngine> engine = makeEngine();
@@ -33,17 +25,14 @@ struct WindowHome {
     };
     std::unique_ptr<Shown> shown;
 
-    WindowHome() { defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {}); }
-
-    QString support() const { return folder.filePath(u"data/Kestrin"_s); }
-    JSONMacActivityLogStore log() const {
-        return JSONMacActivityLogStore(QUrl::fromLocalFile(support() + u"/activity-log.json"_s));
+    WindowHome() {
+        workspace.remove(10);
+        workspace.remove(11);
+        defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {});
     }
 
     void open() {
-        shown.reset(new Shown{
-            .protection =
-                Protection(defaults, {support(), &workspace, [this] { return now; }, nullptr, nullptr})});
+        shown.reset(new Shown{.protection = Protection(defaults, surroundings())});
         shown->window.open(shown->protection.state);
     }
 
