@@ -7,6 +7,8 @@ function(kestrin_qml_module target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "URI" "")
     # In one folder all of them, where Qt's compilers and qmllint find them, also the module itself.
     set(folder "${PROJECT_BINARY_DIR}/qml")
+    # The engine reads the module's own description; with the other compression a library of its own is read for it.
+    set(QT_FEATURE_zstd OFF)
     qt_add_qml_module(${target} ${ARGN} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt-project.org/imports
         OUTPUT_DIRECTORY "${folder}/${arg_URI}" IMPORT_PATH "${folder}")
     # What Qt's compilers write is not ours to improve.

@@ -2,8 +2,10 @@
 
 #include "design/platform/DesktopFonts.h"
 
+#include <QDir>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QResource>
 #include <QSet>
 
 #include <algorithm>
@@ -16,27 +18,48 @@ namespace {
 
 constexpr QLatin1StringView inter("Inter");
 
-QString chooseFamily() {
+/// The faces in the program (docs/decisions/0009-fonts.md), used where they lie. Empty if there are none.
+QString embeddedFamily() {
+    QString family;
+    const QStringList faces = QDir(u":/kestrin/fonts"_s).entryList();
+    for (const QString &face : faces) {
+        const QResource file(u":/kestrin/fonts/"_s + face);
+        const auto data = QByteArray::fromRawData(reinterpret_cast<const char *>(file.data()), file.size());
+        const int font = QFontDatabase::addApplicationFontFromData(data);
+        family = QFontDatabase::applicationFontFamilies(font).value(0);
+    }
+    return family;
+}
+
+QStringList chooseFamilies() {
     const QString desktops = realFamily(QGuiApplication::font().family());
-    if (hasAllWeights(desktops) || !QFontDatabase::hasFamily(inter))
-        return desktops;
-    return inter;
+    if (hasAllWeights(desktops))
+        return {desktops};
+    const QString embedded = embeddedFamily();
+    if (embedded.isEmpty())
+        return {desktops};
+    // Letters that a family does not have are taken from the next one.
+    return {embedded, inter, desktops};
+}
+
+const QStringList &families() {
+    static const QStringList chosen = chooseFamilies();
+    return chosen;
 }
 
 // Inter is spaced for small sizes; large ones look loose without being pulled together.
 double tracking(double size) {
-    return family() == inter ? -0.02 * std::clamp((size - 12) / 18, 0.0, 1.0) * size : 0;
+    return families().contains(inter) ? -0.02 * std::clamp((size - 12) / 18, 0.0, 1.0) * size : 0;
 }
 
 } // namespace
 
 QString family() {
-    static const QString chosen = chooseFamily();
-    return chosen;
+    return families().first();
 }
 
 QFont font(double size, KestrinWeight weight) {
-    QFont font(family());
+    QFont font(families());
     font.setPixelSize(qRound(size));
     // Letters are fitted to pixels in height only: widths in proportion to the size, so that texts can be
     // fitted, and evenly spaced.

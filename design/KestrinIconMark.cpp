@@ -1,11 +1,12 @@
 #include "design/KestrinIconMark.h"
 
 #include "design/ContinuousRectangle.h"
+#include "design/Drawing.h"
 #include "design/PictureNode.h"
 
+#include <QIconEngine>
 #include <QPainter>
 #include <QQuickWindow>
-#include <QSvgRenderer>
 
 using namespace Qt::StringLiterals;
 
@@ -13,19 +14,37 @@ namespace kestrin {
 
 namespace {
 
+// Of its side, as that of the icons which are installed.
+constexpr double iconRadius = 0.22;
+
 QImage markImage(const QSize &pixels, double radius) {
     QImage picture(pixels, QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QSvgRenderer(u":/kestrin/KestrinIconMark.svg"_s).render(&painter, QRectF({}, QSizeF(pixels)));
+    const Drawing mark = Drawing::embedded(u"KestrinIconMark"_s);
+    painter.scale(pixels.width() / mark.size.width(), pixels.height() / mark.size.height());
+    mark.paint(painter);
+    painter.resetTransform();
     const QImage mask = SurfacePaint{pixels, radius, false, Qt::black, {}, 0}.paint();
     painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     painter.drawImage(0, 0, mask);
     return picture;
 }
 
+/// Of whatever size somebody asks for.
+class MarkIcon : public QIconEngine {
+  public:
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override {
+        painter->drawImage(rect, markImage(rect.size(), iconRadius * rect.width()));
+    }
+    QIconEngine *clone() const override { return new MarkIcon; }
+};
+
 } // namespace
+
+QIcon KestrinIconMark::icon() {
+    return QIcon(new MarkIcon);
+}
 
 KestrinIconMark::KestrinIconMark(QQuickItem *parent) : PixelAlignedItem(parent) {
     connect(this, &KestrinIconMark::radiusChanged, this, &QQuickItem::update);

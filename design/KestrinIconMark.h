@@ -2,6 +2,8 @@
 
 #include "design/PixelAlignedItem.h"
 
+#include <QIcon>
+
 namespace kestrin {
 
 /// The brand mark, stretched to the item and clipped to continuous corners. Silent for assistive technology.
@@ -12,6 +14,9 @@ class KestrinIconMark : public kestrin::PixelAlignedItem {
 
   public:
     explicit KestrinIconMark(QQuickItem *parent = nullptr);
+
+    /// The mark as the icon of a window, in any size.
+    static QIcon icon();
 
   Q_SIGNALS:
     void radiusChanged();

@@ -1,10 +1,9 @@
 #include "design/SymbolImage.h"
 
+#include "design/Drawing.h"
 #include "design/platform/SystemSymbols.h"
 
-#include <QFile>
 #include <QPainter>
-#include <QSvgRenderer>
 
 #include <algorithm>
 #include <cmath>
@@ -37,20 +36,16 @@ double thickening(KestrinWeight weight) {
     return 0;
 }
 
-QByteArray drawingSource(const SymbolDrawing &symbol) {
-    QFile file(":/kestrin/symbols/"_L1 + QLatin1StringView(symbol.drawing) + ".svg"_L1);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// Our own drawings have strokes, whose width is said once; those of the icon set are outlines of lines,
-/// which grow when they are stroked on top.
-void thicken(QByteArray &source, double gain) {
-    const QByteArray own = "stroke-width=\"1\"";
-    if (source.contains(own)) {
-        source.replace(own, "stroke-width=\"" + QByteArray::number(1 + gain) + '"');
+/// Our own drawings have strokes, which become thicker; those of the icon set are outlines of lines, which grow
+/// when they are stroked on top.
+void thicken(Drawing &drawing, double gain) {
+    const auto isStroked = [](const Drawing::Shape &shape) { return shape.stroke.style() != Qt::NoPen; };
+    if (std::ranges::any_of(drawing.shapes, isStroked)) {
+        for (Drawing::Shape &shape : drawing.shapes)
+            shape.stroke.setWidthF(shape.stroke.widthF() + gain);
     } else if (gain > 0) {
-        source.replace("<svg ", "<svg stroke=\"#000\" stroke-linejoin=\"round\" stroke-width=\"" +
-                                    QByteArray::number(gain) + "\" ");
+        for (Drawing::Shape &shape : drawing.shapes)
+            shape.stroke = QPen(Qt::black, gain, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin);
     }
 }
 
@@ -70,15 +65,16 @@ void tint(QImage &image, const QColor &color) {
 } // namespace
 
 QImage symbolImage(const SymbolDrawing &symbol, int pixels, KestrinWeight weight, const QColor &color) {
-    QByteArray source = drawingSource(symbol);
+    Drawing drawing = Drawing::embedded(u"symbols/"_s + QLatin1StringView(symbol.drawing));
     if (symbol.kind == SymbolDrawing::Kind::Lines)
-        thicken(source, thickening(weight));
+        thicken(drawing, thickening(weight));
     QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    QSvgRenderer renderer(source);
-    renderer.setViewBox(QRectF(-bleed, -bleed, grid + 2 * bleed, grid + 2 * bleed));
     QPainter painter(&image);
-    renderer.render(&painter, QRectF(0, 0, pixels, pixels));
+    const double unit = pixels / (grid + 2 * bleed);
+    painter.scale(unit, unit);
+    painter.translate(bleed, bleed);
+    drawing.paint(painter);
     painter.end();
     tint(image, color);
     return image;

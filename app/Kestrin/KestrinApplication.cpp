@@ -1,9 +1,9 @@
 #include "app/Kestrin/KestrinApplication.h"
 
 #include "app/Kestrin/ModuleObjects.h"
+#include "design/KestrinIconMark.h"
 
 #include <QGuiApplication>
-#include <QIcon>
 #include <QQuickWindow>
 #include <QTimer>
 
@@ -18,7 +18,7 @@ constexpr std::chrono::milliseconds joiningDelay{200};
 /// Desktops that do not know the desktop file show the window's own icon. It need not hold up the first
 /// frame.
 void setIconLater(QQuickWindow &window) {
-    const auto setIcon = [] { QGuiApplication::setWindowIcon(QIcon(u":/kestrin/KestrinIconMark.svg"_s)); };
+    const auto setIcon = [] { QGuiApplication::setWindowIcon(KestrinIconMark::icon()); };
     QObject::connect(&window, &QQuickWindow::frameSwapped, qApp, setIcon,
                      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }

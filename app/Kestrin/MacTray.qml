@@ -11,7 +11,7 @@ SystemTrayIcon {
     readonly property string state: protection.privacyModeOn ? "Privacy Mode is on" : "Privacy Mode is off"
 
     visible: true
-    icon.source: protection.privacyModeOn ? "qrc:/kestrin/KestrinTrayOn.svg" : "qrc:/kestrin/KestrinTrayOff.svg"
+    icon.source: protection.privacyModeOn ? "qrc:/kestrin/KestrinTrayOn.png" : "qrc:/kestrin/KestrinTrayOff.png"
     tooltip: "Kestrin: " + state
     // A second click of the middle or right button is the menu's.
     onActivated: reason => {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QTimer>
 
 #include <memory>
 
@@ -32,6 +33,7 @@ class ProtectionWindow {
     std::unique_ptr<QQmlComponent> m_description;
     std::unique_ptr<QObject> m_made;
     QQuickWindow *m_window = nullptr; ///< what was made
+    QTimer m_rest;                    ///< runs out when nothing has been drawn for a while
 };
 
 /// Shows a small window that says `text`, until it is closed. Needs a QGuiApplication.

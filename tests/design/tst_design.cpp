@@ -253,7 +253,7 @@ void DesignTest::symbols() {
     for (const SymbolDrawing &symbol : symbolTable()) {
 #ifdef Q_OS_MACOS
         // There a build may do without the icon set.
-        if (!QFile::exists(u":/kestrin/symbols/%1.svg"_s.arg(QLatin1StringView(symbol.drawing))))
+        if (!QFile::exists(u":/kestrin/symbols/%1.drawing"_s.arg(QLatin1StringView(symbol.drawing))))
             continue;
 #endif
         const auto inkOf = [&symbol](KestrinWeight weight) {
