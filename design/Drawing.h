@@ -12,8 +12,9 @@ class QPainter;
 
 namespace kestrin {
 
-/// A picture of filled and stroked shapes, the first one below all others. They are read from SVG when Kestrin is
-/// built (drawings/CompileDrawing.cpp), so that the program that shows them carries no reader of SVG.
+/// A picture of filled and stroked shapes, the first one below all others. They are read from SVG when
+/// Kestrin is built (drawings/CompileDrawing.cpp), so that the program that shows them carries no reader of
+/// SVG.
 struct Drawing {
     struct Shape {
         QPainterPath path;

@@ -6,8 +6,8 @@
 
 namespace kestrin::KestrinFonts {
 
-/// The family of all texts: the desktop's own where it has every weight in use, else Inter where it is
-/// installed. Chosen once. Needs a QGuiApplication.
+/// The family of all texts: the desktop's own where it has every weight in use, else that of the faces in the
+/// program, which are made of Inter. Chosen once. Needs a QGuiApplication.
 QString family();
 
 /// A font of that family. The size is in points of the interface, which are device-independent pixels, and

@@ -36,8 +36,8 @@ double thickening(KestrinWeight weight) {
     return 0;
 }
 
-/// Our own drawings have strokes, which become thicker; those of the icon set are outlines of lines, which grow
-/// when they are stroked on top.
+/// Our own drawings have strokes, which become thicker; those of the icon set are outlines of lines, which
+/// grow when they are stroked on top.
 void thicken(Drawing &drawing, double gain) {
     const auto isStroked = [](const Drawing::Shape &shape) { return shape.stroke.style() != Qt::NoPen; };
     if (std::ranges::any_of(drawing.shapes, isStroked)) {

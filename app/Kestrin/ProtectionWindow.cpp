@@ -29,8 +29,7 @@ void handBackMemory() {
 
 } // namespace
 
-ProtectionWindow::ProtectionWindow(QQmlEngine &engine)
-    : m_description(describe(engine, u"MacWindow.qml"_s)) {
+ProtectionWindow::ProtectionWindow(QQmlEngine &engine) : m_description(describe(engine, u"MacWindow.qml"_s)) {
     m_rest.setSingleShot(true);
     m_rest.setInterval(restDelay);
     m_rest.callOnTimeout(handBackMemory);

@@ -1,7 +1,7 @@
 // Turns SVG into what the program draws: kestrin_drawing FOLDER DRAWING.svg... [--picture DRAWING.svg...]
 //
-// Writes FOLDER/DRAWING.drawing for each, and FOLDER/DRAWING.png for those after --picture, which are shown by
-// others who know neither. Fails for what a drawing cannot hold, such as pictures and texts.
+// Writes FOLDER/DRAWING.drawing for each, and FOLDER/DRAWING.png for those after --picture, which are shown
+// by others who know neither. Fails for what a drawing cannot hold, such as pictures and texts.
 
 #include "design/Drawing.h"
 

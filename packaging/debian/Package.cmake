@@ -11,6 +11,19 @@ string(REPLACE "\n" "\n " KESTRIN_LICENSE " ${KESTRIN_LICENSE}")
 set(KESTRIN_FOREIGN_COPYRIGHT "")
 if(TARGET kestrin)
     file(READ debian/drawings-copyright KESTRIN_FOREIGN_COPYRIGHT)
+    # The faces in the program are given away under the licence of the font that they are made of.
+    set(font_copyright /usr/share/doc/fonts-inter/copyright)
+    if(EXISTS "${font_copyright}")
+        file(READ "${font_copyright}" font)
+        string(REGEX MATCH "\nCopyright: ([^<\n]*[^ <\n])" line "${font}")
+        set(KESTRIN_FONT_COPYRIGHT "${CMAKE_MATCH_1}")
+        string(REGEX MATCH "\nLicense: OFL-1.1\n( [^\n]*\n)+" KESTRIN_FONT_LICENSE "${font}")
+        file(READ debian/font-copyright.in font)
+        string(CONFIGURE "${font}" font @ONLY)
+        string(APPEND KESTRIN_FOREIGN_COPYRIGHT "${font}")
+    else()
+        message(WARNING "${font_copyright} is missing: the package must not be given away without the font's licence.")
+    endif()
 endif()
 configure_file(debian/copyright.in copyright @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/copyright" DESTINATION "${doc}")
@@ -57,7 +70,8 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "${KESTRIN_SITE_URL}")
 file(READ debian/Description CPACK_DEBIAN_PACKAGE_DESCRIPTION)
 string(STRIP "${CPACK_DEBIAN_PACKAGE_DESCRIPTION}" CPACK_DEBIAN_PACKAGE_DESCRIPTION)
 # The libraries are found by dpkg-shlibdeps. What is only read when the window opens is named here: the QML modules
-# that its views import, with what these import, the desktop's pointers, and the font that its texts fall back to.
+# that its views import, with what these import, and the desktop's pointers. Recommended is the font that has the letters
+# which the program's own part of it lacks.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(run_time_packages
     qml6-module-qtqml
@@ -65,11 +79,10 @@ set(run_time_packages
     qml6-module-qtquick
     qml6-module-qtquick-window
     qml6-module-qt-labs-platform
-    libxcursor1
-    fonts-inter)
+    libxcursor1)
 if(TARGET kestrin)
     list(JOIN run_time_packages ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
-    set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland")
+    set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, fonts-inter")
 endif()
 
 # CPack reads this first: the dates in the package are those of the source, whoever calls it and when.

@@ -9,11 +9,13 @@
 #include "design/SymbolImage.h"
 #include "design/SymbolTable.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QRawFont>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -85,6 +87,7 @@ class DesignTest : public QObject {
     void openWindowIsRecoloured();
     void pressIsClickWhenLetGoOnIt();
     void toggleAsksItsOwner();
+    void fontHasWhatIsWritten();
     void textFits();
     void textGetsRoom();
     void sizesFollowTexts();
@@ -151,8 +154,20 @@ void DesignTest::toggleAsksItsOwner() {
     QVERIFY(!isGreenAfterClick(280));
 }
 
-void DesignTest::textFits() {
+void DesignTest::fontHasWhatIsWritten() {
     QVERIFY(KestrinFonts::hasAllWeights(KestrinFonts::family()));
+    for (const auto weight : {KestrinWeight::Regular, KestrinWeight::Heavy}) {
+        const QRawFont face = QRawFont::fromFont(KestrinFonts::font(13, weight));
+        for (const QChar letter : u"Az09~|ÄßéŁșž\u00a0–’“…•€™→"_s)
+            QVERIFY2(face.supportsCharacter(letter), QString(letter).toUtf8());
+    }
+    // Kerning is cut into the faces too: this pair stands closer than its letters do alone.
+    const QFontMetricsF metrics(KestrinFonts::font(40, KestrinWeight::Regular));
+    QVERIFY(metrics.horizontalAdvance(u"To"_s) <
+            metrics.horizontalAdvance(u"T"_s) + metrics.horizontalAdvance(u"o"_s) - 1);
+}
+
+void DesignTest::textFits() {
     struct Case {
         double share; // of the width that the text wants
         bool shrinks;
