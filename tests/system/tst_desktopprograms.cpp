@@ -1,12 +1,12 @@
-// Quitting real programs of Debian by their own commands: one of each kind (tools/ensure-packages
-// desktop-programs).
+// Quitting real programs of Debian: one of each kind by its own command (tools/ensure-packages
+// desktop-programs), and one by its window.
 
 #include "engine/workspace/session/QuitCommands.h"
 #include "engine/workspace/x11/X11Workspace.h"
 #include "tests/support/Files.h"
 #include "tests/support/SampleApp.h"
 
-#include <QScopeGuard>
+#include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
 
@@ -23,6 +23,17 @@ class DesktopProgramsTest : public QObject {
     void initTestCase();
     void quits_data();
     void quits();
+    void closesItsWindow();
+};
+
+/// A program of the distribution, ended at the latest with the test.
+struct DebianProgram : QProcess {
+    explicit DebianProgram(const QString &name, const QStringList &arguments = {}) { start(name, arguments); }
+    ~DebianProgram() override {
+        kill();
+        waitForFinished();
+    }
+    qint32 pid() const { return static_cast<qint32>(processId()); }
 };
 
 /// This desktop's own preferences, in which the program with the tray icon finds that it has one.
@@ -47,18 +58,22 @@ void DesktopProgramsTest::quits() {
     const SampleApp tray(u"--commands --later --watcher accepts"_s);
     QTRY_VERIFY(!tray.told(u"bus"_s).isEmpty());
     X11Workspace workspace;
-    QProcess app;
-    const auto end = qScopeGuard([&app] {
-        app.kill();
-        app.waitForFinished();
-    });
-    app.start(program, QStringList());
-    const auto pid = static_cast<qint32>(app.processId());
-    QTRY_VERIFY_WITH_TIMEOUT(samples::running(workspace).contains(pid), 30000);
+    DebianProgram app(program);
+    QTRY_VERIFY_WITH_TIMEOUT(samples::running(workspace).contains(app.pid()), 30000);
     QTRY_COMPARE_WITH_TIMEOUT(tray.told(u"icon"_s).isEmpty(), program != u"feathernotes"_s, 30000);
     // Not by the workspace, which would close the window in the end, nor with its patience: the program has
     // just been started.
-    QVERIFY(acceptsQuitCommand({pid, {program}, {}}, std::chrono::seconds(30)));
+    QVERIFY(acceptsQuitCommand({app.pid(), {program}, {}}, std::chrono::seconds(30)));
+    QTRY_VERIFY_WITH_TIMEOUT(app.state() == QProcess::NotRunning, 30000);
+    QCOMPARE(app.exitStatus(), QProcess::NormalExit);
+}
+
+/// It has no command of its own, and comes with the tools of the virtual desktop.
+void DesktopProgramsTest::closesItsWindow() {
+    X11Workspace workspace;
+    DebianProgram app(u"xmessage"_s, {u"Hello"_s});
+    QTRY_VERIFY(samples::running(workspace).contains(app.pid()));
+    QVERIFY(workspace.terminate(app.pid()));
     QTRY_VERIFY_WITH_TIMEOUT(app.state() == QProcess::NotRunning, 30000);
     QCOMPARE(app.exitStatus(), QProcess::NormalExit);
 }
