@@ -25,7 +25,8 @@ namespace {
 
 constexpr int picturePixels = 128;
 
-/// Notes what is painted instead of painting it.
+/// Notes what is painted instead of painting it. Qt makes paths or polygons of all shapes, and pixmaps of
+/// images.
 class Recorder : public QPaintDevice, private QPaintEngine {
   public:
     explicit Recorder(const QSize &size) : QPaintEngine(AllFeatures), m_size(size) { m_drawing.size = size; }
@@ -67,29 +68,14 @@ class Recorder : public QPaintDevice, private QPaintEngine {
         m_drawing.shapes.push_back(shape);
     }
     void drawPolygon(const QPointF *points, int count, PolygonDrawMode mode) override {
-        QPolygonF polygon(QList<QPointF>(points, points + count));
         QPainterPath path;
-        path.addPolygon(polygon);
+        path.addPolygon(QPolygonF(QList<QPointF>(points, points + count)));
+        path.setFillRule(mode == WindingMode ? Qt::WindingFill : Qt::OddEvenFill);
         if (mode != PolylineMode)
             path.closeSubpath();
         drawPath(path);
     }
-    void drawEllipse(const QRectF &rect) override {
-        QPainterPath path;
-        path.addEllipse(rect);
-        drawPath(path);
-    }
-    void drawRects(const QRectF *rects, int count) override {
-        for (int i = 0; i < count; ++i) {
-            QPainterPath path;
-            path.addRect(rects[i]);
-            drawPath(path);
-        }
-    }
     void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override { m_isComplete = false; }
-    void drawImage(const QRectF &, const QImage &, const QRectF &, Qt::ImageConversionFlags) override {
-        m_isComplete = false;
-    }
     void drawTextItem(const QPointF &, const QTextItem &) override { m_isComplete = false; }
 
     QSize m_size;
