@@ -89,10 +89,8 @@ class CommandLineTest : public QObject {
 
   private Q_SLOTS:
     void misuse();
-    void accepted();
     void help();
     void escapes();
-    void alignment();
     void json();
     void people();
     void selection();
@@ -132,20 +130,6 @@ void CommandLineTest::misuse() {
     QVERIFY(home.isUntouched());
 }
 
-void CommandLineTest::accepted() {
-    const auto parsed = [](const QString &words) {
-        return std::get<Invocation>(parseCommandLine(words.split(u' ')));
-    };
-    QCOMPARE(parsed(u"log --limit=0"_s).limit, 0);
-    QCOMPARE(parsed(u"--limit 007 log --json"_s).limit, 7);
-    QVERIFY(parsed(u"log --limit 99999999999999999999999"_s).limit > 1000000000);
-    QCOMPARE(parsed(u"log"_s).limit, 8);
-    QCOMPARE(parsed(u"protect zoom --json -- teams"_s).ids, (QStringList{u"zoom"_s, u"teams"_s}));
-    QCOMPARE(parsed(u"schedule disable sleep away"_s).enable, std::optional(false));
-    QVERIFY(!parsed(u"schedule"_s).enable);
-    QCOMPARE(parsed(u"protect --help"_s).action, Invocation::Action::help);
-}
-
 void CommandLineTest::help() {
     Home home;
     const QString all = home.call(u"--help"_s).out;
@@ -177,15 +161,6 @@ void CommandLineTest::escapes() {
     QCOMPARE(QJsonDocument::fromJson(written).array().first().toString(), hostile);
     for (const QString &bad : {u"\x1b"_s, u"\u007f"_s, u"\u0085"_s, u"\u202e"_s, u"\u2029"_s})
         QVERIFY(!QString::fromUtf8(written).contains(bad));
-}
-
-void CommandLineTest::alignment() {
-    const QList<QList<Cell>> rows{{u"a"_s, u"b"_s, QString()},
-                                  {u"日本"_s, {u"x"_s, TextColour::bad}, u"y"_s},
-                                  {u"e\u0301"_s, QString(), u"z"_s}};
-    QCOMPARE(alignedLines(rows, Palette(false)), u"a     b\n日本  x  y\ne\u0301        z\n"_s);
-    QCOMPARE(alignedLines(rows, Palette(true)).remove(QRegularExpression(u"\x1b\\[[0-9]+m"_s)),
-             alignedLines(rows, Palette(false)));
 }
 
 void CommandLineTest::json() {

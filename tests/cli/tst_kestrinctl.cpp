@@ -114,7 +114,6 @@ class KestrinctlTest : public QObject {
     void endings();
     void stuckReader();
     void streams();
-    void terminals();
 };
 
 void KestrinctlTest::callsWithoutADesktop() {
@@ -225,17 +224,6 @@ void KestrinctlTest::streams() {
     QCOMPARE(quiet.shell(u"\"$KESTRINCTL\" off >&- 2>&-"_s).code, 0);
     QCOMPARE(quiet.status().value(u"privacyModeOn"_s), QJsonValue(false));
     QCOMPARE(quiet.log.recent(9).size(), 1);
-}
-
-void KestrinctlTest::terminals() {
-    Home home;
-    if (home.shell(u"script -qec true /dev/null </dev/null"_s).code != 0)
-        QSKIP("script(1), which gives the program a terminal, is not there or can make none.");
-    const QString onTerminal = u"script -qec '\"$KESTRINCTL\" catalog' /dev/null </dev/null"_s;
-    QVERIFY(home.shell(onTerminal).out.contains(u"\x1b[1mID\x1b[0m"));
-    QVERIFY(!home.call(u"catalog"_s).out.contains(u'\x1b'));
-    for (const QString &wish : {u"NO_COLOR=1 "_s, u"TERM=dumb "_s})
-        QVERIFY(!home.shell(wish + onTerminal).out.contains(u'\x1b'));
 }
 
 QTEST_GUILESS_MAIN(KestrinctlTest)

@@ -64,7 +64,6 @@ class PrivacyModeTest : public QObject {
 
   private Q_SLOTS:
     void definition();
-    void matchesAreInTheOrderOfTheApplications();
     void previewAndEnforce();
     void selection();
     void requestsComeBeforeTheLog();
@@ -100,16 +99,6 @@ void PrivacyModeTest::definition() {
         const auto found = catalog.definition(samples::app(name, 1, bundle));
         QVERIFY2((found ? found->id : u"none"_s) == id, rule);
     }
-}
-
-void PrivacyModeTest::matchesAreInTheOrderOfTheApplications() {
-    QStringList ids;
-    for (const RiskAppMatch &match : Engine().catalog.matches(
-             {samples::app(u"Otter AI"_s, 12), samples::app(u"Editor"_s, 13),
-              samples::app(u"Zoom"_s, 11, u"us.zoom.xos"_s), samples::app(u"Zoom"_s, 10)}))
-        ids.append(match.id() + u' ' + match.app.id());
-    QCOMPARE(ids,
-             (QStringList{u"otter-12 Otter AI-12"_s, u"zoom-11 us.zoom.xos-11"_s, u"zoom-10 Zoom-10"_s}));
 }
 
 void PrivacyModeTest::previewAndEnforce() {

@@ -83,7 +83,6 @@ class StoresTest : public QObject {
     void reading_data();
     void reading();
     void windowsAgreeWithTheWhole();
-    void hundredThousandEvents();
     void ownerOnly();
     void symbolicLinks();
     void unusablePlaces();
@@ -141,29 +140,19 @@ void StoresTest::reading_data() {
     changed("unknown keys", "{", R"({"x":[1e400,{"kind":null}],)", 2);
     changed("null for absent", "{", R"({"appName":null,)", 2);
     changed("duplicate key, last one counts", R"("message")", R"("message":"x","message")", 2);
-    changed("escapes", R"("kind":"dryRun")", "\"k\\u0069nd\":\"dry\\u0052un\"", 2);
     changed("depth", "{", "{\"x\":" + QByteArray(500, '[') + QByteArray(500, ']') + ',', 2);
 
     row("empty", {});
-    row("object", event);
     row("cut short", '[' + event);
     row("trailing comma", '[' + event + ",]");
-    row("more behind", '[' + event + "]]");
-    changed("colon behind a value", R"("Old.")", R"("Old.":"x")");
     changed("unknown kind", "dryRun", "dryrun");
-    changed("missing message", R"(,"message":"Old.")", "");
     changed("null for required", R"("Old.")", "null");
     changed("date with an offset", "53Z", "53+00:00");
-    changed("date with fractions", "53Z", "53.5Z");
     changed("day that does not exist", "2026-03-14", "2026-02-29");
-    changed("hour that does not exist", "T09", "T24");
     changed("id with another letter", "00c04fd430c8", "00c04fd430cg");
     changed("invalid UTF-8", "Old.", "\xc3\x28");
-    changed("raw control character", "Old.", "a\x01");
     changed("half a character", "Old.", R"(\ud800)");
     changed("duplicate key, second wrong", R"("message")", R"("message":"x","kind":"x","message")");
-    changed("malformed unknown number", "{", R"({"x":01,)");
-    changed("colon behind an unknown value", "{", R"({"x":["a":1],)");
     changed("too deep", "{", "{\"x\":" + QByteArray(100'000, '[') + QByteArray(100'000, ']') + ',');
 }
 
@@ -190,15 +179,6 @@ void StoresTest::windowsAgreeWithTheWhole() {
         const auto read = readNewestEvents(path(), 1000, window);
         QVERIFY(read && ids(*read) == ids(events));
     }
-}
-
-void StoresTest::hundredThousandEvents() {
-    const QByteArray event = encodeJson(samples::event(u"Zoom matches Zoom risk categories: Camera."_s));
-    write(path(), '[' + (event + ',').repeated(99'999) + event + ']');
-    append(u"New."_s);
-    QCOMPARE(store().recent(200'000).size(), 100'001);
-    QCOMPARE(samples::messages(store().recent(1)), QStringList{u"New."_s});
-    QVERIFY(store().recent(0).isEmpty());
 }
 
 void StoresTest::ownerOnly() {

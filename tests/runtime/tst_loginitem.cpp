@@ -39,9 +39,7 @@ class LoginItemTest : public QObject {
   private Q_SLOTS:
     void commands();
     void precedence();
-    void places();
     void launchAgents();
-    void installedPrograms();
 };
 
 void LoginItemTest::commands() {
@@ -103,19 +101,6 @@ void LoginItemTest::precedence() {
     }
 }
 
-void LoginItemTest::places() {
-    qputenv("XDG_CONFIG_HOME", "/home/of/config");
-    qputenv("XDG_CONFIG_DIRS", "/first:/second");
-    QCOMPARE(autostartEntry().folders,
-             (QStringList{u"/home/of/config/autostart"_s, u"/first/autostart"_s, u"/second/autostart"_s}));
-
-    // Permissions do not stop root, the file system of the kernel does.
-    Places readOnly;
-    readOnly.file.folders = {u"/proc/self/fdinfo"_s};
-    LoginItem item(readOnly.install(u"bin"_s), readOnly.file);
-    QVERIFY(!item.setEnabled(true) && !item.isEnabled() && item.setEnabled(false));
-}
-
 void LoginItemTest::launchAgents() {
     Places places;
     places.file = launchAgent();
@@ -130,23 +115,6 @@ void LoginItemTest::launchAgents() {
         QVERIFY2(!item.isEnabled(), off);
     }
     QVERIFY(item.setEnabled(true) && item.setEnabled(false) && !QFile::exists(item.path()));
-}
-
-void LoginItemTest::installedPrograms() {
-    const Places places;
-    const auto found = [&places](const QString &folder, const LoginFile &file) {
-        const QString program = LoginItem::installedProgram(places.root.filePath(folder), file);
-        return QDir(places.root.path()).relativeFilePath(program);
-    };
-    places.install(u"usr/bin"_s);
-    QCOMPARE(found(u"usr/bin"_s, places.file), u"usr/bin/kestrin"_s);
-
-    // Of a bundle it is the program inside that starts, and a folder of that name is none.
-    const QString inBundle = places.root.filePath(u"Kestrin.app/Contents/MacOS/Kestrin"_s);
-    QVERIFY(QDir(places.root.path()).mkpath(u"bin/Kestrin"_s));
-    QVERIFY(QFile::rename(places.install(u"Kestrin.app/Contents/MacOS"_s), inBundle));
-    for (const QString &folder : {u"bin"_s, u"Kestrin.app/Contents/MacOS"_s})
-        QCOMPARE(found(folder, launchAgent()), u"Kestrin.app/Contents/MacOS/Kestrin"_s);
 }
 
 QTEST_GUILESS_MAIN(LoginItemTest)

@@ -49,7 +49,6 @@ class X11FailuresTest : public QObject {
     void noDisplay();
     void noWindowManager();
     void silentServer();
-    void silentServerAtALaunch();
     void serverGoesAway();
 };
 
@@ -106,23 +105,6 @@ void X11FailuresTest::silentServer() {
     QVERIFY(workspace.terminate(later.pid()));
     QTRY_VERIFY(!later.isRunning());
     QVERIFY(app.isRunning());
-}
-
-void X11FailuresTest::silentServerAtALaunch() {
-    X11Workspace workspace;
-    X11Workspace other;
-    Launches launches(workspace);
-    // What was queued by the subscription comes first.
-    QTest::qWait(0);
-    const SampleApp app;
-    QVERIFY(samples::waitBlocking([&] { return running(other).contains(app.pid()); }));
-    {
-        // The server has told of a change, and does not answer any question about it.
-        const StoppedServer stopped;
-        QTest::qWait(1);
-        QVERIFY(launches.pids.isEmpty());
-    }
-    QTRY_COMPARE(launches.pids, QList<qint32>{app.pid()});
 }
 
 void X11FailuresTest::serverGoesAway() {

@@ -65,7 +65,6 @@ class ApplicationIdentityTest : public QObject {
     void properties();
     void entryTexts();
     void entriesInFolders();
-    void entriesOfWindowClasses();
     void entriesThatAreNoFiles();
 };
 
@@ -209,18 +208,6 @@ void ApplicationIdentityTest::entriesInFolders() {
     folders.index.refresh();
     QCOMPARE(folders.idOfClass(u"second"_s), u"none"_s);
     QCOMPARE(folders.idOfClass(u"ed"_s), u"editor"_s);
-}
-
-void ApplicationIdentityTest::entriesOfWindowClasses() {
-    Folders folders;
-    folders.install(folders.own(), u"a-opener"_s, "Opens files", "StartupWMClass=Ed\nNoDisplay=true\n");
-    folders.install(folders.system(), u"editor"_s, "Editor", "StartupWMClass=ED\n");
-    folders.install(folders.own(), u"mail"_s, "Mail", "StartupWMClass=crx_x\nExec=b --app-id=x\n");
-    folders.install(folders.own(), u"off"_s, "Off", "StartupWMClass=off\nHidden=true\n");
-
-    QCOMPARE(folders.idOfClass(u"ed"_s), u"editor"_s); // the main entry before one that only opens files
-    for (const QString &other : {u"crx_x"_s, u"off"_s, u""_s})
-        QCOMPARE(folders.idOfClass(other), u"none"_s);
 }
 
 void ApplicationIdentityTest::entriesThatAreNoFiles() {
