@@ -105,7 +105,6 @@ class WindowTest : public QObject {
     void activity();
     void access();
     void oddNames();
-    void pagesScroll();
 
   private:
     QStringList m_links;
@@ -265,19 +264,6 @@ void WindowTest::oddNames() {
         QVERIFY(parts.first()->mapToScene({parts.first()->width(), 0}).x() <= edge);
         QVERIFY(edge + parts.last()->width() < 1180 - 28);
     }
-}
-
-void WindowTest::pagesScroll() {
-    const Desk desk(MacSection::Apps);
-    const auto y = [&] { return desk.all("MacLiveCheckCard").first()->mapToScene({}).y(); };
-    const double top = y();
-    QTest::keyClick(&desk.window(), Qt::Key_PageDown);
-    QVERIFY(y() < top - 300);
-    QTest::keyClick(&desk.window(), Qt::Key_Home, Qt::ControlModifier);
-    QCOMPARE(y(), top);
-    QWheelEvent wheel({600, 400}, {600, 400}, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(&desk.window(), &wheel);
-    QCOMPARE(y(), top - 60);
 }
 
 QTEST_MAIN(WindowTest)

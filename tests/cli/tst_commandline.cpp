@@ -37,13 +37,11 @@ QString everythingIn(QTemporaryFile &file) {
 
 struct Home : samples::Home {
     bool isColourful = false;
-    /// What could start at login.
-    QString program;
 
     LoginItem loginItem() const {
         LoginFile file = autostartEntry();
         file.folders = {folder.filePath(u"login"_s)};
-        return LoginItem(program, file);
+        return LoginItem(QString(), file);
     }
     bool isUntouched() const { return QDir(folder.path()).isEmpty(); }
 
@@ -93,9 +91,7 @@ class CommandLineTest : public QObject {
     void escapes();
     void json();
     void people();
-    void selection();
     void actingByTheFlag();
-    void autostart();
     void unwritable();
     void following();
     void completions();
@@ -211,22 +207,6 @@ void CommandLineTest::people() {
     QVERIFY(!home.call(u"status --json"_s).out.contains(u'\x1b'));
 }
 
-void CommandLineTest::selection() {
-    Home home;
-    const Answer answer = home.call(u"unprotect zoom teams --json"_s);
-    QCOMPARE(answer.object().value(u"protectedDefinitionIDs"_s).toArray().size(), 10);
-    QVERIFY(answer.object().value(u"matches"_s).toArray().isEmpty());
-    QVERIFY(home.call(u"status"_s).out.contains(u"10 of 12 known applications, all but zoom, teams\n"));
-    QVERIFY(home.call(u"catalog"_s).out.contains(u"\n   zoom "));
-    // What is already so is no change and no failure.
-    QCOMPARE(home.call(u"unprotect zoom"_s).status, ExitStatus::done);
-    QCOMPARE(home.story().size(), 2);
-
-    const Answer none = home.call(QStringList{u"unprotect"_s} + definitionIDs());
-    QCOMPARE(none.status, ExitStatus::done);
-    QVERIFY(none.out.contains(u"everything, because nothing is selected"));
-}
-
 void CommandLineTest::actingByTheFlag() {
     // The flag says off, the settings do not: whoever acts goes by the flag, and so does everybody
     // afterwards.
@@ -247,25 +227,6 @@ void CommandLineTest::actingByTheFlag() {
         QCOMPARE(home.workspace.terminationRequests(), QList<qint32>(times, 10));
     }
     QCOMPARE(home.workspace.subscriberCount(), 0);
-}
-
-void CommandLineTest::autostart() {
-    Home home;
-    QCOMPARE(home.call(u"autostart"_s).out, u"Kestrin does not start at login.\n"_s);
-    const Answer missing = home.call(u"autostart on"_s);
-    QCOMPARE(missing.status, ExitStatus::couldNot);
-    QVERIFY(missing.err.contains(u"neither beside kestrinctl nor in PATH") && missing.isOneSentence());
-    QVERIFY(home.isUntouched());
-
-    home.program = QCoreApplication::applicationFilePath();
-    QCOMPARE(home.call(u"autostart on"_s).out, u"Kestrin starts at login.\n"_s);
-    QCOMPARE(home.call(u"autostart off --json"_s).object(), (QJsonObject{{u"autostart"_s, false}}));
-
-    // A folder where the file should be.
-    QVERIFY(QDir().mkpath(home.loginItem().path()));
-    const Answer unwritten = home.call(u"autostart on"_s);
-    QCOMPARE(unwritten.status, ExitStatus::couldNot);
-    QVERIFY(unwritten.out.isEmpty() && unwritten.err.contains(home.loginItem().path()));
 }
 
 void CommandLineTest::unwritable() {

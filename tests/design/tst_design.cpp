@@ -89,8 +89,6 @@ class DesignTest : public QObject {
     void toggleAsksItsOwner();
     void fontHasWhatIsWritten();
     void textFits();
-    void textGetsRoom();
-    void sizesFollowTexts();
     void strokeIsInsideAndSharp();
     void stretchedAsPaintedWhole();
     void shadowIsSoft();
@@ -188,30 +186,6 @@ void DesignTest::textFits() {
 }
 
 // A text that had too little room at first is as good as new when it gets some.
-void DesignTest::textGetsRoom() {
-    const QByteArray tile = "title: 'Running apps'; value: '12'; tone: 0; systemImage: 'clock.fill' }";
-    Stage early("KestrinMetricTile { width: 300; " + tile);
-    QCOMPARE(early.root().implicitHeight(), 112.0 + 32);
-    Stage late("KestrinMetricTile { width: 0; " + tile);
-    for (const int width : {0, 40, 60, 300}) {
-        late.root().setWidth(width);
-        late.picture();
-    }
-    QCOMPARE(late.picture(), early.picture());
-}
-
-void DesignTest::sizesFollowTexts() {
-    Stage text("KestrinText { width: 120; lineLimit: 2; text: 'Protects your quiet hours, and some more' }");
-    const double line = text.value("naturalHeight").toDouble();
-    QCOMPARE(text.root().implicitHeight(), 2 * line);
-    text.root().setProperty("lineLimit", 0);
-    QVERIFY(text.root().implicitHeight() > 2 * line);
-    // A text that has the width it asked for needs no second line.
-    text.root().setProperty("text", u"Browser"_s);
-    text.root().setWidth(text.root().implicitWidth());
-    QCOMPARE(text.root().implicitHeight(), line);
-}
-
 void DesignTest::strokeIsInsideAndSharp() {
     for (const int scale : {1, 2}) {
         const double stroke = scale;

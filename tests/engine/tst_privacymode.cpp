@@ -65,7 +65,6 @@ class PrivacyModeTest : public QObject {
   private Q_SLOTS:
     void definition();
     void previewAndEnforce();
-    void selection();
     void requestsComeBeforeTheLog();
     void onlyRequestedIsSuccess();
     void conversion();
@@ -125,21 +124,6 @@ void PrivacyModeTest::previewAndEnforce() {
     QCOMPARE(engine.performer->requests, QList{engine.inventory->apps.first()});
     // Newest first: the last event of the last check comes first.
     QCOMPARE(engine.log->recent(1).first(), enforced.events.last());
-}
-
-void PrivacyModeTest::selection() {
-    Engine engine;
-    engine.inventory->apps = {samples::app(u"Zoom"_s, 10), samples::app(u"FaceTime"_s, 11)};
-    // An empty one means everything, an unknown definition nothing.
-    const std::pair<QSet<QString>, QList<qint32>> expected[] = {
-        {{}, {10, 11}}, {{u"facetime"_s}, {11}}, {{u"skype"_s}, {}}, {{u"skype"_s, u"zoom"_s}, {10}}};
-    for (const auto &[selection, matching] : expected) {
-        engine.settings->settings.protectedDefinitionIDs = selection;
-        QList<qint32> found;
-        for (const RiskAppMatch &match : engine.check(true).matches)
-            found.append(match.app.processIdentifier);
-        QCOMPARE(found, matching);
-    }
 }
 
 void PrivacyModeTest::requestsComeBeforeTheLog() {

@@ -40,7 +40,6 @@ class RuntimeTest : public QObject {
 
   private Q_SLOTS:
     void starting();
-    void storedChoices();
     void selection();
     void emptySelection();
     void enforceActions();
@@ -66,21 +65,6 @@ void RuntimeTest::starting() {
     }
     QCOMPARE(runtime.monitorLabel(), u"Preview"_s);
     QVERIFY(home.story().isEmpty());
-}
-
-void RuntimeTest::storedChoices() {
-    const auto read = [](const QByteArray &preferences) {
-        Home home;
-        samples::write(home.preferences(), preferences);
-        MacProtectionRuntime runtime(home.defaults, home.surroundings());
-        const bool isOn = PrivacyModeFlag(home.defaults, runtime).isOn();
-        return u"%1 %2 %3"_s.arg(runtime.enforceActions()).arg(isOn).arg(runtime.enabledScheduleCount());
-    };
-    QCOMPARE(read("{}"), u"0 1 3"_s);
-    QCOMPARE(read(R"({"kestrin.mac.enforceActions":true,"kestrin.mac.privacyModeOn":false,
-                      "kestrin.mac.enabledModeIDs":["travel","unknown"]})"),
-             u"1 0 1"_s);
-    QCOMPARE(read(R"({"kestrin.mac.enabledModeIDs":[]})"), u"0 1 0"_s);
 }
 
 void RuntimeTest::selection() {

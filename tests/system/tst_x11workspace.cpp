@@ -41,7 +41,6 @@ class X11WorkspaceTest : public QObject {
     void whichWindowsAreAsked_data();
     void whichWindowsAreAsked();
     void eachProcessIsLaunchedOnce();
-    void becomingRegular();
     void whoAlwaysComesBack();
     void unsubscribing();
     void unsubscribingInsideTheHandler();
@@ -190,17 +189,6 @@ void X11WorkspaceTest::eachProcessIsLaunchedOnce() {
     QTRY_COMPARE(before.said(u"mapped 2"_s), 1);
     const SampleApp second;
     QTRY_COMPARE(launches.pids, (QList<qint32>{first.pid(), second.pid()}));
-}
-
-void X11WorkspaceTest::becomingRegular() {
-    X11Workspace workspace;
-    Launches launches(workspace);
-    SampleApp app(u"--commands --window --type DOCK --window --type NORMAL --later"_s);
-    QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
-    const SampleApp fence;
-    QTRY_COMPARE(launches.pids, QList<qint32>{fence.pid()});
-    app.open();
-    QTRY_COMPARE(launches.pids, (QList<qint32>{fence.pid(), app.pid()}));
 }
 
 void X11WorkspaceTest::whoAlwaysComesBack() {

@@ -16,8 +16,6 @@ class QuitCommandsTest : public QObject {
     void labels();
     void items();
     void introspection();
-    void trayIconAddresses();
-    void whichQtAsksFirst();
 };
 
 void QuitCommandsTest::labels() {
@@ -89,26 +87,6 @@ void QuitCommandsTest::introspection() {
         u"x y|a b|quit out"_s);
     QCOMPARE(read(u"<node><node name='x'/><interface name='a'><method name='quit'/>"_s), u"x|a|quit"_s);
     QCOMPARE(read(u"quit"_s), u"||"_s);
-}
-
-void QuitCommandsTest::trayIconAddresses() {
-    using Address = TrayIconAddress;
-    QCOMPARE(Address::parse(":1.52"), (Address{":1.52", "/StatusNotifierItem"}));
-    QCOMPARE(Address::parse(":1.52/org/example/Icon"), (Address{":1.52", "/org/example/Icon"}));
-    QCOMPARE(Address::parse(":1.52@/org/example/Icon"), (Address{":1.52", "/org/example/Icon"}));
-    QCOMPARE(gtkObjectPath("org.example.Foo-Talk"), "/org/example/Foo_Talk");
-}
-
-void QuitCommandsTest::whichQtAsksFirst() {
-    const auto map = [](const char *library) {
-        return QByteArray("7f00-7f01 r-xp 0 08:01 1 /usr/lib/libc.so.6\n7f01-7f02 r--p 0 08:01 2 ") +
-               library + "\n";
-    };
-    for (const char *library : {"/usr/lib/libQt6Core.so.6.4.2", "/app/lib/libQt10Core.so.10"})
-        QVERIFY(asksBeforeItQuits(map(library)));
-    for (const char *library : {"/usr/lib/libQt5Core.so.5.15.8", "/usr/lib/libQtCore.so.4", "/usr/lib/libQt6",
-                                "/usr/lib/libQt6Gui.so.6", "/home/libQt6CoreNotes.txt"})
-        QVERIFY2(!asksBeforeItQuits(map(library)), library);
 }
 
 QTEST_GUILESS_MAIN(QuitCommandsTest)
