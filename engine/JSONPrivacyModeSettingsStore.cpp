@@ -4,12 +4,23 @@
 #include "foundation/PrivateFile.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace kestrin {
 
+namespace {
+
+constexpr QFile::Permissions ownersAlone =
+    QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+
+} // namespace
+
 PrivacyModeSettings JSONPrivacyModeSettingsStore::load() {
-    const std::optional<QByteArray> text = readWholeFile(m_path);
+    return decoded(readWholeFile(m_path));
+}
+
+PrivacyModeSettings JSONPrivacyModeSettingsStore::decoded(const std::optional<QByteArray> &text) const {
     return text ? decodeJson<PrivacyModeSettings>(*text).value_or(m_fallback) : m_fallback;
 }
 
@@ -23,9 +34,13 @@ bool JSONPrivacyModeSettingsStore::update(const std::function<void(PrivacyModeSe
     // Without a folder or its lock nothing can be written, but the caller still gets to see the settings.
     const bool folderExists = QDir().mkpath(folder);
     const auto lock = folderExists ? FileLock::lockFolder(folder, 10s) : std::nullopt;
-    PrivacyModeSettings settings = load();
+    const std::optional<QByteArray> former = readWholeFile(m_path);
+    PrivacyModeSettings settings = decoded(former);
     change(settings);
     const QByteArray text = encodeJson(settings, JsonLayout::pretty);
+    // Nobody need wait for the disk, nor hear of it, where everything is as it was.
+    if (lock && former == text && QFile::permissions(m_path) == ownersAlone)
+        return true;
     return lock && replacePrivateFile(m_path, {viewOf(text)});
 }
 

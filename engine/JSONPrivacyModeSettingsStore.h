@@ -2,14 +2,18 @@
 
 #include "engine/PrivacyModeSettingsStoring.h"
 
+#include <QByteArray>
 #include <QUrl>
+
+#include <optional>
 
 namespace kestrin {
 
 /// The settings in one file: a JSON object, pretty-printed with sorted keys, readable by its owner only.
 ///
 /// Every load reads the file. A file that is missing or malformed reads as the fallback and is left as it is
-/// until the next save; a failed save leaves it too. Synchronous, any thread.
+/// until the next save; a failed save leaves it too, and so does one that would change nothing. Synchronous,
+/// any thread.
 class JSONPrivacyModeSettingsStore final : public PrivacyModeSettingsStoring {
   public:
     /// Touches no file. `url` names a local file.
@@ -22,6 +26,8 @@ class JSONPrivacyModeSettingsStore final : public PrivacyModeSettingsStoring {
     bool update(const std::function<void(PrivacyModeSettings &)> &change) override;
 
   private:
+    PrivacyModeSettings decoded(const std::optional<QByteArray> &text) const;
+
     QString m_path;
     PrivacyModeSettings m_fallback;
 };
