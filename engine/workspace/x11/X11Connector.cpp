@@ -66,23 +66,27 @@ struct X11Connector::Attempt {
     std::unique_ptr<X11Connection> connection;
 };
 
+void X11Connector::begin() {
+    if (m_attempt)
+        return;
+    m_attempt = std::make_shared<Attempt>();
+    // The thread inherits a mask without signals: they are the main thread's business.
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    std::thread([attempt = m_attempt, display = m_display] {
+        auto connection = connectTo(display);
+        const std::lock_guard lock(attempt->mutex);
+        attempt->connection = std::move(connection);
+        attempt->isEnded = true;
+        attempt->ended.notify_one();
+    }).detach();
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
 std::unique_ptr<X11Connection> X11Connector::connect(const Deadline &deadline) {
-    if (!m_attempt) {
-        m_attempt = std::make_shared<Attempt>();
-        // The thread inherits a mask without signals: they are the main thread's business.
-        sigset_t all;
-        sigset_t before;
-        sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &before);
-        std::thread([attempt = m_attempt, display = m_display] {
-            auto connection = connectTo(display);
-            const std::lock_guard lock(attempt->mutex);
-            attempt->connection = std::move(connection);
-            attempt->isEnded = true;
-            attempt->ended.notify_one();
-        }).detach();
-        ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    }
+    begin();
     std::unique_lock lock(m_attempt->mutex);
     if (!m_attempt->ended.wait_for(lock, deadline.remaining(), [this] { return m_attempt->isEnded; }))
         return nullptr;

@@ -45,6 +45,7 @@ class X11Workspace::Private {
     explicit Private(const QString &display) : m_display(display), m_connector(QFile::encodeName(display)) {
         QObject::connect(&m_reconnection, &QTimer::timeout, &m_context,
                          [this] { connection(Deadline(serverPatience)); });
+        m_connector.begin();
     }
 
     QList<WorkspaceApplication> runningApplications();
