@@ -29,14 +29,13 @@ struct Direction {
         , exponent(std::numbers::ln2 / -std::log1p(-cutOfUnitRadius * radius / extent)) {}
 };
 
-// Enough for a quarter of any corner in use to be off by less than a hundredth of a pixel.
-constexpr int stepsOfCorner = 48;
-
 std::vector<QPointF> corner(const Direction &across, const Direction &along) {
+    // Enough for the corner to be off by less than a hundredth of a pixel.
+    const int steps = 4 + static_cast<int>(6 * std::sqrt(std::max(across.extent, along.extent)));
     std::vector<QPointF> points;
-    points.reserve(stepsOfCorner + 1);
-    for (int step = 0; step <= stepsOfCorner; ++step) {
-        const double angle = std::numbers::pi / 2 * step / stepsOfCorner;
+    points.reserve(static_cast<size_t>(steps) + 1);
+    for (int step = 0; step <= steps; ++step) {
+        const double angle = std::numbers::pi / 2 * step / steps;
         const double x = across.extent * std::pow(std::max(0.0, std::cos(angle)), 2 / across.exponent);
         const double y = along.extent * std::pow(std::max(0.0, std::sin(angle)), 2 / along.exponent);
         points.emplace_back(x, y);
@@ -44,18 +43,22 @@ std::vector<QPointF> corner(const Direction &across, const Direction &along) {
     return points;
 }
 
-/// Grey values, row by row.
-struct Plane {
-    size_t width;
-    size_t height;
+/// The grey values of the first quarter of a shape, row by row; the others are its mirror images.
+struct Quarter {
+    size_t wholeWidth;
+    size_t wholeHeight;
+    size_t width = (wholeWidth + 1) / 2;
+    size_t height = (wholeHeight + 1) / 2;
     std::vector<float> values;
 
-    Plane(size_t w, size_t h) : width(w), height(h), values(w * h) {}
-    float *row(size_t y) { return values.data() + y * width; }
-    const float *row(size_t y) const { return values.data() + y * width; }
+    Quarter(size_t w, size_t h) : wholeWidth(w), wholeHeight(h), values(width * height) {}
+    static size_t mirrored(size_t index, size_t whole) { return std::min(index, whole - 1 - index); }
+    /// Any row of the whole.
+    float *row(size_t y) { return values.data() + mirrored(y, wholeHeight) * width; }
+    const float *row(size_t y) const { return values.data() + mirrored(y, wholeHeight) * width; }
 
-    Plane turned() const {
-        Plane other(height, width);
+    Quarter turned() const {
+        Quarter other(wholeHeight, wholeWidth);
         for (size_t y = 0; y < height; ++y) {
             for (size_t x = 0; x < width; ++x)
                 other.row(x)[y] = row(y)[x];
@@ -66,36 +69,36 @@ struct Plane {
 
 /// Each value becomes the mean of those up to so far above and below it. All columns side by side, because
 /// compilers turn that into few instructions.
-Plane meanOfColumns(const Plane &plane, size_t radius) {
-    Plane means(plane.width, plane.height);
-    std::vector<float> sums(plane.width);
+Quarter meanOfColumns(const Quarter &quarter, size_t radius) {
+    Quarter means(quarter.wholeWidth, quarter.wholeHeight);
+    std::vector<float> sums(quarter.width);
     const auto add = [&](size_t y, float sign) {
-        const float *const row = plane.row(y);
-        for (size_t x = 0; x < plane.width; ++x)
+        const float *const row = quarter.row(y);
+        for (size_t x = 0; x < quarter.width; ++x)
             sums[x] += sign * row[x];
     };
-    for (size_t y = 0; y < std::min(radius, plane.height); ++y)
+    for (size_t y = 0; y < std::min(radius, quarter.wholeHeight); ++y)
         add(y, 1);
     const float share = 1 / static_cast<float>(2 * radius + 1);
-    for (size_t y = 0; y < plane.height; ++y) {
-        if (y + radius < plane.height)
+    for (size_t y = 0; y < quarter.height; ++y) {
+        if (y + radius < quarter.wholeHeight)
             add(y + radius, 1);
         if (y > radius)
             add(y - radius - 1, -1);
-        for (size_t x = 0; x < plane.width; ++x)
+        for (size_t x = 0; x < quarter.width; ++x)
             means.row(y)[x] = sums[x] * share;
     }
     return means;
 }
 
 /// Three boxes in a row are as good as the bell curve.
-Plane blurred(Plane plane, size_t radius) {
+Quarter blurred(Quarter quarter, size_t radius) {
     for (int direction = 0; direction < 2; ++direction) {
         for (int pass = 0; pass < 3; ++pass)
-            plane = meanOfColumns(plane, radius);
-        plane = plane.turned();
+            quarter = meanOfColumns(quarter, radius);
+        quarter = quarter.turned();
     }
-    return plane;
+    return quarter;
 }
 
 } // namespace
@@ -168,22 +171,22 @@ int ShadowPaint::margin() const {
 QImage ShadowPaint::paint() const {
     const int width = size.width() + 2 * margin();
     const int height = size.height() + 2 * margin();
-    QImage shape(width, height, QImage::Format_Alpha8);
+    Quarter quarter(static_cast<size_t>(width), static_cast<size_t>(height));
+    QImage shape(static_cast<int>(quarter.width), static_cast<int>(quarter.height), QImage::Format_Alpha8);
     shape.fill(Qt::transparent);
     {
         QPainter painter(&shape);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.fillPath(ContinuousRectangle{size, radius}.path(QPointF(margin(), margin())), Qt::black);
     }
-    Plane plane(static_cast<size_t>(width), static_cast<size_t>(height));
-    for (int y = 0; y < height; ++y) {
+    for (int y = 0; y < shape.height(); ++y) {
         const uchar *const line = shape.constScanLine(y);
-        std::copy(line, line + width, plane.row(static_cast<size_t>(y)));
+        std::copy(line, line + shape.width(), quarter.row(static_cast<size_t>(y)));
     }
     // Three boxes of the radius r have the variance r(r + 1).
     const double deviation = blur / 2;
-    plane = blurred(std::move(plane),
-                    static_cast<size_t>(std::round(std::sqrt(deviation * deviation + 0.25) - 0.5)));
+    quarter = blurred(std::move(quarter),
+                      static_cast<size_t>(std::round(std::sqrt(deviation * deviation + 0.25) - 0.5)));
     std::array<QRgb, 256> tints{};
     for (size_t grey = 0; grey < tints.size(); ++grey) {
         const auto alpha = static_cast<int>(std::lround(static_cast<double>(grey) * color.alphaF()));
@@ -191,10 +194,12 @@ QImage ShadowPaint::paint() const {
     }
     QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < height; ++y) {
-        const float *const line = plane.row(static_cast<size_t>(y));
-        std::transform(line, line + width, reinterpret_cast<QRgb *>(image.scanLine(y)), [&](float grey) {
+        const float *const greys = quarter.row(static_cast<size_t>(y));
+        auto *const line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        std::transform(greys, greys + quarter.width, line, [&](float grey) {
             return tints.at(static_cast<size_t>(std::clamp(grey + 0.5F, 0.0F, 255.0F)));
         });
+        std::reverse_copy(line, line + width / 2, line + quarter.width);
     }
     return image;
 }

@@ -1,8 +1,8 @@
 #include "design/Drawing.h"
 
 #include <QDataStream>
-#include <QFile>
 #include <QPainter>
+#include <QResource>
 
 using namespace Qt::StringLiterals;
 
@@ -20,10 +20,8 @@ void prepare(QDataStream &stream) {
 
 Drawing Drawing::embedded(const QString &name) {
     Drawing drawing;
-    QFile file(u":/kestrin/"_s + name + u".drawing"_s);
-    if (!file.open(QIODevice::ReadOnly))
-        return drawing;
-    QDataStream stream(&file);
+    const QResource file(u":/kestrin/"_s + name + u".drawing"_s);
+    QDataStream stream(QByteArray::fromRawData(reinterpret_cast<const char *>(file.data()), file.size()));
     prepare(stream);
     quint32 count = 0;
     stream >> drawing.size >> count;

@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -51,13 +52,14 @@ void thicken(Drawing &drawing, double gain) {
 
 /// What is black becomes the colour, what is white or was left empty is see-through.
 void tint(QImage &image, const QColor &color) {
+    const auto [red, green, blue, share] =
+        std::array{color.red(), color.green(), color.blue(), color.alpha()};
     for (int y = 0; y < image.height(); ++y) {
         auto *const line = reinterpret_cast<QRgb *>(image.scanLine(y));
         for (int x = 0; x < image.width(); ++x) {
             // Premultiplied, so that alpha without grey is the share of black.
             const int black = qAlpha(line[x]) - qRed(line[x]);
-            const int alpha = static_cast<int>(std::lround(black * static_cast<double>(color.alphaF())));
-            line[x] = qPremultiply(qRgba(color.red(), color.green(), color.blue(), alpha));
+            line[x] = qPremultiply(qRgba(red, green, blue, (black * share + 127) / 255));
         }
     }
 }
