@@ -4,9 +4,11 @@
 
 #include <QFontMetricsF>
 #include <QTextLayout>
+#include <QTextOption>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace kestrin {
 
@@ -14,6 +16,11 @@ namespace {
 
 // How far letters may be pulled together before they are made smaller; of the font's size.
 constexpr double tightest = 0.02;
+
+// Of the enumerations of Text, which no public header has.
+constexpr int qtRendering = 0;
+constexpr int nativeRendering = 1;
+constexpr int fixedHeight = 1;
 
 // Measured as the text will be laid out. QFontMetricsF is off by a fraction, enough for a text to be cut or
 // wrapped in the room that it asked for.
@@ -40,7 +47,8 @@ QFont tightened(QFont font, double letter) {
 
 FittedText::FittedText(QQuickItem *parent) : QQuickItem(parent) {
     for (const auto changed : {&FittedText::textChanged, &FittedText::sizeChanged, &FittedText::weightChanged,
-                               &FittedText::minimumScaleChanged, &FittedText::lineLimitChanged})
+                               &FittedText::minimumScaleChanged, &FittedText::lineLimitChanged,
+                               &FittedText::lineSpacingChanged, &FittedText::labelChanged})
         connect(this, changed, this, &FittedText::measure);
 }
 
@@ -93,9 +101,26 @@ void FittedText::use(const QFont &font, qreal scaleFactor) {
         m_scaleFactor = scaleFactor;
         Q_EMIT fittedFontChanged();
     }
-    const qreal fittedWidth = std::max(0.0, width()) / m_scaleFactor;
-    if (std::exchange(m_fittedWidth, fittedWidth) != fittedWidth)
-        Q_EMIT fittedWidthChanged();
+    if (m_label)
+        fill(*m_label);
+}
+
+void FittedText::fill(QQuickItem &label) const {
+    const bool isLimited = m_lineLimit > 0;
+    label.setProperty("font", m_font);
+    label.setScale(m_scaleFactor);
+    // The sharpest, unless it is scaled.
+    label.setProperty("renderType", m_scaleFactor < 1 ? qtRendering : nativeRendering);
+    label.setProperty("wrapMode",
+                      m_lineLimit == 1 ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
+    label.setProperty("elide", isLimited ? Qt::ElideRight : Qt::ElideNone);
+    label.setProperty("maximumLineCount", isLimited ? m_lineLimit : std::numeric_limits<int>::max());
+    if (m_lineSpacing > 0) {
+        label.setProperty("lineHeightMode", fixedHeight);
+        label.setProperty("lineHeight", m_naturalHeight + m_lineSpacing);
+    }
+    label.setWidth(std::max(0.0, width()) / m_scaleFactor);
+    label.setProperty("text", m_text);
 }
 
 } // namespace kestrin

@@ -6,41 +6,28 @@ import KestrinDesignSystem
 FittedText {
     id: root
 
-    property color color: KestrinColors.textPrimary
-    property int horizontalAlignment: Text.AlignLeft
-    // Between lines, on top of the font's own.
-    property real lineSpacing: 0
+    property alias color: words.color
+    property alias horizontalAlignment: words.horizontalAlignment
     property bool heading: false
     // Said already by what it is part of.
     property bool silent: false
 
     implicitWidth: naturalWidth
-    implicitHeight: lineLimit === 1 ? naturalHeight : label.implicitHeight
+    implicitHeight: lineLimit === 1 ? naturalHeight : words.implicitHeight
 
     Accessible.role: heading ? Accessible.Heading : Accessible.StaticText
     Accessible.name: text
     Accessible.ignored: silent
 
-    Text {
-        id: label
+    label: words
 
-        anchors.left: parent.left
+    Text {
+        id: words
+
         anchors.verticalCenter: parent.verticalCenter
-        width: root.fittedWidth
-        scale: root.scaleFactor
         transformOrigin: Item.Left
-        text: root.text
         textFormat: Text.PlainText
-        font: root.fittedFont
-        color: root.color
-        horizontalAlignment: root.horizontalAlignment
-        wrapMode: root.lineLimit === 1 ? Text.NoWrap : Text.Wrap
-        maximumLineCount: root.lineLimit > 0 ? root.lineLimit : 2147483647
-        elide: root.lineLimit > 0 ? Text.ElideRight : Text.ElideNone
-        lineHeightMode: root.lineSpacing > 0 ? Text.FixedHeight : Text.ProportionalHeight
-        lineHeight: root.lineSpacing > 0 ? root.naturalHeight + root.lineSpacing : 1
-        // The sharpest, unless it is scaled.
-        renderType: root.scaleFactor < 1 ? Text.QtRendering : Text.NativeRendering
-        Accessible.ignored: true
+        renderType: Text.NativeRendering
+        color: KestrinColors.textPrimary
     }
 }
