@@ -23,9 +23,8 @@ Item {
     KestrinText {
         id: label
 
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.margins: 14
+        x: 14
+        width: parent.width - 2 * x
         anchors.verticalCenter: parent.verticalCenter
         horizontalAlignment: Text.AlignHCenter
         text: root.title

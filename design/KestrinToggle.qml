@@ -28,9 +28,7 @@ KestrinPressable {
 
         readonly property Item content: children.length > 0 ? children[0] : null
 
-        anchors.left: parent.left
-        anchors.right: track.left
-        anchors.rightMargin: root.gap
+        width: track.x - root.gap
         anchors.verticalCenter: parent.verticalCenter
         implicitWidth: content ? content.implicitWidth : 0
         implicitHeight: content ? content.implicitHeight : 0
@@ -39,7 +37,7 @@ KestrinPressable {
     KestrinSurface {
         id: track
 
-        anchors.right: parent.right
+        x: parent.width - width
         anchors.verticalCenter: parent.verticalCenter
         width: 52
         height: 30

@@ -148,9 +148,8 @@ MacPage {
             KestrinText {
                 id: note
 
-                anchors.left: sign.right
-                anchors.leftMargin: 12
-                anchors.right: parent.right
+                x: sign.width + 12
+                width: parent.width - x
                 text: "The Mac app monitors selected protected apps locally. Turn on Mac app actions in Access when you want Kestrin to send quit requests for selected apps."
                 size: 13
                 color: KestrinColors.textSecondary

@@ -47,7 +47,8 @@ Rectangle {
     Flickable {
         id: view
 
-        anchors.fill: parent
+        width: parent.width
+        height: parent.height
         // A mouse that drags does not scroll; the wheel, the scroll bar and a finger do.
         interactive: false
         contentWidth: width

@@ -9,11 +9,16 @@ Item {
     required property MacProtectionState protection
     property int selectedSection: MacSection.Home
 
-    // Behind Home, in the order of the sections.
-    readonly property list<url> otherPages: ["MacDevicesView.qml", "MacAppsView.qml", "MacScheduleView.qml",
-        "MacActivityView.qml", "MacAccessView.qml", "MacConnectView.qml"]
-    // They are read once Home is seen, and before somebody has chosen one of them.
+    // In the order of the sections.
+    readonly property list<url> pages: ["MacHomeView.qml", "MacDevicesView.qml", "MacAppsView.qml",
+        "MacScheduleView.qml", "MacActivityView.qml", "MacAccessView.qml", "MacConnectView.qml"]
+    // All are read once the first one is seen, and before somebody has chosen another.
     property var descriptions: []
+
+    // No anchors here, nor in what all pages are made of: they take effect only when everything is complete, and
+    // until then every text would be laid out in no room at all.
+    width: parent?.width ?? 0
+    height: parent?.height ?? 0
 
     function select(section: int) {
         // Before the page goes, and the keyboard's place with it.
@@ -24,23 +29,25 @@ Item {
 
     onSelectedSectionChanged: detail.show(selectedSection)
 
-    Component.onCompleted: protection.start()
+    Component.onCompleted: {
+        // What this changes is not to be laid out twice.
+        protection.start();
+        detail.show(selectedSection);
+    }
 
     Connections {
         target: root.descriptions.length === 0 ? root.Window.window : null
 
         function onFrameSwapped() {
-            root.descriptions = Array.from(root.otherPages, page => Qt.createComponent(page, Component.Asynchronous));
+            root.descriptions = Array.from(root.pages, page => Qt.createComponent(page, Component.Asynchronous));
         }
     }
 
     MacSidebar {
         id: sidebar
 
-        anchors.left: parent.left
-        anchors.top: parent.top
-        anchors.bottom: parent.bottom
         width: 210
+        height: parent.height
         protection: root.protection
         selectedSection: root.selectedSection
         onChosen: section => root.select(section)
@@ -49,44 +56,32 @@ Item {
     Rectangle {
         id: edge
 
-        anchors.left: sidebar.right
-        anchors.top: parent.top
-        anchors.bottom: parent.bottom
+        x: sidebar.width
         width: 1
+        height: parent.height
         color: KestrinColors.divider
     }
 
     FocusScope {
         id: detail
 
-        anchors.left: edge.right
-        anchors.right: parent.right
-        anchors.top: parent.top
-        anchors.bottom: parent.bottom
+        x: edge.x + edge.width
+        width: parent.width - x
+        height: parent.height
         clip: true
 
         function show(section: int) {
-            if (section > MacSection.Home)
-                loader.setSource(root.otherPages[section - 1], {
-                    "protection": root.protection
-                });
-            else
-                loader.sourceComponent = home;
-        }
-
-        Component {
-            id: home
-
-            MacHomeView {
-                protection: root.protection // qmllint disable unqualified
-            }
+            // Where nothing is selected, Home is shown.
+            loader.setSource(root.pages[Math.max(section, MacSection.Home)], {
+                "protection": root.protection
+            });
         }
 
         Loader {
             id: loader
 
-            anchors.fill: parent
-            sourceComponent: home
+            width: parent.width
+            height: parent.height
         }
 
         Connections {
@@ -99,23 +94,12 @@ Item {
         }
     }
 
-    Repeater {
-        model: root.protection.sections
-
-        Item {
-            id: key
-
-            required property int section
-
-            Shortcut {
-                sequence: "Ctrl+" + (key.section + 1)
-                onActivated: root.select(key.section) // qmllint disable unqualified
-            }
+    // Nobody presses keys before there is something to see.
+    Loader {
+        active: root.descriptions.length > 0
+        sourceComponent: MacKeys {
+            sections: root.protection.sections // qmllint disable unqualified
+            onChosen: section => root.select(section) // qmllint disable unqualified
         }
-    }
-
-    Shortcut {
-        sequence: "Ctrl+Q"
-        onActivated: Qt.quit()
     }
 }

@@ -38,10 +38,8 @@ Item {
     Column {
         id: texts
 
-        anchors.left: symbol.right
-        anchors.leftMargin: root.spacing
-        anchors.right: trailing.left
-        anchors.rightMargin: trailing.width > 0 ? root.spacing : 0
+        x: symbol.x + symbol.width + root.spacing
+        width: trailing.x - x - (trailing.width > 0 ? root.spacing : 0)
         anchors.verticalCenter: parent.verticalCenter
         spacing: 3
     }
@@ -49,8 +47,7 @@ Item {
     Row {
         id: trailing
 
-        anchors.right: parent.right
-        anchors.rightMargin: root.margin
+        x: parent.width - width - root.margin
         anchors.verticalCenter: parent.verticalCenter
         spacing: root.spacing
     }

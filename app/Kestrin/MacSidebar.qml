@@ -36,12 +36,9 @@ FocusScope {
     }
 
     Column {
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.top: brand.bottom
-        anchors.leftMargin: 10
-        anchors.rightMargin: 10
-        anchors.topMargin: 20
+        x: 10
+        y: brand.y + brand.height + 20
+        width: parent.width - 2 * x
         spacing: 2
 
         Accessible.role: Accessible.List
@@ -67,12 +64,9 @@ FocusScope {
     }
 
     KestrinCard {
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.bottom: parent.bottom
-        anchors.leftMargin: 12
-        anchors.rightMargin: 12
-        anchors.bottomMargin: 14
+        x: 12
+        y: parent.height - height - 14
+        width: parent.width - 2 * x
 
         Accessible.role: Accessible.StaticText
         Accessible.name: "Mac engine, " + root.protection.monitorLabel

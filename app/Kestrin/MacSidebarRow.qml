@@ -50,10 +50,8 @@ Item {
 
     KestrinText {
         anchors.verticalCenter: parent.verticalCenter
-        anchors.left: symbol.right
-        anchors.leftMargin: 8
-        anchors.right: parent.right
-        anchors.rightMargin: 8
+        x: symbol.x + symbol.width + 8
+        width: parent.width - x - 8
         text: root.title
         size: 13
         weight: KestrinWeight.Semibold

@@ -10,12 +10,17 @@ using namespace Qt::StringLiterals;
 
 // Generated with the module.
 extern void qml_register_types_Kestrin();
+// Qt's own.
+extern void qml_register_types_QtQml_WorkerScript();
 
 namespace kestrin {
 
 std::unique_ptr<QQmlEngine> makeEngine() {
     registerDesignSystem();
     qml_register_types_Kestrin();
+    // QtQuick asks for it. Where it is not in the program, the thread that reads descriptions loads a plugin
+    // and then waits for the main thread. The name alone keeps it in.
+    [[maybe_unused]] const volatile auto workers = &qml_register_types_QtQml_WorkerScript;
     auto engine = std::make_unique<QQmlEngine>();
     QObject::connect(engine.get(), &QQmlEngine::quit, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     return engine;
@@ -27,11 +32,11 @@ std::unique_ptr<QQmlComponent> describe(QQmlEngine &engine, const QString &file)
 }
 
 std::unique_ptr<QObject> makeObject(QQmlComponent &description, const QVariantMap &properties) {
-    while (description.isLoading())
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
-    std::unique_ptr<QObject> made(description.createWithInitialProperties(properties));
+    // Waits without the event loop, which would take a round for each message of the engine's thread.
+    QQmlComponent ready(description.engine(), description.url());
+    std::unique_ptr<QObject> made(ready.createWithInitialProperties(properties));
     if (!made)
-        qWarning("%s", qPrintable(description.errorString()));
+        qWarning("%s", qPrintable(ready.errorString()));
     return made;
 }
 

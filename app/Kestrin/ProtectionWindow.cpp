@@ -2,10 +2,13 @@
 
 #include "app/Kestrin/MacProtectionState.h"
 #include "app/Kestrin/ModuleObjects.h"
+#include "design/KestrinColors.h"
+#include "design/KestrinFonts.h"
 
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
 
 #ifdef __GLIBC__
@@ -18,6 +21,7 @@ namespace kestrin {
 
 namespace {
 
+constexpr double bodySize = 13;
 constexpr std::chrono::milliseconds restDelay{100};
 
 /// A page that was left leaves holes, in all a tenth of the heap, which glibc keeps unless it is told not to.
@@ -27,9 +31,30 @@ void handBackMemory() {
 #endif
 }
 
+/// Qt measures a text before it is told the text's font; with the desktop's, that one would be loaded for
+/// nothing. Needs the modules.
+void useBodyFont() {
+    QGuiApplication::setFont(KestrinFonts::font(bodySize, KestrinWeight::Regular));
+}
+
+std::unique_ptr<QQuickWindow> makeWindow() {
+    auto window = std::make_unique<QQuickWindow>();
+    window->resize(1180, 760);
+    // It would learn of its size by an event, when all has been laid out already.
+    window->contentItem()->setSize(window->size());
+    window->setMinimumSize({1040, 680});
+    window->setTitle(QGuiApplication::applicationDisplayName());
+    const auto paint = [&window = *window] { window.setColor(KestrinColors::shared().warmIvory()); };
+    QObject::connect(&KestrinColors::shared(), &KestrinColors::changed, window.get(), paint);
+    paint();
+    return window;
+}
+
 } // namespace
 
-ProtectionWindow::ProtectionWindow(QQmlEngine &engine) : m_description(describe(engine, u"MacWindow.qml"_s)) {
+ProtectionWindow::ProtectionWindow(QQmlEngine &engine)
+    : m_description(describe(engine, u"MacRootView.qml"_s))
+    , m_firstPage(describe(engine, u"MacHomeView.qml"_s)) {
     m_rest.setSingleShot(true);
     m_rest.setInterval(restDelay);
     m_rest.callOnTimeout(handBackMemory);
@@ -38,15 +63,21 @@ ProtectionWindow::ProtectionWindow(QQmlEngine &engine) : m_description(describe(
 ProtectionWindow::~ProtectionWindow() = default;
 
 void ProtectionWindow::open(MacProtectionState &state) {
-    m_made = makeObject(*m_description, {{u"protection"_s, QVariant::fromValue(&state)}});
-    m_window = qobject_cast<QQuickWindow *>(m_made.get());
-    if (!m_window)
+    // Before there is a window, which would look for its fonts again when faces are added.
+    useBodyFont();
+    // It finds its place on the desktop while it is filled.
+    m_window = makeWindow();
+    m_window->show();
+    m_content = makeObject(*m_description, {{u"protection"_s, QVariant::fromValue(&state)},
+                                            {u"parent"_s, QVariant::fromValue(m_window->contentItem())}});
+    if (!m_content)
         qFatal("The window cannot be made; is everything installed that it needs?");
-    QObject::connect(m_window, &QQuickWindow::frameSwapped, &m_rest, qOverload<>(&QTimer::start));
+    QObject::connect(m_window.get(), &QQuickWindow::frameSwapped, &m_rest, qOverload<>(&QTimer::start));
 }
 
 void showNotice(const QString &text) {
     const std::unique_ptr<QQmlEngine> engine = makeEngine();
+    useBodyFont();
     const std::unique_ptr<QObject> notice = makeObject(*engine, u"MacNotice.qml"_s, {{u"text"_s, text}});
     if (notice)
         QGuiApplication::exec();

@@ -1,22 +1,21 @@
 #pragma once
 
+#include <QQuickWindow>
 #include <QString>
 #include <QTimer>
 
 #include <memory>
 
-class QObject;
 class QQmlComponent;
 class QQmlEngine;
-class QQuickWindow;
 
 namespace kestrin {
 
 class MacProtectionState;
 
-/// The program's window. Its description is read on a thread of the engine's, from the beginning on, so that
-/// it is at hand when it is wanted. Needs a QGuiApplication, and the renderer to be chosen already. Main
-/// thread.
+/// The program's window. The descriptions of what is in it are read on a thread of the engine's, from the
+/// beginning on, so that they are at hand when it is wanted. Needs a QGuiApplication, and the renderer to be
+/// chosen already. Main thread.
 class ProtectionWindow {
   public:
     /// The engine outlives this object.
@@ -27,13 +26,14 @@ class ProtectionWindow {
     /// Makes and shows the window, which starts the runtime. `state` outlives this object.
     void open(MacProtectionState &state);
     /// Null before it is opened.
-    QQuickWindow *window() const { return m_window; }
+    QQuickWindow *window() const { return m_window.get(); }
 
   private:
     std::unique_ptr<QQmlComponent> m_description;
-    std::unique_ptr<QObject> m_made;
-    QQuickWindow *m_window = nullptr; ///< what was made
-    QTimer m_rest;                    ///< runs out when nothing has been drawn for a while
+    std::unique_ptr<QQmlComponent> m_firstPage; ///< read while the rest is made already
+    std::unique_ptr<QQuickWindow> m_window;
+    std::unique_ptr<QObject> m_content; ///< goes before the window that it is in
+    QTimer m_rest;                      ///< runs out when nothing has been drawn for a while
 };
 
 /// Shows a small window that says `text`, until it is closed. Needs a QGuiApplication.
