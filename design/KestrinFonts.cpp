@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QResource>
 #include <QSet>
+#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -31,15 +32,29 @@ QString embeddedFamily() {
     return family;
 }
 
+/// Asked for before the application's font is set to another.
+const QString &desktopsFamily() {
+    static const QString family = QGuiApplication::font().family();
+    return family;
+}
+
+bool isDesktopsOwnOfUse() {
+    return hasAllWeights(realFamily(desktopsFamily()));
+}
+
+/// Where it is remembered that the desktop's own font was of no use, by a file that is there.
+QString memory() {
+    return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + u"/own-faces"_s;
+}
+
 QStringList chooseFamilies() {
-    const QString desktops = realFamily(QGuiApplication::font().family());
-    if (hasAllWeights(desktops))
-        return {desktops};
+    if (!areDesktopFontsPostponed() && isDesktopsOwnOfUse())
+        return {realFamily(desktopsFamily())};
     const QString embedded = embeddedFamily();
     if (embedded.isEmpty())
-        return {desktops};
+        return {desktopsFamily()};
     // Letters that a family does not have are taken from the next one.
-    return {embedded, inter, desktops};
+    return {embedded, inter, desktopsFamily()};
 }
 
 const QStringList &families() {
@@ -52,7 +67,32 @@ double tracking(double size) {
     return families().contains(inter) ? -0.02 * std::clamp((size - 12) / 18, 0.0, 1.0) * size : 0;
 }
 
+void remember(bool ownFaces) {
+    const QString file = memory();
+    if (QFile::exists(file) == ownFaces)
+        return;
+    if (!ownFaces)
+        QFile::remove(file);
+    else if (QDir().mkpath(QFileInfo(file).path()))
+        QFile(file).open(QIODevice::WriteOnly, QFile::ReadOwner | QFile::WriteOwner);
+}
+
 } // namespace
+
+void begin() {
+    if (QFile::exists(memory()))
+        postponeDesktopFonts();
+}
+
+void complete() {
+    if (areDesktopFontsPostponed()) {
+        fetchDesktopFonts();
+        // Upon this Qt lists all fonts anew, and every window looks for those that it needs.
+        QFontDatabase::removeAllApplicationFonts();
+        embeddedFamily();
+    }
+    remember(!isDesktopsOwnOfUse());
+}
 
 QString family() {
     return families().first();

@@ -1,6 +1,7 @@
 #include "app/Kestrin/KestrinApplication.h"
 
 #include "app/Kestrin/ModuleObjects.h"
+#include "design/KestrinFonts.h"
 #include "design/KestrinIconMark.h"
 
 #include <QGuiApplication>
@@ -15,11 +16,14 @@ namespace {
 
 constexpr std::chrono::milliseconds joiningDelay{200};
 
-/// Desktops that do not know the desktop file show the window's own icon. It need not hold up the first
-/// frame.
-void setIconLater(QQuickWindow &window) {
-    const auto setIcon = [] { QGuiApplication::setWindowIcon(KestrinIconMark::icon()); };
-    QObject::connect(&window, &QQuickWindow::frameSwapped, qApp, setIcon,
+/// What need not hold up the first frame.
+void completeLater(QQuickWindow &window) {
+    const auto complete = [] {
+        // For desktops that do not know the desktop file.
+        QGuiApplication::setWindowIcon(KestrinIconMark::icon());
+        KestrinFonts::complete();
+    };
+    QObject::connect(&window, &QQuickWindow::frameSwapped, qApp, complete,
                      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
@@ -84,7 +88,7 @@ void KestrinApplication::openWindow(const QString &activationToken) {
         return;
     }
     m_window->open(m_protection->state);
-    setIconLater(*m_window->window());
+    completeLater(*m_window->window());
     if (m_start == Start::inBackground) {
         connect(m_window->window(), &QWindow::visibleChanged, this, &KestrinApplication::takeWindowClosed);
         bringToFront(*m_window->window(), activationToken);

@@ -2,8 +2,9 @@
 
 #include "app/Kestrin/KestrinApplication.h"
 #include "app/Kestrin/LaunchOptions.h"
+#include "design/KestrinAppearance.h"
 #include "design/KestrinFonts.h"
-#include "design/platform/DesktopFonts.h"
+#include "engine/workspace/Workspace.h"
 #include "runtime/MonitoringClaim.h"
 #include "runtime/StandardUserDefaults.h"
 
@@ -14,13 +15,16 @@
 #include <memory>
 #include <thread>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 
 namespace {
 
 constexpr int wrongUsage = 2;
-constexpr double bodySize = 13;
 
 QStringList argumentsOf(int argc, char **argv) {
     QStringList arguments;
@@ -31,6 +35,13 @@ QStringList argumentsOf(int argc, char **argv) {
 
 void print(std::FILE *stream, const QString &line) {
     std::fprintf(stream, "%s\n", qPrintable(line));
+}
+
+/// A window needs some megabytes at once; glibc asks for them in steps of 132 kB, each time of the kernel.
+void growHeapInLargeSteps() {
+#ifdef __GLIBC__
+    mallopt(M_TOP_PAD, 4 << 20);
+#endif
 }
 
 /// docs/decisions/0012-renderer.md tells why. The environment may say otherwise.
@@ -106,15 +117,15 @@ int main(int argc, char **argv) {
         return 0;
     }
 
-    const std::future<void> fonts = prepareFonts();
+    growHeapInLargeSteps();
+    KestrinFonts::begin();
     chooseRenderer();
     QGuiApplication application(argc, argv);
-    KestrinAppearance::shared().setPreference(options.appearance);
+    // It connects while this thread is at other things.
+    Workspace::shared();
     using Start = KestrinApplication::Start;
     KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow);
-    // Qt measures each text once before it is told the text's font; with the desktop's, that one would be
-    // loaded for nothing.
-    QGuiApplication::setFont(KestrinFonts::font(bodySize, KestrinWeight::Regular));
+    KestrinAppearance::shared().setPreference(options.appearance);
 
     const std::unique_ptr<UserDefaults> defaults = standardUserDefaults();
     const QString supportFolder = MacProtectionRuntime::applicationSupportURL().toLocalFile();

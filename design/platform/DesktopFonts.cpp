@@ -12,8 +12,30 @@ namespace kestrin {
 
 #ifdef KESTRIN_HAS_FONTCONFIG
 
-std::future<void> prepareFonts() {
-    return std::async(std::launch::async, [] { FcInit(); });
+namespace {
+
+bool isPostponed = false;
+
+bool use(FcConfig *configuration) {
+    const bool isUsed = configuration && FcConfigSetCurrent(configuration) == FcTrue;
+    if (configuration)
+        FcConfigDestroy(configuration);
+    return isUsed;
+}
+
+} // namespace
+
+void postponeDesktopFonts() {
+    isPostponed = use(FcConfigCreate());
+}
+
+bool areDesktopFontsPostponed() {
+    return isPostponed;
+}
+
+void fetchDesktopFonts() {
+    use(FcInitLoadConfigAndFonts());
+    isPostponed = false;
 }
 
 QString realFamily(const QString &family) {
@@ -36,9 +58,13 @@ QString realFamily(const QString &family) {
 
 #else
 
-std::future<void> prepareFonts() {
-    return {};
+void postponeDesktopFonts() {}
+
+bool areDesktopFontsPostponed() {
+    return false;
 }
+
+void fetchDesktopFonts() {}
 
 QString realFamily(const QString &family) {
     return QFontInfo(QFont(family)).family();
