@@ -3,6 +3,7 @@
 #include "design/KestrinFonts.h"
 
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QTextLayout>
 #include <QTextOption>
 
@@ -20,6 +21,7 @@ constexpr double tightest = 0.02;
 // Of the enumerations of Text, which no public header has.
 constexpr int qtRendering = 0;
 constexpr int nativeRendering = 1;
+constexpr int proportionalHeight = 0;
 constexpr int fixedHeight = 1;
 
 // Measured as the text will be laid out. QFontMetricsF is off by a fraction, enough for a text to be cut or
@@ -50,6 +52,7 @@ FittedText::FittedText(QQuickItem *parent) : QQuickItem(parent) {
                                &FittedText::minimumScaleChanged, &FittedText::lineLimitChanged,
                                &FittedText::lineSpacingChanged, &FittedText::labelChanged})
         connect(this, changed, this, &FittedText::measure);
+    connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, this, &FittedText::measure);
 }
 
 void FittedText::componentComplete() {
@@ -115,10 +118,8 @@ void FittedText::fill(QQuickItem &label) const {
                       m_lineLimit == 1 ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
     label.setProperty("elide", isLimited ? Qt::ElideRight : Qt::ElideNone);
     label.setProperty("maximumLineCount", isLimited ? m_lineLimit : std::numeric_limits<int>::max());
-    if (m_lineSpacing > 0) {
-        label.setProperty("lineHeightMode", fixedHeight);
-        label.setProperty("lineHeight", m_naturalHeight + m_lineSpacing);
-    }
+    label.setProperty("lineHeightMode", m_lineSpacing > 0 ? fixedHeight : proportionalHeight);
+    label.setProperty("lineHeight", m_lineSpacing > 0 ? m_naturalHeight + m_lineSpacing : 1);
     label.setWidth(std::max(0.0, width()) / m_scaleFactor);
     label.setProperty("text", m_text);
 }

@@ -19,9 +19,13 @@ namespace {
 
 constexpr QLatin1StringView inter("Inter");
 
-/// The faces in the program (docs/decisions/0009-fonts.md), used where they lie. Empty if there are none.
+/// Makes the faces in the program (docs/decisions/0009-fonts.md) known, anew if need be; they are used where
+/// they lie. Empty if there are none.
 QString embeddedFamily() {
     QString family;
+    // Nobody is to look for fonts after each face; the first who writes asks for them just now.
+    const QSignalBlocker quiet(qGuiApp);
+    QFontDatabase::removeAllApplicationFonts();
     const QStringList faces = QDir(u":/kestrin/fonts"_s).entryList();
     for (const QString &face : faces) {
         const QResource file(u":/kestrin/fonts/"_s + face);
@@ -67,9 +71,13 @@ double tracking(double size) {
     return families().contains(inter) ? -0.02 * std::clamp((size - 12) / 18, 0.0, 1.0) * size : 0;
 }
 
+bool isRemembered() {
+    return QFileInfo(memory()).isFile();
+}
+
 void remember(bool ownFaces) {
     const QString file = memory();
-    if (QFile::exists(file) == ownFaces)
+    if (isRemembered() == ownFaces)
         return;
     if (!ownFaces)
         QFile::remove(file);
@@ -80,16 +88,16 @@ void remember(bool ownFaces) {
 } // namespace
 
 void begin() {
-    if (QFile::exists(memory()))
+    if (isRemembered())
         postponeDesktopFonts();
 }
 
 void complete() {
     if (areDesktopFontsPostponed()) {
         fetchDesktopFonts();
-        // Upon this Qt lists all fonts anew, and every window looks for those that it needs.
-        QFontDatabase::removeAllApplicationFonts();
         embeddedFamily();
+        // Every text looks for its fonts again.
+        Q_EMIT qGuiApp->fontDatabaseChanged();
     }
     remember(!isDesktopsOwnOfUse());
 }

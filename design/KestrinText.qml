@@ -27,6 +27,8 @@ FittedText {
         anchors.verticalCenter: parent.verticalCenter
         transformOrigin: Item.Left
         textFormat: Text.PlainText
+        // Said, because otherwise the text's own direction decides.
+        horizontalAlignment: Text.AlignLeft
         renderType: Text.NativeRendering
         color: KestrinColors.textPrimary
     }

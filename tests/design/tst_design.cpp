@@ -183,6 +183,15 @@ void DesignTest::textFits() {
             QVERIFY2(stage.find("QQuickText")->property("truncated").toBool() == each.cut, which);
         }
     }
+    // On the left in any script, and with the space between lines for as long as that is wanted.
+    stage.root().setProperty("lineLimit", 0);
+    stage.root().setProperty("text", u"זום"_s);
+    QCOMPARE(stage.find("QQuickText")->property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignLeft));
+    const qreal height = stage.root().implicitHeight();
+    stage.root().setProperty("lineSpacing", 5);
+    QVERIFY(stage.root().implicitHeight() > height);
+    stage.root().setProperty("lineSpacing", 0);
+    QCOMPARE(stage.root().implicitHeight(), height);
 }
 
 // A text that had too little room at first is as good as new when it gets some.
