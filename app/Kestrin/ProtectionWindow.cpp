@@ -5,11 +5,14 @@
 #include "design/KestrinColors.h"
 #include "design/KestrinFonts.h"
 
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+
+#include <array>
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -22,6 +25,24 @@ namespace kestrin {
 namespace {
 
 constexpr double bodySize = 13;
+
+struct TextFont {
+    int size;
+    KestrinWeight weight;
+};
+
+// And of the sidebar.
+constexpr std::array fontsOfHome{
+    TextFont{11, KestrinWeight::Regular},  TextFont{12, KestrinWeight::Regular},
+    TextFont{13, KestrinWeight::Regular},  TextFont{14, KestrinWeight::Regular},
+    TextFont{13, KestrinWeight::Semibold}, TextFont{15, KestrinWeight::Semibold},
+    TextFont{13, KestrinWeight::Bold},     TextFont{14, KestrinWeight::Bold},
+    TextFont{15, KestrinWeight::Bold},     TextFont{17, KestrinWeight::Bold},
+    TextFont{18, KestrinWeight::Bold},     TextFont{20, KestrinWeight::Bold},
+    TextFont{30, KestrinWeight::Bold},     TextFont{19, KestrinWeight::Heavy},
+    TextFont{30, KestrinWeight::Heavy},
+};
+
 constexpr std::chrono::milliseconds restDelay{100};
 
 /// A page that was left leaves holes, in all a tenth of the heap, which glibc keeps unless it is told not to.
@@ -35,6 +56,12 @@ void handBackMemory() {
 /// nothing. Needs the modules.
 void useBodyFont() {
     QGuiApplication::setFont(KestrinFonts::font(bodySize, KestrinWeight::Regular));
+}
+
+/// Their metrics are the first thing that a text asks for.
+void prepare(const QList<QFont> &fonts) {
+    for (const QFont &font : fonts)
+        QFontMetricsF(font).height();
 }
 
 std::unique_ptr<QQuickWindow> makeWindow() {
@@ -58,13 +85,20 @@ ProtectionWindow::ProtectionWindow(QQmlEngine &engine)
     m_rest.setSingleShot(true);
     m_rest.setInterval(restDelay);
     m_rest.callOnTimeout(handBackMemory);
+    useBodyFont();
+    prepare(firstFonts());
 }
 
 ProtectionWindow::~ProtectionWindow() = default;
 
+QList<QFont> ProtectionWindow::firstFonts() {
+    QList<QFont> fonts;
+    for (const TextFont &each : fontsOfHome)
+        fonts.append(KestrinFonts::font(each.size, each.weight));
+    return fonts;
+}
+
 void ProtectionWindow::open(MacProtectionState &state) {
-    // Before there is a window, which would look for its fonts again when faces are added.
-    useBodyFont();
     // It finds its place on the desktop while it is filled.
     m_window = makeWindow();
     m_window->show();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QFont>
+#include <QList>
 #include <QQuickWindow>
 #include <QString>
 #include <QTimer>
@@ -25,6 +27,9 @@ class ProtectionWindow {
 
     /// Makes and shows the window, which starts the runtime. `state` outlives this object.
     void open(MacProtectionState &state);
+    /// What the first page and the sidebar are written in. Made ready while the descriptions are read; what
+    /// is missing here takes its time later.
+    static QList<QFont> firstFonts();
     /// Null before it is opened.
     QQuickWindow *window() const { return m_window.get(); }
 
