@@ -15,10 +15,6 @@
 #include <memory>
 #include <thread>
 
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
-
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 
@@ -37,60 +33,48 @@ void print(std::FILE *stream, const QString &line) {
     std::fprintf(stream, "%s\n", qPrintable(line));
 }
 
-/// A window needs some megabytes at once; glibc asks for them in steps of 132 kB, each time of the kernel.
-void growHeapInLargeSteps() {
-#ifdef __GLIBC__
-    mallopt(M_TOP_PAD, 4 << 20);
-#endif
-}
-
 /// docs/decisions/0012-renderer.md tells why. The environment may say otherwise.
 void chooseRenderer() {
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
-/// Then nobody reads standard error.
-bool startedFromMenu() {
-    return qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID") ||
-           qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN") ||
-           qEnvironmentVariableIsSet("GIO_LAUNCHED_DESKTOP_FILE");
-}
-
-/// What this start was given for the window that it is to bring; used up by it.
-QString activationToken() {
-    const QString token =
+/// What the desktop tells about a start. Qt takes some of it away, so it is read before the application is
+/// made.
+struct Launch {
+    /// For the window that the start is to bring.
+    QString activationToken =
         qEnvironmentVariable("XDG_ACTIVATION_TOKEN", qEnvironmentVariable("DESKTOP_STARTUP_ID"));
-    qunsetenv("XDG_ACTIVATION_TOKEN");
-    return token;
-}
+    /// Then nobody reads standard error.
+    bool isFromMenu = !activationToken.isEmpty() || qEnvironmentVariableIsSet("GIO_LAUNCHED_DESKTOP_FILE");
 
-void refuse(const QString &reason) {
-    print(stderr, reason);
-    if (startedFromMenu())
-        showNotice(reason);
-}
+    void refuse(const QString &reason) const {
+        print(stderr, reason);
+        if (isFromMenu)
+            showNotice(reason);
+    }
+};
 
 /// Somebody else watches. If that is another start of this program, its window is what the user wants.
-int giveWay(const QString &holder, const LaunchOptions &options) {
+int giveWay(const QString &holder, const LaunchOptions &options, const Launch &launch) {
     using namespace std::chrono_literals;
     const bool isOurs = holder.startsWith(u"Kestrin,");
     if (isOurs && options.background)
         return 0;
-    const QString token = activationToken();
     // It may not have come as far as to answer.
     for (int attempt = 0; isOurs && attempt < 20; ++attempt) {
-        switch (SessionBus::activateRunning(token)) {
+        switch (SessionBus::activateRunning(launch.activationToken)) {
         case SessionBus::Answer::activated:
             return 0;
         case SessionBus::Answer::otherDisplay:
-            refuse(u"Kestrin is already open on another display of yours."_s);
+            launch.refuse(u"Kestrin is already open on another display of yours."_s);
             return 1;
         case SessionBus::Answer::none:
             std::this_thread::sleep_for(100ms);
         }
     }
-    refuse(u"Privacy Mode is already watched by "_s + holder + u". End it, then open Kestrin again."_s);
+    launch.refuse(u"Privacy Mode is already watched by "_s + holder +
+                  u". End it, then open Kestrin again."_s);
     return 1;
 }
 
@@ -117,11 +101,11 @@ int main(int argc, char **argv) {
         return 0;
     }
 
-    growHeapInLargeSteps();
+    const Launch launch;
     KestrinFonts::begin();
     chooseRenderer();
     QGuiApplication application(argc, argv);
-    // It connects while this thread is at other things.
+    // It connects while this thread is at other things; in vain where another start has the right to watch.
     Workspace::shared();
     using Start = KestrinApplication::Start;
     KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow);
@@ -131,7 +115,7 @@ int main(int argc, char **argv) {
     const QString supportFolder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     const MonitoringClaim claim = MonitoringClaim::make(supportFolder, u"Kestrin"_s);
     if (claim.holder)
-        return giveWay(*claim.holder, options);
+        return giveWay(*claim.holder, options, launch);
     kestrin.protect(*defaults);
     return QGuiApplication::exec();
 }

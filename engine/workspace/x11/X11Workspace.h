@@ -5,10 +5,10 @@
 
 namespace kestrin {
 
-/// An application is a process with at least one window that a task bar would show. The display is opened by
-/// the first call that needs it. When the X server has gone away the next call tries again, and for whoever
-/// has subscribed it is tried once a minute; what runs then is no launch. A server that does not answer costs
-/// each call two seconds. Main thread only.
+/// An application is a process with at least one window that a task bar would show. A new workspace begins to
+/// open the display, and the first call waits for that. When there is no X server the next call tries again,
+/// and for whoever has subscribed it is tried once a minute; what runs then is no launch. A server that does
+/// not answer costs each call two seconds. Main thread only.
 class X11Workspace final : public Workspace {
   public:
     /// `display` names the X display, "" the one in the environment (DISPLAY).
