@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <filesystem>
+
 #include <csignal>
 #include <limits>
 
@@ -310,6 +312,19 @@ void StoresTest::settings() {
     const QByteArray text = contents(file);
     QVERIFY(text.count('\n') > 2 && text.indexOf("isEnabled") < text.indexOf("protectedDefinitionIDs"));
     QVERIFY(samples::isOwnersAlone(file));
+
+    // What is as it was stays the file that it was, unless others could read it.
+    const auto changes = [&] {
+        const auto link = file.toStdString() + ".former";
+        std::filesystem::create_hard_link(file.toStdString(), link);
+        settings.save({false, {u"zoom"_s, u"facetime"_s}});
+        const bool isNew = !std::filesystem::equivalent(file.toStdString(), link);
+        std::filesystem::remove(link);
+        return isNew;
+    };
+    QVERIFY(!changes());
+    QFile::setPermissions(file, QFile::permissions(file) | QFile::ReadOther);
+    QVERIFY(changes() && samples::isOwnersAlone(file));
 
     write(file, R"({"protectedDefinitionIDs":["zoom","a","zoom"],"isEnabled":false,"version":{"n":2}})");
     QCOMPARE(settings.load(), (PrivacyModeSettings{false, {u"a"_s, u"zoom"_s}}));
