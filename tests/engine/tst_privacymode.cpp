@@ -25,17 +25,6 @@ QList<Kind> kinds(const QList<MacProtectionEvent> &events) {
     return list;
 }
 
-/// A performer that looks into the log when it is asked.
-struct LogWatchingPerformer final : RiskAppActionPerforming {
-    explicit LogWatchingPerformer(MacActivityLogStoring &watched) : log(watched) {}
-    RiskAppActionResult requestQuit(const RunningMacApp &) override {
-        loggedBefore.append(log.recent(100).size());
-        return {Status::requested, u"Asked."_s};
-    }
-    MacActivityLogStoring &log;
-    QList<qsizetype> loggedBefore;
-};
-
 struct Engine {
     RiskAppCatalog catalog{RiskAppCatalog::defaultDefinitions()};
     std::shared_ptr<InMemoryMacAppInventoryService> inventory =
@@ -65,7 +54,6 @@ class PrivacyModeTest : public QObject {
   private Q_SLOTS:
     void definition();
     void previewAndEnforce();
-    void requestsComeBeforeTheLog();
     void onlyRequestedIsSuccess();
     void conversion();
     void quitMessages();
@@ -124,16 +112,6 @@ void PrivacyModeTest::previewAndEnforce() {
     QCOMPARE(engine.performer->requests, QList{engine.inventory->apps.first()});
     // Newest first: the last event of the last check comes first.
     QCOMPARE(engine.log->recent(1).first(), enforced.events.last());
-}
-
-void PrivacyModeTest::requestsComeBeforeTheLog() {
-    Engine engine;
-    const auto performer = std::make_shared<LogWatchingPerformer>(*engine.log);
-    engine.inventory->apps = {samples::app(u"Zoom"_s, 10), samples::app(u"FaceTime"_s, 11)};
-    PrivacyModeController(engine.catalog, engine.inventory, performer, engine.log)
-        .evaluateCurrentApps({true, {}}, false);
-    QCOMPARE(performer->loggedBefore, (QList<qsizetype>{0, 0}));
-    QCOMPARE(engine.log->recent(100).size(), 5);
 }
 
 void PrivacyModeTest::onlyRequestedIsSuccess() {
