@@ -3,7 +3,7 @@
 #include "benchmarks/Bench.h"
 #include "benchmarks/SampleClient.h"
 #include "engine/JSONMacActivityLogStore.h"
-#include "runtime/JSONUserDefaults.h"
+#include "desktop/defaults/JSONUserDefaults.h"
 #include "runtime/MacProtectionRuntime.h"
 
 #include <QCoreApplication>

@@ -4,7 +4,7 @@
 #include "cli/Output.h"
 #include "cli/StatusReport.h"
 #include "cli/TerminalText.h"
-#include "runtime/LoginItem.h"
+#include "desktop/login/FileLoginItem.h"
 #include "runtime/MacProtectionRuntime.h"
 #include "runtime/PrivacyModeFlag.h"
 

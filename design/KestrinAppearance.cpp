@@ -1,6 +1,6 @@
 #include "design/KestrinAppearance.h"
 
-#include "design/platform/DesktopPreferences.h"
+#include "design/DesktopPreferences.h"
 
 #include <QEvent>
 #include <QGuiApplication>

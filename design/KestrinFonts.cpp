@@ -1,6 +1,6 @@
 #include "design/KestrinFonts.h"
 
-#include "design/platform/DesktopFonts.h"
+#include "design/DesktopFonts.h"
 
 #include <QDir>
 #include <QFontDatabase>

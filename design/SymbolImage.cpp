@@ -1,7 +1,7 @@
 #include "design/SymbolImage.h"
 
 #include "design/Drawing.h"
-#include "design/platform/SystemSymbols.h"
+#include "desktop/appearance/SystemSymbols.h"
 
 #include <QPainter>
 

@@ -2,7 +2,7 @@
 
 #include "runtime/MacProtectionRuntime.h"
 
-#include "foundation/TimeChangeWatch.h"
+#include "desktop/clock/SystemTimeChangeWatch.h"
 #include "shared/KestrinSeedData.h"
 
 #include <QTimer>

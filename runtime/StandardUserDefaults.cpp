@@ -2,9 +2,9 @@
 
 // Only this file and LoginItem.cpp know which platform this is.
 #ifdef __APPLE__
-#include "runtime/macos/NSUserDefaultsStore.h"
+#include "desktop/macos/NSUserDefaultsStore.h"
 #else
-#include "runtime/JSONUserDefaults.h"
+#include "desktop/defaults/JSONUserDefaults.h"
 #endif
 
 namespace kestrin {

@@ -4,9 +4,9 @@
 #include "app/Kestrin/ProtectionWindow.h"
 #include "app/Kestrin/QuitNotices.h"
 #include "app/Kestrin/TrayCommands.h"
-#include "app/Kestrin/platform/DesktopNotices.h"
-#include "app/Kestrin/platform/SessionBus.h"
-#include "app/Kestrin/platform/TrayHost.h"
+#include "desktop/session/DesktopNotices.h"
+#include "desktop/session/RunningInstance.h"
+#include "desktop/session/TrayHost.h"
 
 #include <QQmlEngine>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "runtime/LoginItem.h"
+#include "desktop/login/FileLoginItem.h"
 
 #include <QtQml/qqmlregistration.h>
 

@@ -2,9 +2,9 @@
 
 // The only place that knows which platform this is.
 #ifdef __APPLE__
-#include "engine/workspace/appkit/AppKitWorkspace.h"
+#include "desktop/macos/AppKitWorkspace.h"
 #else
-#include "engine/workspace/x11/X11Workspace.h"
+#include "desktop/x11/X11Workspace.h"
 #endif
 
 namespace kestrin {

@@ -2,7 +2,7 @@
 
 #include "design/DesignSystem.h"
 #include "design/KestrinFonts.h"
-#include "design/platform/DesktopFonts.h"
+#include "design/DesktopFonts.h"
 #include "tests/support/Files.h"
 
 #include <QFontInfo>

@@ -1,6 +1,6 @@
 // Desktop entry files, whose first line is here the name of the user's locale.
 
-#include "engine/workspace/x11/DesktopEntry.h"
+#include "desktop/applications/DesktopEntry.h"
 #include "tests/fuzz/Fuzzing.h"
 
 using namespace kestrin;

@@ -1,8 +1,8 @@
 // The desktop of macOS as the window sees it: appearance, display options, symbols, the bundle's icon. What
 // GNUstep lacks of them is put there by the test.
 
-#include "design/platform/macos/AppKitPreferences.h"
-#include "design/platform/macos/AppKitSymbols.h"
+#include "desktop/macos/AppKitPreferences.h"
+#include "desktop/macos/AppKitSymbols.h"
 #include "tests/macos/MacTests.h"
 #include "tests/macos/SampleApplication.h"
 

@@ -1,6 +1,6 @@
 // The preferences of macOS: types, keys, and changes whoever makes them.
 
-#include "runtime/macos/NSUserDefaultsStore.h"
+#include "desktop/macos/NSUserDefaultsStore.h"
 #include "tests/macos/MacTests.h"
 
 #include <QProcess>

@@ -1,8 +1,8 @@
 // The workspace of macOS: records, quit requests, launches and jumps of the time, as AppKit has them and as
 // the engine and the runtime get them.
 
-#include "engine/workspace/appkit/AppKitWorkspace.h"
-#include "foundation/TimeChangeWatch.h"
+#include "desktop/macos/AppKitWorkspace.h"
+#include "desktop/clock/SystemTimeChangeWatch.h"
 #include "tests/macos/MacTests.h"
 #include "tests/macos/SampleApplication.h"
 

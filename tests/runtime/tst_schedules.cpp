@@ -1,6 +1,6 @@
 // Privacy Mode by time of day: every boundary, other time zones, clock changes, and what is recorded.
 
-#include "foundation/TimeChangeWatch.h"
+#include "desktop/clock/SystemTimeChangeWatch.h"
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/Home.h"
 

@@ -4,7 +4,7 @@
 #include "engine/JSONMacActivityLogStore.h"
 #include "engine/JSONPrivacyModeSettingsStore.h"
 #include "engine/workspace/InMemoryWorkspace.h"
-#include "runtime/JSONUserDefaults.h"
+#include "desktop/defaults/JSONUserDefaults.h"
 #include "runtime/MacProtectionRuntime.h"
 #include "tests/support/Samples.h"
 

@@ -1,8 +1,8 @@
 // Quitting real programs of Debian: one of each kind by its own command (tools/ensure-packages
 // desktop-programs), and one by its window.
 
-#include "engine/workspace/session/QuitCommands.h"
-#include "engine/workspace/x11/X11Workspace.h"
+#include "desktop/quitting/QuitCommands.h"
+#include "desktop/x11/X11Workspace.h"
 #include "tests/support/Files.h"
 #include "tests/support/SampleApp.h"
 

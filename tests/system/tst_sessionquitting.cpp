@@ -1,7 +1,7 @@
 // Quitting through what applications offer on the session bus: in which order, and what is left when they
 // lie, refuse or say nothing.
 
-#include "engine/workspace/x11/X11Workspace.h"
+#include "desktop/x11/X11Workspace.h"
 #include "tests/support/Files.h"
 #include "tests/support/SampleApp.h"
 

@@ -1,6 +1,6 @@
 // X servers that are absent, silent or gone.
 
-#include "engine/workspace/x11/X11Workspace.h"
+#include "desktop/x11/X11Workspace.h"
 #include "tests/support/SampleApp.h"
 
 #include <QElapsedTimer>

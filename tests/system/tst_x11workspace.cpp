@@ -1,7 +1,7 @@
 // Applications on a real desktop: which are seen, who they are said to be, when they count as launched, and
 // which of their windows are asked to close.
 
-#include "engine/workspace/x11/X11Workspace.h"
+#include "desktop/x11/X11Workspace.h"
 #include "tests/support/SampleApp.h"
 
 #include <QTest>

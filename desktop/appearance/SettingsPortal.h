@@ -1,0 +1,30 @@
+#pragma once
+
+#include "design/DesktopPreferences.h"
+
+#include <QVariant>
+
+class QDBusPendingCallWatcher;
+class QDBusVariant;
+
+namespace kestrin {
+
+/// The preferences as the desktop's settings portal (org.freedesktop.portal.Settings) tells them on the
+/// session bus, with the changes it signals.
+class SettingsPortal : public DesktopPreferences {
+    Q_OBJECT
+
+  public:
+    /// Null where there is no session bus. Nothing is started to find one.
+    static std::unique_ptr<DesktopPreferences> connectToSession();
+
+  private Q_SLOTS:
+    void settingChanged(const QString &space, const QString &key, const QDBusVariant &value);
+
+  private:
+    void readAll();
+    void takeAll(QDBusPendingCallWatcher *call);
+    void take(const QString &space, const QString &key, const QVariant &value);
+};
+
+} // namespace kestrin

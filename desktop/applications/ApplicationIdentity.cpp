@@ -1,0 +1,73 @@
+#include "desktop/applications/ApplicationIdentity.h"
+
+#include "desktop/applications/DesktopEntryIndex.h"
+#include "desktop/applications/KnownPackagings.h"
+#include "desktop/applications/ProcessIdentity.h"
+#include "desktop/x11/WindowFacts.h"
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+using Found = std::optional<DesktopEntryIndex::Found>;
+
+/// "/usr/share/applications/org.kde.dolphin.desktop" and "org.kde.dolphin" are the same.
+QString idOfDesktopFile(const QString &idOrPath) {
+    QString id = idOrPath.sliced(idOrPath.lastIndexOf(u'/') + 1);
+    if (id.endsWith(".desktop"_L1))
+        id.chop(8);
+    return id;
+}
+
+Found findEntry(const WindowFacts &window, const QString &sandboxId, DesktopEntryIndex &entries) {
+    const auto byId = [&entries](const QString &id) {
+        Found found = entries.withId(id);
+        // The site is not the application; the browser is.
+        return found && found->entry.isWebApplication ? std::nullopt : found;
+    };
+    for (const QString &id : {sandboxId, window.gtkApplicationId, idOfDesktopFile(window.kdeDesktopFile)}) {
+        if (Found found = byId(id))
+            return found;
+    }
+    const QString instance = window.isSite() ? QString() : window.instanceName;
+    for (const QString &name : {window.className, instance}) {
+        if (Found found = entries.withWindowClass(name))
+            return found;
+    }
+    for (const QString &name : {window.className, instance}) {
+        if (Found found = byId(name))
+            return found;
+    }
+    return std::nullopt;
+}
+
+QString nameWithoutEntry(const WindowFacts &window, const ProcessIdentity &process) {
+    if (!window.className.isEmpty())
+        return window.className;
+    return window.instanceName.isEmpty() ? process.executableName() : window.instanceName;
+}
+
+} // namespace
+
+ApplicationIdentity ApplicationIdentity::of(const WindowFacts &window, const ProcessIdentity &process,
+                                            DesktopEntryIndex &entries) {
+    const Found found = findEntry(window, process.sandboxId, entries);
+    ApplicationIdentity identity;
+    if (found)
+        identity.name = found->entry.name;
+    if (identity.name.isEmpty())
+        identity.name = nameWithoutEntry(window, process);
+
+    // What a packaging is called is certain. The class comes second: whoever makes a starter of his own, or
+    // lets a tool make one, calls it as he likes, and the windows stay the same.
+    identity.identifier = knownBundleIdentifierOfId(found ? found->id : process.sandboxId);
+    if (!identity.identifier)
+        identity.identifier = knownBundleIdentifierOfClass(window.className);
+    if (!identity.identifier && found)
+        identity.identifier = found->id;
+    return identity;
+}
+
+} // namespace kestrin

@@ -1,0 +1,120 @@
+#include "desktop/applications/DesktopEntry.h"
+
+#include "desktop/applications/DesktopEntryText.h"
+
+#include <QtGlobal>
+
+#include <algorithm>
+#include <limits>
+
+namespace kestrin {
+
+namespace {
+
+/// Whether an argument of the command line makes a browser open one site as an application.
+bool opensSite(QByteArrayView commandLine) {
+    for (const QByteArrayView argument : {QByteArrayView("--app="), QByteArrayView("--app-id=")}) {
+        for (qsizetype at = commandLine.indexOf(argument); at >= 0;
+             at = commandLine.indexOf(argument, at + 1)) {
+            if (at > 0 && QByteArrayView(" \t\r\"").contains(commandLine[at - 1]))
+                return true;
+        }
+    }
+    return false;
+}
+
+/// Collects the keys of the one group.
+class EntryReader {
+  public:
+    explicit EntryReader(const EntryLocales &locales) : m_locales(locales) {}
+
+    void takeKey(QByteArrayView key, QByteArrayView value) {
+        if (key.startsWith("Name") && (key.size() == 4 || key[4] == '['))
+            takeName(key.sliced(4), value);
+        else if (key == QByteArrayView("Type"))
+            m_entry.isApplication = value == QByteArrayView("Application");
+        else if (key == QByteArrayView("StartupWMClass"))
+            m_entry.windowClass = desktopEntryString(value);
+        else if (key == QByteArrayView("Hidden"))
+            m_entry.isHidden = desktopEntryBoolean(value);
+        else if (key == QByteArrayView("NoDisplay"))
+            m_entry.isOutsideMenus = desktopEntryBoolean(value);
+        else if (key == QByteArrayView("Exec"))
+            m_entry.isWebApplication = opensSite(value);
+    }
+
+    DesktopEntry entry() const {
+        DesktopEntry entry = m_entry;
+        entry.name = desktopEntryString(m_name);
+        return entry;
+    }
+
+  private:
+    void takeName(QByteArrayView suffix, QByteArrayView value) {
+        qsizetype rank = m_locales.size();
+        if (!suffix.isEmpty()) {
+            if (suffix.size() < 3 || suffix.back() != ']')
+                return;
+            const QByteArrayView locale = suffix.sliced(1, suffix.size() - 2);
+            rank = std::find(m_locales.cbegin(), m_locales.cend(), locale) - m_locales.cbegin();
+            if (rank == m_locales.size())
+                return;
+        }
+        if (rank <= m_nameRank && !value.isEmpty()) {
+            m_name = value;
+            m_nameRank = rank;
+        }
+    }
+
+    const EntryLocales &m_locales;
+    DesktopEntry m_entry;
+    QByteArrayView m_name;
+    qsizetype m_nameRank = std::numeric_limits<qsizetype>::max();
+};
+
+} // namespace
+
+EntryLocales entryLocales(QByteArrayView localeName) {
+    QByteArrayView rest = localeName;
+    const auto cutOff = [&rest](char separator) {
+        const qsizetype at = rest.indexOf(separator);
+        const QByteArrayView tail = at < 0 ? QByteArrayView() : rest.sliced(at);
+        if (at >= 0)
+            rest = rest.first(at);
+        return tail.toByteArray();
+    };
+    const QByteArray modifier = cutOff('@');
+    cutOff('.');
+    const QByteArray country = cutOff('_');
+    const QByteArray language = rest.toByteArray();
+    if (language.isEmpty() || language == "C" || language == "POSIX")
+        return {};
+    EntryLocales locales;
+    for (const QByteArray &locale :
+         {language + country + modifier, language + country, language + modifier, language}) {
+        if (!locales.contains(locale))
+            locales.append(locale);
+    }
+    return locales;
+}
+
+EntryLocales entryLocalesOfEnvironment() {
+    for (const char *variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const QByteArray value = qgetenv(variable);
+        if (!value.isEmpty())
+            return entryLocales(value);
+    }
+    return {};
+}
+
+std::optional<DesktopEntry> DesktopEntry::parse(QByteArrayView text, const EntryLocales &locales) {
+    DesktopEntryKeys keys(text);
+    EntryReader reader(locales);
+    while (keys.next())
+        reader.takeKey(keys.key(), keys.value());
+    if (!keys.hasGroup())
+        return std::nullopt;
+    return reader.entry();
+}
+
+} // namespace kestrin

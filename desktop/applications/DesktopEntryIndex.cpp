@@ -1,0 +1,251 @@
+#include "desktop/applications/DesktopEntryIndex.h"
+
+#include <QDir>
+#include <QFile>
+#include <QtGlobal>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <memory>
+#include <utility>
+
+namespace kestrin {
+
+namespace {
+
+// Far above what is found in practice; they keep a loop of links or a misplaced huge file from costing more
+// than time.
+constexpr int maximumDepth = 6;
+constexpr std::size_t maximumFiles = 20000;
+constexpr qsizetype maximumFileSize = 1024 * 1024;
+
+struct CloseFolder {
+    void operator()(DIR *folder) const { ::closedir(folder); }
+};
+using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
+
+/// Reads a file into a buffer that is used again and again, and tells its state; false when it cannot be
+/// read. Never waits for whoever is at the other end of a pipe.
+bool readFile(const QByteArray &path, QByteArray &buffer, struct stat &status) {
+    const int descriptor = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0)
+        return false;
+    bool readable = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    const auto size = readable ? std::min<qint64>(status.st_size, maximumFileSize) : 0;
+    buffer.resize(static_cast<qsizetype>(size));
+    qsizetype used = 0;
+    while (readable && used < buffer.size()) {
+        const ssize_t got =
+            ::read(descriptor, buffer.data() + used, static_cast<std::size_t>(buffer.size() - used));
+        if (got < 0 && errno == EINTR)
+            continue;
+        readable = got >= 0;
+        if (got <= 0)
+            break;
+        used += got;
+    }
+    ::close(descriptor);
+    buffer.resize(used);
+    return readable;
+}
+
+bool isFolder(const dirent &entry, int parent) {
+    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
+        return entry.d_type == DT_DIR;
+    struct stat status {};
+    return ::fstatat(parent, entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+QList<QByteArray> applicationFoldersOfEnvironment() {
+    QByteArray home = qgetenv("XDG_DATA_HOME");
+    if (!home.startsWith('/'))
+        home = QFile::encodeName(QDir::homePath()) + "/.local/share";
+    QByteArray others = qgetenv("XDG_DATA_DIRS");
+    if (others.isEmpty())
+        others = "/usr/local/share:/usr/share";
+    QList<QByteArray> folders;
+    for (QByteArray folder : QList<QByteArray>{home} + others.split(':')) {
+        while (folder.size() > 1 && folder.endsWith('/'))
+            folder.chop(1);
+        folder += "/applications";
+        // A relative path means a different folder for every program, so such a path is to be ignored.
+        if (folder.startsWith('/') && !folders.contains(folder))
+            folders.append(folder);
+    }
+    return folders;
+}
+
+DesktopEntryIndex::Stamp DesktopEntryIndex::Stamp::of(const struct stat &status) {
+    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+DesktopEntryIndex::Stamp DesktopEntryIndex::Stamp::of(const QByteArray &path) {
+    struct stat status {};
+    return ::stat(path.constData(), &status) == 0 ? of(status) : Stamp();
+}
+
+DesktopEntryIndex::DesktopEntryIndex(const QList<QByteArray> &folders, const EntryLocales &locales)
+    : m_roots(folders)
+    , m_locales(locales) {}
+
+void DesktopEntryIndex::refresh() {
+    ++m_round;
+    if (m_listed && !isUpToDate())
+        m_listed = false;
+}
+
+bool DesktopEntryIndex::isUpToDate() const {
+    return !m_fresh && std::all_of(m_folders.cbegin(), m_folders.cend(), [](const Folder &folder) {
+        return folder.stamp == Stamp::of(folder.path);
+    });
+}
+
+void DesktopEntryIndex::listFolders() {
+    if (std::exchange(m_listed, true))
+        return;
+    m_folders.clear();
+    m_files.clear();
+    m_byId.clear();
+    m_byFoldedId.clear();
+    m_classesRead = false;
+    for (const QByteArray &root : m_roots)
+        listFolder(root, {}, 0);
+
+    // The clock of file times ticks every few milliseconds only.
+    using namespace std::chrono;
+    const auto now = duration_cast<nanoseconds>(system_clock::now().time_since_epoch());
+    m_fresh = std::any_of(m_folders.cbegin(), m_folders.cend(), [now](const Folder &folder) {
+        const auto age = now - seconds(folder.stamp.seconds) - nanoseconds(folder.stamp.nanoseconds);
+        return age < milliseconds(50) && age > milliseconds(-50);
+    });
+}
+
+void DesktopEntryIndex::listFolder(const QByteArray &path, const QString &idPrefix, int depth) {
+    // Taken before the listing, so that what changes meanwhile is found by the next round.
+    m_folders.push_back({path, Stamp::of(path)});
+    const OpenFolder folder(::opendir(path.constData()));
+    if (!folder)
+        return;
+    std::vector<QByteArray> names;
+    std::vector<QByteArray> subfolders;
+    while (const dirent *entry = ::readdir(folder.get())) {
+        const QByteArrayView name(entry->d_name);
+        if (name.endsWith(".desktop"))
+            names.push_back(name.toByteArray());
+        else if (!name.startsWith('.') && depth < maximumDepth && isFolder(*entry, ::dirfd(folder.get())))
+            subfolders.push_back(name.toByteArray());
+    }
+    // The order in which a file system lists must not decide which of two equals is found.
+    std::sort(names.begin(), names.end());
+    std::sort(subfolders.begin(), subfolders.end());
+    for (const QByteArray &name : names) {
+        const QString id = idPrefix + QFile::decodeName(name.chopped(8));
+        if (m_files.size() >= maximumFiles || m_byId.contains(id))
+            continue;
+        m_byId.insert(id, m_files.size());
+        const QString folded = id.toCaseFolded();
+        if (!m_byFoldedId.contains(folded))
+            m_byFoldedId.insert(folded, m_files.size());
+        m_files.push_back({id, path + '/' + name});
+    }
+    for (const QByteArray &name : subfolders)
+        listFolder(path + '/' + name, idPrefix + QFile::decodeName(name) + u'-', depth + 1);
+}
+
+void DesktopEntryIndex::readClasses() {
+    listFolders();
+    if (std::exchange(m_classesRead, true))
+        return;
+    m_byWindowClass.clear();
+    QByteArray text;
+    struct stat status {};
+    QList<std::size_t> outsideMenus;
+    const auto add = [this](std::size_t number) {
+        const QString folded = m_files[number].entry->windowClass.toCaseFolded();
+        if (!m_byWindowClass.contains(folded))
+            m_byWindowClass.insert(folded, number);
+    };
+    for (std::size_t number = 0; number < m_files.size(); ++number) {
+        File &file = m_files[number];
+        // Most entries claim no class. Searching for the key is much cheaper than reading all the
+        // translations.
+        if (!readFile(file.path, text, status) || !text.contains("StartupWMClass"))
+            continue;
+        file.entry = DesktopEntry::parse(text, m_locales);
+        file.stamp = Stamp::of(status);
+        file.round = m_round;
+        if (!file.entry || file.entry->isHidden || !file.entry->isApplication ||
+            file.entry->isWebApplication || file.entry->windowClass.isEmpty())
+            continue;
+        if (file.entry->isOutsideMenus)
+            outsideMenus.append(number);
+        else
+            add(number);
+    }
+    // Entries that only open files or addresses of some kind come after the application's main one.
+    std::for_each(outsideMenus.cbegin(), outsideMenus.cend(), add);
+}
+
+const std::optional<DesktopEntry> &DesktopEntryIndex::entryOf(File &file) {
+    if (file.round == m_round)
+        return file.entry;
+    const Stamp now = Stamp::of(file.path);
+    if (file.round == 0 || now != file.stamp) {
+        QByteArray text;
+        struct stat status {};
+        file.entry.reset();
+        if (readFile(file.path, text, status))
+            file.entry = DesktopEntry::parse(text, m_locales);
+        // It may claim another class than it did when the classes were collected.
+        if (file.round != 0)
+            m_classesRead = false;
+        file.stamp = now;
+    }
+    file.round = m_round;
+    return file.entry;
+}
+
+std::optional<DesktopEntryIndex::Found> DesktopEntryIndex::usable(std::size_t number) {
+    File &file = m_files[number];
+    const std::optional<DesktopEntry> &entry = entryOf(file);
+    if (!entry || entry->isHidden || !entry->isApplication)
+        return std::nullopt;
+    return Found{file.id, *entry};
+}
+
+std::optional<DesktopEntryIndex::Found> DesktopEntryIndex::withId(const QString &id) {
+    if (id.isEmpty())
+        return std::nullopt;
+    listFolders();
+    if (const auto exact = m_byId.constFind(id); exact != m_byId.cend())
+        return usable(*exact);
+    const auto folded = m_byFoldedId.constFind(id.toCaseFolded());
+    return folded == m_byFoldedId.cend() ? std::nullopt : usable(*folded);
+}
+
+std::optional<DesktopEntryIndex::Found> DesktopEntryIndex::withWindowClass(const QString &windowClass) {
+    if (windowClass.isEmpty())
+        return std::nullopt;
+    const QString folded = windowClass.toCaseFolded();
+    while (true) {
+        readClasses();
+        const auto found = m_byWindowClass.constFind(folded);
+        if (found == m_byWindowClass.cend())
+            return std::nullopt;
+        auto result = usable(*found);
+        // Each file is looked at once a round, so this ends.
+        if (m_classesRead)
+            return result;
+    }
+}
+
+} // namespace kestrin

@@ -1,0 +1,93 @@
+// All desktop entries of this user.
+#pragma once
+
+#include "desktop/applications/DesktopEntry.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+struct stat;
+
+namespace kestrin {
+
+/// The folders "applications" of the environment's data directories, the most important first.
+QList<QByteArray> applicationFoldersOfEnvironment();
+
+/// Finds desktop entries by id and by the window class they claim, without regard to case. Of several files
+/// with the same id the one in the most important folder counts.
+///
+/// The folders are listed and the files read on the first use that needs it. Later changes are noticed at
+/// `refresh`, which looks at the times of the folders, and of the files that were in use; that needs no event
+/// loop, wakes nobody up and costs a few microseconds. Main thread only.
+class DesktopEntryIndex {
+  public:
+    struct Found {
+        /// The desktop-file id without ".desktop".
+        QString id;
+        DesktopEntry entry;
+    };
+
+    explicit DesktopEntryIndex(const QList<QByteArray> &folders = applicationFoldersOfEnvironment(),
+                               const EntryLocales &locales = entryLocalesOfEnvironment());
+
+    /// Begins a new round of questions: forgets what has changed on disk since it was read.
+    void refresh();
+
+    /// The application with this desktop-file id.
+    std::optional<Found> withId(const QString &id);
+    /// The application whose entry claims windows of this class, or instance.
+    std::optional<Found> withWindowClass(const QString &windowClass);
+
+  private:
+    /// What tells two states of a folder or a file apart; all zero when there is none.
+    struct Stamp {
+        quint64 device = 0;
+        quint64 inode = 0;
+        qint64 size = 0;
+        qint64 seconds = 0;
+        qint64 nanoseconds = 0;
+
+        static Stamp of(const struct stat &status);
+        static Stamp of(const QByteArray &path);
+        bool operator==(const Stamp &) const = default;
+    };
+    struct Folder {
+        QByteArray path;
+        Stamp stamp;
+    };
+    struct File {
+        QString id;
+        QByteArray path;
+        std::optional<DesktopEntry> entry = std::nullopt;
+        Stamp stamp = {};
+        /// Read, and seen to be unchanged in this round.
+        quint64 round = 0;
+    };
+
+    void listFolders();
+    void listFolder(const QByteArray &path, const QString &idPrefix, int depth);
+    void readClasses();
+    bool isUpToDate() const;
+    const std::optional<DesktopEntry> &entryOf(File &file);
+    std::optional<Found> usable(std::size_t number);
+
+    const QList<QByteArray> m_roots;
+    const EntryLocales m_locales;
+    quint64 m_round = 1;
+    bool m_listed = false;
+    bool m_classesRead = false;
+    /// Changed so shortly before it was listed that another change could leave the same time behind.
+    bool m_fresh = false;
+    std::vector<Folder> m_folders;
+    std::vector<File> m_files;
+    QHash<QString, std::size_t> m_byId;
+    QHash<QString, std::size_t> m_byFoldedId;
+    QHash<QString, std::size_t> m_byWindowClass;
+};
+
+} // namespace kestrin

@@ -1,0 +1,105 @@
+#include "desktop/applications/ProcessIdentity.h"
+
+#include <QFile>
+#include <QRegularExpression>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+namespace {
+
+QByteArray linkTarget(const QByteArray &path) {
+    std::array<char, 4096> target; // NOLINT: filled by the call
+    const ssize_t length = ::readlink(path.constData(), target.data(), target.size());
+    return length > 0 ? QByteArray(target.data(), length) : QByteArray();
+}
+
+/// The beginning of a small file.
+QByteArray fileHead(const QByteArray &path) {
+    const int descriptor = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0)
+        return {};
+    QByteArray head(4096, Qt::Uninitialized);
+    const ssize_t length = ::read(descriptor, head.data(), static_cast<std::size_t>(head.size()));
+    ::close(descriptor);
+    head.truncate(std::max<ssize_t>(length, 0));
+    return head;
+}
+
+/// The value of "name" in the group "Application" of the file that Flatpak puts into each sandbox.
+QString flatpakId(const QByteArray &info) {
+    bool inside = false;
+    const QList<QByteArray> lines = info.split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith('['))
+            inside = line.trimmed() == "[Application]";
+        else if (inside && line.startsWith("name="))
+            return QString::fromUtf8(line.sliced(5).trimmed());
+    }
+    return {};
+}
+
+QString sandboxIdOf(const QByteArray &process, const QByteArray &ownProcess, const QByteArray &executable) {
+    // Looking further costs more than all the rest, and both kinds of sandbox have their own view of the file
+    // system; only those Snaps that ask for none have not.
+    const bool isApart = linkTarget(process + "/ns/mnt") != linkTarget(ownProcess + "/ns/mnt");
+    if (!isApart && !executable.startsWith("/snap/"))
+        return {};
+    if (const QByteArray info = fileHead(process + "/root/.flatpak-info"); !info.isEmpty())
+        return flatpakId(info);
+    const QString id = snapIdOfSecurityLabel(fileHead(process + "/attr/current"));
+    return id.isEmpty() ? snapIdOfControlGroup(fileHead(process + "/cgroup")) : id;
+}
+
+/// "snap.NAME.APP" as "NAME_APP".
+QString snapId(QByteArrayView tag) {
+    const QList<QByteArray> parts = tag.toByteArray().split('.');
+    if (parts.size() != 3 || parts[0] != "snap" || parts[1].isEmpty() || parts[2].isEmpty())
+        return {};
+    return QString::fromUtf8(parts[1] + '_' + parts[2]);
+}
+
+} // namespace
+
+ProcessIdentity ProcessIdentity::of(qint32 processIdentifier, const QByteArray &procFolder) {
+    const QByteArray process = procFolder + '/' + QByteArray::number(processIdentifier);
+    QByteArray executable = linkTarget(process + "/exe");
+    // An update replaced the file while the program was running.
+    if (executable.endsWith(" (deleted)"))
+        executable.chop(10);
+    ProcessIdentity identity;
+    if (executable.startsWith('/'))
+        identity.executablePath = QFile::decodeName(executable);
+    identity.sandboxId = sandboxIdOf(process, procFolder + "/self", executable);
+    return identity;
+}
+
+QString ProcessIdentity::executableName() const {
+    return executablePath ? executablePath->sliced(executablePath->lastIndexOf(u'/') + 1) : QString();
+}
+
+bool ProcessIdentity::forwardsWindows() const {
+    const QString name = executableName();
+    return name == "ssh"_L1 || name == "dbclient"_L1 || name == "plink"_L1;
+}
+
+QString snapIdOfSecurityLabel(QByteArrayView label) {
+    const qsizetype end = label.indexOf(' ');
+    return snapId((end < 0 ? label : label.first(end)).trimmed());
+}
+
+QString snapIdOfControlGroup(QByteArrayView text) {
+    // ".../snap.NAME.APP-UUID.scope"; older versions put a dot before the UUID.
+    static const QRegularExpression pattern(
+        u"/(snap\\.[^./\\n]+\\.[^./\\n]+?)[-.][0-9a-f]{8}(?:-[0-9a-f]{4}){3}-[0-9a-f]{12}\\.scope(?:\\n|$)"_s);
+    const QRegularExpressionMatch match = pattern.match(QString::fromUtf8(text));
+    return match.hasMatch() ? snapId(match.captured(1).toUtf8()) : QString();
+}
+
+} // namespace kestrin

@@ -1,0 +1,81 @@
+#include "desktop/login/FileLoginItem.h"
+
+#include "foundation/FileLock.h"
+#include "foundation/PrivateFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+LoginItem::LoginItem(const QString &program, const LoginFile &file) : m_program(program), m_file(file) {}
+
+LoginFile LoginItem::standardFile() {
+#ifdef __APPLE__
+    return launchAgent();
+#else
+    return autostartEntry();
+#endif
+}
+
+QString LoginItem::installedProgram(const QString &folder, const LoginFile &file) {
+    for (const QString &place : file.programs) {
+        const QFileInfo program(QDir(folder).filePath(place));
+        if (program.isFile() && program.isExecutable())
+            return QDir::cleanPath(program.absoluteFilePath());
+    }
+    return QStandardPaths::findExecutable(u"kestrin"_s);
+}
+
+QString LoginItem::path() const {
+    return m_file.folders.first() + u'/' + m_file.name;
+}
+
+bool LoginItem::isEnabled() const {
+    for (const QString &folder : m_file.folders) {
+        const QString candidate = folder + u'/' + m_file.name;
+        // One that cannot be read hides those behind it all the same.
+        if (QFileInfo::exists(candidate))
+            return m_file.starts(readWholeFile(candidate).value_or(QByteArray()));
+    }
+    return false;
+}
+
+bool LoginItem::setEnabled(bool enabled) {
+    const bool isOwn = QFileInfo::exists(path());
+    if (enabled) {
+        if (hasProgram() && (isOwn || !isEnabled()))
+            write(true);
+    } else if (isForAllUsers()) {
+        if (isOwn || isEnabled())
+            write(false);
+    } else {
+        QFile::remove(path());
+    }
+    return isEnabled() == enabled;
+}
+
+bool LoginItem::isForAllUsers() const {
+    return std::any_of(m_file.folders.cbegin() + 1, m_file.folders.cend(), [this](const QString &folder) {
+        return QFileInfo::exists(folder + u'/' + m_file.name);
+    });
+}
+
+void LoginItem::write(bool enabled) const {
+    using namespace std::chrono_literals;
+    const QString folder = m_file.folders.first();
+    if (!QDir().mkpath(folder))
+        return;
+    // Where the program is does not matter to a file that says that it is not started.
+    const QByteArray text = m_file.text(hasProgram() ? m_program : u"kestrin"_s, enabled);
+    if (const auto lock = FileLock::lockFolder(folder, 10s))
+        replacePrivateFile(path(), {viewOf(text)});
+}
+
+} // namespace kestrin

@@ -1,0 +1,39 @@
+// A platform without a session bus: macOS, which starts a program once by itself, always has a menu bar, and
+// shows notices through the icon there.
+
+#include "desktop/session/DesktopNotices.h"
+#include "desktop/session/RunningInstance.h"
+#include "desktop/session/TrayHost.h"
+
+namespace kestrin {
+
+SessionBus::Answer SessionBus::activateRunning(const QString &) {
+    return Answer::none;
+}
+
+bool SessionBus::claim() {
+    return false;
+}
+
+TrayHost::TrayHost(QObject *parent) : QObject(parent) {
+    QMetaObject::invokeMethod(this, &TrayHost::ask, Qt::QueuedConnection);
+}
+
+void TrayHost::ask() {
+    m_isPresent = true;
+    Q_EMIT changed();
+}
+
+DesktopNotices::DesktopNotices(QObject *parent) : QObject(parent) {}
+
+bool DesktopNotices::show(const QString &) {
+    return false;
+}
+
+void DesktopNotices::takeAction(uint, const QString &) {}
+
+void DesktopNotices::takeToken(uint, const QString &) {}
+
+void DesktopNotices::forget(uint) {}
+
+} // namespace kestrin

@@ -1,0 +1,77 @@
+// A connection to the user's message bus (D-Bus), whose members may be silent.
+#pragma once
+
+#include "foundation/Deadline.h"
+
+#include <QByteArray>
+
+#include <systemd/sd-bus.h>
+
+#include <functional>
+#include <list>
+#include <memory>
+
+namespace kestrin {
+
+/// A method of an object of a member of the bus.
+struct BusMethod {
+    /// A unique name (":1.42") says exactly whom; another name never starts a service here.
+    QByteArray destination;
+    QByteArray path;
+    QByteArray interface;
+    const char *member;
+};
+
+/// Owns the connection. Questions are asked without waiting, any number of them at once, and answered while
+/// somebody waits with a deadline. Main thread only.
+class SessionBus {
+  public:
+    /// With the reply, which may be an error and lasts as long as the call.
+    using Answer = std::function<void(sd_bus_message *)>;
+
+    /// Begins to connect, which takes no time; null when there is no bus.
+    static std::unique_ptr<SessionBus> connect();
+
+    SessionBus(const SessionBus &) = delete;
+    SessionBus &operator=(const SessionBus &) = delete;
+    /// Unanswered questions stay so.
+    ~SessionBus();
+
+    /// `types` and what follows are those of sd_bus_message_append. Whether it was sent: only then is
+    /// `answer` called, once, at the earliest by waitUntil.
+    template <typename... Arguments>
+    bool call(const BusMethod &method, Answer answer, const char *types = "", Arguments... arguments) {
+        const Message message = newCall(method);
+        return message && sd_bus_message_append(message.get(), types, arguments...) >= 0 &&
+               send(message.get(), std::move(answer));
+    }
+
+    static bool isError(sd_bus_message *reply) { return sd_bus_message_is_method_error(reply, nullptr) != 0; }
+    /// Whether whoever was asked left the bus instead of answering.
+    bool tellsOfLeaving(sd_bus_message *reply) const;
+
+    /// Hands out answers as they come. False when that was not enough by the deadline, or the bus has gone.
+    bool waitUntil(const std::function<bool()> &isDone, const Deadline &deadline);
+
+  private:
+    struct Unref {
+        void operator()(sd_bus_message *message) const { sd_bus_message_unref(message); }
+    };
+    using Message = std::unique_ptr<sd_bus_message, Unref>;
+    struct Pending {
+        SessionBus *bus;
+        Answer answer;
+        std::list<Pending>::iterator self;
+    };
+
+    explicit SessionBus(sd_bus *bus) : m_bus(bus) {}
+
+    Message newCall(const BusMethod &method);
+    bool send(sd_bus_message *message, Answer answer);
+    static int answered(sd_bus_message *reply, void *pending, sd_bus_error *error);
+
+    sd_bus *m_bus;
+    std::list<Pending> m_pending;
+};
+
+} // namespace kestrin

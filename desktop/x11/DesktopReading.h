@@ -1,0 +1,61 @@
+// The desktop as the window manager presents it at one moment.
+#pragma once
+
+#include "desktop/quitting/QuitCommands.h"
+#include "desktop/x11/WindowFacts.h"
+#include "desktop/x11/X11Connection.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <optional>
+
+namespace kestrin {
+
+struct DesktopWindow {
+    quint32 id = 0;
+    /// 0 when it cannot be told.
+    qint32 process = 0;
+    WindowFacts facts;
+
+    /// Whether the window makes its process an application.
+    bool counts() const { return process != 0 && facts.isRegular(); }
+};
+
+/// A process and its windows that count, in the window manager's order.
+struct DesktopApplication {
+    qint32 process = 0;
+    QList<DesktopWindow> windows;
+
+    /// The window that tells best who the application is.
+    const DesktopWindow &representative() const;
+};
+
+struct DesktopReading {
+    /// All managed windows, in the order in which they were first shown.
+    QList<DesktopWindow> windows;
+
+    /// In the order of their first window that counts.
+    QList<DesktopApplication> applications() const;
+
+    /// A window that vanished meanwhile is left out. No reading when the server did not answer in time.
+    static std::optional<DesktopReading> take(X11Connection &connection, const Deadline &deadline);
+};
+
+/// Whether a window manager is there now that closes windows for others (_NET_CLOSE_WINDOW).
+enum class WindowManager { absent, listsWindows, closesWindows };
+WindowManager windowManagerOf(X11Connection &connection, const Deadline &deadline);
+
+/// Those of the windows that want to be asked before they are closed (WM_DELETE_WINDOW).
+QList<quint32> windowsThatTakePartInClosing(X11Connection &connection, const QList<DesktopWindow> &windows,
+                                            const Deadline &deadline);
+
+/// The GTK applications that the windows say they belong to, each once.
+QList<QuitTarget::GtkApplication>
+gtkApplicationsOf(X11Connection &connection, const QList<DesktopWindow> &windows, const Deadline &deadline);
+
+/// Those of the windows that exist and are shown or minimised, whether or not a window manager lists them.
+QList<quint32> windowsInUse(X11Connection &connection, const QList<quint32> &windows,
+                            const Deadline &deadline);
+
+} // namespace kestrin

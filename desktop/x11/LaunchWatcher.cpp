@@ -1,0 +1,119 @@
+#include "desktop/x11/LaunchWatcher.h"
+
+#include <algorithm>
+
+namespace kestrin {
+
+LaunchWatcher::LaunchWatcher(X11Connection &connection) : m_connection(connection) {
+    // The events come first, so that nothing happens between the reading and them.
+    select(m_connection.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+    update();
+}
+
+LaunchWatcher::~LaunchWatcher() {
+    for (const quint32 window : std::as_const(m_followed))
+        select(window, XCB_EVENT_MASK_NO_EVENT);
+    select(m_connection.root(), XCB_EVENT_MASK_NO_EVENT);
+    m_connection.flush();
+}
+
+bool LaunchWatcher::concerns(const xcb_generic_event_t &event) const {
+    const X11Atoms &atoms = m_connection.atoms();
+    switch (event.response_type & 0x7f) {
+    case XCB_PROPERTY_NOTIFY: {
+        const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
+        if (change.window == m_connection.root())
+            return change.atom == atoms.clientList;
+        return change.atom == atoms.windowType || change.atom == atoms.windowState ||
+               change.atom == atoms.windowPid || change.atom == atoms.wmState ||
+               change.atom == core_atoms::wmClientMachine;
+    }
+    case XCB_UNMAP_NOTIFY:
+    case XCB_DESTROY_NOTIFY:
+        return !m_unlisted.isEmpty();
+    default:
+        return false;
+    }
+}
+
+QList<DesktopApplication> LaunchWatcher::update() {
+    const Deadline deadline(serverPatience);
+    QList<DesktopApplication> launches;
+    bool again = true;
+    // A window that is followed from now on may have changed since it was read.
+    for (int round = 0; again && round < 3; ++round) {
+        const auto reading = DesktopReading::take(m_connection, deadline);
+        m_isBehind = !reading;
+        again = reading && compare(*reading, deadline, launches);
+    }
+    return launches;
+}
+
+/// Returns whether there are windows whose events were not followed before.
+bool LaunchWatcher::compare(const DesktopReading &reading, const Deadline &deadline,
+                            QList<DesktopApplication> &launches) {
+    QHash<qint32, QList<quint32>> now;
+    for (const DesktopApplication &application : reading.applications()) {
+        QList<quint32> &windows = now[application.process];
+        for (const DesktopWindow &window : application.windows)
+            windows.append(window.id);
+        if (!m_known.contains(application.process))
+            launches.append(application);
+    }
+    forgetEnded(now, reading.windows, deadline);
+    m_known.insert(now);
+    return followWindows(reading);
+}
+
+void LaunchWatcher::forgetEnded(const QHash<qint32, QList<quint32>> &now, const QList<DesktopWindow> &listed,
+                                const Deadline &deadline) {
+    QSet<quint32> listedIds;
+    for (const DesktopWindow &window : listed)
+        listedIds.insert(window.id);
+    m_unlisted.clear();
+    QList<quint32> missing;
+    for (auto known = m_known.cbegin(); known != m_known.cend(); ++known) {
+        if (now.contains(known.key()))
+            continue;
+        std::copy_if(known->cbegin(), known->cend(), std::back_inserter(missing),
+                     [&](quint32 window) { return !listedIds.contains(window); });
+    }
+    if (!missing.isEmpty()) {
+        const QList<quint32> inUse = windowsInUse(m_connection, missing, deadline);
+        m_unlisted = QSet<quint32>(inUse.cbegin(), inUse.cend());
+    }
+    m_known.removeIf([&](const auto &known) {
+        return !now.contains(known.key()) &&
+               std::none_of(known.value().cbegin(), known.value().cend(),
+                            [this](quint32 window) { return m_unlisted.contains(window); });
+    });
+}
+
+bool LaunchWatcher::followWindows(const DesktopReading &reading) {
+    QSet<quint32> wanted = m_unlisted;
+    for (const DesktopWindow &window : reading.windows) {
+        if (!window.counts())
+            wanted.insert(window.id);
+    }
+    for (const quint32 window : std::as_const(m_followed)) {
+        if (!wanted.contains(window))
+            select(window, XCB_EVENT_MASK_NO_EVENT);
+    }
+    bool more = false;
+    for (const quint32 window : std::as_const(wanted)) {
+        if (m_followed.contains(window))
+            continue;
+        select(window, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+        more = true;
+    }
+    m_followed = std::move(wanted);
+    m_connection.flush();
+    return more;
+}
+
+void LaunchWatcher::select(quint32 window, quint32 events) {
+    // A window that has gone meanwhile gives an error event, which nobody looks at.
+    xcb_change_window_attributes(m_connection.xcb(), window, XCB_CW_EVENT_MASK, &events);
+}
+
+} // namespace kestrin

@@ -1,0 +1,121 @@
+// A connection to an X server that may stop answering or go away at any time.
+#pragma once
+
+#include "foundation/Deadline.h"
+#include "desktop/x11/X11Atoms.h"
+
+#include <xcb/xcb.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+namespace kestrin {
+
+/// What one call of the workspace may cost when the X server does not answer.
+inline constexpr std::chrono::milliseconds serverPatience{2000};
+
+struct FreeDeleter {
+    void operator()(void *memory) const { std::free(memory); }
+};
+
+/// A reply, an event or an error, all of which xcb allocates for its caller.
+template <typename Message>
+using XcbMessage = std::unique_ptr<Message, FreeDeleter>;
+
+/// What was learnt of a server when the connection was made.
+struct X11Server {
+    quint32 root = 0;
+    /// The bits of a resource's number that its client chose; the others tell the client.
+    quint32 resourceMask = 0;
+    X11Atoms atoms;
+    /// The server tells the processes behind its clients (X-Resource 1.2).
+    bool tellsProcesses = false;
+};
+
+/// Owns the connection. Main thread only.
+///
+/// Requests are sent with xcb's own functions and flushed here; replies are waited for with a deadline.
+/// Nothing blocks longer than that, and a server that has gone never raises a signal.
+class X11Connection {
+  public:
+    /// Takes over an established connection.
+    X11Connection(xcb_connection_t *connection, const X11Server &server)
+        : m_connection(connection)
+        , m_server(server) {}
+    X11Connection(const X11Connection &) = delete;
+    X11Connection &operator=(const X11Connection &) = delete;
+    ~X11Connection() { xcb_disconnect(m_connection); }
+
+    xcb_connection_t *xcb() const { return m_connection; }
+    const X11Server &server() const { return m_server; }
+    const X11Atoms &atoms() const { return m_server.atoms; }
+    quint32 root() const { return m_server.root; }
+
+    /// The server has gone away; nothing will ever be answered any more.
+    bool isBroken() const { return xcb_connection_has_error(m_connection) != 0; }
+
+    /// Hands all requests to the server.
+    void flush();
+
+    enum class Outcome {
+        answered,
+        refused, ///< the server answered with an error: the window has gone, for example
+        silent,  ///< no answer by the deadline, or no server any more
+    };
+    /// The outcome of a flushed request, and its reply, which a request without one does not have.
+    std::pair<Outcome, void *> waitFor(unsigned sequence, const Deadline &deadline);
+
+  private:
+    xcb_connection_t *m_connection;
+    X11Server m_server;
+};
+
+/// A reply that is to come. Forgets it when nobody took it.
+template <typename Reply>
+class PendingReply {
+  public:
+    using Outcome = X11Connection::Outcome;
+
+    PendingReply() = default;
+    template <typename Cookie>
+    PendingReply(X11Connection &connection, Cookie cookie)
+        : m_connection(&connection)
+        , m_sequence(cookie.sequence) {}
+    PendingReply(PendingReply &&other) noexcept
+        : m_connection(std::exchange(other.m_connection, nullptr))
+        , m_sequence(other.m_sequence) {}
+    PendingReply &operator=(PendingReply &&other) noexcept {
+        std::swap(m_connection, other.m_connection);
+        std::swap(m_sequence, other.m_sequence);
+        return *this;
+    }
+    ~PendingReply() {
+        if (m_connection)
+            xcb_discard_reply(m_connection->xcb(), m_sequence);
+    }
+
+    /// Null unless answered. Only the first call waits.
+    XcbMessage<Reply> take(const Deadline &deadline, Outcome &outcome) {
+        if (!m_connection) {
+            outcome = Outcome::refused;
+            return nullptr;
+        }
+        const auto [result, reply] = m_connection->waitFor(m_sequence, deadline);
+        outcome = result;
+        if (result != Outcome::silent)
+            m_connection = nullptr;
+        return XcbMessage<Reply>(static_cast<Reply *>(reply));
+    }
+    XcbMessage<Reply> take(const Deadline &deadline) {
+        Outcome outcome{};
+        return take(deadline, outcome);
+    }
+
+  private:
+    X11Connection *m_connection = nullptr;
+    unsigned m_sequence = 0;
+};
+
+} // namespace kestrin

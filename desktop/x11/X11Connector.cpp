@@ -1,0 +1,99 @@
+#include "desktop/x11/X11Connector.h"
+
+#include <xcb/res.h>
+
+#include <condition_variable>
+#include <csignal>
+#include <cstring>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace kestrin {
+
+namespace {
+
+void internAtoms(xcb_connection_t *connection, X11Atoms &atoms) {
+    std::vector<xcb_intern_atom_cookie_t> cookies;
+    for (const X11AtomName &atom : x11AtomNames)
+        cookies.push_back(
+            xcb_intern_atom(connection, 0, static_cast<quint16>(std::strlen(atom.name)), atom.name));
+    for (std::size_t i = 0; i < cookies.size(); ++i) {
+        const XcbMessage<xcb_intern_atom_reply_t> reply(
+            xcb_intern_atom_reply(connection, cookies[i], nullptr));
+        if (reply)
+            atoms.*x11AtomNames[i].number = reply->atom;
+    }
+}
+
+bool tellsProcesses(xcb_connection_t *connection) {
+    const xcb_query_extension_reply_t *extension = xcb_get_extension_data(connection, &xcb_res_id);
+    if (!extension || !extension->present)
+        return false;
+    const XcbMessage<xcb_res_query_version_reply_t> version(
+        xcb_res_query_version_reply(connection, xcb_res_query_version(connection, 1, 2), nullptr));
+    return version && (version->server_major > 1 || version->server_minor >= 2);
+}
+
+/// Blocks for as long as the server likes.
+std::unique_ptr<X11Connection> connectTo(const QByteArray &display) {
+    int screenNumber = 0;
+    xcb_connection_t *const connection =
+        xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screenNumber);
+    X11Server server;
+    if (xcb_connection_has_error(connection) == 0) {
+        xcb_prefetch_extension_data(connection, &xcb_res_id);
+        const xcb_setup_t *const setup = xcb_get_setup(connection);
+        server.resourceMask = setup->resource_id_mask;
+        xcb_screen_iterator_t screens = xcb_setup_roots_iterator(setup);
+        for (int i = 0; i < screenNumber && screens.rem > 1; ++i)
+            xcb_screen_next(&screens);
+        if (screens.rem > 0)
+            server.root = screens.data->root;
+        internAtoms(connection, server.atoms);
+        server.tellsProcesses = tellsProcesses(connection);
+    }
+    auto result = std::make_unique<X11Connection>(connection, server);
+    return result->isBroken() || server.root == 0 ? nullptr : std::move(result);
+}
+
+} // namespace
+
+struct X11Connector::Attempt {
+    std::mutex mutex;
+    std::condition_variable ended;
+    bool isEnded = false;
+    std::unique_ptr<X11Connection> connection;
+};
+
+void X11Connector::begin() {
+    if (m_attempt)
+        return;
+    m_attempt = std::make_shared<Attempt>();
+    // The thread inherits a mask without signals: they are the main thread's business.
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    std::thread([attempt = m_attempt, display = m_display] {
+        auto connection = connectTo(display);
+        const std::lock_guard lock(attempt->mutex);
+        attempt->connection = std::move(connection);
+        attempt->isEnded = true;
+        attempt->ended.notify_one();
+    }).detach();
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+std::unique_ptr<X11Connection> X11Connector::connect(const Deadline &deadline) {
+    begin();
+    std::unique_lock lock(m_attempt->mutex);
+    if (!m_attempt->ended.wait_for(lock, deadline.remaining(), [this] { return m_attempt->isEnded; }))
+        return nullptr;
+    auto connection = std::move(m_attempt->connection);
+    lock.unlock();
+    m_attempt.reset();
+    return connection;
+}
+
+} // namespace kestrin

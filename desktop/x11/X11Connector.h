@@ -1,0 +1,34 @@
+// Getting hold of an X server without getting stuck at it.
+#pragma once
+
+#include "desktop/x11/X11Connection.h"
+
+#include <QByteArray>
+
+#include <memory>
+
+namespace kestrin {
+
+/// Connects to one display. A server that accepts a connection and then says nothing would block xcb forever,
+/// so the attempt is made on a thread of its own, which is left behind when it takes too long; a late success
+/// is used by the next call. Main thread only.
+class X11Connector {
+  public:
+    /// `display` names the X display, "" the one in the environment (DISPLAY).
+    explicit X11Connector(const QByteArray &display) : m_display(display) {}
+
+    /// Begins to connect, unless that is going on already. For those who know that they will need it.
+    void begin();
+
+    /// A new connection; none when there is no such display, or no answer by the deadline.
+    std::unique_ptr<X11Connection> connect(const Deadline &deadline);
+
+  private:
+    struct Attempt;
+
+    QByteArray m_display;
+    /// Present while its thread has not answered.
+    std::shared_ptr<Attempt> m_attempt;
+};
+
+} // namespace kestrin

@@ -1,0 +1,228 @@
+// Who an application is by its windows, its package, its executable and its desktop entry, also when they
+// tell nonsense or nothing. What well-behaved windows tell is tested on a real desktop.
+
+#include "desktop/applications/ApplicationIdentity.h"
+#include "desktop/applications/DesktopEntryIndex.h"
+#include "desktop/applications/ProcessIdentity.h"
+#include "desktop/x11/WindowFacts.h"
+#include "tests/support/Files.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <initializer_list>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+
+namespace {
+
+/// Two data directories, the user's own before the system's.
+struct Folders {
+    QTemporaryDir root;
+    DesktopEntryIndex index{{QFile::encodeName(own()), QFile::encodeName(system())}, {"de"}};
+
+    QString own() const { return root.filePath(u"own"_s); }
+    QString system() const { return root.filePath(u"system"_s); }
+    static void install(const QString &folder, const QString &id, const QByteArray &name,
+                        const QByteArray &more = {}) {
+        samples::write(folder + u'/' + id + u".desktop"_s,
+                       "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n" + more);
+    }
+    QString nameOf(const QString &id) {
+        const auto found = index.withId(id);
+        return found ? found->entry.name : u"none"_s;
+    }
+    QString idOfClass(const QString &windowClass) {
+        const auto found = index.withWindowClass(windowClass);
+        return found ? found->id : u"none"_s;
+    }
+};
+
+WindowFacts window(const QString &instance, const QString &windowClass) {
+    WindowFacts facts;
+    facts.instanceName = instance;
+    facts.className = windowClass;
+    return facts;
+}
+
+QByteArray items(std::initializer_list<quint32> values) {
+    QByteArray bytes;
+    for (const quint32 value : values)
+        bytes.append(reinterpret_cast<const char *>(&value), sizeof value);
+    return bytes;
+}
+
+} // namespace
+
+class ApplicationIdentityTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void identity();
+    void sandboxes();
+    void executables();
+    void properties();
+    void entryTexts();
+    void entriesInFolders();
+    void entriesThatAreNoFiles();
+};
+
+void ApplicationIdentityTest::identity() {
+    Folders folders;
+    folders.install(folders.own(), u"us.zoom.Zoom"_s, "Zoom Workplace");
+    folders.install(folders.own(), u"my-zoom-starter"_s, "Meetings", "StartupWMClass=meetings\n");
+    folders.install(folders.own(), u"nameless"_s, "");
+    const auto identityOf = [&folders](const WindowFacts &facts, const ProcessIdentity &process = {}) {
+        const auto identity = ApplicationIdentity::of(facts, process, folders.index);
+        return QString(identity.name + u", "_s + identity.identifier.value_or(u"none"_s));
+    };
+
+    const WindowFacts video = window(u"a"_s, u"Video"_s);
+    QCOMPARE(identityOf(video, {u"/app/zoom"_s, u"us.zoom.Zoom"_s}), u"Zoom Workplace, us.zoom.xos"_s);
+    // A sandbox without an entry, an unknown one and a known one.
+    QCOMPARE(identityOf(video, {{}, u"us.zoom.Zoom2"_s}), u"Video, none"_s);
+    QCOMPARE(identityOf({}, {u"/snap/z/zoom"_s, u"zoom-client_zoom-client"_s}), u"zoom, us.zoom.xos"_s);
+    // A starter of one's own is what it says it is.
+    QCOMPARE(identityOf(window(u"zoom"_s, u"meetings"_s)), u"Meetings, my-zoom-starter"_s);
+    QCOMPARE(identityOf(window(u"n"_s, u"nameless"_s)), u"nameless, nameless"_s);
+    QCOMPARE(identityOf(window(u"xclock"_s, {}), {u"/usr/bin/oclock"_s, {}}), u"xclock, none"_s);
+    QCOMPARE(identityOf({}), u", none"_s);
+}
+
+void ApplicationIdentityTest::sandboxes() {
+    QCOMPARE(snapIdOfSecurityLabel("snap.zoom-client.zoom-client (enforce)\n"), u"zoom-client_zoom-client"_s);
+    QCOMPARE(snapIdOfSecurityLabel("unconfined\n"), QString());
+    QCOMPARE(snapIdOfSecurityLabel("snap.x (enforce)"), QString()); // a service
+
+    const QByteArray uuid = "0a1b2c3d-0000-4000-8000-0123456789ab";
+    QCOMPARE(snapIdOfControlGroup("0::/user.slice/app.slice/snap.teams.teams-" + uuid + ".scope\n"),
+             u"teams_teams"_s);
+    QCOMPARE(snapIdOfControlGroup("1:x:/snap.a.b." + uuid + ".scope"), u"a_b"_s); // older ones
+    QCOMPARE(snapIdOfControlGroup("0::/user.slice/app-gnome-xterm-12.scope\n"), QString());
+}
+
+void ApplicationIdentityTest::executables() {
+    const QTemporaryDir proc;
+    const auto executable = [&proc](qint32 pid) {
+        return ProcessIdentity::of(pid, QFile::encodeName(proc.path())).executablePath;
+    };
+    QVERIFY(QDir(proc.path()).mkpath(u"12"_s) && QDir(proc.path()).mkpath(u"13"_s));
+    // Links that lead nowhere, like those of /proc, are read and not followed.
+    QVERIFY(QFile::link(u"/opt/zoom/zoom (deleted)"_s, proc.filePath(u"12/exe"_s)));
+    QCOMPARE(executable(12), u"/opt/zoom/zoom"_s);
+    QCOMPARE(executable(13), std::nullopt);
+    QCOMPARE(executable(14), std::nullopt);
+
+    QVERIFY((ProcessIdentity{u"/usr/bin/ssh"_s, {}}.forwardsWindows()));
+    QVERIFY((!ProcessIdentity{u"/usr/bin/sshfs"_s, {}}.forwardsWindows()));
+}
+
+void ApplicationIdentityTest::properties() {
+    constexpr X11Atoms a{.skipTaskbar = 101, .typeNormal = 102, .typeDock = 103};
+    const auto readClass = [](const QByteArray &bytes) {
+        WindowFacts facts;
+        facts.takeWindowClass({31, 8, bytes});
+        return QString(facts.instanceName + u'|' + facts.className);
+    };
+    QCOMPARE(readClass(QByteArray("zoom\0Zoom", 9)), u"zoom|Zoom"_s);
+    QCOMPARE(readClass("zoom"), u"zoom|"_s);
+    QCOMPARE(readClass(QByteArray("a\0b\0c\0", 6)), u"a|b"_s);
+    QCOMPARE(readClass(QByteArray("\xE9\0\xE8\0", 4)), u"é|è"_s); // Latin-1
+
+    const auto isRegular = [&a](const QByteArray &types, const QByteArray &states) {
+        WindowFacts facts;
+        facts.takeWindowType({core_atoms::atom, 32, types}, a);
+        facts.takeWindowState({core_atoms::atom, 32, states}, a);
+        return facts.isRegular();
+    };
+    const quint32 unknown = 9999;
+    // The first type that is known counts.
+    QVERIFY(!isRegular(items({unknown, a.typeDock, a.typeNormal}), {}));
+    QVERIFY(isRegular(items({unknown, a.typeNormal, a.typeDock}), {}));
+    QVERIFY(isRegular(items({unknown}), {}));
+    QVERIFY(!isRegular(items({a.typeNormal}), items({unknown, a.skipTaskbar})));
+    QVERIFY(isRegular(items({a.typeNormal}), items({a.skipTaskbar}).first(3)));
+
+    const auto claimed = [](quint8 format, const QByteArray &bytes) {
+        WindowFacts facts;
+        facts.takeProcess({core_atoms::cardinal, format, bytes});
+        return facts.claimedProcess;
+    };
+    QCOMPARE(claimed(32, items({4123})), 4123);
+    // Neither text nor a number that no process can have.
+    QCOMPARE(claimed(8, "4123"), 0);
+    QCOMPARE(claimed(32, "\xFF\xFF\xFF\xFF"), 0);
+
+    QVERIFY(isSameMachine(u"desk"_s, u"Desk"_s) && isSameMachine(u"desk.home"_s, u"desk"_s));
+    QVERIFY(!isSameMachine(u"desk.home"_s, u"desk.work"_s) && !isSameMachine(QString(), u"desk"_s));
+}
+
+void ApplicationIdentityTest::entryTexts() {
+    const auto read = [](const QByteArray &lines) {
+        return DesktopEntry::parse("[Desktop Entry]\n" + lines, {"de_AT", "de"}).value_or(DesktopEntry());
+    };
+    const DesktopEntry plain = read("Type=Application\nName=Editor\nStartupWMClass=Ed");
+    QCOMPARE(plain, (DesktopEntry{u"Editor"_s, u"Ed"_s, true, false, false, false}));
+    QCOMPARE(read("Name[de_AT]=Schreiberl\nName[de]=Schreiber\nName=Ed\n").name, u"Schreiberl"_s);
+    QCOMPARE(read("Name=Editor\nName[fr]=Éditeur\nName[de]=\n").name, u"Editor"_s);
+    QCOMPARE(read("  Name = A  B \r\n# Name=C\n[Desktop Action x]\nName=D\n").name, u"A  B"_s);
+    QCOMPARE(read("Name=a\\sb\\\\c\\q").name, u"a b\\c\\q"_s);
+    QCOMPARE(read("Name=\xFFX").name, u"\uFFFDX"_s);
+    QVERIFY(read("Hidden=true\n").isHidden && read("NoDisplay = true\n").isOutsideMenus);
+    QVERIFY(!read("Type=Link\n").isApplication);
+    QVERIFY(read("Exec=/opt/b/b --profile-directory=D --app-id=abc\n").isWebApplication);
+    QVERIFY(!read("Exec=b --no-app=1 %U\n").isWebApplication);
+    QCOMPARE(DesktopEntry::parse("\xEF\xBB\xBF# c\n\n[Before]\nName=No\n[Desktop Entry]\nName=X", {})->name,
+             u"X"_s);
+
+    QCOMPARE(entryLocales("sr_YU.UTF-8@Latn"), (EntryLocales{"sr_YU@Latn", "sr_YU", "sr@Latn", "sr"}));
+    QVERIFY(entryLocales("C.UTF-8").isEmpty() && entryLocales({}).isEmpty());
+}
+
+void ApplicationIdentityTest::entriesInFolders() {
+    Folders folders;
+    folders.install(folders.system(), u"editor"_s, "System's", "StartupWMClass=ed\n");
+    folders.install(folders.own(), u"editor"_s, "Own", "Name[de]=Eigener\n");
+    folders.install(folders.system(), u"gone"_s, "Gone");
+    folders.install(folders.own(), u"gone"_s, "Gone", "Hidden=true\n");
+    folders.install(folders.system(), u"kde/Viewer"_s, "Viewer");
+    folders.install(folders.own(), u"org.Calls"_s, "Upper");
+    folders.install(folders.system(), u"org.calls"_s, "Lower");
+
+    QCOMPARE(folders.nameOf(u"editor"_s), u"Eigener"_s);
+    QCOMPARE(folders.idOfClass(u"ed"_s), u"none"_s);
+    // Who deleted an entry does not want to see the one behind it.
+    QCOMPARE(folders.nameOf(u"gone"_s), u"none"_s);
+    // Folders are part of the id, and case does not count, unless it tells two files apart.
+    QCOMPARE(folders.nameOf(u"KDE-viewer"_s), u"Viewer"_s);
+    QCOMPARE(folders.nameOf(u"org.calls"_s), u"Lower"_s);
+    QCOMPARE(folders.nameOf(u"ORG.CALLS"_s), u"Upper"_s);
+
+    // Written in place, so that the folder stays as it is; and a whole folder gone.
+    folders.install(folders.own(), u"editor"_s, "Second", "StartupWMClass=second\n");
+    folders.index.refresh();
+    QCOMPARE(folders.nameOf(u"editor"_s), u"Second"_s);
+    QCOMPARE(folders.idOfClass(u"second"_s), u"editor"_s);
+    QVERIFY(QDir(folders.own()).removeRecursively());
+    folders.index.refresh();
+    QCOMPARE(folders.idOfClass(u"second"_s), u"none"_s);
+    QCOMPARE(folders.idOfClass(u"ed"_s), u"editor"_s);
+}
+
+void ApplicationIdentityTest::entriesThatAreNoFiles() {
+    Folders folders;
+    QDir().mkpath(folders.own() + u"/folder.desktop"_s);
+    // Nobody writes into the pipe; opening it must not wait for somebody.
+    QCOMPARE(::mkfifo(QFile::encodeName(folders.own() + u"/pipe.desktop"_s).constData(), 0600), 0);
+    QVERIFY(QFile::link(folders.own(), folders.own() + u"/loop"_s));
+    QVERIFY(QFile::link(u"/nowhere"_s, folders.own() + u"/broken.desktop"_s));
+    folders.install(folders.own(), u"good"_s, "Good", "StartupWMClass=good\n");
+
+    for (const QString &id : {u"folder"_s, u"pipe"_s, u"broken"_s})
+        QCOMPARE(folders.nameOf(id), u"none"_s);
+    QCOMPARE(folders.idOfClass(u"good"_s), u"good"_s);
+}
+
+QTEST_GUILESS_MAIN(ApplicationIdentityTest)
+#include "tst_applicationidentity.moc"

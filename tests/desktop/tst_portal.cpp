@@ -1,0 +1,90 @@
+// Where the appearance comes from: the settings portal, on a session bus of the test's own, the palette, and
+// what the user wants instead.
+
+#include "design/KestrinAppearance.h"
+#include "design/KestrinColors.h"
+#include "design/DesktopPreferences.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+
+const QString path = u"/org/freedesktop/portal/desktop"_s;
+
+/// A portal that knows more than it is asked for.
+class Portal : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+  public Q_SLOTS:
+    QMap<QString, QVariantMap> ReadAll(const QStringList &) {
+        return {
+            {u"org.freedesktop.appearance"_s, {{u"color-scheme"_s, 1U}, {u"contrast"_s, 1U}}},
+            {u"org.gnome.desktop.interface"_s,
+             {{u"enable-animations"_s, false}, {u"color-scheme"_s, u"default"_s}}},
+        };
+    }
+};
+
+class PortalTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void changesWithoutPortal();
+    void firstAnswerAndChanges();
+
+  private:
+    static void change(const QString &key, uint value) {
+        QDBusMessage signal =
+            QDBusMessage::createSignal(path, u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s);
+        signal << u"org.freedesktop.appearance"_s << key << QVariant::fromValue(QDBusVariant(value));
+        QVERIFY(QDBusConnection::sessionBus().send(signal));
+    }
+};
+
+// First, when nothing else has made the types of its signal known.
+void PortalTest::changesWithoutPortal() {
+    const QColor light = KestrinColors::shared().surface();
+    change(u"color-scheme"_s, 1);
+    QTRY_VERIFY(KestrinAppearance::shared().isDark());
+    QVERIFY(KestrinColors::shared().surface() != light);
+}
+
+void PortalTest::firstAnswerAndChanges() {
+    qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
+    Portal portal;
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
+    QVERIFY(bus.registerObject(path, &portal, QDBusConnection::ExportAllSlots));
+    QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
+
+    KestrinAppearance appearance(DesktopPreferences::create());
+    // Nobody has waited for the answer.
+    QVERIFY(!appearance.isDark());
+    QTRY_VERIFY(appearance.isDark());
+    QVERIFY(appearance.reducedMotion() && appearance.highContrast());
+    change(u"contrast"_s, 0);
+    QTRY_VERIFY(!appearance.highContrast());
+    QVERIFY(appearance.isDark() && appearance.reducedMotion());
+
+    // Without a wish of the desktop it is the palette, also when that changes.
+    change(u"color-scheme"_s, 0);
+    QTRY_VERIFY(!appearance.isDark());
+    QGuiApplication::setPalette(QPalette(Qt::white, Qt::black, Qt::gray, Qt::darkGray, Qt::gray, Qt::white,
+                                         Qt::white, Qt::black, Qt::black));
+    QTRY_VERIFY(appearance.isDark());
+    change(u"color-scheme"_s, 2);
+    QTRY_VERIFY(!appearance.isDark());
+    appearance.setPreference(KestrinAppearance::preferenceFromText(u"dark").value());
+    QVERIFY(appearance.isDark());
+}
+
+QTEST_MAIN(PortalTest)
+
+#include "tst_portal.moc"

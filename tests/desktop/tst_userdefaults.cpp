@@ -1,0 +1,80 @@
+// The preferences: types, change notices, and two owners of one file.
+
+#include "desktop/defaults/JSONUserDefaults.h"
+#include "tests/support/Files.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+
+class UserDefaultsTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void init() { QFile::remove(m_path); }
+    void typesAreKept();
+    void foreignValues();
+    void changesOfOthersAreTold();
+
+  private:
+    QTemporaryDir m_folder;
+    const QString m_path = m_folder.filePath(u"config/Kestrin/user-defaults.json"_s);
+};
+
+void UserDefaultsTest::typesAreKept() {
+    InMemoryUserDefaults inMemory;
+    JSONUserDefaults inAFile(m_path);
+    for (UserDefaults *const defaults : QList<UserDefaults *>{&inMemory, &inAFile}) {
+        QSignalSpy spy(defaults, &UserDefaults::changed);
+        QCOMPARE(defaults->boolean(u"key"_s), std::nullopt);
+        QCOMPARE(defaults->stringArray(u"key"_s), std::nullopt);
+        defaults->setBoolean(u"key"_s, false);
+        defaults->setBoolean(u"key"_s, false);
+        QCOMPARE(spy.size(), 1);
+        QCOMPARE(defaults->boolean(u"key"_s), false);
+        for (const QStringList &list : {QStringList{}, QStringList{u"b"_s, u"a"_s, u""_s}}) {
+            defaults->setStringArray(u"key"_s, list);
+            QCOMPARE(defaults->stringArray(u"key"_s), list);
+            QCOMPARE(defaults->boolean(u"key"_s), std::nullopt);
+        }
+        QCOMPARE(spy.size(), 3);
+    }
+    QVERIFY(samples::isOwnersAlone(m_path));
+}
+
+void UserDefaultsTest::foreignValues() {
+    for (const char *text : {R"({"key":"true"})", R"({"key":1})", R"({"key":["a",true]})", R"({"key":null})",
+                             R"({"key":true)", "[true]"}) {
+        samples::write(m_path, text);
+        JSONUserDefaults defaults(m_path);
+        QVERIFY2(!defaults.boolean(u"key"_s) && !defaults.stringArray(u"key"_s), text);
+        defaults.setBoolean(u"key"_s, true);
+        QCOMPARE(defaults.boolean(u"key"_s), true);
+    }
+    samples::write(m_path, R"({"later":{"nested":[1,"x"]}})");
+    JSONUserDefaults(m_path).setBoolean(u"a"_s, true);
+    QVERIFY(samples::contents(m_path).contains("nested"));
+}
+
+void UserDefaultsTest::changesOfOthersAreTold() {
+    JSONUserDefaults mine(m_path);
+    JSONUserDefaults theirs(m_path);
+    QSignalSpy spy(&mine, &UserDefaults::changed);
+    theirs.setBoolean(u"a"_s, true);
+    QTRY_COMPARE(spy.size(), 1);
+    QCOMPARE(spy.first().first().toString(), u"a"_s);
+    // The same value again is no change, and neither is my own change told twice.
+    theirs.setBoolean(u"a"_s, true);
+    mine.setBoolean(u"b"_s, true);
+    QTest::qWait(100);
+    QCOMPARE(spy.size(), 2);
+    QVERIFY(QFile::remove(m_path));
+    QTRY_COMPARE(spy.size(), 4);
+    QCOMPARE(mine.boolean(u"a"_s), std::nullopt);
+}
+
+QTEST_GUILESS_MAIN(UserDefaultsTest)
+#include "tst_userdefaults.moc"
