@@ -77,13 +77,13 @@ class CommandRunner {
     /// For commands that have something to tell without a desktop too.
     CommandSession &sessionThatLooks() {
         CommandSession &looking = session(Desktop::seen);
-        if (const QString limitation = m_surroundings.workspace().limitation(); !limitation.isEmpty())
+        if (const QString limitation = m_surroundings.runtime.workspace.limitation(); !limitation.isEmpty())
             m_surroundings.say(limitation);
         return looking;
     }
 
     ExitStatus apps() {
-        const QString limitation = m_surroundings.workspace().limitation();
+        const QString limitation = m_surroundings.runtime.workspace.limitation();
         if (!limitation.isEmpty())
             return m_surroundings.couldNot(limitation);
         const QList<RunningMacApp> found = session(Desktop::seen).runtime.inventoryService().runningApps();
@@ -104,7 +104,7 @@ class CommandRunner {
     }
 
     ExitStatus check() {
-        const QString limitation = m_surroundings.workspace().limitation();
+        const QString limitation = m_surroundings.runtime.workspace.limitation();
         if (!limitation.isEmpty())
             return m_surroundings.couldNot(limitation);
         CommandSession &checking = session(Desktop::seen);

@@ -7,25 +7,15 @@ namespace kestrin {
 
 namespace {
 
-MacProtectionSurroundings runtimeSurroundings(const CommandSurroundings &surroundings,
+MacProtectionSurroundings runtimeSurroundings(const MacProtectionSurroundings &all,
                                               CommandSession::Desktop desktop) {
     static InMemoryWorkspace nothing;
-    MacProtectionSurroundings result = surroundings.runtime;
-    if (desktop == CommandSession::Desktop::ignored)
-        result.workspace = &nothing;
-    return result;
+    Workspace &workspace = desktop == CommandSession::Desktop::ignored ? nothing : all.workspace;
+    return {all.supportFolder, workspace,     all.settingsStore,   all.logStore,
+            all.clock,         all.watchTime, all.scheduleInterval};
 }
 
 } // namespace
-
-QString CommandSurroundings::supportFolder() const {
-    return runtime.supportFolder.isEmpty() ? MacProtectionRuntime::applicationSupportURL().toLocalFile()
-                                           : runtime.supportFolder;
-}
-
-Workspace &CommandSurroundings::workspace() const {
-    return runtime.workspace ? *runtime.workspace : Workspace::shared();
-}
 
 void CommandSurroundings::say(const QString &sentence) const {
     err.write(visibleText(sentence) + u'\n');
@@ -39,7 +29,7 @@ ExitStatus CommandSurroundings::couldNot(const QString &sentence) const {
 
 CommandSession::CommandSession(CommandSurroundings &commandSurroundings, Desktop desktop)
     : surroundings(commandSurroundings)
-    , runtime(surroundings.defaults, runtimeSurroundings(surroundings, desktop))
+    , runtime(surroundings.defaults, runtimeSurroundings(surroundings.runtime, desktop))
     , flag(surroundings.defaults, runtime) {}
 
 std::optional<QString> CommandSession::monitoredBy() const {

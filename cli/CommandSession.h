@@ -4,7 +4,7 @@
 #include "cli/Output.h"
 #include "cli/StatusReport.h"
 #include "cli/TerminalText.h"
-#include "desktop/login/FileLoginItem.h"
+#include "runtime/LoginItem.h"
 #include "runtime/MacProtectionRuntime.h"
 #include "runtime/PrivacyModeFlag.h"
 
@@ -22,13 +22,10 @@ struct CommandSurroundings {
     /// Where a person finds the user defaults.
     QString defaultsLocation;
     MacProtectionSurroundings runtime;
-    LoginItem loginItem;
+    LoginItem &loginItem;
     Output &out;
     Output &err;
     Palette palette{false};
-
-    QString supportFolder() const;
-    Workspace &workspace() const;
 
     /// One line on standard error.
     void say(const QString &sentence) const;

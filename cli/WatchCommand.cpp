@@ -55,14 +55,14 @@ ExitStatus refuse(const CommandSurroundings &surroundings, const MonitoringClaim
     if (claim.holder)
         return surroundings.couldNot(u"Only one program can watch at a time, and "_s + *claim.holder +
                                      u" is watching already."_s);
-    return surroundings.couldNot(u"Nothing can be watched, because "_s + surroundings.supportFolder() +
+    return surroundings.couldNot(u"Nothing can be watched, because "_s + surroundings.runtime.supportFolder +
                                  u" cannot be written."_s);
 }
 
 } // namespace
 
 ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
-    const MonitoringClaim claim = MonitoringClaim::make(surroundings.supportFolder(), u"kestrinctl watch"_s);
+    const MonitoringClaim claim = MonitoringClaim::make(surroundings.runtime.supportFolder, u"kestrinctl watch"_s);
     if (!claim.lock)
         return refuse(surroundings, claim);
 
@@ -79,7 +79,7 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     QObject::connect(&readerLeft, &QSocketNotifier::activated, end);
 
     CommandSession session(surroundings, CommandSession::Desktop::seen);
-    if (const QString limitation = surroundings.workspace().limitation(); !limitation.isEmpty())
+    if (const QString limitation = surroundings.runtime.workspace.limitation(); !limitation.isEmpty())
         surroundings.say(limitation);
     EventPrinter printer(session.runtime.logStore(), surroundings.out, surroundings.palette, json);
     QObject::connect(&session.runtime, &MacProtectionRuntime::recentEventsChanged,

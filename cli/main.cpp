@@ -2,8 +2,8 @@
 
 #include "cli/CommandRunner.h"
 #include "cli/StandardStreams.h"
-#include "engine/workspace/Workspace.h"
-#include "runtime/StandardUserDefaults.h"
+#include "desktop/Platform.h"
+#include "runtime/FileStores.h"
 
 #include <QCoreApplication>
 
@@ -13,15 +13,27 @@ int main(int argc, char *argv[]) {
     using namespace kestrin;
     prepareStandardStreams();
     preferUtf8();
-    Workspace::prepareEventLoop();
+    prepareEventLoop();
     const QCoreApplication application(argc, argv);
 
     Output out(STDOUT_FILENO);
     Output err(STDERR_FILENO);
-    const auto defaults = standardUserDefaults();
-    const QString program = LoginItem::installedProgram(QCoreApplication::applicationDirPath());
+    const auto workspace = makeWorkspace();
+    const auto defaults = makeUserDefaults();
+    const auto loginItem = makeLoginItem();
+    const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     CommandSurroundings surroundings{
-        *defaults, standardUserDefaultsLocation(),     {}, LoginItem(program), out,
-        err,       Palette(wantsColour(STDOUT_FILENO))};
+        .defaults = *defaults,
+        .defaultsLocation = userDefaultsLocation(),
+        .runtime = {.supportFolder = folder,
+                    .workspace = *workspace,
+                    .settingsStore = settingsStoreIn(folder),
+                    .logStore = activityLogIn(folder),
+                    .watchTime = makeTimeChangeWatch},
+        .loginItem = *loginItem,
+        .out = out,
+        .err = err,
+        .palette = Palette(wantsColour(STDOUT_FILENO)),
+    };
     return static_cast<int>(runCommandLine(QCoreApplication::arguments().mid(1), surroundings));
 }

@@ -2,7 +2,6 @@
 
 #include <QObject>
 
-#include <memory>
 #include <optional>
 
 namespace kestrin {
@@ -13,9 +12,7 @@ class DesktopPreferences : public QObject {
     Q_OBJECT
 
   public:
-    /// Those of the desktop that this process runs on; null where the toolkit's palette is all there is. Asks
-    /// without waiting: the values arrive later, with `changed`, or never.
-    static std::unique_ptr<DesktopPreferences> create();
+    using QObject::QObject;
 
     /// Absent also where the user prefers neither.
     std::optional<bool> prefersDark() const { return m_prefersDark; }
@@ -29,6 +26,22 @@ class DesktopPreferences : public QObject {
     std::optional<bool> m_prefersDark;
     std::optional<bool> m_animations;
     std::optional<bool> m_highContrast;
+};
+
+/// A desktop that says what its owner lets it say.
+class InMemoryDesktopPreferences final : public DesktopPreferences {
+    Q_OBJECT
+
+  public:
+    using DesktopPreferences::DesktopPreferences;
+
+    void say(std::optional<bool> prefersDark, std::optional<bool> animations = {},
+             std::optional<bool> highContrast = {}) {
+        m_prefersDark = prefersDark;
+        m_animations = animations;
+        m_highContrast = highContrast;
+        Q_EMIT changed();
+    }
 };
 
 } // namespace kestrin

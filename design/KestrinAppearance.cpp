@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace kestrin {
 
 KestrinAppearance &KestrinAppearance::shared() {
-    static KestrinAppearance *const appearance = new KestrinAppearance(DesktopPreferences::create(), qApp);
+    static KestrinAppearance *const appearance = new KestrinAppearance(qApp);
     return *appearance;
 }
 
@@ -31,17 +31,20 @@ std::optional<KestrinAppearance::Preference> KestrinAppearance::preferenceFromTe
     return std::nullopt;
 }
 
-KestrinAppearance::KestrinAppearance(std::unique_ptr<DesktopPreferences> desktop, QObject *parent)
-    : QObject(parent)
-    , m_desktop(std::move(desktop)) {
-    if (m_desktop)
-        connect(m_desktop.get(), &DesktopPreferences::changed, this, &KestrinAppearance::refresh);
+KestrinAppearance::KestrinAppearance(QObject *parent) : QObject(parent) {
     // The palette has no signal of its own; the application is told of a change by an event.
     qApp->installEventFilter(this);
     refresh();
 }
 
 KestrinAppearance::~KestrinAppearance() = default;
+
+void KestrinAppearance::follow(std::unique_ptr<DesktopPreferences> desktop) {
+    m_desktop = std::move(desktop);
+    if (m_desktop)
+        connect(m_desktop.get(), &DesktopPreferences::changed, this, &KestrinAppearance::refresh);
+    refresh();
+}
 
 void KestrinAppearance::setPreference(Preference preference) {
     if (preference == m_preference)

@@ -33,16 +33,18 @@ class KestrinAppearance : public QObject {
     };
     Q_ENUM(Preference)
 
-    /// Needs a QGuiApplication at its first call, and asks the desktop then; the answer comes with the event
-    /// loop.
+    /// The one that everything is drawn by. Needs a QGuiApplication at its first call.
     static KestrinAppearance &shared();
     static KestrinAppearance *create(QQmlEngine *engine, QJSEngine *scriptEngine);
     /// "light", "dark" or "system", as the command line says it.
     static std::optional<Preference> preferenceFromText(QStringView text);
 
-    /// An appearance that asks nobody but the given preferences (may be null); for tests.
-    explicit KestrinAppearance(std::unique_ptr<DesktopPreferences> desktop, QObject *parent = nullptr);
+    /// Follows the toolkit's palette.
+    explicit KestrinAppearance(QObject *parent = nullptr);
     ~KestrinAppearance() override;
+
+    /// From now on also what the desktop says, which comes before the palette. May be null.
+    void follow(std::unique_ptr<DesktopPreferences> desktop);
 
     Preference preference() const { return m_preference; }
     void setPreference(Preference preference);

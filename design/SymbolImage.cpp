@@ -1,7 +1,7 @@
 #include "design/SymbolImage.h"
 
 #include "design/Drawing.h"
-#include "desktop/appearance/SystemSymbols.h"
+#include "design/NativeSymbols.h"
 
 #include <QPainter>
 
@@ -64,7 +64,13 @@ void tint(QImage &image, const QColor &color) {
     }
 }
 
+NativeSymbol native = nullptr;
+
 } // namespace
+
+void useNativeSymbols(NativeSymbol symbols) {
+    native = symbols;
+}
 
 QImage symbolImage(const SymbolDrawing &symbol, int pixels, KestrinWeight weight, const QColor &color) {
     Drawing drawing = Drawing::embedded(u"symbols/"_s + QLatin1StringView(symbol.drawing));
@@ -84,7 +90,9 @@ QImage symbolImage(const SymbolDrawing &symbol, int pixels, KestrinWeight weight
 
 QImage nativeSymbolImage(const SymbolDrawing &symbol, int pixels, KestrinWeight weight, const QColor &color) {
     // Its own size is right as it is; the table's corrects our drawings.
-    QImage image = systemSymbol(symbol.name, pixels / (symbolSide * symbol.size), pixels, weight);
+    QImage image;
+    if (native)
+        image = native(symbol.name, pixels / (symbolSide * symbol.size), pixels, weight);
     if (image.isNull())
         return symbolImage(symbol, pixels, weight, color);
     image.convertTo(QImage::Format_ARGB32_Premultiplied);

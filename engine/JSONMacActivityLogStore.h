@@ -19,6 +19,7 @@ class JSONMacActivityLogStore final : public MacActivityLogStoring {
 
     void append(const MacProtectionEvent &event) override;
     QList<MacProtectionEvent> recent(qsizetype limit) override;
+    QString file() const override { return m_path; }
 
   private:
     QString m_path;

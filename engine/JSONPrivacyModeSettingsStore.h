@@ -24,6 +24,7 @@ class JSONPrivacyModeSettingsStore final : public PrivacyModeSettingsStoring {
     PrivacyModeSettings load() override;
     void save(const PrivacyModeSettings &settings) override;
     bool update(const std::function<void(PrivacyModeSettings &)> &change) override;
+    QString file() const override { return m_path; }
 
   private:
     PrivacyModeSettings decoded(const std::optional<QByteArray> &text) const;

@@ -16,6 +16,9 @@ class MacActivityLogStoring {
     /// The newest events, at most `limit` of them. A negative limit is a programming error and stops the
     /// program.
     virtual QList<MacProtectionEvent> recent(qsizetype limit) = 0;
+
+    /// The file that changes when other processes record something; empty where they cannot.
+    virtual QString file() const { return {}; }
 };
 
 /// A log that lives as long as the object.

@@ -10,7 +10,7 @@ namespace kestrin {
 class NSWorkspaceAppInventoryService final : public MacAppInventoryService {
   public:
     /// The workspace outlives the service.
-    explicit NSWorkspaceAppInventoryService(Workspace &workspace = Workspace::shared())
+    explicit NSWorkspaceAppInventoryService(Workspace &workspace)
         : m_workspace(workspace) {}
 
     QList<RunningMacApp> runningApps() override;

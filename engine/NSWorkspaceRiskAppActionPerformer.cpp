@@ -1,21 +1,19 @@
 #include "engine/NSWorkspaceRiskAppActionPerformer.h"
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace kestrin {
 
 RiskAppActionResult NSWorkspaceRiskAppActionPerformer::requestQuit(const RunningMacApp &app) {
-    const QList<WorkspaceApplication> running = m_workspace.runningApplications();
-    const bool found = std::any_of(running.cbegin(), running.cend(), [&](const auto &application) {
-        return application.processIdentifier == app.processIdentifier;
-    });
-    if (!found)
-        return {RiskAppActionStatus::failed, app.localizedName + u" is no longer running."_s};
-    if (!m_workspace.terminate(app.processIdentifier))
+    switch (m_workspace.terminate(app.processIdentifier)) {
+    case Termination::delivered:
+        return {RiskAppActionStatus::requested, u"Asked "_s + app.localizedName + u" to quit."_s};
+    case Termination::refused:
         return {RiskAppActionStatus::failed, u"Could not ask "_s + app.localizedName + u" to quit."_s};
-    return {RiskAppActionStatus::requested, u"Asked "_s + app.localizedName + u" to quit."_s};
+    case Termination::gone:
+        break;
+    }
+    return {RiskAppActionStatus::failed, app.localizedName + u" is no longer running."_s};
 }
 
 } // namespace kestrin

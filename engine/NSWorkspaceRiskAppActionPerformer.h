@@ -10,7 +10,7 @@ namespace kestrin {
 class NSWorkspaceRiskAppActionPerformer final : public RiskAppActionPerforming {
   public:
     /// The workspace outlives the performer.
-    explicit NSWorkspaceRiskAppActionPerformer(Workspace &workspace = Workspace::shared())
+    explicit NSWorkspaceRiskAppActionPerformer(Workspace &workspace)
         : m_workspace(workspace) {}
 
     RiskAppActionResult requestQuit(const RunningMacApp &app) override;

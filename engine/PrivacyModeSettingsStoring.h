@@ -21,6 +21,9 @@ class PrivacyModeSettingsStoring {
         save(settings);
         return true;
     }
+
+    /// The file that changes when other processes save; empty where they cannot.
+    virtual QString file() const { return {}; }
 };
 
 /// Settings that live as long as the object.

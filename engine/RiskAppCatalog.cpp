@@ -97,4 +97,11 @@ QList<RiskAppMatch> RiskAppCatalog::matches(const QList<RunningMacApp> &apps) co
     return result;
 }
 
+QSet<QString> defaultDefinitionIDs() {
+    QSet<QString> ids;
+    for (const RiskAppDefinition &definition : RiskAppCatalog::defaultDefinitions())
+        ids.insert(definition.id);
+    return ids;
+}
+
 } // namespace kestrin

@@ -2,6 +2,8 @@
 
 #include "engine/RiskAppMatch.h"
 
+#include <QSet>
+
 namespace kestrin {
 
 /// The definitions that running applications are compared with. Their order decides: the first that matches
@@ -26,5 +28,8 @@ struct RiskAppCatalog {
         return std::tuple{jsonField("definitions", &RiskAppCatalog::definitions)};
     }
 };
+
+/// The ids of the built-in twelve.
+QSet<QString> defaultDefinitionIDs();
 
 } // namespace kestrin

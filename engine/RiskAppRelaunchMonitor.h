@@ -24,7 +24,7 @@ class RiskAppRelaunchMonitor {
                            std::shared_ptr<PrivacyModeSettingsStoring> settingsStore,
                            std::shared_ptr<RiskAppActionPerforming> actionPerformer,
                            std::shared_ptr<MacActivityLogStoring> logStore, bool dryRun,
-                           EventHandler eventHandler, Workspace &workspace = Workspace::shared(),
+                           EventHandler eventHandler, Workspace &workspace,
                            Clock clock = systemTime);
     RiskAppRelaunchMonitor(const RiskAppRelaunchMonitor &) = delete;
     RiskAppRelaunchMonitor &operator=(const RiskAppRelaunchMonitor &) = delete;

@@ -1,7 +1,5 @@
 #include "runtime/MacProtectionRuntime.h"
 
-#include "engine/JSONMacActivityLogStore.h"
-#include "engine/JSONPrivacyModeSettingsStore.h"
 #include "engine/NSWorkspaceAppInventoryService.h"
 #include "engine/NSWorkspaceRiskAppActionPerformer.h"
 #include "foundation/FileWatch.h"
@@ -21,16 +19,7 @@ namespace kestrin {
 
 namespace {
 
-const QString settingsFileName = u"/privacy-mode-settings.json"_s;
-const QString logFileName = u"/activity-log.json"_s;
 constexpr qsizetype recentEventLimit = 8;
-
-QSet<QString> defaultDefinitionIDs() {
-    QSet<QString> ids;
-    for (const RiskAppDefinition &definition : RiskAppCatalog::defaultDefinitions())
-        ids.insert(definition.id);
-    return ids;
-}
 
 } // namespace
 
@@ -40,27 +29,16 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
                                            QObject *parent)
     : QObject(parent)
     , m_clock(std::move(surroundings.clock))
+    , m_watchTime(std::move(surroundings.watchTime))
     , m_scheduleInterval(surroundings.scheduleInterval)
-    , m_workspace(surroundings.workspace ? *surroundings.workspace : Workspace::shared())
-    , m_supportFolder(surroundings.supportFolder.isEmpty() ? applicationSupportURL().toLocalFile()
-                                                           : surroundings.supportFolder)
+    , m_workspace(surroundings.workspace)
+    , m_supportFolder(surroundings.supportFolder)
     , m_catalog{RiskAppCatalog::defaultDefinitions()}
     , m_inventoryService(std::make_shared<NSWorkspaceAppInventoryService>(m_workspace))
     , m_actionPerformer(std::make_shared<NSWorkspaceRiskAppActionPerformer>(m_workspace))
     , m_settingsStore(std::move(surroundings.settingsStore))
     , m_logStore(std::move(surroundings.logStore))
     , m_defaults(defaults) {
-    if (!m_settingsStore) {
-        m_hasSettingsFile = true;
-        m_settingsStore = std::make_shared<JSONPrivacyModeSettingsStore>(
-            QUrl::fromLocalFile(m_supportFolder + settingsFileName),
-            PrivacyModeSettings{true, defaultDefinitionIDs()});
-    }
-    if (!m_logStore) {
-        m_hasLogFile = true;
-        m_logStore =
-            std::make_shared<JSONMacActivityLogStore>(QUrl::fromLocalFile(m_supportFolder + logFileName));
-    }
     m_storedDefinitionIDs = m_settingsStore->load().protectedDefinitionIDs;
     m_protectedDefinitionIDs =
         m_storedDefinitionIDs.isEmpty() ? defaultDefinitionIDs() : m_storedDefinitionIDs;
@@ -272,13 +250,13 @@ bool MacProtectionRuntime::updateSettings(const std::function<void(PrivacyModeSe
 void MacProtectionRuntime::followOtherProcesses() {
     connect(&m_defaults, &UserDefaults::changed, this, &MacProtectionRuntime::adoptStoredDefault,
             Qt::UniqueConnection);
-    if (m_hasSettingsFile && !m_settingsWatch) {
-        m_settingsWatch = std::make_unique<FileWatch>(m_supportFolder + settingsFileName);
+    if (const QString file = m_settingsStore->file(); !file.isEmpty() && !m_settingsWatch) {
+        m_settingsWatch = std::make_unique<FileWatch>(file);
         connect(m_settingsWatch.get(), &FileWatch::changed, this,
                 &MacProtectionRuntime::adoptStoredSelection);
     }
-    if (m_hasLogFile && !m_logWatch) {
-        m_logWatch = std::make_unique<FileWatch>(m_supportFolder + logFileName);
+    if (const QString file = m_logStore->file(); !file.isEmpty() && !m_logWatch) {
+        m_logWatch = std::make_unique<FileWatch>(file);
         connect(m_logWatch.get(), &FileWatch::changed, this, &MacProtectionRuntime::reloadRecentEvents);
     }
 }

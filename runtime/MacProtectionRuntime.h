@@ -3,6 +3,7 @@
 #include "engine/PrivacyModeController.h"
 #include "engine/PrivacyModeSettingsStoring.h"
 #include "engine/RiskAppRelaunchMonitor.h"
+#include "runtime/TimeChangeWatch.h"
 #include "runtime/UserDefaults.h"
 #include "shared/DomainRecords.h"
 
@@ -21,16 +22,17 @@ namespace kestrin {
 
 class FileWatch;
 
-/// What the runtime stands on. The defaults are those of production.
+/// What the runtime stands on, which the program chooses that makes it.
 struct MacProtectionSurroundings {
-    /// Where the settings and the activity log are; empty for the user's own folder.
+    /// Where Kestrin keeps its files.
     QString supportFolder;
-    /// Outlives the runtime; null for the platform's own.
-    Workspace *workspace = nullptr;
-    Clock clock = systemTime;
-    /// Null for the files in the support folder.
+    /// Outlives the runtime.
+    Workspace &workspace;
     std::shared_ptr<PrivacyModeSettingsStoring> settingsStore;
     std::shared_ptr<MacActivityLogStoring> logStore;
+    Clock clock = systemTime;
+    /// How the runtime hears that the clock jumped.
+    TimeChangeWatchMaker watchTime;
     /// How often the schedules are evaluated.
     std::chrono::milliseconds scheduleInterval = std::chrono::minutes(1);
 };
@@ -52,8 +54,8 @@ class MacProtectionRuntime : public QObject {
 
     /// Reads the stored state and computes a first preview. Saves nothing, records nothing, starts nothing.
     /// `defaults` outlives the runtime.
-    explicit MacProtectionRuntime(UserDefaults &defaults, MacProtectionSurroundings surroundings = {},
-                                  QObject *parent = nullptr);
+    MacProtectionRuntime(UserDefaults &defaults, MacProtectionSurroundings surroundings,
+                         QObject *parent = nullptr);
     /// Stops the timer, then the monitor.
     ~MacProtectionRuntime() override;
 
@@ -165,22 +167,22 @@ class MacProtectionRuntime : public QObject {
     bool m_enforceActions = false;
 
     const Clock m_clock;
+    const TimeChangeWatchMaker m_watchTime;
     const std::chrono::milliseconds m_scheduleInterval;
     Workspace &m_workspace;
     const QString m_supportFolder;
     const RiskAppCatalog m_catalog;
     const std::shared_ptr<MacAppInventoryService> m_inventoryService;
     const std::shared_ptr<RiskAppActionPerforming> m_actionPerformer;
-    std::shared_ptr<PrivacyModeSettingsStoring> m_settingsStore;
-    std::shared_ptr<MacActivityLogStoring> m_logStore;
-    /// Present for the stores that are files of the support folder, once started.
+    const std::shared_ptr<PrivacyModeSettingsStoring> m_settingsStore;
+    const std::shared_ptr<MacActivityLogStoring> m_logStore;
+    /// Present for the stores that are files, once started.
     std::unique_ptr<FileWatch> m_settingsWatch;
     std::unique_ptr<FileWatch> m_logWatch;
-    bool m_hasSettingsFile = false;
-    bool m_hasLogFile = false;
     UserDefaults &m_defaults;
     std::unique_ptr<RiskAppRelaunchMonitor> m_monitor;
     std::unique_ptr<QTimer> m_scheduleTimer;
+    std::unique_ptr<TimeChangeWatch> m_timeWatch;
     PrivacyModeSetter m_privacyModeSetter;
 };
 

@@ -2,7 +2,6 @@
 
 #include "runtime/MacProtectionRuntime.h"
 
-#include "desktop/clock/SystemTimeChangeWatch.h"
 #include "shared/KestrinSeedData.h"
 
 #include <QTimer>
@@ -106,8 +105,10 @@ void MacProtectionRuntime::startScheduleTimer() {
     connect(m_scheduleTimer.get(), &QTimer::timeout, this, &MacProtectionRuntime::postScheduleTick);
     m_scheduleTimer->start();
     // The timer knows nothing of the time of day and stands still while the machine sleeps.
-    const auto *timeWatch = new TimeChangeWatch(this);
-    connect(timeWatch, &TimeChangeWatch::changed, this, &MacProtectionRuntime::postScheduleTick);
+    if (m_watchTime) {
+        m_timeWatch = m_watchTime();
+        connect(m_timeWatch.get(), &TimeChangeWatch::changed, this, &MacProtectionRuntime::postScheduleTick);
+    }
     evaluateSchedules(m_clock());
 }
 

@@ -40,9 +40,9 @@ void bringToFront(QQuickWindow &window, const QString &activationToken) {
 
 } // namespace
 
-KestrinApplication::KestrinApplication(Start start)
+KestrinApplication::KestrinApplication(Start start, LoginItem &loginItem)
     : m_start(start)
-    , m_commands(LoginItem(QCoreApplication::applicationFilePath()))
+    , m_commands(loginItem)
     , m_engine(makeEngine()) {
     if (m_start == Start::withWindow)
         m_window = std::make_unique<ProtectionWindow>(*m_engine);
@@ -55,8 +55,8 @@ KestrinApplication::~KestrinApplication() {
         m_window->window()->disconnect(this);
 }
 
-void KestrinApplication::protect(UserDefaults &defaults) {
-    m_protection.emplace(defaults);
+void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundings surroundings) {
+    m_protection.emplace(defaults, std::move(surroundings));
     connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
     connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
     connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
@@ -71,8 +71,8 @@ void KestrinApplication::protect(UserDefaults &defaults) {
 }
 
 void KestrinApplication::joinDesktop() {
-    connect(&m_bus, &SessionBus::activated, this, &KestrinApplication::openWindow);
-    const bool isReachable = m_bus.claim();
+    connect(&m_instance, &RunningInstance::activated, this, &KestrinApplication::openWindow);
+    const bool isReachable = m_instance.claim();
     connect(&m_notices.emplace(), &DesktopNotices::clicked, this, &KestrinApplication::openWindow);
     connect(&m_trayHost.emplace(), &TrayHost::changed, this, &KestrinApplication::followTray);
     // Without a bus there is neither a tray nor a second start that would bring the window.

@@ -26,12 +26,12 @@ class KestrinApplication : public QObject {
   public:
     enum class Start { withWindow, inBackground };
 
-    /// Begins to read what the window is made of, if it is wanted at once.
-    explicit KestrinApplication(Start start);
+    /// `loginItem` outlives this object. Begins to read what the window is made of, if it is wanted at once.
+    KestrinApplication(Start start, LoginItem &loginItem);
     ~KestrinApplication() override;
 
     /// Starts to protect. The caller has the right to (MonitoringClaim); `defaults` outlives this object.
-    void protect(UserDefaults &defaults);
+    void protect(UserDefaults &defaults, MacProtectionSurroundings surroundings);
 
   private:
     void joinDesktop();
@@ -41,7 +41,7 @@ class KestrinApplication : public QObject {
     void tell(const MacProtectionEvent &event);
 
     const Start m_start;
-    SessionBus m_bus;
+    RunningInstance m_instance;
     QuitNotices m_quitNotices;
     std::optional<DesktopNotices> m_notices;
     std::optional<TrayHost> m_trayHost;

@@ -4,9 +4,10 @@
 #include "app/Kestrin/LaunchOptions.h"
 #include "design/KestrinAppearance.h"
 #include "design/KestrinFonts.h"
-#include "engine/workspace/Workspace.h"
+#include "desktop/Platform.h"
+#include "desktop/appearance/Appearance.h"
+#include "runtime/FileStores.h"
 #include "runtime/MonitoringClaim.h"
-#include "runtime/StandardUserDefaults.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
@@ -63,13 +64,13 @@ int giveWay(const QString &holder, const LaunchOptions &options, const Launch &l
         return 0;
     // It may not have come as far as to answer.
     for (int attempt = 0; isOurs && attempt < 20; ++attempt) {
-        switch (SessionBus::activateRunning(launch.activationToken)) {
-        case SessionBus::Answer::activated:
+        switch (RunningInstance::activateRunning(launch.activationToken)) {
+        case RunningInstance::Answer::activated:
             return 0;
-        case SessionBus::Answer::otherDisplay:
+        case RunningInstance::Answer::otherDisplay:
             launch.refuse(u"Kestrin is already open on another display of yours."_s);
             return 1;
-        case SessionBus::Answer::none:
+        case RunningInstance::Answer::none:
             std::this_thread::sleep_for(100ms);
         }
     }
@@ -105,17 +106,23 @@ int main(int argc, char **argv) {
     KestrinFonts::begin();
     chooseRenderer();
     QGuiApplication application(argc, argv);
-    // It connects while this thread is at other things; in vain where another start has the right to watch.
-    Workspace::shared();
-    using Start = KestrinApplication::Start;
-    KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow);
+    useNativeSymbols(nativeSymbols());
+    KestrinAppearance::shared().follow(makePreferences());
     KestrinAppearance::shared().setPreference(options.appearance);
+    const auto workspace = makeWorkspace();
+    const auto defaults = makeUserDefaults();
+    const auto loginItem = makeLoginItem(QCoreApplication::applicationFilePath());
+    using Start = KestrinApplication::Start;
+    KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow, *loginItem);
 
-    const std::unique_ptr<UserDefaults> defaults = standardUserDefaults();
-    const QString supportFolder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
-    const MonitoringClaim claim = MonitoringClaim::make(supportFolder, u"Kestrin"_s);
+    const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
+    const MonitoringClaim claim = MonitoringClaim::make(folder, u"Kestrin"_s);
     if (claim.holder)
         return giveWay(*claim.holder, options, launch);
-    kestrin.protect(*defaults);
+    kestrin.protect(*defaults, {.supportFolder = folder,
+                                .workspace = *workspace,
+                                .settingsStore = settingsStoreIn(folder),
+                                .logStore = activityLogIn(folder),
+                                .watchTime = makeTimeChangeWatch});
     return QGuiApplication::exec();
 }

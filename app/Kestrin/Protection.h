@@ -8,7 +8,7 @@ namespace kestrin {
 /// watched until it is started. Main thread.
 struct Protection {
     /// `defaults` outlives this object.
-    explicit Protection(UserDefaults &defaults, MacProtectionSurroundings surroundings = {})
+    Protection(UserDefaults &defaults, MacProtectionSurroundings surroundings)
         : runtime(defaults, std::move(surroundings))
         , privacyMode(defaults, runtime)
         , state(runtime, privacyMode) {}

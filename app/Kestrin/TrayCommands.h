@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/login/FileLoginItem.h"
+#include "runtime/LoginItem.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -16,7 +16,8 @@ class TrayCommands : public QObject {
     Q_PROPERTY(bool startsAtLogin READ startsAtLogin WRITE setStartsAtLogin NOTIFY startsAtLoginChanged FINAL)
 
   public:
-    explicit TrayCommands(const LoginItem &loginItem, QObject *parent = nullptr)
+    /// The item outlives this object.
+    explicit TrayCommands(LoginItem &loginItem, QObject *parent = nullptr)
         : QObject(parent)
         , m_loginItem(loginItem) {}
 
@@ -38,7 +39,7 @@ class TrayCommands : public QObject {
     void quitWanted();
 
   private:
-    LoginItem m_loginItem;
+    LoginItem &m_loginItem;
 };
 
 } // namespace kestrin

@@ -4,6 +4,8 @@
 
 #include <QVariant>
 
+#include <memory>
+
 class QDBusPendingCallWatcher;
 class QDBusVariant;
 

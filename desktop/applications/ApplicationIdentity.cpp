@@ -3,7 +3,7 @@
 #include "desktop/applications/DesktopEntryIndex.h"
 #include "desktop/applications/KnownPackagings.h"
 #include "desktop/applications/ProcessIdentity.h"
-#include "desktop/x11/WindowFacts.h"
+#include "desktop/applications/ApplicationClaims.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,50 +21,50 @@ QString idOfDesktopFile(const QString &idOrPath) {
     return id;
 }
 
-Found findEntry(const WindowFacts &window, const QString &sandboxId, DesktopEntryIndex &entries) {
+Found findEntry(const ApplicationClaims &claims, const QString &sandboxId, DesktopEntryIndex &entries) {
     const auto byId = [&entries](const QString &id) {
         Found found = entries.withId(id);
         // The site is not the application; the browser is.
         return found && found->entry.isWebApplication ? std::nullopt : found;
     };
-    for (const QString &id : {sandboxId, window.gtkApplicationId, idOfDesktopFile(window.kdeDesktopFile)}) {
+    for (const QString &id : {sandboxId, claims.gtkApplicationId, idOfDesktopFile(claims.kdeDesktopFile)}) {
         if (Found found = byId(id))
             return found;
     }
-    const QString instance = window.isSite() ? QString() : window.instanceName;
-    for (const QString &name : {window.className, instance}) {
+    const QString instance = claims.isSite() ? QString() : claims.instanceName;
+    for (const QString &name : {claims.className, instance}) {
         if (Found found = entries.withWindowClass(name))
             return found;
     }
-    for (const QString &name : {window.className, instance}) {
+    for (const QString &name : {claims.className, instance}) {
         if (Found found = byId(name))
             return found;
     }
     return std::nullopt;
 }
 
-QString nameWithoutEntry(const WindowFacts &window, const ProcessIdentity &process) {
-    if (!window.className.isEmpty())
-        return window.className;
-    return window.instanceName.isEmpty() ? process.executableName() : window.instanceName;
+QString nameWithoutEntry(const ApplicationClaims &claims, const ProcessIdentity &process) {
+    if (!claims.className.isEmpty())
+        return claims.className;
+    return claims.instanceName.isEmpty() ? process.executableName() : claims.instanceName;
 }
 
 } // namespace
 
-ApplicationIdentity ApplicationIdentity::of(const WindowFacts &window, const ProcessIdentity &process,
+ApplicationIdentity ApplicationIdentity::of(const ApplicationClaims &claims, const ProcessIdentity &process,
                                             DesktopEntryIndex &entries) {
-    const Found found = findEntry(window, process.sandboxId, entries);
+    const Found found = findEntry(claims, process.sandboxId, entries);
     ApplicationIdentity identity;
     if (found)
         identity.name = found->entry.name;
     if (identity.name.isEmpty())
-        identity.name = nameWithoutEntry(window, process);
+        identity.name = nameWithoutEntry(claims, process);
 
     // What a packaging is called is certain. The class comes second: whoever makes a starter of his own, or
     // lets a tool make one, calls it as he likes, and the windows stay the same.
     identity.identifier = knownBundleIdentifierOfId(found ? found->id : process.sandboxId);
     if (!identity.identifier)
-        identity.identifier = knownBundleIdentifierOfClass(window.className);
+        identity.identifier = knownBundleIdentifierOfClass(claims.className);
     if (!identity.identifier && found)
         identity.identifier = found->id;
     return identity;

@@ -9,7 +9,7 @@ namespace kestrin {
 
 class DesktopEntryIndex;
 struct ProcessIdentity;
-struct WindowFacts;
+struct ApplicationClaims;
 
 struct ApplicationIdentity {
     /// Empty when nothing tells it.
@@ -19,7 +19,7 @@ struct ApplicationIdentity {
     std::optional<QString> identifier;
 
     /// From the window that stands for the application, and its process.
-    static ApplicationIdentity of(const WindowFacts &window, const ProcessIdentity &process,
+    static ApplicationIdentity of(const ApplicationClaims &claims, const ProcessIdentity &process,
                                   DesktopEntryIndex &entries);
 
     bool operator==(const ApplicationIdentity &) const = default;

@@ -37,7 +37,7 @@ bool wasCancelled(int timer) {
 
 } // namespace
 
-struct TimeChangeWatch::Private {
+struct SystemTimeChangeWatch::Private {
     explicit Private(const QString &zoneLink) : zone(zoneLink), timer(openClockTimer()) {
         if (timer >= 0)
             notifier = std::make_unique<QSocketNotifier>(timer, QSocketNotifier::Read);
@@ -55,8 +55,8 @@ struct TimeChangeWatch::Private {
     std::unique_ptr<QSocketNotifier> notifier;
 };
 
-TimeChangeWatch::TimeChangeWatch(QObject *parent, const QString &zoneLink)
-    : QObject(parent)
+SystemTimeChangeWatch::SystemTimeChangeWatch(QObject *parent, const QString &zoneLink)
+    : TimeChangeWatch(parent)
     , d(std::make_unique<Private>(zoneLink)) {
     connect(&d->zone, &FileWatch::changed, this, [this, zoneLink] {
         // Some replace the link in two steps. The zone between them, UTC, is nobody's.
@@ -73,6 +73,6 @@ TimeChangeWatch::TimeChangeWatch(QObject *parent, const QString &zoneLink)
     }
 }
 
-TimeChangeWatch::~TimeChangeWatch() = default;
+SystemTimeChangeWatch::~SystemTimeChangeWatch() = default;
 
 } // namespace kestrin

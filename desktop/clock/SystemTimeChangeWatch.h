@@ -1,26 +1,20 @@
-// Hearing that the time of day became another one.
+// The system's own word that the time of day became another one.
 #pragma once
 
-#include <QObject>
-
-#include <memory>
+#include "runtime/TimeChangeWatch.h"
 
 namespace kestrin {
 
-/// Tells when the local time jumped: the clock was set, the time zone became another one, or the machine woke
-/// from sleep. Local times that are computed from then on are those of the new zone. Several changes may be
-/// told as one; nothing is polled, and what the platform cannot watch is not told. Main thread only.
-class TimeChangeWatch : public QObject {
+/// Hears it from the kernel and from the link to the time zone, on macOS from the system's notifications.
+/// Costs no wake-up in between.
+class SystemTimeChangeWatch final : public TimeChangeWatch {
     Q_OBJECT
 
   public:
     /// `zoneLink` is the link that leads to the zone of the machine, where the platform has one.
-    explicit TimeChangeWatch(QObject *parent = nullptr,
-                             const QString &zoneLink = QStringLiteral("/etc/localtime"));
-    ~TimeChangeWatch() override;
-
-  Q_SIGNALS:
-    void changed();
+    explicit SystemTimeChangeWatch(QObject *parent = nullptr,
+                                   const QString &zoneLink = QStringLiteral("/etc/localtime"));
+    ~SystemTimeChangeWatch() override;
 
   private:
     struct Private;

@@ -14,17 +14,9 @@ using namespace Qt::StringLiterals;
 
 namespace kestrin {
 
-LoginItem::LoginItem(const QString &program, const LoginFile &file) : m_program(program), m_file(file) {}
+FileLoginItem::FileLoginItem(const QString &program, const LoginFile &file) : m_program(program), m_file(file) {}
 
-LoginFile LoginItem::standardFile() {
-#ifdef __APPLE__
-    return launchAgent();
-#else
-    return autostartEntry();
-#endif
-}
-
-QString LoginItem::installedProgram(const QString &folder, const LoginFile &file) {
+QString FileLoginItem::installedProgram(const QString &folder, const LoginFile &file) {
     for (const QString &place : file.programs) {
         const QFileInfo program(QDir(folder).filePath(place));
         if (program.isFile() && program.isExecutable())
@@ -33,11 +25,11 @@ QString LoginItem::installedProgram(const QString &folder, const LoginFile &file
     return QStandardPaths::findExecutable(u"kestrin"_s);
 }
 
-QString LoginItem::path() const {
+QString FileLoginItem::path() const {
     return m_file.folders.first() + u'/' + m_file.name;
 }
 
-bool LoginItem::isEnabled() const {
+bool FileLoginItem::isEnabled() const {
     for (const QString &folder : m_file.folders) {
         const QString candidate = folder + u'/' + m_file.name;
         // One that cannot be read hides those behind it all the same.
@@ -47,7 +39,7 @@ bool LoginItem::isEnabled() const {
     return false;
 }
 
-bool LoginItem::setEnabled(bool enabled) {
+bool FileLoginItem::setEnabled(bool enabled) {
     const bool isOwn = QFileInfo::exists(path());
     if (enabled) {
         if (hasProgram() && (isOwn || !isEnabled()))
@@ -61,13 +53,13 @@ bool LoginItem::setEnabled(bool enabled) {
     return isEnabled() == enabled;
 }
 
-bool LoginItem::isForAllUsers() const {
+bool FileLoginItem::isForAllUsers() const {
     return std::any_of(m_file.folders.cbegin() + 1, m_file.folders.cend(), [this](const QString &folder) {
         return QFileInfo::exists(folder + u'/' + m_file.name);
     });
 }
 
-void LoginItem::write(bool enabled) const {
+void FileLoginItem::write(bool enabled) const {
     using namespace std::chrono_literals;
     const QString folder = m_file.folders.first();
     if (!QDir().mkpath(folder))

@@ -2,6 +2,8 @@
 
 #include "design/DesktopPreferences.h"
 
+#include <memory>
+
 namespace kestrin {
 
 /// The preferences of macOS: the application's effective appearance, which AppKit derives from the system's,

@@ -98,14 +98,14 @@ QList<WorkspaceApplication> AppKitWorkspace::runningApplications() {
     return applications;
 }
 
-bool AppKitWorkspace::terminate(qint32 processIdentifier) {
+Termination AppKitWorkspace::terminate(qint32 processIdentifier) {
     @autoreleasepool {
         for (NSRunningApplication *application in [[NSWorkspace sharedWorkspace] runningApplications]) {
             if ([application processIdentifier] == processIdentifier)
-                return [application terminate];
+                return [application terminate] ? Termination::delivered : Termination::refused;
         }
     }
-    return false;
+    return Termination::gone;
 }
 
 std::unique_ptr<LaunchSubscription> AppKitWorkspace::subscribeToLaunches(LaunchHandler handler) {

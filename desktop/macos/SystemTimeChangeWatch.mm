@@ -39,7 +39,7 @@ class TimeObservation {
 
 } // namespace
 
-struct TimeChangeWatch::Private {
+struct SystemTimeChangeWatch::Private {
     explicit Private(TimeChangeWatch *told)
         : clock(told, [NSNotificationCenter defaultCenter], NSSystemClockDidChangeNotification)
         , zone(told, [NSNotificationCenter defaultCenter], NSSystemTimeZoneDidChangeNotification)
@@ -50,13 +50,13 @@ struct TimeChangeWatch::Private {
     TimeObservation wake;
 };
 
-TimeChangeWatch::TimeChangeWatch(QObject *parent, const QString &) : QObject(parent) {
+SystemTimeChangeWatch::SystemTimeChangeWatch(QObject *parent, const QString &) : TimeChangeWatch(parent) {
     @autoreleasepool {
         d = std::make_unique<Private>(this);
     }
 }
 
-TimeChangeWatch::~TimeChangeWatch() {
+SystemTimeChangeWatch::~SystemTimeChangeWatch() {
     @autoreleasepool {
         d.reset();
     }

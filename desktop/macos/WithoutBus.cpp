@@ -7,11 +7,11 @@
 
 namespace kestrin {
 
-SessionBus::Answer SessionBus::activateRunning(const QString &) {
+RunningInstance::Answer RunningInstance::activateRunning(const QString &) {
     return Answer::none;
 }
 
-bool SessionBus::claim() {
+bool RunningInstance::claim() {
     return false;
 }
 

@@ -36,7 +36,9 @@ class ApplicationAdaptor : public QDBusAbstractAdaptor {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
   public:
-    explicit ApplicationAdaptor(SessionBus &bus) : QDBusAbstractAdaptor(&bus), m_bus(bus) {}
+    explicit ApplicationAdaptor(RunningInstance &instance)
+        : QDBusAbstractAdaptor(&instance)
+        , m_instance(instance) {}
 
   public Q_SLOTS:
     void Activate(const QVariantMap &platformData, const QDBusMessage &call) {
@@ -46,7 +48,7 @@ class ApplicationAdaptor : public QDBusAbstractAdaptor {
                 call.createErrorReply(otherDisplay, u"Kestrin is on another display."_s));
             return;
         }
-        Q_EMIT m_bus.activated(platformData.value(activationToken).toString());
+        Q_EMIT m_instance.activated(platformData.value(activationToken).toString());
     }
     /// There are no files to open.
     void Open(const QStringList &, const QVariantMap &platformData, const QDBusMessage &call) {
@@ -54,12 +56,12 @@ class ApplicationAdaptor : public QDBusAbstractAdaptor {
     }
 
   private:
-    SessionBus &m_bus;
+    RunningInstance &m_instance;
 };
 
 } // namespace
 
-SessionBus::Answer SessionBus::activateRunning(const QString &token) {
+RunningInstance::Answer RunningInstance::activateRunning(const QString &token) {
     auto bus = desktopBus();
     if (!bus)
         return Answer::none;
@@ -72,7 +74,7 @@ SessionBus::Answer SessionBus::activateRunning(const QString &token) {
     return reply.errorName() == otherDisplay ? Answer::otherDisplay : Answer::none;
 }
 
-bool SessionBus::claim() {
+bool RunningInstance::claim() {
     auto bus = desktopBus();
     if (!bus)
         return false;
@@ -82,4 +84,4 @@ bool SessionBus::claim() {
 
 } // namespace kestrin
 
-#include "SessionBus.moc"
+#include "RunningInstance.moc"

@@ -7,7 +7,7 @@ namespace kestrin {
 
 /// The one running instance of the user, by the name of its desktop entry (org.freedesktop.Application).
 /// Where there is no bus nothing is ever claimed or found. Main thread.
-class SessionBus : public QObject {
+class RunningInstance : public QObject {
     Q_OBJECT
 
   public:

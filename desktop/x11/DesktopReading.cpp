@@ -62,8 +62,8 @@ struct WindowQuestions {
         facts.takeWindowClass(rawProperty(classReply.get()));
         facts.takeWindowType(rawProperty(windowType.take(deadline).get()), atoms);
         facts.takeWindowState(rawProperty(windowState.take(deadline).get()), atoms);
-        facts.gtkApplicationId = propertyText(rawProperty(gtkApplicationId.take(deadline).get()));
-        facts.kdeDesktopFile = propertyText(rawProperty(kdeDesktopFile.take(deadline, outcome).get()));
+        facts.claims.gtkApplicationId = propertyText(rawProperty(gtkApplicationId.take(deadline).get()));
+        facts.claims.kdeDesktopFile = propertyText(rawProperty(kdeDesktopFile.take(deadline, outcome).get()));
         if (outcome == Outcome::refused)
             return std::nullopt;
         return facts;
@@ -173,9 +173,9 @@ std::optional<QList<quint32>> clientList(X11Connection &connection, const Deadli
 const DesktopWindow &DesktopApplication::representative() const {
     const auto best = [this](auto isGood) { return std::find_if(windows.cbegin(), windows.cend(), isGood); };
     auto found =
-        best([](const DesktopWindow &window) { return window.facts.isNamed() && !window.facts.isSite(); });
+        best([](const DesktopWindow &window) { return window.facts.claims.isNamed() && !window.facts.claims.isSite(); });
     if (found == windows.cend())
-        found = best([](const DesktopWindow &window) { return window.facts.isNamed(); });
+        found = best([](const DesktopWindow &window) { return window.facts.claims.isNamed(); });
     return found == windows.cend() ? windows.first() : *found;
 }
 

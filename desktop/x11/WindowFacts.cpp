@@ -42,22 +42,13 @@ quint32 propertyWindow(const RawProperty &property) {
     return items.isEmpty() ? 0 : items.first();
 }
 
-bool WindowFacts::isNamed() const {
-    return !className.isEmpty() || !instanceName.isEmpty() || !gtkApplicationId.isEmpty() ||
-           !kdeDesktopFile.isEmpty();
-}
-
-bool WindowFacts::isSite() const {
-    return instanceName.startsWith(QLatin1StringView("crx_"));
-}
-
 void WindowFacts::takeWindowClass(const RawProperty &property) {
     if (property.format != 8)
         return;
     const QByteArrayView instance = upToNul(property.bytes);
-    instanceName = decoded(instance);
+    claims.instanceName = decoded(instance);
     if (instance.size() < property.bytes.size())
-        className = decoded(upToNul(property.bytes.sliced(instance.size() + 1)));
+        claims.className = decoded(upToNul(property.bytes.sliced(instance.size() + 1)));
 }
 
 void WindowFacts::takeWindowType(const RawProperty &property, const X11Atoms &atoms) {

@@ -1,6 +1,7 @@
 // What one window tells about itself, read from raw properties that any client may have written.
 #pragma once
 
+#include "desktop/applications/ApplicationClaims.h"
 #include "desktop/x11/X11Atoms.h"
 
 #include <QByteArrayView>
@@ -30,12 +31,7 @@ QString propertyText(const RawProperty &property);
 
 /// The facts about a window that the workspace needs. What a malformed property should have told is absent.
 struct WindowFacts {
-    /// Both parts of WM_CLASS.
-    QString instanceName;
-    QString className;
-    QString gtkApplicationId;
-    /// A desktop entry's id or path.
-    QString kdeDesktopFile;
+    ApplicationClaims claims;
     /// The type is one that a task bar shows, or none is told.
     bool hasShownType = true;
     bool skipsTaskbar = false;
@@ -46,11 +42,6 @@ struct WindowFacts {
 
     /// Whether a task bar would show the window.
     bool isRegular() const { return hasShownType && !skipsTaskbar; }
-    /// Whether the window says whose it is.
-    bool isNamed() const;
-    /// The window of a site that a browser shows as an application. It names its site where others name
-    /// themselves.
-    bool isSite() const;
 
     void takeWindowClass(const RawProperty &property);
     void takeWindowType(const RawProperty &property, const X11Atoms &atoms);

@@ -7,6 +7,7 @@
 #include "desktop/x11/LaunchWatcher.h"
 #include "desktop/applications/ProcessIdentity.h"
 #include "desktop/x11/X11Connector.h"
+#include "engine/workspace/LaunchBroadcast.h"
 
 #include <QFile>
 #include <QSocketNotifier>
@@ -45,24 +46,15 @@ class X11Workspace::Private {
     explicit Private(const QString &display) : m_display(display), m_connector(QFile::encodeName(display)) {
         QObject::connect(&m_reconnection, &QTimer::timeout, &m_context,
                          [this] { connection(Deadline(serverPatience)); });
-        m_connector.begin();
     }
 
     QList<WorkspaceApplication> runningApplications();
-    bool terminate(qint32 processIdentifier);
+    Termination terminate(qint32 processIdentifier);
     QString limitation();
 
-    quint64 addHandler(LaunchHandler handler);
-    void removeHandler(quint64 number);
+    std::unique_ptr<LaunchSubscription> subscribe(LaunchHandler handler);
 
   private:
-    struct Handler {
-        quint64 number;
-        /// The number of the first launch that is this handler's business.
-        quint64 firstLaunch;
-        LaunchHandler call;
-    };
-
     X11Connection *connection(const Deadline &deadline);
     void drop();
     std::optional<WorkspaceApplication> recordOf(const DesktopApplication &application);
@@ -77,7 +69,7 @@ class X11Workspace::Private {
     void takeEventsLater();
     void takeEvents(bool serverSpoke);
     void findLaunches();
-    void tell(quint64 launch, const WorkspaceApplication &application);
+    void stopWithoutSubscribers();
 
     QString m_display;
     X11Connector m_connector;
@@ -88,10 +80,8 @@ class X11Workspace::Private {
     std::unique_ptr<QSocketNotifier> m_notifier;
     /// Runs only while somebody wants to hear of launches and there is no server to tell of them.
     QTimer m_reconnection;
-    QList<Handler> m_handlers;
-    quint64 m_nextHandler = 1;
-    QList<std::pair<quint64, DesktopApplication>> m_launches;
-    quint64 m_nextLaunch = 1;
+    LaunchBroadcast m_subscribers;
+    QList<std::pair<LaunchBroadcast::Launch, DesktopApplication>> m_launches;
     bool m_takesEventsLater = false;
     /// What is queued for later is dropped with it.
     QObject m_context;
@@ -102,7 +92,7 @@ X11Connection *X11Workspace::Private::connection(const Deadline &deadline) {
         drop();
     if (!m_connection) {
         m_connection = m_connector.connect(deadline);
-        if (m_connection && !m_handlers.isEmpty())
+        if (m_connection && !m_subscribers.isEmpty())
             startWatching();
         else if (!m_connection)
             waitForServer();
@@ -120,7 +110,7 @@ void X11Workspace::Private::drop() {
 }
 
 void X11Workspace::Private::waitForServer() {
-    if (!m_handlers.isEmpty() && !m_reconnection.isActive())
+    if (!m_subscribers.isEmpty() && !m_reconnection.isActive())
         m_reconnection.start(std::chrono::minutes(1));
 }
 
@@ -153,18 +143,20 @@ std::optional<WorkspaceApplication> X11Workspace::Private::recordOf(const Deskto
     return record;
 }
 
-bool X11Workspace::Private::terminate(qint32 processIdentifier) {
+Termination X11Workspace::Private::terminate(qint32 processIdentifier) {
     const Deadline deadline(serverPatience);
     X11Connection *const server = connection(deadline);
     const auto reading = server ? DesktopReading::take(*server, deadline) : std::nullopt;
     if (!reading)
-        return false;
+        return Termination::gone;
     for (const DesktopApplication &application : reading->applications()) {
-        if (application.process == processIdentifier)
-            return acceptsQuitCommand(quitTarget(*server, application, deadline)) ||
-                   closeWindows(*server, application.windows, deadline);
+        if (application.process != processIdentifier || !recordOf(application))
+            continue;
+        const bool isAsked = acceptsQuitCommand(quitTarget(*server, application, deadline)) ||
+                             closeWindows(*server, application.windows, deadline);
+        return isAsked ? Termination::delivered : Termination::refused;
     }
-    return false;
+    return Termination::gone;
 }
 
 QuitTarget X11Workspace::Private::quitTarget(X11Connection &server, const DesktopApplication &application,
@@ -223,7 +215,7 @@ QString X11Workspace::Private::limitation() {
            consequence;
 }
 
-quint64 X11Workspace::Private::addHandler(LaunchHandler handler) {
+std::unique_ptr<LaunchSubscription> X11Workspace::Private::subscribe(LaunchHandler handler) {
     if (connection(Deadline(serverPatience))) {
         // What was launched until now is the business of those who came before.
         if (m_watcher)
@@ -231,15 +223,14 @@ quint64 X11Workspace::Private::addHandler(LaunchHandler handler) {
         else
             startWatching();
     }
-    m_handlers.append({m_nextHandler, m_nextLaunch, std::move(handler)});
+    auto subscription = m_subscribers.subscribe(std::move(handler), [this] { stopWithoutSubscribers(); });
     if (!m_connection)
         waitForServer();
-    return m_nextHandler++;
+    return subscription;
 }
 
-void X11Workspace::Private::removeHandler(quint64 number) {
-    m_handlers.removeIf([number](const Handler &handler) { return handler.number == number; });
-    if (!m_handlers.isEmpty())
+void X11Workspace::Private::stopWithoutSubscribers() {
+    if (!m_subscribers.isEmpty())
         return;
     stopWatching();
     m_reconnection.stop();
@@ -293,47 +284,16 @@ void X11Workspace::Private::takeEvents(bool serverSpoke) {
         const auto [launch, application] = m_launches.takeFirst();
         m_entries.refresh();
         if (const auto record = recordOf(application))
-            tell(launch, *record);
+            m_subscribers.tell(launch, *record);
     }
 }
 
 void X11Workspace::Private::findLaunches() {
     const QList<DesktopApplication> launches = m_watcher->update();
     for (const DesktopApplication &application : launches)
-        m_launches.append({m_nextLaunch++, application});
+        m_launches.append({m_subscribers.notice(), application});
     takeEventsLater();
 }
-
-void X11Workspace::Private::tell(quint64 launch, const WorkspaceApplication &application) {
-    // A handler may unsubscribe itself or another one, so each is looked up again before its turn.
-    QList<quint64> numbers;
-    for (const Handler &handler : std::as_const(m_handlers)) {
-        if (handler.firstLaunch <= launch)
-            numbers.append(handler.number);
-    }
-    for (const quint64 number : std::as_const(numbers)) {
-        const auto found =
-            std::find_if(m_handlers.cbegin(), m_handlers.cend(),
-                         [number](const Handler &handler) { return handler.number == number; });
-        if (found == m_handlers.cend())
-            continue;
-        const LaunchHandler call = found->call;
-        call(application);
-    }
-}
-
-namespace {
-
-class Subscription final : public LaunchSubscription {
-  public:
-    explicit Subscription(std::function<void()> end) : m_end(std::move(end)) {}
-    ~Subscription() override { m_end(); }
-
-  private:
-    std::function<void()> m_end;
-};
-
-} // namespace
 
 X11Workspace::X11Workspace(const QString &display) : d(std::make_unique<Private>(display)) {}
 
@@ -343,13 +303,12 @@ QList<WorkspaceApplication> X11Workspace::runningApplications() {
     return d->runningApplications();
 }
 
-bool X11Workspace::terminate(qint32 processIdentifier) {
+Termination X11Workspace::terminate(qint32 processIdentifier) {
     return d->terminate(processIdentifier);
 }
 
 std::unique_ptr<LaunchSubscription> X11Workspace::subscribeToLaunches(LaunchHandler handler) {
-    const quint64 number = d->addHandler(std::move(handler));
-    return std::make_unique<Subscription>([this, number] { d->removeHandler(number); });
+    return d->subscribe(std::move(handler));
 }
 
 QString X11Workspace::limitation() {

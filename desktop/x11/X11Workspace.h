@@ -5,8 +5,8 @@
 
 namespace kestrin {
 
-/// An application is a process with at least one window that a task bar would show. A new workspace begins to
-/// open the display, and the first call waits for that. When there is no X server the next call tries again,
+/// An application is a process with at least one window that a task bar would show. The first call opens the
+/// display. When there is no X server the next call tries again,
 /// and for whoever has subscribed it is tried once a minute; what runs then is no launch. A server that does
 /// not answer costs each call two seconds. Main thread only.
 class X11Workspace final : public Workspace {
@@ -16,7 +16,7 @@ class X11Workspace final : public Workspace {
     ~X11Workspace() override;
 
     QList<WorkspaceApplication> runningApplications() override;
-    bool terminate(qint32 processIdentifier) override;
+    [[nodiscard]] Termination terminate(qint32 processIdentifier) override;
     [[nodiscard]] std::unique_ptr<LaunchSubscription> subscribeToLaunches(LaunchHandler handler) override;
     QString limitation() override;
 

@@ -4,38 +4,23 @@
 
 namespace kestrin {
 
-class InMemoryWorkspace::Subscription final : public LaunchSubscription {
-  public:
-    Subscription(const std::shared_ptr<Handlers> &handlers, quint64 number)
-        : m_handlers(handlers)
-        , m_number(number) {}
-    ~Subscription() override {
-        if (const auto handlers = m_handlers.lock())
-            handlers->removeIf([this](const auto &handler) { return handler.first == m_number; });
-    }
-
-  private:
-    std::weak_ptr<Handlers> m_handlers;
-    quint64 m_number;
-};
-
 QList<WorkspaceApplication> InMemoryWorkspace::runningApplications() {
     return m_applications;
 }
 
-bool InMemoryWorkspace::terminate(qint32 processIdentifier) {
+Termination InMemoryWorkspace::terminate(qint32 processIdentifier) {
     m_terminationRequests.append(processIdentifier);
-    const bool running =
+    const bool isRunning =
         std::any_of(m_applications.cbegin(), m_applications.cend(), [&](const auto &application) {
             return application.processIdentifier == processIdentifier;
         });
-    return running && !m_refusing.contains(processIdentifier);
+    if (!isRunning)
+        return Termination::gone;
+    return m_refusing.contains(processIdentifier) ? Termination::refused : Termination::delivered;
 }
 
 std::unique_ptr<LaunchSubscription> InMemoryWorkspace::subscribeToLaunches(LaunchHandler handler) {
-    const quint64 number = m_nextHandler++;
-    m_handlers->append({number, std::move(handler)});
-    return std::make_unique<Subscription>(m_handlers, number);
+    return m_launches.subscribe(std::move(handler));
 }
 
 void InMemoryWorkspace::add(const WorkspaceApplication &application) {
@@ -44,15 +29,7 @@ void InMemoryWorkspace::add(const WorkspaceApplication &application) {
 
 void InMemoryWorkspace::launch(const WorkspaceApplication &application) {
     add(application);
-    // A handler may unsubscribe itself or another one, so each is looked up again before its turn.
-    const Handlers handlers = *m_handlers;
-    for (const auto &[number, handler] : handlers) {
-        const bool subscribed =
-            std::any_of(m_handlers->cbegin(), m_handlers->cend(),
-                        [number = number](const auto &other) { return other.first == number; });
-        if (subscribed)
-            handler(application);
-    }
+    m_launches.tell(m_launches.notice(), application);
 }
 
 void InMemoryWorkspace::remove(qint32 processIdentifier) {

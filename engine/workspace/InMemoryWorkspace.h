@@ -1,7 +1,7 @@
 // A workspace that exists in memory only.
 #pragma once
 
-#include "engine/workspace/Workspace.h"
+#include "engine/workspace/LaunchBroadcast.h"
 
 #include <QSet>
 
@@ -11,7 +11,7 @@ namespace kestrin {
 class InMemoryWorkspace final : public Workspace {
   public:
     QList<WorkspaceApplication> runningApplications() override;
-    bool terminate(qint32 processIdentifier) override;
+    [[nodiscard]] Termination terminate(qint32 processIdentifier) override;
     [[nodiscard]] std::unique_ptr<LaunchSubscription> subscribeToLaunches(LaunchHandler handler) override;
 
     /// Adds an application without telling anyone: it was running before.
@@ -19,21 +19,17 @@ class InMemoryWorkspace final : public Workspace {
     /// Adds an application and tells every subscriber.
     void launch(const WorkspaceApplication &application);
     void remove(qint32 processIdentifier);
-    /// Requests to this process are not delivered.
+    /// Requests to this process are refused.
     void refuse(qint32 processIdentifier);
     /// Every process that `terminate` was called for, in order.
     const QList<qint32> &terminationRequests() const { return m_terminationRequests; }
-    int subscriberCount() const { return static_cast<int>(m_handlers->size()); }
+    int subscriberCount() const { return static_cast<int>(m_launches.size()); }
 
   private:
-    class Subscription;
-    using Handlers = QList<std::pair<quint64, LaunchHandler>>;
-
     QList<WorkspaceApplication> m_applications;
     QSet<qint32> m_refusing;
     QList<qint32> m_terminationRequests;
-    std::shared_ptr<Handlers> m_handlers = std::make_shared<Handlers>();
-    quint64 m_nextHandler = 0;
+    LaunchBroadcast m_launches;
 };
 
 } // namespace kestrin

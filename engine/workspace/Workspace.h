@@ -29,6 +29,13 @@ struct WorkspaceApplication {
     bool operator==(const WorkspaceApplication &) const = default;
 };
 
+/// What became of a request to quit.
+enum class Termination {
+    delivered, ///< which says nothing about what the application does with it
+    refused,   ///< the application runs, and there was no way to ask it
+    gone,      ///< no application has this process id
+};
+
 /// A registration for launches; it lasts as long as the object. Destroying it unsubscribes at once: the
 /// handler is not called any more, not even for a launch that has already been noticed.
 class LaunchSubscription {
@@ -54,9 +61,8 @@ class Workspace {
     virtual QList<WorkspaceApplication> runningApplications() = 0;
 
     /// Asks the application with this process id to quit the way the user's own Quit or Close would; it may
-    /// save, ask or refuse. True when the request was delivered, which says nothing about what the
-    /// application does with it.
-    virtual bool terminate(qint32 processIdentifier) = 0;
+    /// save, ask or refuse. What runs is looked at anew.
+    [[nodiscard]] virtual Termination terminate(qint32 processIdentifier) = 0;
 
     /// Calls `handler` on the main thread, from the event loop, for every application launched from now on.
     /// The workspace outlives the subscription.
@@ -64,13 +70,6 @@ class Workspace {
 
     /// Why running applications cannot be seen here, as one sentence for the user; empty when they can.
     virtual QString limitation() { return {}; }
-
-    /// The platform's workspace, made on first use and kept for the life of the process.
-    static Workspace &shared();
-
-    /// Makes Qt use an event loop in which launches are heard. To be called by main() before it makes the
-    /// application object.
-    static void prepareEventLoop();
 };
 
 } // namespace kestrin

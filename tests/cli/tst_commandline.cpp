@@ -38,10 +38,10 @@ QString everythingIn(QTemporaryFile &file) {
 struct Home : samples::Home {
     bool isColourful = false;
 
-    LoginItem loginItem() const {
+    FileLoginItem loginItem() const {
         LoginFile file = autostartEntry();
         file.folders = {folder.filePath(u"login"_s)};
-        return LoginItem(QString(), file);
+        return {QString(), file};
     }
     bool isUntouched() const { return QDir(folder.path()).isEmpty(); }
 
@@ -52,7 +52,8 @@ struct Home : samples::Home {
             qFatal("No temporary file could be made.");
         Output out(outFile.handle());
         Output err(errFile.handle());
-        CommandSurroundings surroundings{defaults, preferences(), this->surroundings(), loginItem(),
+        FileLoginItem item = loginItem();
+        CommandSurroundings surroundings{defaults, preferences(), this->surroundings(), item,
                                          out,      err,           Palette(isColourful)};
         Answer answer;
         answer.status = runCommandLine(arguments, surroundings);

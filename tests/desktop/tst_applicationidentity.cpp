@@ -39,11 +39,11 @@ struct Folders {
     }
 };
 
-WindowFacts window(const QString &instance, const QString &windowClass) {
-    WindowFacts facts;
-    facts.instanceName = instance;
-    facts.className = windowClass;
-    return facts;
+ApplicationClaims window(const QString &instance, const QString &windowClass) {
+    ApplicationClaims claims;
+    claims.instanceName = instance;
+    claims.className = windowClass;
+    return claims;
 }
 
 QByteArray items(std::initializer_list<quint32> values) {
@@ -73,12 +73,12 @@ void ApplicationIdentityTest::identity() {
     folders.install(folders.own(), u"us.zoom.Zoom"_s, "Zoom Workplace");
     folders.install(folders.own(), u"my-zoom-starter"_s, "Meetings", "StartupWMClass=meetings\n");
     folders.install(folders.own(), u"nameless"_s, "");
-    const auto identityOf = [&folders](const WindowFacts &facts, const ProcessIdentity &process = {}) {
+    const auto identityOf = [&folders](const ApplicationClaims &facts, const ProcessIdentity &process = {}) {
         const auto identity = ApplicationIdentity::of(facts, process, folders.index);
         return QString(identity.name + u", "_s + identity.identifier.value_or(u"none"_s));
     };
 
-    const WindowFacts video = window(u"a"_s, u"Video"_s);
+    const ApplicationClaims video = window(u"a"_s, u"Video"_s);
     QCOMPARE(identityOf(video, {u"/app/zoom"_s, u"us.zoom.Zoom"_s}), u"Zoom Workplace, us.zoom.xos"_s);
     // A sandbox without an entry, an unknown one and a known one.
     QCOMPARE(identityOf(video, {{}, u"us.zoom.Zoom2"_s}), u"Video, none"_s);

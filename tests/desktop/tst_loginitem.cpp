@@ -52,7 +52,7 @@ void LoginItemTest::commands() {
     const QString validator = QStandardPaths::findExecutable(u"desktop-file-validate"_s);
     for (const auto &[folder, line] : expected) {
         const Places places;
-        LoginItem item(places.install(folder), places.file);
+        FileLoginItem item(places.install(folder), places.file);
         // Also says that TryExec, which is quoted differently, names the program.
         QVERIFY(!item.isEnabled() && item.setEnabled(true) && item.isEnabled());
         const QByteArray text = samples::contents(places.own());
@@ -86,13 +86,13 @@ void LoginItemTest::precedence() {
             samples::write(places.own(), own);
         if (!all.isEmpty())
             samples::write(places.all(), all);
-        LoginItem item(places.install(u"bin"_s), places.file);
+        FileLoginItem item(places.install(u"bin"_s), places.file);
         QVERIFY2(item.isEnabled() == starts, what);
 
         QVERIFY2(item.setEnabled(true) && item.isEnabled(), what);
         // What starts for all users needs nothing of one's own, and anything else names this program.
         QCOMPARE(samples::contents(places.own()).contains("/bin/kestrin --"), !(own.isEmpty() && starts));
-        LoginItem withoutProgram(QString(), places.file);
+        FileLoginItem withoutProgram(QString(), places.file);
         QVERIFY2(withoutProgram.setEnabled(false) && !item.isEnabled(), what);
         QCOMPARE(QFile::exists(places.own()), !all.isEmpty());
         QVERIFY2(!withoutProgram.setEnabled(true) && !item.isEnabled(), what);
@@ -105,7 +105,7 @@ void LoginItemTest::launchAgents() {
     Places places;
     places.file = launchAgent();
     places.file.folders = {places.root.filePath(u"own"_s)};
-    LoginItem item(places.install(u"a & <b> \"é\""_s), places.file);
+    FileLoginItem item(places.install(u"a & <b> \"é\""_s), places.file);
     QVERIFY(item.setEnabled(true) && item.isEnabled() && samples::isOwnersAlone(item.path()));
     const QByteArray text = samples::contents(item.path());
     QVERIFY(text.contains("/a &amp; &lt;b&gt; &quot;é&quot;/kestrin</string>"));

@@ -3,7 +3,7 @@
 
 #include "design/KestrinAppearance.h"
 #include "design/KestrinColors.h"
-#include "design/DesktopPreferences.h"
+#include "desktop/appearance/Appearance.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -51,6 +51,7 @@ class PortalTest : public QObject {
 
 // First, when nothing else has made the types of its signal known.
 void PortalTest::changesWithoutPortal() {
+    KestrinAppearance::shared().follow(makePreferences());
     const QColor light = KestrinColors::shared().surface();
     change(u"color-scheme"_s, 1);
     QTRY_VERIFY(KestrinAppearance::shared().isDark());
@@ -64,7 +65,8 @@ void PortalTest::firstAnswerAndChanges() {
     QVERIFY(bus.registerObject(path, &portal, QDBusConnection::ExportAllSlots));
     QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
 
-    KestrinAppearance appearance(DesktopPreferences::create());
+    KestrinAppearance appearance;
+    appearance.follow(makePreferences());
     // Nobody has waited for the answer.
     QVERIFY(!appearance.isDark());
     QTRY_VERIFY(appearance.isDark());

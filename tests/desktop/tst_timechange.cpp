@@ -33,7 +33,7 @@ void TimeChangeTest::zones() {
     const bool isEtc = ::unshare(CLONE_NEWNS) == 0 &&
                        ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
                        ::mount(qPrintable(folder.path()), "/etc", nullptr, MS_BIND, nullptr) == 0;
-    TimeChangeWatch watch(nullptr, link);
+    SystemTimeChangeWatch watch(nullptr, link);
     QList<QTime> told; // when it is noon in Greenwich
     connect(&watch, &TimeChangeWatch::changed, this,
             [&] { told.append(QDateTime::fromSecsSinceEpoch(1'767'268'800).time()); });
@@ -56,7 +56,7 @@ void TimeChangeTest::zones() {
 }
 
 void TimeChangeTest::clock() {
-    TimeChangeWatch watch;
+    SystemTimeChangeWatch watch;
     int told = 0;
     connect(&watch, &TimeChangeWatch::changed, this, [&] { ++told; });
     QTest::qWait(50);

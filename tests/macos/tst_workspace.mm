@@ -80,9 +80,9 @@ void WorkspaceTest::recordsAndQuitRequests() {
     obedient->obeys = YES;
     SampleApplication *stubborn = [SampleApplication named:@"Stubborn" process:11];
     listAsRunning([NSArray arrayWithObjects:obedient, stubborn, nil]);
-    QVERIFY(m_workspace.terminate(10));
-    QVERIFY(!m_workspace.terminate(11));
-    QVERIFY(!m_workspace.terminate(12));
+    QCOMPARE(m_workspace.terminate(10), Termination::delivered);
+    QCOMPARE(m_workspace.terminate(11), Termination::gone);
+    QCOMPARE(m_workspace.terminate(12), Termination::gone);
     QCOMPARE(obedient->requests, 1);
     QCOMPARE(stubborn->requests, 1);
 }
@@ -137,7 +137,7 @@ void WorkspaceTest::otherNotificationsAreIgnored() {
 
 void WorkspaceTest::jumpsOfTheTimeAreTold() {
     NSNotificationCenter *centre = [NSNotificationCenter defaultCenter];
-    auto watch = std::make_unique<TimeChangeWatch>();
+    auto watch = std::make_unique<SystemTimeChangeWatch>();
     QSignalSpy spy(watch.get(), &TimeChangeWatch::changed);
     [centre postNotificationName:NSSystemClockDidChangeNotification object:nil];
     [centre postNotificationName:NSSystemTimeZoneDidChangeNotification object:nil];

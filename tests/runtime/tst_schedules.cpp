@@ -1,6 +1,5 @@
 // Privacy Mode by time of day: every boundary, other time zones, clock changes, and what is recorded.
 
-#include "desktop/clock/SystemTimeChangeWatch.h"
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/Home.h"
 
@@ -157,13 +156,18 @@ void SchedulesTest::ticksAndTimeJumps() {
     };
     MacProtectionSurroundings surroundings = home.surroundings();
     QCOMPARE(surroundings.scheduleInterval, std::chrono::seconds(60));
+    TimeChangeWatch *watch = nullptr;
+    surroundings.watchTime = [&watch] {
+        auto made = std::make_unique<TimeChangeWatch>();
+        watch = made.get();
+        return made;
+    };
     {
         MacProtectionRuntime runtime(home.defaults, surroundings);
         runtime.start(true, setter);
         // A second start does not evaluate: the flag that it brings stays until the next tick.
         home.now.setTime(QTime(18, 0));
         runtime.start(true, setter);
-        auto *watch = runtime.findChild<TimeChangeWatch *>();
         QVERIFY(watch);
         Q_EMIT watch->changed();
         // Never in the middle of something else.

@@ -1,10 +1,11 @@
 // A user's home without a window: files, preferences and what is running.
 #pragma once
 
+#include "desktop/defaults/JSONUserDefaults.h"
 #include "engine/JSONMacActivityLogStore.h"
 #include "engine/JSONPrivacyModeSettingsStore.h"
 #include "engine/workspace/InMemoryWorkspace.h"
-#include "desktop/defaults/JSONUserDefaults.h"
+#include "runtime/FileStores.h"
 #include "runtime/MacProtectionRuntime.h"
 #include "tests/support/Samples.h"
 
@@ -31,7 +32,11 @@ struct Home {
     QString preferences() const { return folder.filePath(u"config/user-defaults.json"_s); }
     QString support() const { return folder.filePath(u"data/Kestrin"_s); }
     MacProtectionSurroundings surroundings() {
-        return {support(), &workspace, [this] { return now; }, nullptr, nullptr};
+        return {.supportFolder = support(),
+                .workspace = workspace,
+                .settingsStore = settingsStoreIn(support()),
+                .logStore = activityLogIn(support()),
+                .clock = [this] { return now; }};
     }
     QStringList story() { return samples::story(log); }
 };

@@ -73,7 +73,7 @@ void DesktopProgramsTest::closesItsWindow() {
     X11Workspace workspace;
     DebianProgram app(u"xmessage"_s, {u"Hello"_s});
     QTRY_VERIFY(samples::running(workspace).contains(app.pid()));
-    QVERIFY(workspace.terminate(app.pid()));
+    QCOMPARE(workspace.terminate(app.pid()), Termination::delivered);
     QTRY_VERIFY_WITH_TIMEOUT(app.state() == QProcess::NotRunning, 30000);
     QCOMPARE(app.exitStatus(), QProcess::NormalExit);
 }

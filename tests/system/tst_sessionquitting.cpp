@@ -44,7 +44,7 @@ void SessionQuittingTest::quit(const SampleApp &app, bool isInTray) {
     QTRY_COMPARE(app.said(u"in tray"_s), isInTray ? 1 : 0);
     QElapsedTimer timer;
     timer.start();
-    QVERIFY(m_workspace.terminate(app.pid()));
+    QCOMPARE(m_workspace.terminate(app.pid()), Termination::delivered);
     m_elapsed = timer.elapsed();
     QVERIFY2(m_elapsed < 1500, qPrintable(QString::number(m_elapsed)));
 }

@@ -26,7 +26,7 @@ void callEverythingInVain(X11Workspace &workspace, qint32 process) {
         QVERIFY2(timer.elapsed() < 4000, call);
     };
     isQuick("list", [&] { QVERIFY(running(workspace).isEmpty()); });
-    isQuick("terminate", [&] { QVERIFY(!workspace.terminate(process)); });
+    isQuick("terminate", [&] { QCOMPARE(workspace.terminate(process), Termination::gone); });
     isQuick("subscribe", [&] { Launches launches(workspace); });
     isQuick("limitation", [&] { QVERIFY(!workspace.limitation().isEmpty()); });
 }
@@ -73,14 +73,14 @@ void X11FailuresTest::noWindowManager() {
         QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
         desktop::stopWindowManager(signal);
         // Nobody passes a request on, so it must not be told as delivered.
-        QVERIFY(!workspace.terminate(app.pid()));
+        QCOMPARE(workspace.terminate(app.pid()), Termination::gone);
         // What was told about the windows stays behind where it could not be taken back.
         QCOMPARE(running(workspace).isEmpty(), signal == SIGTERM);
         QVERIFY(!workspace.limitation().isEmpty());
         desktop::startWindowManager();
         QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
         QVERIFY(workspace.limitation().isEmpty());
-        QVERIFY(workspace.terminate(app.pid()));
+        QCOMPARE(workspace.terminate(app.pid()), Termination::delivered);
         QTRY_VERIFY(!app.isRunning());
     }
 }
@@ -102,7 +102,7 @@ void X11FailuresTest::silentServer() {
     QVERIFY(workspace.limitation().isEmpty());
     const SampleApp later;
     QTRY_COMPARE(launches.pids, (QList<qint32>{app.pid(), later.pid()}));
-    QVERIFY(workspace.terminate(later.pid()));
+    QCOMPARE(workspace.terminate(later.pid()), Termination::delivered);
     QTRY_VERIFY(!later.isRunning());
     QVERIFY(app.isRunning());
 }
@@ -131,7 +131,7 @@ void X11FailuresTest::serverGoesAway() {
     // The next call has gone on watching for whoever had subscribed.
     const SampleApp later;
     QTRY_VERIFY(launches.pids.contains(later.pid()));
-    QVERIFY(workspace.terminate(later.pid()));
+    QCOMPARE(workspace.terminate(later.pid()), Termination::delivered);
     QTRY_VERIFY(!later.isRunning());
 }
 

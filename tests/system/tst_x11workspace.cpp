@@ -165,13 +165,13 @@ void X11WorkspaceTest::whichWindowsAreAsked() {
     QTRY_COMPARE(app.said(u"mapped %1"_s.arg(windows)), 1);
     const SampleApp fence;
     QTRY_VERIFY(running(workspace).contains(fence.pid()));
-    QVERIFY(workspace.terminate(app.pid()));
+    QCOMPARE(workspace.terminate(app.pid()), Termination::delivered);
     for (const int number : asked)
         QTRY_COMPARE(app.said(u"closed %1"_s.arg(number)), 1);
     // Also for processes that are none.
     for (const qint32 nobody : {app.pid(), 0, -1})
-        QTRY_VERIFY(!workspace.terminate(nobody));
-    QVERIFY(workspace.terminate(fence.pid()));
+        QTRY_COMPARE(workspace.terminate(nobody), Termination::gone);
+    QCOMPARE(workspace.terminate(fence.pid()), Termination::delivered);
     QTRY_VERIFY(!fence.isRunning());
     QTRY_COMPARE(app.isRunning(), asked.size() < windows);
     QCOMPARE(app.said(u"asked 1"_s), asked.contains(1) ? 1 : 0);
@@ -195,7 +195,7 @@ void X11WorkspaceTest::whoAlwaysComesBack() {
     X11Workspace workspace;
     Launches launches(workspace);
     const auto asking = workspace.subscribeToLaunches([&](const WorkspaceApplication &application) {
-        QVERIFY(workspace.terminate(application.processIdentifier));
+        QCOMPARE(workspace.terminate(application.processIdentifier), Termination::delivered);
     });
     SampleApp app(u"--commands"_s);
     for (int time = 1; time <= 3; ++time) {

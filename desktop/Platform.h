@@ -1,0 +1,29 @@
+// What this platform gives a program to stand on. Only the programs themselves ask for it, once, and hand it on.
+#pragma once
+
+#include "engine/workspace/Workspace.h"
+#include "runtime/LoginItem.h"
+#include "runtime/TimeChangeWatch.h"
+#include "runtime/UserDefaults.h"
+
+namespace kestrin {
+
+/// Makes Qt use an event loop in which launches are heard. To be called by main() before it makes the
+/// application object.
+void prepareEventLoop();
+
+/// The desktop that this process runs on. It is first spoken to by the first question.
+std::unique_ptr<Workspace> makeWorkspace();
+
+/// The preferences of this user.
+std::unique_ptr<UserDefaults> makeUserDefaults();
+/// Where a person finds them, for messages: a file, or the name of the platform's own domain.
+QString userDefaultsLocation();
+
+std::unique_ptr<TimeChangeWatch> makeTimeChangeWatch();
+
+/// `program` is the absolute path of the window's program, empty for the one that is installed beside this
+/// program or in PATH. Needs the application object.
+std::unique_ptr<LoginItem> makeLoginItem(const QString &program = {});
+
+} // namespace kestrin

@@ -1,0 +1,29 @@
+// What a window says about whose it is.
+#pragma once
+
+#include <QString>
+
+namespace kestrin {
+
+/// As the window system tells it; absent is empty. Any client may claim anything.
+struct ApplicationClaims {
+    /// Both parts of X11's WM_CLASS.
+    QString instanceName;
+    QString className;
+    QString gtkApplicationId;
+    /// A desktop entry's id or path.
+    QString kdeDesktopFile;
+
+    /// Whether the window says whose it is.
+    bool isNamed() const {
+        return !className.isEmpty() || !instanceName.isEmpty() || !gtkApplicationId.isEmpty() ||
+               !kdeDesktopFile.isEmpty();
+    }
+    /// The window of a site that a browser shows as an application. It names its site where others name
+    /// themselves.
+    bool isSite() const { return instanceName.startsWith(QLatin1StringView("crx_")); }
+
+    bool operator==(const ApplicationClaims &) const = default;
+};
+
+} // namespace kestrin

@@ -1,0 +1,42 @@
+// Telling everybody who subscribed of a launch.
+#pragma once
+
+#include "engine/workspace/Workspace.h"
+
+namespace kestrin {
+
+/// Keeps the handlers of a workspace's subscribers. A launch that was noticed before somebody subscribed is not
+/// told to him, also when it is told to the others only afterwards. Main thread only.
+class LaunchBroadcast {
+  public:
+    /// Numbers the launches in the order in which they were noticed.
+    using Launch = quint64;
+
+    /// `ended` is called whenever a subscription has ended; the subscription may outlive this object.
+    [[nodiscard]] std::unique_ptr<LaunchSubscription> subscribe(Workspace::LaunchHandler handler,
+                                                                std::function<void()> ended = {});
+    bool isEmpty() const { return m_handlers->isEmpty(); }
+    qsizetype size() const { return m_handlers->size(); }
+
+    /// The number of a launch that is noticed now.
+    Launch notice() { return m_nextLaunch++; }
+    /// Tells of a launch that was noticed. A handler may end subscriptions, its own included, and begin new
+    /// ones.
+    void tell(Launch launch, const WorkspaceApplication &application) const;
+
+  private:
+    class Subscription;
+    struct Handler {
+        quint64 number;
+        /// The first launch that is this handler's business.
+        Launch firstLaunch;
+        Workspace::LaunchHandler call;
+    };
+    using Handlers = QList<Handler>;
+
+    std::shared_ptr<Handlers> m_handlers = std::make_shared<Handlers>();
+    quint64 m_nextHandler = 0;
+    Launch m_nextLaunch = 0;
+};
+
+} // namespace kestrin

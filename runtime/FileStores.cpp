@@ -1,0 +1,20 @@
+#include "runtime/FileStores.h"
+
+#include "engine/RiskAppCatalog.h"
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin {
+
+std::shared_ptr<JSONPrivacyModeSettingsStore> settingsStoreIn(const QString &supportFolder) {
+    return std::make_shared<JSONPrivacyModeSettingsStore>(
+        QUrl::fromLocalFile(supportFolder + u"/privacy-mode-settings.json"_s),
+        PrivacyModeSettings{true, defaultDefinitionIDs()});
+}
+
+std::shared_ptr<JSONMacActivityLogStore> activityLogIn(const QString &supportFolder) {
+    return std::make_shared<JSONMacActivityLogStore>(
+        QUrl::fromLocalFile(supportFolder + u"/activity-log.json"_s));
+}
+
+} // namespace kestrin

@@ -1,0 +1,17 @@
+// The stores over the files of a support folder.
+#pragma once
+
+#include "engine/JSONMacActivityLogStore.h"
+#include "engine/JSONPrivacyModeSettingsStore.h"
+
+#include <memory>
+
+namespace kestrin {
+
+/// Over "privacy-mode-settings.json". Until something is saved, Privacy Mode is on and everything is selected.
+std::shared_ptr<JSONPrivacyModeSettingsStore> settingsStoreIn(const QString &supportFolder);
+
+/// Over "activity-log.json".
+std::shared_ptr<JSONMacActivityLogStore> activityLogIn(const QString &supportFolder);
+
+} // namespace kestrin
