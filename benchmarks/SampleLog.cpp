@@ -7,6 +7,9 @@ using namespace Qt::StringLiterals;
 
 namespace kestrin::bench {
 
+using namespace foundation;
+using namespace engine;
+
 MacProtectionEvent sampleEvent(int number) {
     using Kind = MacProtectionEventKind;
     const bool detected = number % 2 == 0;

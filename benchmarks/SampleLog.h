@@ -6,7 +6,7 @@
 namespace kestrin::bench {
 
 /// One of those that an enforcing monitor writes, with as much text as they have.
-MacProtectionEvent sampleEvent(int number);
+engine::MacProtectionEvent sampleEvent(int number);
 
 /// Writes a log of so many events. Its folder is there already.
 void writeLog(const QString &path, int count);

@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::engine;
+using namespace kestrin::runtime;
 using bench::Input;
 using bench::Key;
 using bench::WindowProgram;

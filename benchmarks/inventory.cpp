@@ -3,9 +3,12 @@
 #include "benchmarks/Bench.h"
 #include "benchmarks/SampleClient.h"
 #include "benchmarks/XDisplay.h"
+#include "desktop/Platform.h"
 #include "engine/NSWorkspaceAppInventoryService.h"
 
 using namespace kestrin;
+using namespace kestrin::desktop;
+using namespace kestrin::engine;
 
 namespace {
 
@@ -37,7 +40,8 @@ int main(int argc, char **argv) {
                                                 display.atom("_GTK_APPLICATION_ID"),
                                                 display.atom("_KDE_NET_WM_DESKTOP_FILE"),
                                                 display.atom("_NET_WM_PID")};
-    NSWorkspaceAppInventoryService service;
+    const auto workspace = makeWorkspace();
+    NSWorkspaceAppInventoryService service(*workspace);
     const auto result = bench::compare(
         bench::isQuick(argc, argv) ? 50 : 300,
         [&] {

@@ -2,8 +2,10 @@
 
 #include "benchmarks/Bench.h"
 #include "benchmarks/SampleClient.h"
-#include "engine/JSONMacActivityLogStore.h"
+#include "desktop/Platform.h"
 #include "desktop/defaults/JSONUserDefaults.h"
+#include "engine/JSONMacActivityLogStore.h"
+#include "runtime/FileStores.h"
 #include "runtime/MacProtectionRuntime.h"
 
 #include <QCoreApplication>
@@ -14,6 +16,10 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::engine;
+using namespace kestrin::runtime;
+using namespace kestrin::desktop;
 
 namespace {
 
@@ -56,7 +62,10 @@ class Enforcing {
         m_defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {});
         m_defaults.setBoolean(u"kestrin.mac.enforceActions"_s, true);
         m_runtime = std::make_unique<MacProtectionRuntime>(
-            m_defaults, MacProtectionSurroundings{m_folder.path(), nullptr, systemTime, nullptr, nullptr});
+            m_defaults, MacProtectionSurroundings{.supportFolder = m_folder.path(),
+                                                  .workspace = *m_workspace,
+                                                  .settingsStore = settingsStoreIn(m_folder.path()),
+                                                  .logStore = activityLogIn(m_folder.path())});
         m_runtime->start(true, [](bool) {});
         QObject::connect(m_runtime.get(), &MacProtectionRuntime::recentEventsChanged, [this] { note(); });
     }
@@ -81,6 +90,7 @@ class Enforcing {
     QTemporaryDir m_folder;
     JSONMacActivityLogStore m_log{QUrl::fromLocalFile(m_folder.filePath(u"activity-log.json"_s))};
     JSONUserDefaults m_defaults{m_folder.filePath(u"user-defaults.json"_s)};
+    std::unique_ptr<Workspace> m_workspace = makeWorkspace();
     std::unique_ptr<MacProtectionRuntime> m_runtime;
     QUuid m_newest;
     long long m_loggedAt = 0;

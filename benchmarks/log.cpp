@@ -14,6 +14,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::engine;
 
 namespace {
 

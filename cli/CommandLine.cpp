@@ -5,7 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::cli {
 
 namespace {
 
@@ -209,4 +209,4 @@ std::variant<Invocation, UsageError> parseCommandLine(const QStringList &argumen
     return Parser(arguments).parse();
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -6,7 +6,7 @@
 #include <optional>
 #include <variant>
 
-namespace kestrin {
+namespace kestrin::cli {
 
 /// A call that can be carried out: every word of it has been checked.
 struct Invocation {
@@ -32,4 +32,4 @@ struct UsageError {
 /// `arguments` are the words behind the program's name. Looks at nothing but the words.
 std::variant<Invocation, UsageError> parseCommandLine(const QStringList &arguments);
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -13,7 +13,12 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::cli {
+
+using namespace foundation;
+using namespace shared;
+using namespace engine;
+using namespace runtime;
 
 namespace {
 
@@ -327,4 +332,4 @@ ExitStatus runCommandLine(const QStringList &arguments, CommandSurroundings &sur
     return status;
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

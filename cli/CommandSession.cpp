@@ -3,7 +3,10 @@
 #include "engine/workspace/InMemoryWorkspace.h"
 #include "runtime/MonitoringClaim.h"
 
-namespace kestrin {
+namespace kestrin::cli {
+
+using namespace engine;
+using namespace runtime;
 
 namespace {
 
@@ -60,4 +63,4 @@ void CommandSession::settleFlag() {
         runtime.updatePrivacyMode(flag.isOn(), false);
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

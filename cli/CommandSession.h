@@ -8,7 +8,7 @@
 #include "runtime/MacProtectionRuntime.h"
 #include "runtime/PrivacyModeFlag.h"
 
-namespace kestrin {
+namespace kestrin::cli {
 
 enum class ExitStatus {
     done = 0,
@@ -18,11 +18,11 @@ enum class ExitStatus {
 
 /// Where kestrinctl lives. Tests give it an in-memory desktop and files of their own.
 struct CommandSurroundings {
-    UserDefaults &defaults;
+    runtime::UserDefaults &defaults;
     /// Where a person finds the user defaults.
     QString defaultsLocation;
-    MacProtectionSurroundings runtime;
-    LoginItem &loginItem;
+    runtime::MacProtectionSurroundings runtime;
+    runtime::LoginItem &loginItem;
     Output &out;
     Output &err;
     Palette palette{false};
@@ -42,8 +42,8 @@ class CommandSession {
     CommandSession(CommandSurroundings &surroundings, Desktop desktop);
 
     CommandSurroundings &surroundings;
-    MacProtectionRuntime runtime;
-    PrivacyModeFlag flag;
+    runtime::MacProtectionRuntime runtime;
+    runtime::PrivacyModeFlag flag;
 
     /// Who watches now, if anybody.
     std::optional<QString> monitoredBy() const;
@@ -56,4 +56,4 @@ class CommandSession {
     void settleFlag();
 };
 
-} // namespace kestrin
+} // namespace kestrin::cli

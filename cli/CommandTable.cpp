@@ -7,7 +7,11 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::cli {
+
+using namespace foundation;
+using namespace shared;
+using namespace engine;
 
 const QList<CommandDescription> &commandTable() {
     static const QString json = u"--json"_s;
@@ -176,4 +180,4 @@ QStringList presetIDs() {
     return ids;
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

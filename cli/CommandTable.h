@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace kestrin {
+namespace kestrin::cli {
 
 enum class Command {
     apps,
@@ -66,4 +66,4 @@ QStringList definitionIDs();
 /// The identifiers that `schedule enable` and `schedule disable` accept.
 QStringList presetIDs();
 
-} // namespace kestrin
+} // namespace kestrin::cli

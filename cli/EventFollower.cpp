@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <limits>
 
-namespace kestrin {
+namespace kestrin::cli {
+
+using namespace engine;
 
 namespace {
 
@@ -38,4 +40,4 @@ qsizetype EventFollower::firstKnown(const QList<MacProtectionEvent> &newestFirst
     return found - newestFirst.cbegin();
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -2,26 +2,26 @@
 
 #include "engine/MacActivityLogStoring.h"
 
-namespace kestrin {
+namespace kestrin::cli {
 
 /// Tells what was added to a log since one last looked, whoever added it: every event once, however many came
 /// at a time. An event is recognised by its id.
 class EventFollower {
   public:
     /// What the log holds now is not news. The log outlives the follower.
-    explicit EventFollower(MacActivityLogStoring &log);
+    explicit EventFollower(engine::MacActivityLogStoring &log);
 
     /// The new events, oldest first.
-    QList<MacProtectionEvent> takeNew();
+    QList<engine::MacProtectionEvent> takeNew();
 
   private:
     /// The position of the newest event that is no news, or the size of the list.
-    qsizetype firstKnown(const QList<MacProtectionEvent> &newestFirst) const;
+    qsizetype firstKnown(const QList<engine::MacProtectionEvent> &newestFirst) const;
 
-    MacActivityLogStoring &m_log;
+    engine::MacActivityLogStoring &m_log;
     /// The newest events that are no news, newest first. Several, so that losing the newest (somebody edits
     /// the file) does not make all others news.
     QList<QUuid> m_known;
 };
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::cli {
 
 namespace {
 
@@ -119,4 +119,4 @@ QString versionText() {
     return QStringLiteral("kestrinctl " KESTRIN_VERSION "\n");
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -2,7 +2,7 @@
 
 #include "cli/CommandTable.h"
 
-namespace kestrin {
+namespace kestrin::cli {
 
 /// What `kestrinctl --help` prints.
 QString programHelp();
@@ -13,4 +13,4 @@ QString commandHelp(const CommandDescription &command);
 /// What `kestrinctl --version` prints.
 QString versionText();
 
-} // namespace kestrin
+} // namespace kestrin::cli

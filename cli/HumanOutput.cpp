@@ -4,7 +4,11 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::cli {
+
+using namespace shared;
+using namespace engine;
+using namespace runtime;
 
 namespace {
 
@@ -172,4 +176,4 @@ QString autostartText(bool startsAtLogin) {
     return startsAtLogin ? u"Kestrin starts at login.\n"_s : u"Kestrin does not start at login.\n"_s;
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

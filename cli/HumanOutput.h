@@ -9,23 +9,25 @@
 
 #include <QSet>
 
-namespace kestrin {
+namespace kestrin::cli {
 
-QString appsText(const QList<RunningMacApp> &apps, const Palette &palette);
+QString appsText(const QList<engine::RunningMacApp> &apps, const Palette &palette);
 
 /// `selection` as the settings hold it: an empty one protects everything.
-QString catalogText(const RiskAppCatalog &catalog, const QSet<QString> &selection, const Palette &palette);
+QString catalogText(const engine::RiskAppCatalog &catalog, const QSet<QString> &selection,
+                    const Palette &palette);
 
-QString runResultText(const PrivacyModeRunResult &result, qint64 runningAppCount, const Palette &palette);
+QString runResultText(const engine::PrivacyModeRunResult &result, qint64 runningAppCount,
+                      const Palette &palette);
 
 /// One line each, with the local date and time.
-QString eventsText(const QList<MacProtectionEvent> &events, const Palette &palette);
+QString eventsText(const QList<engine::MacProtectionEvent> &events, const Palette &palette);
 
 QString statusText(const StatusReport &status, const Palette &palette);
 
-QString scheduleText(const QList<ModePreset> &modes, const std::optional<bool> &wanted,
+QString scheduleText(const QList<shared::ModePreset> &modes, const std::optional<bool> &wanted,
                      const Palette &palette);
 
 QString autostartText(bool startsAtLogin);
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -14,7 +14,9 @@
 #include <cstring>
 #include <string_view>
 
-namespace kestrin {
+namespace kestrin::cli {
+
+using namespace foundation;
 
 bool Output::waitForReader() const {
     std::array requests{pollfd{m_descriptor, POLLOUT, 0},
@@ -48,4 +50,4 @@ QString Output::problem() const {
     return QString::fromLocal8Bit(std::strerror(m_error));
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

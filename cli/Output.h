@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-namespace kestrin {
+namespace kestrin::cli {
 
 /// A stream of this process, written in UTF-8 and all at once when flushed. Waits for a slow reader, but
 /// drops the rest when the process is told to end meanwhile (TerminationSignals).
@@ -34,4 +34,4 @@ class Output {
     int m_error = 0;
 };
 
-} // namespace kestrin
+} // namespace kestrin::cli

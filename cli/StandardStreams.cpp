@@ -11,7 +11,7 @@
 #include <clocale>
 #include <csignal>
 
-namespace kestrin {
+namespace kestrin::cli {
 
 void prepareStandardStreams() {
     std::signal(SIGPIPE, SIG_IGN);
@@ -35,4 +35,4 @@ void preferUtf8() {
     qputenv(qgetenv("LC_ALL").isEmpty() ? "LC_CTYPE" : "LC_ALL", "C.UTF-8");
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -1,7 +1,7 @@
 // What has to be in order before anything is written or opened.
 #pragma once
 
-namespace kestrin {
+namespace kestrin::cli {
 
 /// Makes a reader that goes away an ordinary error of the write, and gives standard streams that are closed
 /// something harmless to point at: otherwise the next file to be opened would become standard output.
@@ -14,4 +14,4 @@ bool wantsColour(int descriptor);
 /// Qt insists on UTF-8 and warns on standard error about every other locale; this chooses it beforehand.
 void preferUtf8();
 
-} // namespace kestrin
+} // namespace kestrin::cli

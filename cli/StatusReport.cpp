@@ -5,7 +5,11 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::cli {
+
+using namespace foundation;
+using namespace shared;
+using namespace runtime;
 
 QString StatusReport::monitorLabel() const {
     return monitorLabelFor(monitoredBy.has_value(), enforceActions);
@@ -36,4 +40,4 @@ QJsonObject StatusReport::toJson() const {
     };
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

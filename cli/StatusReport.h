@@ -7,7 +7,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::cli {
 
 /// How everything stands, as a program beside the watching one sees it.
 struct StatusReport {
@@ -19,8 +19,8 @@ struct StatusReport {
     /// The rest of the catalog, in its order.
     QStringList unprotectedDefinitionIDs;
     qint64 runningAppCount = 0;
-    QList<RiskAppMatch> matches;
-    QList<ModePreset> modes;
+    QList<engine::RiskAppMatch> matches;
+    QList<shared::ModePreset> modes;
     /// Absent when no enabled preset has an opinion.
     std::optional<bool> scheduledPrivacyModeState;
 
@@ -29,4 +29,4 @@ struct StatusReport {
     QJsonObject toJson() const;
 };
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -5,7 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::cli {
 
 namespace {
 
@@ -133,4 +133,4 @@ QString alignedLines(const QList<QList<Cell>> &rows, const Palette &palette) {
     return lines;
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace kestrin {
+namespace kestrin::cli {
 
 /// The text with every character that could steer a terminal or reorder what is read (control characters,
 /// line separators, bidirectional controls) spelled out: "\u202e". Lone surrogates too.
@@ -48,4 +48,4 @@ struct Cell {
 /// ends in spaces.
 QString alignedLines(const QList<QList<Cell>> &rows, const Palette &palette);
 
-} // namespace kestrin
+} // namespace kestrin::cli

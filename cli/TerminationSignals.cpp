@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <csignal>
 
-namespace kestrin {
+namespace kestrin::cli {
 
 namespace {
 
@@ -74,4 +74,4 @@ int TerminationSignals::descriptor() {
     return readableDescriptor;
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -2,7 +2,7 @@
 
 #include <QSocketNotifier>
 
-namespace kestrin {
+namespace kestrin::cli {
 
 /// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal on the main thread, for as long as the object lives. One
 /// object at a time. A SIGHUP that was ignored when the process started (nohup) stays ignored.
@@ -25,4 +25,4 @@ class TerminationSignals : public QObject {
     QSocketNotifier m_notifier;
 };
 
-} // namespace kestrin
+} // namespace kestrin::cli

@@ -13,7 +13,11 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::cli {
+
+using namespace foundation;
+using namespace engine;
+using namespace runtime;
 
 namespace {
 
@@ -62,7 +66,8 @@ ExitStatus refuse(const CommandSurroundings &surroundings, const MonitoringClaim
 } // namespace
 
 ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
-    const MonitoringClaim claim = MonitoringClaim::make(surroundings.runtime.supportFolder, u"kestrinctl watch"_s);
+    const MonitoringClaim claim =
+        MonitoringClaim::make(surroundings.runtime.supportFolder, u"kestrinctl watch"_s);
     if (!claim.lock)
         return refuse(surroundings, claim);
 
@@ -97,4 +102,4 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     return ExitStatus::done;
 }
 
-} // namespace kestrin
+} // namespace kestrin::cli

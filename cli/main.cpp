@@ -11,6 +11,9 @@
 
 int main(int argc, char *argv[]) {
     using namespace kestrin;
+    using namespace kestrin::cli;
+    using namespace kestrin::runtime;
+    using namespace kestrin::desktop;
     prepareStandardStreams();
     preferUtf8();
     prepareEventLoop();

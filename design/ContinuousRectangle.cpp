@@ -8,7 +8,7 @@
 #include <numbers>
 #include <vector>
 
-namespace kestrin {
+namespace kestrin::design {
 
 namespace {
 
@@ -204,4 +204,4 @@ QImage ShadowPaint::paint() const {
     return image;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -5,7 +5,7 @@
 #include <QPainterPath>
 #include <QRectF>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// A rectangle whose corners are continuous: the curvature grows from nothing at the straight edge to its
 /// greatest value on the diagonal, instead of jumping to that of a circle. The corner meets its diagonal
@@ -45,4 +45,4 @@ struct ShadowPaint {
     QImage paint() const;
 };
 
-} // namespace kestrin
+} // namespace kestrin::design

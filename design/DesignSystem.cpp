@@ -14,7 +14,7 @@ static void initializeResources() {
     Q_INIT_RESOURCE(qmlcache_KestrinDesignSystem);
 }
 
-namespace kestrin {
+namespace kestrin::design {
 
 void registerDesignSystem() {
     initializeResources();
@@ -22,4 +22,4 @@ void registerDesignSystem() {
     [[maybe_unused]] const volatile auto types = &qml_register_types_KestrinDesignSystem;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -8,7 +8,7 @@
 #include <QFontInfo>
 #endif
 
-namespace kestrin {
+namespace kestrin::design {
 
 #ifdef KESTRIN_HAS_FONTCONFIG
 
@@ -72,4 +72,4 @@ QString realFamily(const QString &family) {
 
 #endif
 
-} // namespace kestrin
+} // namespace kestrin::design

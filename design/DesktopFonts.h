@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// Until fetchDesktopFonts(), no font is known but those of the program itself: to read the desktop's font
 /// configuration, to list its fonts and to search them for each font in use takes a sixth of the time to the
@@ -18,4 +18,4 @@ void fetchDesktopFonts();
 /// is ever written in.
 QString realFamily(const QString &family);
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// What the desktop says about how it wants to be drawn. A value is absent while the desktop has not said it.
 /// Main thread.
@@ -44,4 +44,4 @@ class InMemoryDesktopPreferences final : public DesktopPreferences {
     }
 };
 
-} // namespace kestrin
+} // namespace kestrin::design

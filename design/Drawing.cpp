@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::design {
 
 namespace {
 
@@ -47,4 +47,4 @@ void writeDrawing(QDataStream &stream, const Drawing &drawing) {
         stream << shape.path << shape.fill << shape.stroke;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -10,7 +10,7 @@
 class QDataStream;
 class QPainter;
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// A picture of filled and stroked shapes, the first one below all others. They are read from SVG when
 /// Kestrin is built (drawings/CompileDrawing.cpp), so that the program that shows them carries no reader of
@@ -35,4 +35,4 @@ struct Drawing {
 /// The stream is made ready for it first.
 void writeDrawing(QDataStream &stream, const Drawing &drawing);
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -11,7 +11,7 @@
 #include <cmath>
 #include <limits>
 
-namespace kestrin {
+namespace kestrin::design {
 
 namespace {
 
@@ -124,4 +124,4 @@ void FittedText::fill(QQuickItem &label) const {
     label.setProperty("text", m_text);
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

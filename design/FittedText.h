@@ -5,7 +5,7 @@
 #include <QFont>
 #include <QQuickItem>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// What KestrinText is made of: finds the font and the scale in which a text of one line fits the width it is
 /// given. It first tightens the letters a little, then shrinks them down to the minimum scale; what is then
@@ -74,4 +74,4 @@ class FittedText : public QQuickItem {
     qreal m_naturalHeight = 0;
 };
 
-} // namespace kestrin
+} // namespace kestrin::design

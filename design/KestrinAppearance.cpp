@@ -9,7 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::design {
 
 KestrinAppearance &KestrinAppearance::shared() {
     static KestrinAppearance *const appearance = new KestrinAppearance(qApp);
@@ -80,4 +80,4 @@ bool KestrinAppearance::resolveDark() const {
     return palette.color(QPalette::Window).lightnessF() < palette.color(QPalette::WindowText).lightnessF();
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

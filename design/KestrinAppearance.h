@@ -10,7 +10,7 @@
 class QJSEngine;
 class QQmlEngine;
 
-namespace kestrin {
+namespace kestrin::design {
 
 class DesktopPreferences;
 
@@ -73,4 +73,4 @@ class KestrinAppearance : public QObject {
     bool m_highContrast = false;
 };
 
-} // namespace kestrin
+} // namespace kestrin::design

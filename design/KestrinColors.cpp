@@ -7,7 +7,7 @@
 
 #include <array>
 
-namespace kestrin {
+namespace kestrin::design {
 
 namespace {
 
@@ -169,4 +169,4 @@ QList<QColor> KestrinColors::toneSoftBackgrounds() const {
     return colors;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -11,7 +11,7 @@
 class QJSEngine;
 class QQmlEngine;
 
-namespace kestrin {
+namespace kestrin::design {
 
 class KestrinAppearance;
 
@@ -100,4 +100,4 @@ class KestrinColors : public QObject {
     const KestrinAppearance &m_appearance;
 };
 
-} // namespace kestrin
+} // namespace kestrin::design

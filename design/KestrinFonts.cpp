@@ -13,7 +13,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin::KestrinFonts {
+namespace kestrin::design::KestrinFonts {
 
 namespace {
 
@@ -130,4 +130,4 @@ bool hasAllWeights(const QString &family) {
         weights, [&faces](KestrinWeight weight) { return faces.contains(static_cast<int>(weight)); });
 }
 
-} // namespace kestrin::KestrinFonts
+} // namespace kestrin::design::KestrinFonts

@@ -4,7 +4,7 @@
 
 #include <QFont>
 
-namespace kestrin::KestrinFonts {
+namespace kestrin::design::KestrinFonts {
 
 /// Leaves the desktop's fonts for later if they were of no use for the first frame the last time. Before the
 /// QGuiApplication, with the application's name set.
@@ -25,4 +25,4 @@ QFont font(double size, KestrinWeight weight);
 /// Whether the family has a face of its own for each of the weights.
 bool hasAllWeights(const QString &family);
 
-} // namespace kestrin::KestrinFonts
+} // namespace kestrin::design::KestrinFonts

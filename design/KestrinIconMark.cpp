@@ -10,7 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::design {
 
 namespace {
 
@@ -73,4 +73,4 @@ QSGNode *KestrinIconMark::updatePaintNode(QSGNode *former, UpdatePaintNodeData *
     return node;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -4,10 +4,10 @@
 
 #include <QIcon>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// The brand mark, stretched to the item and clipped to continuous corners. Silent for assistive technology.
-class KestrinIconMark : public kestrin::PixelAlignedItem {
+class KestrinIconMark : public kestrin::design::PixelAlignedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(qreal radius MEMBER m_radius NOTIFY radiusChanged)
@@ -28,4 +28,4 @@ class KestrinIconMark : public kestrin::PixelAlignedItem {
     qreal m_radius = 0;
 };
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-namespace kestrin {
+namespace kestrin::design {
 
 namespace {
 
@@ -125,4 +125,4 @@ QSGNode *KestrinSurface::updatePaintNode(QSGNode *former, UpdatePaintNodeData *)
     return node;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

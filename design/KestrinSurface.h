@@ -4,11 +4,11 @@
 
 #include <QColor>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// A filled and stroked shape: the ground of cards, tiles, pills, buttons, tracks and badges. Rounded
 /// rectangles and capsules have continuous corners; equal ones are painted once. Lengths are in points.
-class KestrinSurface : public kestrin::PixelAlignedItem {
+class KestrinSurface : public kestrin::design::PixelAlignedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(Shape shape MEMBER m_shape NOTIFY shapeChanged)
@@ -61,4 +61,4 @@ class KestrinSurface : public kestrin::PixelAlignedItem {
     bool m_scales = false; ///< painted in one piece, because it is seen scaled at times
 };
 
-} // namespace kestrin
+} // namespace kestrin::design

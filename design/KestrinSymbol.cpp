@@ -9,7 +9,7 @@
 
 #include <cmath>
 
-namespace kestrin {
+namespace kestrin::design {
 
 KestrinSymbol::KestrinSymbol(QQuickItem *parent) : PixelAlignedItem(parent) {
     connect(this, &KestrinSymbol::weightChanged, this, &QQuickItem::update);
@@ -78,4 +78,4 @@ QSGNode *KestrinSymbol::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) 
     return node;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

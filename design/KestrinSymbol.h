@@ -5,11 +5,11 @@
 
 #include <QColor>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// A symbol, as large and as heavy as a text of the same size and weight beside it. It is centred in the item
 /// and silent for assistive technology.
-class KestrinSymbol : public kestrin::PixelAlignedItem {
+class KestrinSymbol : public kestrin::design::PixelAlignedItem {
     Q_OBJECT
     QML_ELEMENT
     /// A name of the symbol table. An unknown one draws nothing and warns.
@@ -46,4 +46,4 @@ class KestrinSymbol : public kestrin::PixelAlignedItem {
     QColor m_color;
 };
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -6,7 +6,7 @@
 
 #include <QObject>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// QML knows the tones as `KestrinTone.Protected` and so on.
 namespace tones {
@@ -28,20 +28,20 @@ Q_ENUM_NS(KestrinTone)
 using tones::KestrinTone;
 
 /// The tone that shows the tone of a shared record.
-constexpr KestrinTone toneFor(ProtectionTone tone) {
+constexpr KestrinTone toneFor(shared::ProtectionTone tone) {
     switch (tone) {
-    case ProtectionTone::protected_:
+    case shared::ProtectionTone::protected_:
         return KestrinTone::Protected;
-    case ProtectionTone::attention:
+    case shared::ProtectionTone::attention:
         return KestrinTone::Attention;
-    case ProtectionTone::risk:
+    case shared::ProtectionTone::risk:
         return KestrinTone::Risk;
-    case ProtectionTone::link:
+    case shared::ProtectionTone::link:
         return KestrinTone::Link;
-    case ProtectionTone::neutral:
+    case shared::ProtectionTone::neutral:
         break;
     }
     return KestrinTone::Neutral;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -4,7 +4,7 @@
 
 #include <QObject>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// QML knows the weights as `KestrinWeight.Semibold` and so on.
 namespace weights {
@@ -25,4 +25,4 @@ Q_ENUM_NS(KestrinWeight)
 
 using weights::KestrinWeight;
 
-} // namespace kestrin
+} // namespace kestrin::design

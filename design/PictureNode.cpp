@@ -3,7 +3,7 @@
 #include <QQuickWindow>
 #include <QSGImageNode>
 
-namespace kestrin {
+namespace kestrin::design {
 
 void PictureNode::show(QQuickWindow &window, SharedTexture texture, const Placement &placement) {
     if (texture == m_texture && placement == m_placement)
@@ -68,4 +68,4 @@ void PictureNode::place(QQuickWindow &window, size_t cell, const QRectF &target,
         appendChildNode(node);
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

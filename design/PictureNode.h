@@ -10,7 +10,7 @@
 
 class QSGImageNode;
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// What nodes are added to later. The software renderer forgets where a plain QSGNode is, and would draw what
 /// comes to it after it was drawn first in the window's corner.
@@ -42,4 +42,4 @@ class PictureNode : public GrowingNode {
     std::array<QSGImageNode *, 9> m_cells{};
 };
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-namespace kestrin {
+namespace kestrin::design {
 
 PixelAlignedItem::PixelAlignedItem(QQuickItem *parent) : QQuickItem(parent) {
     setFlag(ItemHasContents);
@@ -59,4 +59,4 @@ void PixelAlignedItem::geometryChange(const QRectF &newGeometry, const QRectF &o
         update();
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

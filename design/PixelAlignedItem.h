@@ -3,7 +3,7 @@
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// A painted item whose edges are kept on whole pixels of the screen at every scale factor, wherever layouts
 /// and scrolling leave it. One that is not visible need not paint; it is asked again when it becomes visible.
@@ -35,4 +35,4 @@ class PixelAlignedItem : public QQuickItem {
     QPointF m_drawnOffset;
 };
 
-} // namespace kestrin
+} // namespace kestrin::design

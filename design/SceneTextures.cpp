@@ -4,7 +4,7 @@
 #include <QMutex>
 #include <QQuickWindow>
 
-namespace kestrin {
+namespace kestrin::design {
 
 namespace {
 
@@ -48,4 +48,4 @@ SharedTexture sharedTexture(QQuickWindow &window, const QByteArray &key,
     return texture;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -9,7 +9,7 @@
 
 class QQuickWindow;
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// A painted picture on a window's renderer. Nodes that show the same picture share it; it goes with the
 /// last.
@@ -20,4 +20,4 @@ using SharedTexture = std::shared_ptr<QSGTexture>;
 SharedTexture sharedTexture(QQuickWindow &window, const QByteArray &key,
                             const std::function<QImage()> &paint);
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -11,7 +11,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::design {
 
 namespace {
 
@@ -100,4 +100,4 @@ QImage nativeSymbolImage(const SymbolDrawing &symbol, int pixels, KestrinWeight 
     return image;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

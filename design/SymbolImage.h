@@ -6,7 +6,7 @@
 #include <QColor>
 #include <QImage>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// The square of a symbol beside a text of size 1: it stands a little above capitals and below the base line.
 constexpr double symbolSide = 1.28;
@@ -17,4 +17,4 @@ QImage symbolImage(const SymbolDrawing &symbol, int pixels, KestrinWeight weight
 /// The same, with the desktop's own drawing where it has symbols and this one among them.
 QImage nativeSymbolImage(const SymbolDrawing &symbol, int pixels, KestrinWeight weight, const QColor &color);
 
-} // namespace kestrin
+} // namespace kestrin::design

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-namespace kestrin {
+namespace kestrin::design {
 
 namespace {
 
@@ -74,4 +74,4 @@ const SymbolDrawing *findSymbol(QStringView name) {
     return row == drawings.end() ? nullptr : &*row;
 }
 
-} // namespace kestrin
+} // namespace kestrin::design

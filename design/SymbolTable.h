@@ -4,7 +4,7 @@
 
 #include <span>
 
-namespace kestrin {
+namespace kestrin::design {
 
 /// How a symbol of the product family is drawn on this desktop.
 struct SymbolDrawing {
@@ -24,4 +24,4 @@ std::span<const SymbolDrawing> symbolTable();
 /// Null for a name that is not in the table.
 const SymbolDrawing *findSymbol(QStringView name);
 
-} // namespace kestrin
+} // namespace kestrin::design

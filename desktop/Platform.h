@@ -1,4 +1,5 @@
-// What this platform gives a program to stand on. Only the programs themselves ask for it, once, and hand it on.
+// What this platform gives a program to stand on. Only the programs themselves ask for it, once, and hand it
+// on.
 #pragma once
 
 #include "engine/workspace/Workspace.h"
@@ -6,24 +7,24 @@
 #include "runtime/TimeChangeWatch.h"
 #include "runtime/UserDefaults.h"
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Makes Qt use an event loop in which launches are heard. To be called by main() before it makes the
 /// application object.
 void prepareEventLoop();
 
 /// The desktop that this process runs on. It is first spoken to by the first question.
-std::unique_ptr<Workspace> makeWorkspace();
+std::unique_ptr<engine::Workspace> makeWorkspace();
 
 /// The preferences of this user.
-std::unique_ptr<UserDefaults> makeUserDefaults();
+std::unique_ptr<runtime::UserDefaults> makeUserDefaults();
 /// Where a person finds them, for messages: a file, or the name of the platform's own domain.
 QString userDefaultsLocation();
 
-std::unique_ptr<TimeChangeWatch> makeTimeChangeWatch();
+std::unique_ptr<runtime::TimeChangeWatch> makeTimeChangeWatch();
 
 /// `program` is the absolute path of the window's program, empty for the one that is installed beside this
 /// program or in PATH. Needs the application object.
-std::unique_ptr<LoginItem> makeLoginItem(const QString &program = {});
+std::unique_ptr<runtime::LoginItem> makeLoginItem(const QString &program = {});
 
-} // namespace kestrin
+} // namespace kestrin::desktop

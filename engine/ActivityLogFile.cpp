@@ -10,7 +10,9 @@
 #include <memory>
 #include <string_view>
 
-namespace kestrin {
+namespace kestrin::engine {
+
+using namespace foundation;
 
 namespace {
 
@@ -170,4 +172,4 @@ std::optional<QList<MacProtectionEvent>> eventsOfActivityLog(const QByteArray &t
     return reader.takeEvents();
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -7,7 +7,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// A log is checked in windows of so many bytes, which stay in the processor's cache: that takes a fraction
 /// of the time that the whole text at once does.
@@ -24,4 +24,4 @@ std::optional<QList<MacProtectionEvent>> eventsOfActivityLog(const QByteArray &t
 
 inline constexpr qsizetype logTextSpare = 64;
 
-} // namespace kestrin
+} // namespace kestrin::engine

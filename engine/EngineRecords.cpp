@@ -9,7 +9,9 @@
 #include "foundation/JsonDecoding.h"
 #include "foundation/JsonEncoding.h"
 
-namespace kestrin {
+namespace kestrin::foundation {
+
+using namespace engine;
 
 template QByteArray encodeJson(const QList<MacProtectionEvent> &, JsonLayout);
 template QByteArray encodeJson(const QList<RunningMacApp> &, JsonLayout);
@@ -29,4 +31,4 @@ KESTRIN_JSON_RECORD(RunningMacApp)
 
 #undef KESTRIN_JSON_RECORD
 
-} // namespace kestrin
+} // namespace kestrin::foundation

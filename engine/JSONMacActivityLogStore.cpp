@@ -9,7 +9,9 @@
 
 #include <limits>
 
-namespace kestrin {
+namespace kestrin::engine {
+
+using namespace foundation;
 
 namespace {
 
@@ -55,4 +57,4 @@ QList<MacProtectionEvent> JSONMacActivityLogStore::recent(qsizetype limit) {
     return readNewestEvents(m_path, limit).value_or(QList<MacProtectionEvent>());
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -4,7 +4,7 @@
 
 #include <QUrl>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// The activity log in one file: a compact JSON array of events, newest first, readable by its owner only.
 ///
@@ -25,4 +25,4 @@ class JSONMacActivityLogStore final : public MacActivityLogStoring {
     QString m_path;
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -7,7 +7,9 @@
 #include <QFile>
 #include <QFileInfo>
 
-namespace kestrin {
+namespace kestrin::engine {
+
+using namespace foundation;
 
 namespace {
 
@@ -44,4 +46,4 @@ bool JSONPrivacyModeSettingsStore::update(const std::function<void(PrivacyModeSe
     return lock && replacePrivateFile(m_path, {viewOf(text)});
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

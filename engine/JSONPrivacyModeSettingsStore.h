@@ -7,7 +7,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// The settings in one file: a JSON object, pretty-printed with sorted keys, readable by its owner only.
 ///
@@ -33,4 +33,4 @@ class JSONPrivacyModeSettingsStore final : public PrivacyModeSettingsStoring {
     PrivacyModeSettings m_fallback;
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -1,6 +1,6 @@
 #include "engine/MacActivityLogStoring.h"
 
-namespace kestrin {
+namespace kestrin::engine {
 
 void InMemoryMacActivityLogStore::append(const MacProtectionEvent &event) {
     m_events.prepend(event);
@@ -12,4 +12,4 @@ QList<MacProtectionEvent> InMemoryMacActivityLogStore::recent(qsizetype limit) {
     return m_events.first(std::min(limit, m_events.size()));
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -4,7 +4,7 @@
 
 #include <QList>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// The activity log, newest event first. Nothing ever fails from the caller's point of view.
 class MacActivityLogStoring {
@@ -34,4 +34,4 @@ class InMemoryMacActivityLogStore final : public MacActivityLogStoring {
     QList<MacProtectionEvent> m_events;
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -4,7 +4,7 @@
 
 #include <QList>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// Lists the running applications that the engine should consider, in the platform's order. Never fails.
 class MacAppInventoryService {
@@ -23,4 +23,4 @@ class InMemoryMacAppInventoryService final : public MacAppInventoryService {
     QList<RunningMacApp> apps;
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

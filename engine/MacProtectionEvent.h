@@ -8,7 +8,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// What an event tells of.
 enum class MacProtectionEventKind {
@@ -21,18 +21,18 @@ enum class MacProtectionEventKind {
     actionFailed,
 };
 
-template <>
-struct RawValues<MacProtectionEventKind> {
-    static constexpr std::array entries{
-        RawValue{MacProtectionEventKind::privacyModeOn, "privacyModeOn"},
-        RawValue{MacProtectionEventKind::privacyModeOff, "privacyModeOff"},
-        RawValue{MacProtectionEventKind::riskAppMatched, "riskAppMatched"},
-        RawValue{MacProtectionEventKind::relaunchDetected, "relaunchDetected"},
-        RawValue{MacProtectionEventKind::quitRequested, "quitRequested"},
-        RawValue{MacProtectionEventKind::dryRun, "dryRun"},
-        RawValue{MacProtectionEventKind::actionFailed, "actionFailed"},
+constexpr auto rawValuesOf(MacProtectionEventKind) {
+    using enum MacProtectionEventKind;
+    return std::array{
+        foundation::RawValue{privacyModeOn, "privacyModeOn"},
+        foundation::RawValue{privacyModeOff, "privacyModeOff"},
+        foundation::RawValue{riskAppMatched, "riskAppMatched"},
+        foundation::RawValue{relaunchDetected, "relaunchDetected"},
+        foundation::RawValue{quitRequested, "quitRequested"},
+        foundation::RawValue{dryRun, "dryRun"},
+        foundation::RawValue{actionFailed, "actionFailed"},
     };
-};
+}
 
 /// One entry of the activity log. A date read back from a file is cut to its whole second, so it is the `id`
 /// that tells whether two events are the same.
@@ -58,14 +58,14 @@ struct MacProtectionEvent {
 
     static constexpr auto jsonFields() {
         return std::tuple{
-            jsonField("id", &MacProtectionEvent::id),
-            jsonField("date", &MacProtectionEvent::date),
-            jsonField("kind", &MacProtectionEvent::kind),
-            jsonField("appName", &MacProtectionEvent::appName),
-            jsonField("bundleIdentifier", &MacProtectionEvent::bundleIdentifier),
-            jsonField("message", &MacProtectionEvent::message),
+            foundation::jsonField("id", &MacProtectionEvent::id),
+            foundation::jsonField("date", &MacProtectionEvent::date),
+            foundation::jsonField("kind", &MacProtectionEvent::kind),
+            foundation::jsonField("appName", &MacProtectionEvent::appName),
+            foundation::jsonField("bundleIdentifier", &MacProtectionEvent::bundleIdentifier),
+            foundation::jsonField("message", &MacProtectionEvent::message),
         };
     }
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

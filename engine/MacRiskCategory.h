@@ -2,7 +2,7 @@
 
 #include "foundation/RawValues.h"
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// What a risky application can expose. The order is that of the raw values and of every listing.
 enum class MacRiskCategory {
@@ -14,19 +14,16 @@ enum class MacRiskCategory {
     browser,
 };
 
-template <>
-struct RawValues<MacRiskCategory> {
-    static constexpr std::array entries{
-        RawValue{MacRiskCategory::microphone, "microphone"},
-        RawValue{MacRiskCategory::camera, "camera"},
-        RawValue{MacRiskCategory::screenCapture, "screenCapture"},
-        RawValue{MacRiskCategory::aiTool, "aiTool"},
-        RawValue{MacRiskCategory::videoCall, "videoCall"},
-        RawValue{MacRiskCategory::browser, "browser"},
+constexpr auto rawValuesOf(MacRiskCategory) {
+    using enum MacRiskCategory;
+    return std::array{
+        foundation::RawValue{microphone, "microphone"},       foundation::RawValue{camera, "camera"},
+        foundation::RawValue{screenCapture, "screenCapture"}, foundation::RawValue{aiTool, "aiTool"},
+        foundation::RawValue{videoCall, "videoCall"},         foundation::RawValue{browser, "browser"},
     };
-};
+}
 
 /// The category as people read it.
 QString userLabel(MacRiskCategory category);
 
-} // namespace kestrin
+} // namespace kestrin::engine

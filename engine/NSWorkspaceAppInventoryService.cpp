@@ -1,6 +1,6 @@
 #include "engine/NSWorkspaceAppInventoryService.h"
 
-namespace kestrin {
+namespace kestrin::engine {
 
 QList<RunningMacApp> NSWorkspaceAppInventoryService::runningApps() {
     QList<RunningMacApp> apps;
@@ -12,4 +12,4 @@ QList<RunningMacApp> NSWorkspaceAppInventoryService::runningApps() {
     return apps;
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -2,7 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::engine {
 
 RiskAppActionResult NSWorkspaceRiskAppActionPerformer::requestQuit(const RunningMacApp &app) {
     switch (m_workspace.terminate(app.processIdentifier)) {
@@ -16,4 +16,4 @@ RiskAppActionResult NSWorkspaceRiskAppActionPerformer::requestQuit(const Running
     return {RiskAppActionStatus::failed, app.localizedName + u" is no longer running."_s};
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -2,7 +2,9 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::engine {
+
+using namespace foundation;
 
 namespace {
 
@@ -71,4 +73,4 @@ void PrivacyModeController::appendMatchEvents(const RiskAppMatch &match, bool dr
            result.message);
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

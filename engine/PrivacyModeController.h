@@ -10,7 +10,7 @@
 
 #include <memory>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// Performs one check of the running applications. Keeps nothing between checks; shares its services with
 /// others.
@@ -19,7 +19,8 @@ class PrivacyModeController {
     PrivacyModeController(const RiskAppCatalog &catalog,
                           std::shared_ptr<MacAppInventoryService> inventoryService,
                           std::shared_ptr<RiskAppActionPerforming> actionPerformer,
-                          std::shared_ptr<MacActivityLogStoring> logStore, Clock clock = systemTime);
+                          std::shared_ptr<MacActivityLogStoring> logStore,
+                          foundation::Clock clock = foundation::systemTime);
 
     /// Finds the protected applications and asks each whose action is not `allow` to quit, or, on a dry run,
     /// records what it would do. All requests are made before anything of an enabled check is logged. With
@@ -34,7 +35,7 @@ class PrivacyModeController {
     const std::shared_ptr<MacAppInventoryService> m_inventoryService;
     const std::shared_ptr<RiskAppActionPerforming> m_actionPerformer;
     const std::shared_ptr<MacActivityLogStoring> m_logStore;
-    const Clock m_clock;
+    const foundation::Clock m_clock;
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

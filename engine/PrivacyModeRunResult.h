@@ -3,7 +3,7 @@
 #include "engine/MacProtectionEvent.h"
 #include "engine/RiskAppMatch.h"
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// What one check found and recorded.
 struct PrivacyModeRunResult {
@@ -16,10 +16,10 @@ struct PrivacyModeRunResult {
 
     static constexpr auto jsonFields() {
         return std::tuple{
-            jsonField("matches", &PrivacyModeRunResult::matches),
-            jsonField("events", &PrivacyModeRunResult::events),
+            foundation::jsonField("matches", &PrivacyModeRunResult::matches),
+            foundation::jsonField("events", &PrivacyModeRunResult::events),
         };
     }
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

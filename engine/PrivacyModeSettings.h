@@ -4,7 +4,7 @@
 
 #include <QSet>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// The engine's whole configuration.
 struct PrivacyModeSettings {
@@ -22,10 +22,10 @@ struct PrivacyModeSettings {
 
     static constexpr auto jsonFields() {
         return std::tuple{
-            jsonField("isEnabled", &PrivacyModeSettings::isEnabled),
-            jsonField("protectedDefinitionIDs", &PrivacyModeSettings::protectedDefinitionIDs),
+            foundation::jsonField("isEnabled", &PrivacyModeSettings::isEnabled),
+            foundation::jsonField("protectedDefinitionIDs", &PrivacyModeSettings::protectedDefinitionIDs),
         };
     }
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// Keeps the settings. Nothing ever fails from the caller's point of view.
 class PrivacyModeSettingsStoring {
@@ -37,4 +37,4 @@ class InMemoryPrivacyModeSettingsStore final : public PrivacyModeSettingsStoring
     PrivacyModeSettings settings;
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -2,7 +2,7 @@
 
 #include "foundation/RawValues.h"
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// What Privacy Mode does with a risky application: `allow` only reports it, the others ask it to quit.
 enum class RiskAppAction {
@@ -11,16 +11,16 @@ enum class RiskAppAction {
     keepClosed,
 };
 
-template <>
-struct RawValues<RiskAppAction> {
-    static constexpr std::array entries{
-        RawValue{RiskAppAction::allow, "allow"},
-        RawValue{RiskAppAction::quit, "quit"},
-        RawValue{RiskAppAction::keepClosed, "keepClosed"},
+constexpr auto rawValuesOf(RiskAppAction) {
+    using enum RiskAppAction;
+    return std::array{
+        foundation::RawValue{allow, "allow"},
+        foundation::RawValue{quit, "quit"},
+        foundation::RawValue{keepClosed, "keepClosed"},
     };
-};
+}
 
 /// The action as people read it.
 QString userLabel(RiskAppAction action);
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -5,7 +5,7 @@
 
 #include <QList>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// Asks an application to quit and says how that went. Never fails: problems are told by the result.
 class RiskAppActionPerforming {
@@ -28,4 +28,4 @@ class InMemoryRiskAppActionPerformer final : public RiskAppActionPerforming {
     QList<RunningMacApp> requests;
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -3,7 +3,7 @@
 #include "foundation/JsonCoding.h"
 #include "foundation/RawValues.h"
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// How a request to quit went. A platform answers `requested` or `failed`; the others are for other
 /// performers.
@@ -14,15 +14,15 @@ enum class RiskAppActionStatus {
     unsupported,
 };
 
-template <>
-struct RawValues<RiskAppActionStatus> {
-    static constexpr std::array entries{
-        RawValue{RiskAppActionStatus::dryRun, "dryRun"},
-        RawValue{RiskAppActionStatus::requested, "requested"},
-        RawValue{RiskAppActionStatus::failed, "failed"},
-        RawValue{RiskAppActionStatus::unsupported, "unsupported"},
+constexpr auto rawValuesOf(RiskAppActionStatus) {
+    using enum RiskAppActionStatus;
+    return std::array{
+        foundation::RawValue{dryRun, "dryRun"},
+        foundation::RawValue{requested, "requested"},
+        foundation::RawValue{failed, "failed"},
+        foundation::RawValue{unsupported, "unsupported"},
     };
-};
+}
 
 /// The outcome of one request, with a complete sentence for the user and the log.
 struct RiskAppActionResult {
@@ -33,10 +33,10 @@ struct RiskAppActionResult {
 
     static constexpr auto jsonFields() {
         return std::tuple{
-            jsonField("status", &RiskAppActionResult::status),
-            jsonField("message", &RiskAppActionResult::message),
+            foundation::jsonField("status", &RiskAppActionResult::status),
+            foundation::jsonField("message", &RiskAppActionResult::message),
         };
     }
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

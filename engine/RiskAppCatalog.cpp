@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::engine {
 
 const QList<RiskAppDefinition> &RiskAppCatalog::defaultDefinitions() {
     using enum MacRiskCategory;
@@ -104,4 +104,4 @@ QSet<QString> defaultDefinitionIDs() {
     return ids;
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

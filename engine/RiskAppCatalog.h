@@ -4,7 +4,7 @@
 
 #include <QSet>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// The definitions that running applications are compared with. Their order decides: the first that matches
 /// wins.
@@ -25,11 +25,11 @@ struct RiskAppCatalog {
     bool operator==(const RiskAppCatalog &) const = default;
 
     static constexpr auto jsonFields() {
-        return std::tuple{jsonField("definitions", &RiskAppCatalog::definitions)};
+        return std::tuple{foundation::jsonField("definitions", &RiskAppCatalog::definitions)};
     }
 };
 
 /// The ids of the built-in twelve.
 QSet<QString> defaultDefinitionIDs();
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -6,7 +6,7 @@
 
 #include <QList>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// One kind of risky application, identified by `id` ("voice-memos").
 struct RiskAppDefinition {
@@ -24,14 +24,14 @@ struct RiskAppDefinition {
 
     static constexpr auto jsonFields() {
         return std::tuple{
-            jsonField("id", &RiskAppDefinition::id),
-            jsonField("displayName", &RiskAppDefinition::displayName),
-            jsonField("bundleIdentifiers", &RiskAppDefinition::bundleIdentifiers),
-            jsonField("aliases", &RiskAppDefinition::aliases),
-            jsonField("categories", &RiskAppDefinition::categories),
-            jsonField("defaultAction", &RiskAppDefinition::defaultAction),
+            foundation::jsonField("id", &RiskAppDefinition::id),
+            foundation::jsonField("displayName", &RiskAppDefinition::displayName),
+            foundation::jsonField("bundleIdentifiers", &RiskAppDefinition::bundleIdentifiers),
+            foundation::jsonField("aliases", &RiskAppDefinition::aliases),
+            foundation::jsonField("categories", &RiskAppDefinition::categories),
+            foundation::jsonField("defaultAction", &RiskAppDefinition::defaultAction),
         };
     }
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -3,7 +3,7 @@
 #include "engine/RiskAppDefinition.h"
 #include "engine/RunningMacApp.h"
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// A running application and the definition that it matched.
 struct RiskAppMatch {
@@ -17,10 +17,10 @@ struct RiskAppMatch {
 
     static constexpr auto jsonFields() {
         return std::tuple{
-            jsonField("app", &RiskAppMatch::app),
-            jsonField("definition", &RiskAppMatch::definition),
+            foundation::jsonField("app", &RiskAppMatch::app),
+            foundation::jsonField("definition", &RiskAppMatch::definition),
         };
     }
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -2,7 +2,9 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::engine {
+
+using namespace foundation;
 
 RiskAppRelaunchMonitor::RiskAppRelaunchMonitor(const RiskAppCatalog &catalog,
                                                std::shared_ptr<PrivacyModeSettingsStoring> settingsStore,
@@ -68,4 +70,4 @@ MacProtectionEvent RiskAppRelaunchMonitor::act(const RunningMacApp &app) {
     return MacProtectionEvent::create(m_clock(), kind, message, app.localizedName, app.bundleIdentifier);
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

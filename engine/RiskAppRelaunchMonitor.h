@@ -10,7 +10,7 @@
 #include <functional>
 #include <memory>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// Reacts to every launch of a protected application while Privacy Mode is on: it records the launch and asks
 /// the application to quit, or records what it would do. Whether Privacy Mode is on and what is protected is
@@ -25,7 +25,7 @@ class RiskAppRelaunchMonitor {
                            std::shared_ptr<RiskAppActionPerforming> actionPerformer,
                            std::shared_ptr<MacActivityLogStoring> logStore, bool dryRun,
                            EventHandler eventHandler, Workspace &workspace,
-                           Clock clock = systemTime);
+                           foundation::Clock clock = foundation::systemTime);
     RiskAppRelaunchMonitor(const RiskAppRelaunchMonitor &) = delete;
     RiskAppRelaunchMonitor &operator=(const RiskAppRelaunchMonitor &) = delete;
     /// Stops it.
@@ -50,8 +50,8 @@ class RiskAppRelaunchMonitor {
     const bool m_dryRun;
     const EventHandler m_eventHandler;
     Workspace &m_workspace;
-    const Clock m_clock;
+    const foundation::Clock m_clock;
     std::unique_ptr<LaunchSubscription> m_observer;
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

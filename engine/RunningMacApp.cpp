@@ -2,7 +2,7 @@
 
 #include "engine/workspace/Workspace.h"
 
-namespace kestrin {
+namespace kestrin::engine {
 
 QString RunningMacApp::id() const {
     return bundleIdentifier.value_or(localizedName) + u'-' + QString::number(processIdentifier);
@@ -16,4 +16,4 @@ std::optional<RunningMacApp> RunningMacApp::from(const WorkspaceApplication &app
                          application.bundleIdentifier, application.executablePath};
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 struct WorkspaceApplication;
 
@@ -27,12 +27,12 @@ struct RunningMacApp {
 
     static constexpr auto jsonFields() {
         return std::tuple{
-            jsonField("processIdentifier", &RunningMacApp::processIdentifier),
-            jsonField("localizedName", &RunningMacApp::localizedName),
-            jsonField("bundleIdentifier", &RunningMacApp::bundleIdentifier),
-            jsonField("executablePath", &RunningMacApp::executablePath),
+            foundation::jsonField("processIdentifier", &RunningMacApp::processIdentifier),
+            foundation::jsonField("localizedName", &RunningMacApp::localizedName),
+            foundation::jsonField("bundleIdentifier", &RunningMacApp::bundleIdentifier),
+            foundation::jsonField("executablePath", &RunningMacApp::executablePath),
         };
     }
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

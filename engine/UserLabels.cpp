@@ -1,7 +1,7 @@
 #include "engine/MacRiskCategory.h"
 #include "engine/RiskAppAction.h"
 
-namespace kestrin {
+namespace kestrin::engine {
 
 QString userLabel(MacRiskCategory category) {
     switch (category) {
@@ -33,4 +33,4 @@ QString userLabel(RiskAppAction action) {
     return {};
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 /// Tells the wall-clock time.
 using Clock = std::function<QDateTime()>;
@@ -13,4 +13,4 @@ inline QDateTime systemTime() {
     return QDateTime::currentDateTimeUtc();
 }
 
-} // namespace kestrin
+} // namespace kestrin::foundation

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <chrono>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 /// A point in time that a whole conversation has to meet, so that a server that has stopped answering costs
 /// one wait, however many answers were due.
@@ -24,4 +24,4 @@ class Deadline {
     std::chrono::steady_clock::time_point m_end;
 };
 
-} // namespace kestrin
+} // namespace kestrin::foundation

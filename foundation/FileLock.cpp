@@ -13,7 +13,7 @@
 #include <thread>
 #include <utility>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 namespace {
 
@@ -86,4 +86,4 @@ FileLock::~FileLock() {
         ::close(m_descriptor);
 }
 
-} // namespace kestrin
+} // namespace kestrin::foundation

@@ -7,7 +7,7 @@
 #include <chrono>
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 /// Holds an exclusive advisory lock (flock) on a file or a folder for as long as it lives. The system gives
 /// the lock back when the process ends, however it ends. Any thread.
@@ -36,4 +36,4 @@ class FileLock {
     int m_descriptor;
 };
 
-} // namespace kestrin
+} // namespace kestrin::foundation

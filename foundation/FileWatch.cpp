@@ -6,7 +6,7 @@
 
 #include <sys/stat.h>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 FileWatch::FileWatch(const QString &path, QObject *parent) : QObject(parent), m_path(path) {
     // Files are replaced, not written in place, so it is the folder whose entries change. The file itself is
@@ -46,4 +46,4 @@ void FileWatch::compare() {
     Q_EMIT changed();
 }
 
-} // namespace kestrin
+} // namespace kestrin::foundation

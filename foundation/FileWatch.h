@@ -4,7 +4,7 @@
 #include <QFileSystemWatcher>
 #include <QObject>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 /// Tells when the file at a path is created, replaced, changed or removed, by whichever process, this one
 /// included, without polling; of a link, when it leads to another file. The file's folder is watched, and
@@ -37,4 +37,4 @@ class FileWatch : public QObject {
     Stamp m_known;
 };
 
-} // namespace kestrin
+} // namespace kestrin::foundation

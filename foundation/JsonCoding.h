@@ -13,7 +13,7 @@
 #include <string_view>
 #include <tuple>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 template <typename Record, typename Value>
 struct JsonField {
@@ -45,4 +45,4 @@ QByteArray encodeJson(const Value &value, JsonLayout layout = JsonLayout::compac
 template <typename Value>
 std::optional<Value> decodeJson(const QByteArray &text);
 
-} // namespace kestrin
+} // namespace kestrin::foundation

@@ -17,7 +17,7 @@
 #include <limits>
 #include <type_traits>
 
-namespace kestrin::json {
+namespace kestrin::foundation::json {
 
 namespace od = simdjson::ondemand;
 
@@ -173,7 +173,7 @@ bool read(od::value &value, const ReadContext &context, Enumeration *out) {
     std::string_view text;
     if (!anyString(value, context, text))
         return false;
-    for (const auto &entry : RawValues<Enumeration>::entries) {
+    for (const auto &entry : rawValues<Enumeration>) {
         if (entry.text == text) {
             if (out)
                 *out = entry.value;
@@ -312,9 +312,9 @@ bool readDocument(od::parser &parser, std::string_view text, Value *out) {
     return document.current_location().get(rest) == simdjson::OUT_OF_BOUNDS;
 }
 
-} // namespace kestrin::json
+} // namespace kestrin::foundation::json
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 template <typename Value>
 std::optional<Value> decodeJson(const QByteArray &text) {
@@ -326,4 +326,4 @@ std::optional<Value> decodeJson(const QByteArray &text) {
     return value;
 }
 
-} // namespace kestrin
+} // namespace kestrin::foundation

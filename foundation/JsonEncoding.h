@@ -14,7 +14,7 @@
 
 #include <algorithm>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 /// The text with a replacement character for each lone surrogate, which no JSON reader would accept back.
 /// Qt's own conversion drops one at the end.
@@ -115,4 +115,4 @@ QByteArray encodeJson(const Value &value, JsonLayout layout) {
     return jsonText(toJsonValue(value), layout);
 }
 
-} // namespace kestrin
+} // namespace kestrin::foundation

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <cstdint>
 
-namespace kestrin::json {
+namespace kestrin::foundation::json {
 
 namespace {
 
@@ -103,4 +103,4 @@ bool isNumber(std::string_view text) {
     return i == text.size();
 }
 
-} // namespace kestrin::json
+} // namespace kestrin::foundation::json

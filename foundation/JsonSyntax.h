@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-namespace kestrin::json {
+namespace kestrin::foundation::json {
 
 /// Whether the text is a UUID in its 36-character form; hexadecimal digits in either letter case.
 bool isUuid(std::string_view text);
@@ -21,4 +21,4 @@ QDateTime dateFrom(std::string_view text);
 /// Whether the text is a number of the JSON grammar, of whatever size.
 bool isNumber(std::string_view text);
 
-} // namespace kestrin::json
+} // namespace kestrin::foundation::json

@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <utility>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 int openForReading(const QString &path, qint64 &size) {
     const int descriptor =
@@ -115,4 +115,4 @@ bool replacePrivateFile(const QString &path, std::initializer_list<std::string_v
     return PrivateFileReplacement(path, pieces).commit();
 }
 
-} // namespace kestrin
+} // namespace kestrin::foundation

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string_view>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 /// The bytes of a regular file; none when it cannot be read to its end. Never waits: a pipe or a device is no
 /// file. At least `spare` more bytes behind the end may be read, whatever they hold; vectorised parsers look
@@ -56,4 +56,4 @@ class PrivateFileReplacement {
 /// Where the file really is: `path` itself, or what a symbolic link to an existing file leads to.
 QString followedPath(const QString &path);
 
-} // namespace kestrin
+} // namespace kestrin::foundation

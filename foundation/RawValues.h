@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-namespace kestrin {
+namespace kestrin::foundation {
 
 /// One case of an enumeration and the text that stands for it in files and messages.
 template <typename Enumeration>
@@ -20,18 +20,19 @@ struct RawValue {
 template <typename Enumeration>
 RawValue(Enumeration, std::string_view) -> RawValue<Enumeration>;
 
-/// Specialised beside an enumeration: `static constexpr std::array entries` of RawValue, in case order.
+/// An enumeration beside which stands `constexpr auto rawValuesOf(Enumeration)`, which returns a std::array
+/// of RawValue in case order.
 template <typename Enumeration>
-struct RawValues;
-
-template <typename Enumeration>
-concept RawRepresentable = requires {
-    RawValues<Enumeration>::entries.size();
+concept RawRepresentable = requires(Enumeration value) {
+    rawValuesOf(value).size();
 };
 
 template <RawRepresentable Enumeration>
+inline constexpr auto rawValues = rawValuesOf(Enumeration{});
+
+template <RawRepresentable Enumeration>
 constexpr std::string_view rawText(Enumeration value) {
-    for (const auto &entry : RawValues<Enumeration>::entries) {
+    for (const auto &entry : rawValues<Enumeration>) {
         if (entry.value == value)
             return entry.text;
     }
@@ -47,7 +48,7 @@ QString rawValue(Enumeration value) {
 /// The case whose raw value equals `text` exactly (letter case counts), or none.
 template <RawRepresentable Enumeration>
 std::optional<Enumeration> fromRawValue(QStringView text) {
-    for (const auto &entry : RawValues<Enumeration>::entries) {
+    for (const auto &entry : rawValues<Enumeration>) {
         if (text == QLatin1StringView(entry.text.data(), static_cast<qsizetype>(entry.text.size())))
             return entry.value;
     }
@@ -57,10 +58,10 @@ std::optional<Enumeration> fromRawValue(QStringView text) {
 /// Every case, in declaration order.
 template <RawRepresentable Enumeration>
 constexpr auto allCases() {
-    std::array<Enumeration, RawValues<Enumeration>::entries.size()> cases{};
+    std::array<Enumeration, rawValues<Enumeration>.size()> cases{};
     for (std::size_t i = 0; i < cases.size(); ++i)
-        cases[i] = RawValues<Enumeration>::entries[i].value;
+        cases[i] = rawValues<Enumeration>[i].value;
     return cases;
 }
 
-} // namespace kestrin
+} // namespace kestrin::foundation

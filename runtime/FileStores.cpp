@@ -4,7 +4,9 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::runtime {
+
+using namespace engine;
 
 std::shared_ptr<JSONPrivacyModeSettingsStore> settingsStoreIn(const QString &supportFolder) {
     return std::make_shared<JSONPrivacyModeSettingsStore>(
@@ -17,4 +19,4 @@ std::shared_ptr<JSONMacActivityLogStore> activityLogIn(const QString &supportFol
         QUrl::fromLocalFile(supportFolder + u"/activity-log.json"_s));
 }
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -6,12 +6,13 @@
 
 #include <memory>
 
-namespace kestrin {
+namespace kestrin::runtime {
 
-/// Over "privacy-mode-settings.json". Until something is saved, Privacy Mode is on and everything is selected.
-std::shared_ptr<JSONPrivacyModeSettingsStore> settingsStoreIn(const QString &supportFolder);
+/// Over "privacy-mode-settings.json". Until something is saved, Privacy Mode is on and everything is
+/// selected.
+std::shared_ptr<engine::JSONPrivacyModeSettingsStore> settingsStoreIn(const QString &supportFolder);
 
 /// Over "activity-log.json".
-std::shared_ptr<JSONMacActivityLogStore> activityLogIn(const QString &supportFolder);
+std::shared_ptr<engine::JSONMacActivityLogStore> activityLogIn(const QString &supportFolder);
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-namespace kestrin {
+namespace kestrin::runtime {
 
 /// Every question is answered as things are now: the desktop's own settings may change them too. Main thread
 /// only.
@@ -36,4 +36,4 @@ class InMemoryLoginItem final : public LoginItem {
     bool m_isEnabled = false;
 };
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -15,7 +15,11 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace kestrin {
+namespace kestrin::runtime {
+
+using namespace foundation;
+using namespace shared;
+using namespace engine;
 
 namespace {
 
@@ -291,4 +295,4 @@ void MacProtectionRuntime::adoptStoredDefault(const QString &key) {
     }
 }
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -18,21 +18,23 @@
 
 class QTimer;
 
-namespace kestrin {
-
+namespace kestrin::foundation {
 class FileWatch;
+}
+
+namespace kestrin::runtime {
 
 /// What the runtime stands on, which the program chooses that makes it.
 struct MacProtectionSurroundings {
     /// Where Kestrin keeps its files.
     QString supportFolder;
     /// Outlives the runtime.
-    Workspace &workspace;
-    std::shared_ptr<PrivacyModeSettingsStoring> settingsStore;
-    std::shared_ptr<MacActivityLogStoring> logStore;
-    Clock clock = systemTime;
+    engine::Workspace &workspace;
+    std::shared_ptr<engine::PrivacyModeSettingsStoring> settingsStore;
+    std::shared_ptr<engine::MacActivityLogStoring> logStore;
+    foundation::Clock clock = foundation::systemTime;
     /// How the runtime hears that the clock jumped.
-    TimeChangeWatchMaker watchTime;
+    TimeChangeWatchMaker watchTime = {};
     /// How often the schedules are evaluated.
     std::chrono::milliseconds scheduleInterval = std::chrono::minutes(1);
 };
@@ -64,27 +66,27 @@ class MacProtectionRuntime : public QObject {
 
     // State, as published
 
-    const QList<MacProtectionEvent> &recentEvents() const { return m_recentEvents; }
+    const QList<engine::MacProtectionEvent> &recentEvents() const { return m_recentEvents; }
     bool isMonitoring() const { return m_isMonitoring; }
-    const QList<RiskAppMatch> &matches() const { return m_matches; }
+    const QList<engine::RiskAppMatch> &matches() const { return m_matches; }
     qint64 runningAppCount() const { return m_runningAppCount; }
     const std::optional<QDateTime> &lastChecked() const { return m_lastChecked; }
     const QSet<QString> &protectedDefinitionIDs() const { return m_protectedDefinitionIDs; }
     QStringList sortedProtectedDefinitionIDs() const;
-    const QList<ModePreset> &modes() const { return m_modes; }
+    const QList<shared::ModePreset> &modes() const { return m_modes; }
     bool enforceActions() const { return m_enforceActions; }
-    const RiskAppCatalog &catalog() const { return m_catalog; }
+    const engine::RiskAppCatalog &catalog() const { return m_catalog; }
     const QString &supportFolder() const { return m_supportFolder; }
-    PrivacyModeSettingsStoring &settingsStore() const { return *m_settingsStore; }
-    MacActivityLogStoring &logStore() const { return *m_logStore; }
-    MacAppInventoryService &inventoryService() const { return *m_inventoryService; }
+    engine::PrivacyModeSettingsStoring &settingsStore() const { return *m_settingsStore; }
+    engine::MacActivityLogStoring &logStore() const { return *m_logStore; }
+    engine::MacAppInventoryService &inventoryService() const { return *m_inventoryService; }
 
     // Summaries, derived from the state at each call
 
     QString monitorLabel() const;
     QString lastCheckedLabel() const;
     /// Loads the settings.
-    QList<ProtectionDevice> devices() const;
+    QList<shared::ProtectionDevice> devices() const;
     qint64 enabledScheduleCount() const;
     qint64 actionEventCount() const;
     QString diagnosticsText() const;
@@ -109,7 +111,7 @@ class MacProtectionRuntime : public QObject {
     /// One check that previews or enforces, as chosen.
     void runLiveCheck() { performCheck(!m_enforceActions); }
     /// The same with the choice made by the caller.
-    PrivacyModeRunResult performCheck(bool dryRun);
+    engine::PrivacyModeRunResult performCheck(bool dryRun);
     /// Counts and matches the running applications without acting or recording. Ignores whether Privacy Mode
     /// is on.
     void refreshInventoryPreview();
@@ -119,7 +121,7 @@ class MacProtectionRuntime : public QObject {
     // Schedules
 
     /// The seed presets with the stored switches.
-    static QList<ModePreset> loadModes(const UserDefaults &defaults);
+    static QList<shared::ModePreset> loadModes(const UserDefaults &defaults);
     void setMode(const QString &id, bool enabled);
     /// What the enabled presets want at this moment's local time of day; absent when none has an opinion.
     std::optional<bool> scheduledPrivacyModeState(const QDateTime &date) const;
@@ -139,51 +141,51 @@ class MacProtectionRuntime : public QObject {
     void modesChanged();
     void enforceActionsChanged();
     /// An application was asked to quit, by a check or because it was started; already recorded.
-    void quitRequested(const kestrin::MacProtectionEvent &event);
+    void quitRequested(const kestrin::engine::MacProtectionEvent &event);
     /// A value derived from several others may be another one: monitorLabel, devices.
     void summariesChanged();
 
   private:
-    void recordEvent(MacProtectionEventKind kind, const QString &message,
+    void recordEvent(engine::MacProtectionEventKind kind, const QString &message,
                      const std::optional<QString> &appName = std::nullopt);
     void reloadRecentEvents();
-    void publishPreview(qint64 runningAppCount, const QList<RiskAppMatch> &matches);
+    void publishPreview(qint64 runningAppCount, const QList<engine::RiskAppMatch> &matches);
     void setMonitoring();
-    bool updateSettings(const std::function<void(PrivacyModeSettings &)> &change);
+    bool updateSettings(const std::function<void(engine::PrivacyModeSettings &)> &change);
     void followOtherProcesses();
     void adoptStoredSelection();
     void postScheduleTick();
     void adoptStoredDefault(const QString &key);
 
-    QList<MacProtectionEvent> m_recentEvents;
+    QList<engine::MacProtectionEvent> m_recentEvents;
     bool m_isMonitoring = false;
-    QList<RiskAppMatch> m_matches;
+    QList<engine::RiskAppMatch> m_matches;
     qint64 m_runningAppCount = 0;
     std::optional<QDateTime> m_lastChecked;
     QSet<QString> m_protectedDefinitionIDs;
     /// The selection in the settings as it was last read or saved here; another one is another process's.
     QSet<QString> m_storedDefinitionIDs;
-    QList<ModePreset> m_modes;
+    QList<shared::ModePreset> m_modes;
     bool m_enforceActions = false;
 
-    const Clock m_clock;
+    const foundation::Clock m_clock;
     const TimeChangeWatchMaker m_watchTime;
     const std::chrono::milliseconds m_scheduleInterval;
-    Workspace &m_workspace;
+    engine::Workspace &m_workspace;
     const QString m_supportFolder;
-    const RiskAppCatalog m_catalog;
-    const std::shared_ptr<MacAppInventoryService> m_inventoryService;
-    const std::shared_ptr<RiskAppActionPerforming> m_actionPerformer;
-    const std::shared_ptr<PrivacyModeSettingsStoring> m_settingsStore;
-    const std::shared_ptr<MacActivityLogStoring> m_logStore;
+    const engine::RiskAppCatalog m_catalog;
+    const std::shared_ptr<engine::MacAppInventoryService> m_inventoryService;
+    const std::shared_ptr<engine::RiskAppActionPerforming> m_actionPerformer;
+    const std::shared_ptr<engine::PrivacyModeSettingsStoring> m_settingsStore;
+    const std::shared_ptr<engine::MacActivityLogStoring> m_logStore;
     /// Present for the stores that are files, once started.
-    std::unique_ptr<FileWatch> m_settingsWatch;
-    std::unique_ptr<FileWatch> m_logWatch;
+    std::unique_ptr<foundation::FileWatch> m_settingsWatch;
+    std::unique_ptr<foundation::FileWatch> m_logWatch;
     UserDefaults &m_defaults;
-    std::unique_ptr<RiskAppRelaunchMonitor> m_monitor;
+    std::unique_ptr<engine::RiskAppRelaunchMonitor> m_monitor;
     std::unique_ptr<QTimer> m_scheduleTimer;
     std::unique_ptr<TimeChangeWatch> m_timeWatch;
     PrivacyModeSetter m_privacyModeSetter;
 };
 
-} // namespace kestrin
+} // namespace kestrin::runtime

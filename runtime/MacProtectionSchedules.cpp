@@ -11,7 +11,10 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace kestrin {
+namespace kestrin::runtime {
+
+using namespace shared;
+using namespace engine;
 
 namespace {
 
@@ -123,4 +126,4 @@ void MacProtectionRuntime::postScheduleTick() {
         Qt::QueuedConnection);
 }
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -8,7 +8,9 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace kestrin {
+namespace kestrin::runtime {
+
+using namespace foundation;
 
 namespace {
 
@@ -40,4 +42,4 @@ std::optional<QString> MonitoringClaim::currentHolder(const QString &supportFold
     return note->isEmpty() ? u"another program"_s : QString::fromUtf8(*note).trimmed();
 }
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -2,7 +2,7 @@
 
 #include "runtime/MacProtectionRuntime.h"
 
-namespace kestrin {
+namespace kestrin::runtime {
 
 const QString PrivacyModeFlag::key = QStringLiteral("kestrin.mac.privacyModeOn");
 
@@ -52,4 +52,4 @@ void PrivacyModeFlag::follow(const QString &changedKey) {
     Q_EMIT changed();
 }
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -2,7 +2,7 @@
 
 #include "runtime/UserDefaults.h"
 
-namespace kestrin {
+namespace kestrin::runtime {
 
 class MacProtectionRuntime;
 
@@ -39,4 +39,4 @@ class PrivacyModeFlag : public QObject {
     bool m_known;
 };
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -6,7 +6,10 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::runtime {
+
+using namespace shared;
+using namespace engine;
 
 QString monitorLabelFor(bool isMonitoring, bool enforceActions) {
     return isMonitoring ? actionsLabelFor(enforceActions) : u"Off"_s;
@@ -63,4 +66,4 @@ QString diagnosticsTextFor(const DiagnosticsValues &values) {
            QString::number(values.matchCount);
 }
 
-} // namespace kestrin
+} // namespace kestrin::runtime

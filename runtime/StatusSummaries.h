@@ -7,7 +7,7 @@
 
 #include <QList>
 
-namespace kestrin {
+namespace kestrin::runtime {
 
 /// "Off", "Enforcing" or "Preview".
 QString monitorLabelFor(bool isMonitoring, bool enforceActions);
@@ -22,12 +22,12 @@ QString lastCheckedLabelFor(const std::optional<QDateTime> &lastChecked);
 QString timeOfDayLabelFor(const QDateTime &date);
 
 /// This Mac, the iPhone and the watch.
-QList<ProtectionDevice> devicesFor(bool isEnabled, bool enforceActions);
+QList<shared::ProtectionDevice> devicesFor(bool isEnabled, bool enforceActions);
 
-qint64 enabledScheduleCountOf(const QList<ModePreset> &modes);
+qint64 enabledScheduleCountOf(const QList<shared::ModePreset> &modes);
 
 /// How many of the events tell of an action: a request, a preview or a failure.
-qint64 actionEventCountOf(const QList<MacProtectionEvent> &events);
+qint64 actionEventCountOf(const QList<engine::MacProtectionEvent> &events);
 
 /// What a diagnostics report tells.
 struct DiagnosticsValues {
@@ -41,4 +41,4 @@ struct DiagnosticsValues {
 /// Five lines, without a line break at the end.
 QString diagnosticsTextFor(const DiagnosticsValues &values);
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -1,6 +1,6 @@
 #include "runtime/UserDefaults.h"
 
-namespace kestrin {
+namespace kestrin::runtime {
 
 std::optional<bool> InMemoryUserDefaults::boolean(const QString &key) const {
     const QVariant value = m_values.value(key);
@@ -27,4 +27,4 @@ void InMemoryUserDefaults::set(const QString &key, const QVariant &value) {
     Q_EMIT changed(key);
 }
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -8,7 +8,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::runtime {
 
 /// A value keeps its type: a boolean is not the text "true", and an empty list is not an absent key. Main
 /// thread only. Nothing reports an error; a value that could not be stored simply reads as before.
@@ -51,4 +51,4 @@ class InMemoryUserDefaults final : public UserDefaults {
     QHash<QString, QVariant> m_values;
 };
 
-} // namespace kestrin
+} // namespace kestrin::runtime

@@ -3,11 +3,19 @@
 #include "foundation/JsonDecoding.h"
 #include "foundation/JsonEncoding.h"
 
-namespace kestrin {
+namespace kestrin::foundation {
 
-template QByteArray encodeJson(const ProtectionDevice &, JsonLayout);
-template QByteArray encodeJson(const ModePreset &, JsonLayout);
-template std::optional<ProtectionDevice> decodeJson(const QByteArray &);
-template std::optional<ModePreset> decodeJson(const QByteArray &);
+using namespace shared;
 
-} // namespace kestrin
+#define KESTRIN_JSON_RECORD(Record)                                                                          \
+    template QByteArray encodeJson(const Record &, JsonLayout);                                              \
+    template std::optional<Record> decodeJson(const QByteArray &);
+
+KESTRIN_JSON_RECORD(ActivityEvent)
+KESTRIN_JSON_RECORD(ModePreset)
+KESTRIN_JSON_RECORD(ProtectedApp)
+KESTRIN_JSON_RECORD(ProtectionDevice)
+
+#undef KESTRIN_JSON_RECORD
+
+} // namespace kestrin::foundation

@@ -1,5 +1,5 @@
 // The plain records that the desktop application shares with its mobile and watch companions. An `icon` is
-// the name of a system image. Every field is set at construction, in declaration order.
+// the name of a system image. Construction takes the fields in declaration order.
 #pragma once
 
 #include "foundation/JsonCoding.h"
@@ -8,7 +8,7 @@
 
 #include <QDateTime>
 
-namespace kestrin {
+namespace kestrin::shared {
 
 /// A device of the user and how it is protected.
 struct ProtectionDevice {
@@ -23,9 +23,12 @@ struct ProtectionDevice {
 
     static constexpr auto jsonFields() {
         return std::tuple{
-            jsonField("id", &ProtectionDevice::id),         jsonField("name", &ProtectionDevice::name),
-            jsonField("detail", &ProtectionDevice::detail), jsonField("icon", &ProtectionDevice::icon),
-            jsonField("status", &ProtectionDevice::status), jsonField("tone", &ProtectionDevice::tone),
+            foundation::jsonField("id", &ProtectionDevice::id),
+            foundation::jsonField("name", &ProtectionDevice::name),
+            foundation::jsonField("detail", &ProtectionDevice::detail),
+            foundation::jsonField("icon", &ProtectionDevice::icon),
+            foundation::jsonField("status", &ProtectionDevice::status),
+            foundation::jsonField("tone", &ProtectionDevice::tone),
         };
     }
 };
@@ -40,6 +43,17 @@ struct ProtectedApp {
     bool enabled = false;
 
     bool operator==(const ProtectedApp &) const = default;
+
+    static constexpr auto jsonFields() {
+        return std::tuple{
+            foundation::jsonField("id", &ProtectedApp::id),
+            foundation::jsonField("name", &ProtectedApp::name),
+            foundation::jsonField("group", &ProtectedApp::group),
+            foundation::jsonField("risk", &ProtectedApp::risk),
+            foundation::jsonField("icon", &ProtectedApp::icon),
+            foundation::jsonField("enabled", &ProtectedApp::enabled),
+        };
+    }
 };
 
 /// A schedule preset. `schedule` is a text for people and never parsed; the time range belongs to the id.
@@ -55,9 +69,12 @@ struct ModePreset {
 
     static constexpr auto jsonFields() {
         return std::tuple{
-            jsonField("id", &ModePreset::id),         jsonField("name", &ModePreset::name),
-            jsonField("detail", &ModePreset::detail), jsonField("schedule", &ModePreset::schedule),
-            jsonField("icon", &ModePreset::icon),     jsonField("enabled", &ModePreset::enabled),
+            foundation::jsonField("id", &ModePreset::id),
+            foundation::jsonField("name", &ModePreset::name),
+            foundation::jsonField("detail", &ModePreset::detail),
+            foundation::jsonField("schedule", &ModePreset::schedule),
+            foundation::jsonField("icon", &ModePreset::icon),
+            foundation::jsonField("enabled", &ModePreset::enabled),
         };
     }
 };
@@ -74,6 +91,19 @@ struct ActivityEvent {
     ProtectionTone tone = ProtectionTone::neutral;
 
     bool operator==(const ActivityEvent &) const = default;
+
+    static constexpr auto jsonFields() {
+        return std::tuple{
+            foundation::jsonField("id", &ActivityEvent::id),
+            foundation::jsonField("title", &ActivityEvent::title),
+            foundation::jsonField("detail", &ActivityEvent::detail),
+            foundation::jsonField("time", &ActivityEvent::time),
+            foundation::jsonField("date", &ActivityEvent::date),
+            foundation::jsonField("category", &ActivityEvent::category),
+            foundation::jsonField("icon", &ActivityEvent::icon),
+            foundation::jsonField("tone", &ActivityEvent::tone),
+        };
+    }
 };
 
-} // namespace kestrin
+} // namespace kestrin::shared

@@ -3,7 +3,7 @@
 #include <QString>
 
 /// The fixed product texts.
-namespace kestrin::KestrinCopy {
+namespace kestrin::shared::KestrinCopy {
 
 inline const QString productName = QStringLiteral("Kestrin");
 inline const QString coreTagline = QStringLiteral("Control your privacy with one tap.");
@@ -14,4 +14,4 @@ inline const QString macConnection = QStringLiteral("Add your Mac.");
 inline const QString realisticRemote =
     QStringLiteral("The mobile app controls setup and status. The Mac app is the desktop protection engine.");
 
-} // namespace kestrin::KestrinCopy
+} // namespace kestrin::shared::KestrinCopy

@@ -2,7 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin::KestrinSeedData {
+namespace kestrin::shared::KestrinSeedData {
 
 const QList<ProtectionDevice> &devices() {
     using enum ProtectionTone;
@@ -55,4 +55,4 @@ const QList<ActivityEvent> &activity() {
     return list;
 }
 
-} // namespace kestrin::KestrinSeedData
+} // namespace kestrin::shared::KestrinSeedData

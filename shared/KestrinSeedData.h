@@ -6,11 +6,11 @@
 
 /// The fixed lists that the application and its companions start from. Each is built once, on first use, and
 /// shared; the first use may come from several threads at once.
-namespace kestrin::KestrinSeedData {
+namespace kestrin::shared::KestrinSeedData {
 
 const QList<ProtectionDevice> &devices();
 const QList<ProtectedApp> &protectedApps();
 const QList<ModePreset> &modes();
 const QList<ActivityEvent> &activity();
 
-} // namespace kestrin::KestrinSeedData
+} // namespace kestrin::shared::KestrinSeedData

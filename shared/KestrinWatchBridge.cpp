@@ -7,7 +7,9 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::shared {
+
+using namespace foundation;
 
 const QString KestrinWatchBridge::Key::command = u"command"_s;
 const QString KestrinWatchBridge::Key::privacyModeOn = u"privacyModeOn"_s;
@@ -110,4 +112,4 @@ QString KestrinWatchBridge::string(const QString &key, const QVariantMap &in, co
     return value.typeId() == QMetaType::QString ? value.toString() : defaultValue;
 }
 
-} // namespace kestrin
+} // namespace kestrin::shared

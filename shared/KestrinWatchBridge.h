@@ -7,7 +7,7 @@
 
 #include <QVariantMap>
 
-namespace kestrin {
+namespace kestrin::shared {
 
 class KestrinWatchBridge {
   public:
@@ -50,14 +50,13 @@ class KestrinWatchBridge {
     static QString string(const QString &key, const QVariantMap &in, const QString &defaultValue);
 };
 
-template <>
-struct RawValues<KestrinWatchBridge::Command> {
-    using Command = KestrinWatchBridge::Command;
-    static constexpr std::array entries{
-        RawValue{Command::requestState, "requestState"},
-        RawValue{Command::setPrivacyMode, "setPrivacyMode"},
-        RawValue{Command::quickCheck, "quickCheck"},
+constexpr auto rawValuesOf(KestrinWatchBridge::Command) {
+    using enum KestrinWatchBridge::Command;
+    return std::array{
+        foundation::RawValue{requestState, "requestState"},
+        foundation::RawValue{setPrivacyMode, "setPrivacyMode"},
+        foundation::RawValue{quickCheck, "quickCheck"},
     };
-};
+}
 
-} // namespace kestrin
+} // namespace kestrin::shared

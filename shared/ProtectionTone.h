@@ -2,7 +2,7 @@
 
 #include "foundation/RawValues.h"
 
-namespace kestrin {
+namespace kestrin::shared {
 
 /// The visual tone of a status. `protected` is a word of the language, hence the underscore.
 enum class ProtectionTone {
@@ -13,15 +13,15 @@ enum class ProtectionTone {
     neutral,
 };
 
-template <>
-struct RawValues<ProtectionTone> {
-    static constexpr std::array entries{
-        RawValue{ProtectionTone::protected_, "protected"},
-        RawValue{ProtectionTone::attention, "attention"},
-        RawValue{ProtectionTone::risk, "risk"},
-        RawValue{ProtectionTone::link, "link"},
-        RawValue{ProtectionTone::neutral, "neutral"},
+constexpr auto rawValuesOf(ProtectionTone) {
+    using enum ProtectionTone;
+    return std::array{
+        foundation::RawValue{protected_, "protected"},
+        foundation::RawValue{attention, "attention"},
+        foundation::RawValue{risk, "risk"},
+        foundation::RawValue{link, "link"},
+        foundation::RawValue{neutral, "neutral"},
     };
-};
+}
 
-} // namespace kestrin
+} // namespace kestrin::shared

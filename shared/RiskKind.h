@@ -2,7 +2,7 @@
 
 #include "foundation/RawValues.h"
 
-namespace kestrin {
+namespace kestrin::shared {
 
 /// What kind of risk a protected application of the mobile companion carries. Its raw value is also its
 /// identity.
@@ -14,13 +14,13 @@ enum class RiskKind {
     both,
 };
 
-template <>
-struct RawValues<RiskKind> {
-    static constexpr std::array entries{
-        RawValue{RiskKind::mic, "mic"},         RawValue{RiskKind::camera, "camera"},
-        RawValue{RiskKind::ai, "AI"},           RawValue{RiskKind::browser, "browser"},
-        RawValue{RiskKind::both, "mic/camera"},
+constexpr auto rawValuesOf(RiskKind) {
+    using enum RiskKind;
+    return std::array{
+        foundation::RawValue{mic, "mic"},         foundation::RawValue{camera, "camera"},
+        foundation::RawValue{ai, "AI"},           foundation::RawValue{browser, "browser"},
+        foundation::RawValue{both, "mic/camera"},
     };
-};
+}
 
-} // namespace kestrin
+} // namespace kestrin::shared

@@ -10,7 +10,12 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::app {
+
+using namespace engine;
+using namespace runtime;
+using namespace design;
+using namespace desktop;
 
 namespace {
 
@@ -118,4 +123,4 @@ void KestrinApplication::tell(const MacProtectionEvent &event) {
                                   Q_ARG(QString, event.message));
 }
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -13,7 +13,7 @@
 #include <memory>
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// The running program: the protection, the window when it is wanted, the tray's icon where there is a tray,
 /// and what the desktop asks of it.
@@ -27,24 +27,24 @@ class KestrinApplication : public QObject {
     enum class Start { withWindow, inBackground };
 
     /// `loginItem` outlives this object. Begins to read what the window is made of, if it is wanted at once.
-    KestrinApplication(Start start, LoginItem &loginItem);
+    KestrinApplication(Start start, runtime::LoginItem &loginItem);
     ~KestrinApplication() override;
 
     /// Starts to protect. The caller has the right to (MonitoringClaim); `defaults` outlives this object.
-    void protect(UserDefaults &defaults, MacProtectionSurroundings surroundings);
+    void protect(runtime::UserDefaults &defaults, runtime::MacProtectionSurroundings surroundings);
 
   private:
     void joinDesktop();
     void openWindow(const QString &activationToken);
     void takeWindowClosed();
     void followTray();
-    void tell(const MacProtectionEvent &event);
+    void tell(const engine::MacProtectionEvent &event);
 
     const Start m_start;
-    RunningInstance m_instance;
+    desktop::RunningInstance m_instance;
     QuitNotices m_quitNotices;
-    std::optional<DesktopNotices> m_notices;
-    std::optional<TrayHost> m_trayHost;
+    std::optional<desktop::DesktopNotices> m_notices;
+    std::optional<desktop::TrayHost> m_trayHost;
     TrayCommands m_commands;
     // Destroyed from below: what is seen goes first.
     std::optional<Protection> m_protection;
@@ -53,4 +53,4 @@ class KestrinApplication : public QObject {
     std::unique_ptr<QObject> m_tray;
 };
 
-} // namespace kestrin
+} // namespace kestrin::app

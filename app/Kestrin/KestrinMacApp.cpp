@@ -18,6 +18,10 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::app;
+using namespace kestrin::runtime;
+using namespace kestrin::design;
+using namespace kestrin::desktop;
 
 namespace {
 

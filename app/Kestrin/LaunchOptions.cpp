@@ -2,7 +2,9 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::app {
+
+using namespace design;
 
 LaunchOptions LaunchOptions::read(const QStringList &arguments) {
     const auto wrong = [](const QString &complaint) {
@@ -48,4 +50,4 @@ The window draws without the graphics card. Set QT_QUICK_BACKEND=rhi to use it.
 )";
 }
 
-} // namespace kestrin
+} // namespace kestrin::app

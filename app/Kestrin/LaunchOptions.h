@@ -4,11 +4,11 @@
 
 #include <QStringList>
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// What the program was started with.
 struct LaunchOptions {
-    KestrinAppearance::Preference appearance = KestrinAppearance::System;
+    design::KestrinAppearance::Preference appearance = design::KestrinAppearance::System;
     /// Without showing the window.
     bool background = false;
     bool help = false;
@@ -21,4 +21,4 @@ struct LaunchOptions {
     static const char *helpText();
 };
 
-} // namespace kestrin
+} // namespace kestrin::app

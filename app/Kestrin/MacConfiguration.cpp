@@ -2,7 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::app {
 
 namespace {
 
@@ -26,4 +26,4 @@ const QUrl &MacConfiguration::supportURL() {
     return url;
 }
 
-} // namespace kestrin
+} // namespace kestrin::app

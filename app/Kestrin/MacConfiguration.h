@@ -5,7 +5,7 @@
 #include <QObject>
 #include <QUrl>
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// The web pages that the window links to. The site is chosen when Kestrin is built (KESTRIN_SITE_URL).
 class MacConfiguration : public QObject {
@@ -24,4 +24,4 @@ class MacConfiguration : public QObject {
     static const QUrl &supportURL();
 };
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -8,7 +8,11 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
-namespace kestrin {
+namespace kestrin::app {
+
+using namespace shared;
+using namespace engine;
+using namespace runtime;
 
 namespace {
 
@@ -113,4 +117,4 @@ void MacProtectionState::fillEvents() {
     m_events.setRecords(rowsOf<EventRow>(m_runtime.recentEvents()));
 }
 
-} // namespace kestrin
+} // namespace kestrin::app

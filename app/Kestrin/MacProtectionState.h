@@ -8,7 +8,7 @@
 
 #include <QObject>
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// What the pages see of the runtime and of the Privacy Mode flag, in the types that they need, and what they
 /// can do. It keeps no state of its own and decides nothing; every value is the runtime's at the moment it is
@@ -28,17 +28,17 @@ class MacProtectionState : public QObject {
     Q_PROPERTY(int actionCount READ actionCount NOTIFY matchesChanged)
     Q_PROPERTY(int enabledScheduleCount READ enabledScheduleCount NOTIFY presetsChanged)
     Q_PROPERTY(int actionEventCount READ actionEventCount NOTIFY eventsChanged)
-    Q_PROPERTY(kestrin::RecordListModel *devices READ devices CONSTANT)
-    Q_PROPERTY(kestrin::RecordListModel *definitions READ definitions CONSTANT)
-    Q_PROPERTY(kestrin::RecordListModel *shownMatches READ shownMatches CONSTANT)
-    Q_PROPERTY(kestrin::RecordListModel *presets READ presets CONSTANT)
-    Q_PROPERTY(kestrin::RecordListModel *events READ events CONSTANT)
-    Q_PROPERTY(kestrin::RecordListModel *sections READ sections CONSTANT)
+    Q_PROPERTY(kestrin::app::RecordListModel *devices READ devices CONSTANT)
+    Q_PROPERTY(kestrin::app::RecordListModel *definitions READ definitions CONSTANT)
+    Q_PROPERTY(kestrin::app::RecordListModel *shownMatches READ shownMatches CONSTANT)
+    Q_PROPERTY(kestrin::app::RecordListModel *presets READ presets CONSTANT)
+    Q_PROPERTY(kestrin::app::RecordListModel *events READ events CONSTANT)
+    Q_PROPERTY(kestrin::app::RecordListModel *sections READ sections CONSTANT)
     Q_PROPERTY(QString tagline READ tagline CONSTANT)
 
   public:
     /// Both outlive this object.
-    MacProtectionState(MacProtectionRuntime &runtime, PrivacyModeFlag &privacyMode,
+    MacProtectionState(runtime::MacProtectionRuntime &runtime, runtime::PrivacyModeFlag &privacyMode,
                        QObject *parent = nullptr);
 
     bool privacyModeOn() const { return m_privacyMode.isOn(); }
@@ -94,8 +94,8 @@ class MacProtectionState : public QObject {
     void fillPresets();
     void fillEvents();
 
-    MacProtectionRuntime &m_runtime;
-    PrivacyModeFlag &m_privacyMode;
+    runtime::MacProtectionRuntime &m_runtime;
+    runtime::PrivacyModeFlag &m_privacyMode;
     RecordListModel m_devices;
     RecordListModel m_definitions;
     RecordListModel m_shownMatches;
@@ -104,4 +104,4 @@ class MacProtectionState : public QObject {
     RecordListModel m_sections;
 };
 
-} // namespace kestrin
+} // namespace kestrin::app

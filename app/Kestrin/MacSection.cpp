@@ -2,7 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::app {
 
 QList<SectionRow> sectionRows() {
     const auto row = [](MacSection section, const QString &title, const QString &icon) {
@@ -19,4 +19,4 @@ QList<SectionRow> sectionRows() {
     };
 }
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -5,7 +5,7 @@
 #include <QList>
 #include <QObject>
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// QML knows the sections as `MacSection.Home` and so on.
 namespace sections {
@@ -48,4 +48,4 @@ struct SectionRow {
 /// All sections in order.
 QList<SectionRow> sectionRows();
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -13,7 +13,9 @@ extern void qml_register_types_Kestrin();
 // Qt's own.
 extern void qml_register_types_QtQml_WorkerScript();
 
-namespace kestrin {
+namespace kestrin::app {
+
+using namespace design;
 
 std::unique_ptr<QQmlEngine> makeEngine() {
     registerDesignSystem();
@@ -44,4 +46,4 @@ std::unique_ptr<QObject> makeObject(QQmlEngine &engine, const QString &file, con
     return makeObject(*describe(engine, file), properties);
 }
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -10,7 +10,7 @@ class QObject;
 class QQmlComponent;
 class QQmlEngine;
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// An engine that knows the modules and whose Qt.quit() ends the program.
 std::unique_ptr<QQmlEngine> makeEngine();
@@ -23,4 +23,4 @@ std::unique_ptr<QQmlComponent> describe(QQmlEngine &engine, const QString &file)
 std::unique_ptr<QObject> makeObject(QQmlComponent &description, const QVariantMap &properties);
 std::unique_ptr<QObject> makeObject(QQmlEngine &engine, const QString &file, const QVariantMap &properties);
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -7,7 +7,12 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::app {
+
+using namespace shared;
+using namespace engine;
+using namespace runtime;
+using namespace design;
 
 namespace {
 
@@ -129,4 +134,4 @@ int actionCountOf(const QList<RiskAppMatch> &matches) {
     }));
 }
 
-} // namespace kestrin
+} // namespace kestrin::app

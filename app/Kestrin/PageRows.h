@@ -7,7 +7,7 @@
 #include "engine/RiskAppMatch.h"
 #include "shared/DomainRecords.h"
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// A device on the pages Home and Devices.
 struct DeviceRow {
@@ -28,7 +28,7 @@ struct DeviceRow {
     int tone = 0;
 
     bool operator==(const DeviceRow &) const = default;
-    static DeviceRow from(const ProtectionDevice &device);
+    static DeviceRow from(const shared::ProtectionDevice &device);
 };
 
 /// A definition of the catalog on the page Apps, selected or not.
@@ -52,7 +52,7 @@ struct DefinitionRow {
     bool selected = false;
 
     bool operator==(const DefinitionRow &) const = default;
-    static DefinitionRow from(const RiskAppDefinition &definition, bool selected);
+    static DefinitionRow from(const engine::RiskAppDefinition &definition, bool selected);
 };
 
 /// A protected application that is running, on the page Apps.
@@ -75,7 +75,7 @@ struct MatchRow {
     int tone = 0;
 
     bool operator==(const MatchRow &) const = default;
-    static MatchRow from(const RiskAppMatch &match);
+    static MatchRow from(const engine::RiskAppMatch &match);
 };
 
 /// A schedule preset on the page Schedule.
@@ -97,7 +97,7 @@ struct PresetRow {
     bool on = false;
 
     bool operator==(const PresetRow &) const = default;
-    static PresetRow from(const ModePreset &preset);
+    static PresetRow from(const shared::ModePreset &preset);
 };
 
 /// An event on the page Activity.
@@ -121,10 +121,10 @@ struct EventRow {
     int tone = 0;
 
     bool operator==(const EventRow &) const = default;
-    static EventRow from(const MacProtectionEvent &event);
+    static EventRow from(const engine::MacProtectionEvent &event);
 };
 
 /// How many of the matches would be, or were, asked to quit.
-int actionCountOf(const QList<RiskAppMatch> &matches);
+int actionCountOf(const QList<engine::RiskAppMatch> &matches);
 
-} // namespace kestrin
+} // namespace kestrin::app

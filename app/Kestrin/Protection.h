@@ -2,20 +2,20 @@
 
 #include "app/Kestrin/MacProtectionState.h"
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// The runtime, the flag, and what is seen of both: what a window shows and whoever else steers. Nothing is
 /// watched until it is started. Main thread.
 struct Protection {
     /// `defaults` outlives this object.
-    Protection(UserDefaults &defaults, MacProtectionSurroundings surroundings)
+    Protection(runtime::UserDefaults &defaults, runtime::MacProtectionSurroundings surroundings)
         : runtime(defaults, std::move(surroundings))
         , privacyMode(defaults, runtime)
         , state(runtime, privacyMode) {}
 
-    MacProtectionRuntime runtime;
-    PrivacyModeFlag privacyMode;
+    runtime::MacProtectionRuntime runtime;
+    runtime::PrivacyModeFlag privacyMode;
     MacProtectionState state;
 };
 
-} // namespace kestrin
+} // namespace kestrin::app

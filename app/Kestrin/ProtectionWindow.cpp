@@ -20,7 +20,9 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::app {
+
+using namespace design;
 
 namespace {
 
@@ -117,4 +119,4 @@ void showNotice(const QString &text) {
         QGuiApplication::exec();
 }
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -11,7 +11,7 @@
 class QQmlComponent;
 class QQmlEngine;
 
-namespace kestrin {
+namespace kestrin::app {
 
 class MacProtectionState;
 
@@ -44,4 +44,4 @@ class ProtectionWindow {
 /// Shows a small window that says `text`, until it is closed. Needs a QGuiApplication.
 void showNotice(const QString &text);
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -1,6 +1,8 @@
 #include "app/Kestrin/QuitNotices.h"
 
-namespace kestrin {
+namespace kestrin::app {
+
+using namespace engine;
 
 bool QuitNotices::isDue(const MacProtectionEvent &event, Time now) {
     // The switch to enforcing has the same kind and names no application.
@@ -14,4 +16,4 @@ bool QuitNotices::isDue(const MacProtectionEvent &event, Time now) {
     return true;
 }
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -6,7 +6,7 @@
 
 #include <chrono>
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// Which quit requests are worth a notice of the desktop: an application that starts again and again would
 /// otherwise fill the screen.
@@ -17,11 +17,11 @@ class QuitNotices {
     static constexpr std::chrono::seconds interval{10};
 
     /// Whether this event is to be shown at `now`; if so, the application's next ones are not for a while.
-    bool isDue(const MacProtectionEvent &event, Time now);
+    bool isDue(const engine::MacProtectionEvent &event, Time now);
 
   private:
     /// When each application was shown last.
     QHash<QString, Time> m_shown;
 };
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -2,7 +2,7 @@
 
 #include <QSet>
 
-namespace kestrin {
+namespace kestrin::app {
 
 RecordListModel::RecordListModel(const QMetaObject &record, QObject *parent)
     : QAbstractListModel(parent)
@@ -93,4 +93,4 @@ void RecordListModel::cutTo(int count) {
     endRemoveRows();
 }
 
-} // namespace kestrin
+} // namespace kestrin::app

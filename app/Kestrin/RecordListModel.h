@@ -5,7 +5,7 @@
 #include <QAbstractListModel>
 #include <QMetaProperty>
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// A list of equal records for views: a role for every property of the record, named like it. Records are
 /// told apart by their property `identifier`; when a new list is set, a row whose record is still there stays
@@ -51,4 +51,4 @@ class RecordListModel : public QAbstractListModel {
     QVariantList m_values;
 };
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -6,7 +6,7 @@
 
 #include <QObject>
 
-namespace kestrin {
+namespace kestrin::app {
 
 /// What the tray's menu can do beside steering the protection.
 class TrayCommands : public QObject {
@@ -17,7 +17,7 @@ class TrayCommands : public QObject {
 
   public:
     /// The item outlives this object.
-    explicit TrayCommands(LoginItem &loginItem, QObject *parent = nullptr)
+    explicit TrayCommands(runtime::LoginItem &loginItem, QObject *parent = nullptr)
         : QObject(parent)
         , m_loginItem(loginItem) {}
 
@@ -39,7 +39,7 @@ class TrayCommands : public QObject {
     void quitWanted();
 
   private:
-    LoginItem &m_loginItem;
+    runtime::LoginItem &m_loginItem;
 };
 
-} // namespace kestrin
+} // namespace kestrin::app

@@ -20,6 +20,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::design;
 
 namespace {
 

@@ -12,6 +12,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::design;
 
 namespace {
 

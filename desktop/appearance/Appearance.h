@@ -6,13 +6,13 @@
 
 #include <memory>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
-/// The preferences of the desktop that this process runs on; null where the toolkit's palette is all there is.
-/// Asks without waiting: the values arrive later, with `changed`, or never. Needs a QGuiApplication.
-std::unique_ptr<DesktopPreferences> makePreferences();
+/// The preferences of the desktop that this process runs on; null where the toolkit's palette is all there
+/// is. Asks without waiting: the values arrive later, with `changed`, or never. Needs a QGuiApplication.
+std::unique_ptr<design::DesktopPreferences> makePreferences();
 
 /// Null where the desktop has no symbols.
-NativeSymbol nativeSymbols();
+design::NativeSymbol nativeSymbols();
 
-} // namespace kestrin
+} // namespace kestrin::desktop

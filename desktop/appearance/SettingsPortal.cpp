@@ -12,7 +12,9 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace design;
 
 namespace {
 
@@ -85,4 +87,4 @@ void SettingsPortal::take(const QString &space, const QString &key, const QVaria
     }
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -9,16 +9,16 @@
 class QDBusPendingCallWatcher;
 class QDBusVariant;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// The preferences as the desktop's settings portal (org.freedesktop.portal.Settings) tells them on the
 /// session bus, with the changes it signals.
-class SettingsPortal : public DesktopPreferences {
+class SettingsPortal : public design::DesktopPreferences {
     Q_OBJECT
 
   public:
     /// Null where there is no session bus. Nothing is started to find one.
-    static std::unique_ptr<DesktopPreferences> connectToSession();
+    static std::unique_ptr<design::DesktopPreferences> connectToSession();
 
   private Q_SLOTS:
     void settingChanged(const QString &space, const QString &key, const QDBusVariant &value);
@@ -29,4 +29,4 @@ class SettingsPortal : public DesktopPreferences {
     void take(const QString &space, const QString &key, const QVariant &value);
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

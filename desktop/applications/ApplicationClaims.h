@@ -3,7 +3,7 @@
 
 #include <QString>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// As the window system tells it; absent is empty. Any client may claim anything.
 struct ApplicationClaims {
@@ -26,4 +26,4 @@ struct ApplicationClaims {
     bool operator==(const ApplicationClaims &) const = default;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -1,13 +1,13 @@
 #include "desktop/applications/ApplicationIdentity.h"
 
+#include "desktop/applications/ApplicationClaims.h"
 #include "desktop/applications/DesktopEntryIndex.h"
 #include "desktop/applications/KnownPackagings.h"
 #include "desktop/applications/ProcessIdentity.h"
-#include "desktop/applications/ApplicationClaims.h"
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -70,4 +70,4 @@ ApplicationIdentity ApplicationIdentity::of(const ApplicationClaims &claims, con
     return identity;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

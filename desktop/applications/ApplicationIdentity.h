@@ -5,7 +5,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 class DesktopEntryIndex;
 struct ProcessIdentity;
@@ -25,4 +25,4 @@ struct ApplicationIdentity {
     bool operator==(const ApplicationIdentity &) const = default;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -117,4 +117,4 @@ std::optional<DesktopEntry> DesktopEntry::parse(QByteArrayView text, const Entry
     return reader.entry();
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

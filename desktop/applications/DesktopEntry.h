@@ -8,7 +8,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// The names under which texts in the user's language may be found, best first ("de_AT@euro", "de_AT",
 /// "de@euro", "de"); empty for a user who wants the untranslated texts.
@@ -39,4 +39,4 @@ struct DesktopEntry {
     bool operator==(const DesktopEntry &) const = default;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -16,7 +16,7 @@
 #include <memory>
 #include <utility>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -248,4 +248,4 @@ std::optional<DesktopEntryIndex::Found> DesktopEntryIndex::withWindowClass(const
     }
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

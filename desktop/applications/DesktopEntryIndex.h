@@ -13,7 +13,7 @@
 
 struct stat;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// The folders "applications" of the environment's data directories, the most important first.
 QList<QByteArray> applicationFoldersOfEnvironment();
@@ -90,4 +90,4 @@ class DesktopEntryIndex {
     QHash<QString, std::size_t> m_byWindowClass;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

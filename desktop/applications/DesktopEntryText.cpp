@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -100,4 +100,4 @@ QByteArray desktopEntryValue(const QString &string) {
         .replace('\r', "\\r");
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

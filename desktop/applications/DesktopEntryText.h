@@ -5,7 +5,7 @@
 #include <QByteArrayView>
 #include <QString>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Goes through the keys of the group "Desktop Entry" of a file's text, and through nothing behind it. What
 /// cannot be understood is passed over. The text outlives the object.
@@ -39,4 +39,4 @@ bool desktopEntryBoolean(QByteArrayView value);
 /// The value that stands for this string, which does not begin with a space.
 QByteArray desktopEntryValue(const QString &string);
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -58,4 +58,4 @@ std::optional<QString> knownBundleIdentifierOfClass(const QString &windowClass) 
     return find(windowClasses, windowClass);
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// The catalog's bundle identifier for an application with this desktop-file id (without ".desktop"), or this
 /// sandbox id; none for others. Case does not count.
@@ -14,4 +14,4 @@ std::optional<QString> knownBundleIdentifierOfId(const QString &desktopFileId);
 /// The same for an application whose windows are of this class.
 std::optional<QString> knownBundleIdentifierOfClass(const QString &windowClass);
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -10,7 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -102,4 +102,4 @@ QString snapIdOfControlGroup(QByteArrayView text) {
     return match.hasMatch() ? snapId(match.captured(1).toUtf8()) : QString();
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Absent is what cannot be read, as is usual for processes of other users.
 struct ProcessIdentity {
@@ -30,4 +30,4 @@ QString snapIdOfSecurityLabel(QByteArrayView label);
 /// The same from the text of /proc/PID/cgroup.
 QString snapIdOfControlGroup(QByteArrayView text);
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -12,7 +12,10 @@
 #include <ctime>
 #include <limits>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace foundation;
+using namespace runtime;
 
 namespace {
 
@@ -75,4 +78,4 @@ SystemTimeChangeWatch::SystemTimeChangeWatch(QObject *parent, const QString &zon
 
 SystemTimeChangeWatch::~SystemTimeChangeWatch() = default;
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -3,11 +3,11 @@
 
 #include "runtime/TimeChangeWatch.h"
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Hears it from the kernel and from the link to the time zone, on macOS from the system's notifications.
 /// Costs no wake-up in between.
-class SystemTimeChangeWatch final : public TimeChangeWatch {
+class SystemTimeChangeWatch final : public runtime::TimeChangeWatch {
     Q_OBJECT
 
   public:
@@ -22,4 +22,4 @@ class SystemTimeChangeWatch final : public TimeChangeWatch {
     std::unique_ptr<Private> d;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -15,7 +15,10 @@
 
 #include <algorithm>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace foundation;
+using namespace runtime;
 
 JSONUserDefaults::JSONUserDefaults(const QString &path, QObject *parent)
     : UserDefaults(parent)
@@ -99,4 +102,4 @@ void JSONUserDefaults::tellDifferences() {
     }
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -5,14 +5,14 @@
 
 #include <QJsonObject>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Preferences in one JSON object, where every value keeps its type, readable by its owner only.
 ///
 /// Every read asks the file, so that what another process stored is seen at once. Once somebody listens to
 /// `changed` the file is watched; an event loop has to run for changes of other processes to be told. Keys
 /// and values that this class does not know stay as they are. A file that is no JSON object reads as empty.
-class JSONUserDefaults final : public UserDefaults {
+class JSONUserDefaults final : public runtime::UserDefaults {
     Q_OBJECT
 
   public:
@@ -40,7 +40,7 @@ class JSONUserDefaults final : public UserDefaults {
     QString m_path;
     /// What listeners have been told of.
     QJsonObject m_known;
-    std::unique_ptr<FileWatch> m_watch;
+    std::unique_ptr<foundation::FileWatch> m_watch;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

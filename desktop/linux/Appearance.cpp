@@ -2,7 +2,9 @@
 
 #include "desktop/appearance/SettingsPortal.h"
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace design;
 
 std::unique_ptr<DesktopPreferences> makePreferences() {
     return SettingsPortal::connectToSession();
@@ -12,4 +14,4 @@ NativeSymbol nativeSymbols() {
     return nullptr;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -7,7 +7,10 @@
 
 #include <QCoreApplication>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace engine;
+using namespace runtime;
 
 void prepareEventLoop() {}
 
@@ -34,4 +37,4 @@ std::unique_ptr<LoginItem> makeLoginItem(const QString &program) {
         program.isEmpty() ? FileLoginItem::installedProgram(folder, file) : program, file);
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -5,7 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -73,4 +73,4 @@ LoginFile autostartEntry() {
     return {QStringLiteral(KESTRIN_DESKTOP_ID ".desktop"), {u"kestrin"_s}, folders, entryText, entryStarts};
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

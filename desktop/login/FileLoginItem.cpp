@@ -12,9 +12,13 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
-FileLoginItem::FileLoginItem(const QString &program, const LoginFile &file) : m_program(program), m_file(file) {}
+using namespace foundation;
+
+FileLoginItem::FileLoginItem(const QString &program, const LoginFile &file)
+    : m_program(program)
+    , m_file(file) {}
 
 QString FileLoginItem::installedProgram(const QString &folder, const LoginFile &file) {
     for (const QString &place : file.programs) {
@@ -70,4 +74,4 @@ void FileLoginItem::write(bool enabled) const {
         replacePrivateFile(path(), {viewOf(text)});
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -3,10 +3,10 @@
 #include "desktop/login/LoginFile.h"
 #include "runtime/LoginItem.h"
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// The choice as files that the desktop reads at login.
-class FileLoginItem final : public LoginItem {
+class FileLoginItem final : public runtime::LoginItem {
   public:
     /// `program` is the absolute path of the window's program; empty when it is not known.
     FileLoginItem(const QString &program, const LoginFile &file);
@@ -31,4 +31,4 @@ class FileLoginItem final : public LoginItem {
     LoginFile m_file;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

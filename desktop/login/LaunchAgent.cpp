@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -64,4 +64,4 @@ LoginFile launchAgent() {
             agentStarts};
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

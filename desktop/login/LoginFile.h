@@ -4,7 +4,7 @@
 #include <QByteArray>
 #include <QStringList>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// One file, which names the program.
 struct LoginFile {
@@ -28,4 +28,4 @@ LoginFile autostartEntry();
 /// The property list that macOS looks for.
 LoginFile launchAgent();
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -4,11 +4,11 @@
 
 #include <memory>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// The preferences of macOS: the application's effective appearance, which AppKit derives from the system's,
 /// and the display options of accessibility, followed while this lives. Values are there from the beginning.
-class AppKitPreferences final : public DesktopPreferences {
+class AppKitPreferences final : public design::DesktopPreferences {
   public:
     AppKitPreferences();
     ~AppKitPreferences() override;
@@ -24,4 +24,4 @@ class AppKitPreferences final : public DesktopPreferences {
     std::unique_ptr<Observation> m_observation;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -6,7 +6,7 @@
 
 @interface KestrinPreferencesObserver : NSObject {
   @public
-    kestrin::AppKitPreferences *preferences;
+    kestrin::desktop::AppKitPreferences *preferences;
 }
 - (void)displayOptionsDidChange:(NSNotification *)notification;
 @end
@@ -26,7 +26,7 @@
 
 @end
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -90,4 +90,4 @@ void AppKitPreferences::read() {
     }
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -6,7 +6,9 @@
 
 #include <algorithm>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace design;
 
 namespace {
 
@@ -81,4 +83,4 @@ QImage appKitSymbol(const char *name, double em, int pixels, KestrinWeight weigh
     }
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -5,7 +5,9 @@
 
 #import <AppKit/AppKit.h>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace engine;
 
 namespace {
 
@@ -112,4 +114,4 @@ std::unique_ptr<LaunchSubscription> AppKitWorkspace::subscribeToLaunches(LaunchH
     return std::make_unique<AppKitLaunchSubscription>(std::move(handler));
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -3,7 +3,9 @@
 #include "desktop/macos/AppKitPreferences.h"
 #include "desktop/macos/AppKitSymbols.h"
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace design;
 
 std::unique_ptr<DesktopPreferences> makePreferences() {
     return std::make_unique<AppKitPreferences>();
@@ -13,4 +15,4 @@ NativeSymbol nativeSymbols() {
     return appKitSymbol;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

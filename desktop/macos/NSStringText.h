@@ -5,7 +5,7 @@
 
 #include <QString>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Both directions copy the UTF-16 units as they are: a zero character or half a surrogate pair, which other
 /// programs may have in their names, comes through. `text` is not nil.
@@ -20,4 +20,4 @@ inline NSString *toNSString(const QString &text) {
                                    length:static_cast<NSUInteger>(text.size())];
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Preferences in the macOS user defaults of the Kestrin application, under the keys as they are. The
 /// application itself and programs outside its bundle, such as kestrinctl, share them.
@@ -12,7 +12,7 @@ namespace kestrin {
 /// Once somebody listens to `changed`, changes made elsewhere in this process are told by the system's
 /// notification, and those of other processes when the system has written them to the domain's file, which
 /// may take it some seconds. Main thread only.
-class NSUserDefaultsStore final : public UserDefaults {
+class NSUserDefaultsStore final : public runtime::UserDefaults {
     Q_OBJECT
 
   public:
@@ -35,4 +35,4 @@ class NSUserDefaultsStore final : public UserDefaults {
     std::unique_ptr<Private> d;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

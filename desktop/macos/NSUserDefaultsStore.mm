@@ -1,15 +1,18 @@
 #include "desktop/macos/NSUserDefaultsStore.h"
 
-#include "foundation/FileWatch.h"
 #include "desktop/macos/NSStringText.h"
 #include "desktop/macos/ObjectReference.h"
+#include "foundation/FileWatch.h"
 
 #include <QMetaMethod>
 #include <QPointer>
 
 #import <Foundation/Foundation.h>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace foundation;
+using namespace runtime;
 
 namespace {
 
@@ -172,4 +175,4 @@ void NSUserDefaultsStore::tellDifferences() {
         Q_EMIT changed(key);
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

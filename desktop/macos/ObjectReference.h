@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Keeps one object alive, or none, with automatic reference counting and without it.
 template <typename Object>
@@ -48,4 +48,4 @@ Object autoreleased(Object object) {
 #endif
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -7,7 +7,10 @@
 
 #include <QCoreApplication>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace engine;
+using namespace runtime;
 
 void prepareEventLoop() {
     // Launches arrive in the main queue, which Qt's own event loop of a program without windows does not
@@ -38,4 +41,4 @@ std::unique_ptr<LoginItem> makeLoginItem(const QString &program) {
         program.isEmpty() ? FileLoginItem::installedProgram(folder, file) : program, file);
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

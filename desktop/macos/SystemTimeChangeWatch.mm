@@ -8,7 +8,9 @@
 
 #include <ctime>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace runtime;
 
 namespace {
 
@@ -62,4 +64,4 @@ SystemTimeChangeWatch::~SystemTimeChangeWatch() {
     }
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

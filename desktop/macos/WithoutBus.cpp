@@ -5,7 +5,7 @@
 #include "desktop/session/RunningInstance.h"
 #include "desktop/session/TrayHost.h"
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 RunningInstance::Answer RunningInstance::activateRunning(const QString &) {
     return Answer::none;
@@ -36,4 +36,4 @@ void DesktopNotices::takeToken(uint, const QString &) {}
 
 void DesktopNotices::forget(uint) {}
 
-} // namespace kestrin
+} // namespace kestrin::desktop

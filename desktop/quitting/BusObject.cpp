@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -45,4 +45,4 @@ BusObject BusObject::fromIntrospection(const QString &text) {
     return object;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

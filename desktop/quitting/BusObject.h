@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 struct BusObject {
     /// By interface, the methods that take no argument.
@@ -18,4 +18,4 @@ struct BusObject {
     static BusObject fromIntrospection(const QString &xml);
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -16,7 +16,9 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace foundation;
 
 namespace {
 
@@ -473,4 +475,4 @@ bool asksBeforeItQuits(QByteArrayView memoryMap) {
     return false;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -9,7 +9,7 @@
 
 #include <chrono>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Who is to be asked, and what is known of it. What its windows say is only believed of its own process.
 struct QuitTarget {
@@ -52,4 +52,4 @@ struct TrayIconAddress {
 /// lost.
 bool asksBeforeItQuits(QByteArrayView memoryMap);
 
-} // namespace kestrin
+} // namespace kestrin::desktop

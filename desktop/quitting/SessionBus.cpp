@@ -3,7 +3,9 @@
 #include <cerrno>
 #include <cstdint>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace foundation;
 
 std::unique_ptr<SessionBus> SessionBus::connect() {
     sd_bus *bus = nullptr;
@@ -69,4 +71,4 @@ bool SessionBus::waitUntil(const std::function<bool()> &isDone, const Deadline &
     return true;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -11,7 +11,7 @@
 #include <list>
 #include <memory>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// A method of an object of a member of the bus.
 struct BusMethod {
@@ -51,7 +51,7 @@ class SessionBus {
     bool tellsOfLeaving(sd_bus_message *reply) const;
 
     /// Hands out answers as they come. False when that was not enough by the deadline, or the bus has gone.
-    bool waitUntil(const std::function<bool()> &isDone, const Deadline &deadline);
+    bool waitUntil(const std::function<bool()> &isDone, const foundation::Deadline &deadline);
 
   private:
     struct Unref {
@@ -74,4 +74,4 @@ class SessionBus {
     std::list<Pending> m_pending;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

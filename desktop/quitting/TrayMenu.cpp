@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -153,4 +153,4 @@ std::optional<qint32> quitItem(const TrayMenuItem &root, const QStringList &word
     return item ? std::optional(item->id) : std::nullopt;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

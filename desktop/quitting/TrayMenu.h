@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// One item as com.canonical.dbusmenu describes it, with the values that it has when nothing is said.
 struct TrayMenuItem {
@@ -34,4 +34,4 @@ bool meansQuit(const QString &label, const QStringList &words, const QStringList
 std::optional<qint32> quitItem(const TrayMenuItem &root, const QStringList &words,
                                const QStringList &applicationNames);
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 std::optional<QDBusConnection> desktopBus() {
     if (!qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") &&
@@ -14,4 +14,4 @@ std::optional<QDBusConnection> desktopBus() {
     return bus.isConnected() ? std::optional(bus) : std::nullopt;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

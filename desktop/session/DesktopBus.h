@@ -4,10 +4,10 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// The session bus; absent where there is none. Never starts one, which libdbus would do, and which takes its
 /// time and helps nobody.
 std::optional<QDBusConnection> desktopBus();
 
-} // namespace kestrin
+} // namespace kestrin::desktop

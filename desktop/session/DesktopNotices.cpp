@@ -10,7 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -60,4 +60,4 @@ void DesktopNotices::forget(uint id) {
     m_ids.removeOne(id);
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Short notices that the desktop shows over other windows and does not keep (org.freedesktop.Notifications).
 /// Where nobody shows them nothing happens. Main thread.
@@ -29,4 +29,4 @@ class DesktopNotices : public QObject {
     QString m_token;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

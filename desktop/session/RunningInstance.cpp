@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -82,6 +82,6 @@ bool RunningInstance::claim() {
     return bus->registerObject(objectPath(), this) && bus->registerService(name);
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop
 
 #include "RunningInstance.moc"

@@ -3,7 +3,7 @@
 
 #include <QObject>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// The one running instance of the user, by the name of its desktop entry (org.freedesktop.Application).
 /// Where there is no bus nothing is ever claimed or found. Main thread.
@@ -31,4 +31,4 @@ class RunningInstance : public QObject {
     void activated(const QString &token);
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

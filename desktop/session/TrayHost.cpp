@@ -10,7 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -53,4 +53,4 @@ void TrayHost::set(bool isPresent) {
     Q_EMIT changed();
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

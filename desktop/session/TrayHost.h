@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Whether the desktop has a place for icons of programs that run in the background. Panels come late and
 /// are started anew, so it may change at any time. Main thread.
@@ -25,4 +25,4 @@ class TrayHost : public QObject {
     bool m_isPresent = false;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -4,7 +4,7 @@
 
 #include <ctime>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -31,4 +31,4 @@ BrokenPipeGuard::~BrokenPipeGuard() {
     ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

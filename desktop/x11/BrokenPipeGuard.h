@@ -3,7 +3,7 @@
 
 #include <csignal>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// xcb writes to its socket in a way that raises SIGPIPE when the server has gone, which ends a process that
 /// has made no arrangements. While an object of this class lives, the calling thread turns that into an
@@ -21,4 +21,4 @@ class BrokenPipeGuard {
     bool m_wasPending = false;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

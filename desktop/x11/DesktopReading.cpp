@@ -12,7 +12,9 @@
 #include <unordered_map>
 #include <vector>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace foundation;
 
 namespace {
 
@@ -172,8 +174,9 @@ std::optional<QList<quint32>> clientList(X11Connection &connection, const Deadli
 
 const DesktopWindow &DesktopApplication::representative() const {
     const auto best = [this](auto isGood) { return std::find_if(windows.cbegin(), windows.cend(), isGood); };
-    auto found =
-        best([](const DesktopWindow &window) { return window.facts.claims.isNamed() && !window.facts.claims.isSite(); });
+    auto found = best([](const DesktopWindow &window) {
+        return window.facts.claims.isNamed() && !window.facts.claims.isSite();
+    });
     if (found == windows.cend())
         found = best([](const DesktopWindow &window) { return window.facts.claims.isNamed(); });
     return found == windows.cend() ? windows.first() : *found;
@@ -313,4 +316,4 @@ QList<quint32> windowsInUse(X11Connection &connection, const QList<quint32> &win
     return result;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

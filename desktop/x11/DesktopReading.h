@@ -10,7 +10,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 struct DesktopWindow {
     quint32 id = 0;
@@ -39,23 +39,25 @@ struct DesktopReading {
     QList<DesktopApplication> applications() const;
 
     /// A window that vanished meanwhile is left out. No reading when the server did not answer in time.
-    static std::optional<DesktopReading> take(X11Connection &connection, const Deadline &deadline);
+    static std::optional<DesktopReading> take(X11Connection &connection,
+                                              const foundation::Deadline &deadline);
 };
 
 /// Whether a window manager is there now that closes windows for others (_NET_CLOSE_WINDOW).
 enum class WindowManager { absent, listsWindows, closesWindows };
-WindowManager windowManagerOf(X11Connection &connection, const Deadline &deadline);
+WindowManager windowManagerOf(X11Connection &connection, const foundation::Deadline &deadline);
 
 /// Those of the windows that want to be asked before they are closed (WM_DELETE_WINDOW).
 QList<quint32> windowsThatTakePartInClosing(X11Connection &connection, const QList<DesktopWindow> &windows,
-                                            const Deadline &deadline);
+                                            const foundation::Deadline &deadline);
 
 /// The GTK applications that the windows say they belong to, each once.
-QList<QuitTarget::GtkApplication>
-gtkApplicationsOf(X11Connection &connection, const QList<DesktopWindow> &windows, const Deadline &deadline);
+QList<QuitTarget::GtkApplication> gtkApplicationsOf(X11Connection &connection,
+                                                    const QList<DesktopWindow> &windows,
+                                                    const foundation::Deadline &deadline);
 
 /// Those of the windows that exist and are shown or minimised, whether or not a window manager lists them.
 QList<quint32> windowsInUse(X11Connection &connection, const QList<quint32> &windows,
-                            const Deadline &deadline);
+                            const foundation::Deadline &deadline);
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace foundation;
 
 LaunchWatcher::LaunchWatcher(X11Connection &connection) : m_connection(connection) {
     // The events come first, so that nothing happens between the reading and them.
@@ -116,4 +118,4 @@ void LaunchWatcher::select(quint32 window, quint32 events) {
     xcb_change_window_attributes(m_connection.xcb(), window, XCB_CW_EVENT_MASK, &events);
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

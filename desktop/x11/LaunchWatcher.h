@@ -6,7 +6,7 @@
 #include <QHash>
 #include <QSet>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Compares the desktop with what it was. A process that has become an application since is a launch,
 /// whatever it was before, and once however many windows it shows.
@@ -34,10 +34,10 @@ class LaunchWatcher {
     bool isBehind() const { return m_isBehind; }
 
   private:
-    bool compare(const DesktopReading &reading, const Deadline &deadline,
+    bool compare(const DesktopReading &reading, const foundation::Deadline &deadline,
                  QList<DesktopApplication> &launches);
     void forgetEnded(const QHash<qint32, QList<quint32>> &now, const QList<DesktopWindow> &listed,
-                     const Deadline &deadline);
+                     const foundation::Deadline &deadline);
     bool followWindows(const DesktopReading &reading);
     void select(quint32 window, quint32 events);
 
@@ -51,4 +51,4 @@ class LaunchWatcher {
     bool m_isBehind = false;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <limits>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 namespace {
 
@@ -99,4 +99,4 @@ bool isSameMachine(const QString &clientMachine, const QString &hostName) {
     return qualified.first(qualified.indexOf(u'.')).compare(plain, Qt::CaseInsensitive) == 0;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -10,7 +10,7 @@
 
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// A window's property as the X server hands it out: items of `format` bits, those of 16 and 32 bits in this
 /// machine's byte order. A property that is not there has type 0 and no bytes.
@@ -61,4 +61,4 @@ bool isIconic(const RawProperty &property, const X11Atoms &atoms);
 /// Whether a WM_CLIENT_MACHINE names the machine called `hostName`. Either may carry its domain or not.
 bool isSameMachine(const QString &clientMachine, const QString &hostName);
 
-} // namespace kestrin
+} // namespace kestrin::desktop

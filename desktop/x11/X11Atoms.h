@@ -5,7 +5,7 @@
 
 #include <array>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// The numbers differ from server to server; zero is no atom.
 struct X11Atoms {
@@ -92,4 +92,4 @@ inline constexpr X11AtomName x11AtomNames[] = {
     {&X11Atoms::typeDragAndDrop, "_NET_WM_WINDOW_TYPE_DND"},
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

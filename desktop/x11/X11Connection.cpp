@@ -5,7 +5,9 @@
 #include <poll.h>
 #include <xcb/xcbext.h>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace foundation;
 
 void X11Connection::flush() {
     const BrokenPipeGuard guard;
@@ -33,4 +35,4 @@ std::pair<X11Connection::Outcome, void *> X11Connection::waitFor(unsigned sequen
     }
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -1,8 +1,8 @@
 // A connection to an X server that may stop answering or go away at any time.
 #pragma once
 
-#include "foundation/Deadline.h"
 #include "desktop/x11/X11Atoms.h"
+#include "foundation/Deadline.h"
 
 #include <xcb/xcb.h>
 
@@ -11,7 +11,7 @@
 #include <memory>
 #include <utility>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// What one call of the workspace may cost when the X server does not answer.
 inline constexpr std::chrono::milliseconds serverPatience{2000};
@@ -65,7 +65,7 @@ class X11Connection {
         silent,  ///< no answer by the deadline, or no server any more
     };
     /// The outcome of a flushed request, and its reply, which a request without one does not have.
-    std::pair<Outcome, void *> waitFor(unsigned sequence, const Deadline &deadline);
+    std::pair<Outcome, void *> waitFor(unsigned sequence, const foundation::Deadline &deadline);
 
   private:
     xcb_connection_t *m_connection;
@@ -97,7 +97,7 @@ class PendingReply {
     }
 
     /// Null unless answered. Only the first call waits.
-    XcbMessage<Reply> take(const Deadline &deadline, Outcome &outcome) {
+    XcbMessage<Reply> take(const foundation::Deadline &deadline, Outcome &outcome) {
         if (!m_connection) {
             outcome = Outcome::refused;
             return nullptr;
@@ -108,7 +108,7 @@ class PendingReply {
             m_connection = nullptr;
         return XcbMessage<Reply>(static_cast<Reply *>(reply));
     }
-    XcbMessage<Reply> take(const Deadline &deadline) {
+    XcbMessage<Reply> take(const foundation::Deadline &deadline) {
         Outcome outcome{};
         return take(deadline, outcome);
     }
@@ -118,4 +118,4 @@ class PendingReply {
     unsigned m_sequence = 0;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -9,7 +9,9 @@
 #include <thread>
 #include <vector>
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace foundation;
 
 namespace {
 
@@ -96,4 +98,4 @@ std::unique_ptr<X11Connection> X11Connector::connect(const Deadline &deadline) {
     return connection;
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-namespace kestrin {
+namespace kestrin::desktop {
 
 /// Connects to one display. A server that accepts a connection and then says nothing would block xcb forever,
 /// so the attempt is made on a thread of its own, which is left behind when it takes too long; a late success
@@ -21,7 +21,7 @@ class X11Connector {
     void begin();
 
     /// A new connection; none when there is no such display, or no answer by the deadline.
-    std::unique_ptr<X11Connection> connect(const Deadline &deadline);
+    std::unique_ptr<X11Connection> connect(const foundation::Deadline &deadline);
 
   private:
     struct Attempt;
@@ -31,4 +31,4 @@ class X11Connector {
     std::shared_ptr<Attempt> m_attempt;
 };
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -1,11 +1,11 @@
 #include "desktop/x11/X11Workspace.h"
 
-#include "desktop/quitting/QuitCommands.h"
 #include "desktop/applications/ApplicationIdentity.h"
 #include "desktop/applications/DesktopEntryIndex.h"
+#include "desktop/applications/ProcessIdentity.h"
+#include "desktop/quitting/QuitCommands.h"
 #include "desktop/x11/DesktopReading.h"
 #include "desktop/x11/LaunchWatcher.h"
-#include "desktop/applications/ProcessIdentity.h"
 #include "desktop/x11/X11Connector.h"
 #include "engine/workspace/LaunchBroadcast.h"
 
@@ -18,7 +18,10 @@
 
 using namespace Qt::StringLiterals;
 
-namespace kestrin {
+namespace kestrin::desktop {
+
+using namespace foundation;
+using namespace engine;
 
 namespace {
 
@@ -133,7 +136,8 @@ std::optional<WorkspaceApplication> X11Workspace::Private::recordOf(const Deskto
     const auto process = ProcessIdentity::of(application.process);
     if (process.forwardsWindows())
         return std::nullopt;
-    const auto identity = ApplicationIdentity::of(application.representative().facts, process, m_entries);
+    const auto identity =
+        ApplicationIdentity::of(application.representative().facts.claims, process, m_entries);
     WorkspaceApplication record;
     if (!identity.name.isEmpty())
         record.localizedName = identity.name;
@@ -315,4 +319,4 @@ QString X11Workspace::limitation() {
     return d->limitation();
 }
 
-} // namespace kestrin
+} // namespace kestrin::desktop

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 QList<WorkspaceApplication> InMemoryWorkspace::runningApplications() {
     return m_applications;
@@ -41,4 +41,4 @@ void InMemoryWorkspace::refuse(qint32 processIdentifier) {
     m_refusing.insert(processIdentifier);
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

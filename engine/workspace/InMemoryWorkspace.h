@@ -5,7 +5,7 @@
 
 #include <QSet>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// Applications are added and removed by the owner. Launches are delivered synchronously, inside `launch`.
 class InMemoryWorkspace final : public Workspace {
@@ -32,4 +32,4 @@ class InMemoryWorkspace final : public Workspace {
     LaunchBroadcast m_launches;
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

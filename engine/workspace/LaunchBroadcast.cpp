@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 class LaunchBroadcast::Subscription final : public LaunchSubscription {
   public:
@@ -45,4 +45,4 @@ void LaunchBroadcast::tell(Launch launch, const WorkspaceApplication &applicatio
     }
 }
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -3,10 +3,10 @@
 
 #include "engine/workspace/Workspace.h"
 
-namespace kestrin {
+namespace kestrin::engine {
 
-/// Keeps the handlers of a workspace's subscribers. A launch that was noticed before somebody subscribed is not
-/// told to him, also when it is told to the others only afterwards. Main thread only.
+/// Keeps the handlers of a workspace's subscribers. A launch that was noticed before somebody subscribed is
+/// not told to him, also when it is told to the others only afterwards. Main thread only.
 class LaunchBroadcast {
   public:
     /// Numbers the launches in the order in which they were noticed.
@@ -39,4 +39,4 @@ class LaunchBroadcast {
     Launch m_nextLaunch = 0;
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

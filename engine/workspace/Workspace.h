@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 
-namespace kestrin {
+namespace kestrin::engine {
 
 /// How an application takes part in the desktop. Only `regular` ones, those that a Dock or a task bar shows,
 /// are ordinary applications.
@@ -72,4 +72,4 @@ class Workspace {
     virtual QString limitation() { return {}; }
 };
 
-} // namespace kestrin
+} // namespace kestrin::engine

@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::design;
+using namespace kestrin::app;
 
 namespace {
 

@@ -12,6 +12,9 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::engine;
+using namespace kestrin::app;
 using namespace std::chrono_literals;
 
 namespace {

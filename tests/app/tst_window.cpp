@@ -11,6 +11,10 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::engine;
+using namespace kestrin::design;
+using namespace kestrin::app;
 
 namespace {
 
@@ -223,7 +227,7 @@ void WindowTest::activity() {
         desk.runtime().logStore().append(MacProtectionEvent::create(desk.now, kind, message, name));
     };
     append(Kind::dryRun, u"Too old."_s);
-    for (const Kind kind : allCases<Kind>())
+    for (const Kind kind : foundation::allCases<Kind>())
         append(kind, u"A sentence."_s);
     append(Kind::dryRun, u"word "_s.repeated(400), u""_s);
     QTRY_COMPARE(desk.values("MacEngineEventRow"),

@@ -3,6 +3,7 @@
 #include "cli/CommandLine.h"
 #include "cli/CommandRunner.h"
 #include "cli/EventFollower.h"
+#include "desktop/login/FileLoginItem.h"
 #include "tests/support/Home.h"
 
 #include <QDir>
@@ -16,6 +17,11 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::engine;
+using namespace kestrin::runtime;
+using namespace kestrin::desktop;
+using namespace kestrin::cli;
 
 namespace {
 

@@ -19,6 +19,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::engine;
 
 namespace {
 

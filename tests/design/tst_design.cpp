@@ -24,6 +24,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::design;
 
 namespace {
 

@@ -1,8 +1,8 @@
 // What can be written before the desktop's fonts are taken in, and afterwards.
 
 #include "design/DesignSystem.h"
-#include "design/KestrinFonts.h"
 #include "design/DesktopFonts.h"
+#include "design/KestrinFonts.h"
 #include "tests/support/Files.h"
 
 #include <QFontInfo>
@@ -20,6 +20,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::design;
 
 namespace {
 

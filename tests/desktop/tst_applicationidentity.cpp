@@ -14,6 +14,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::desktop;
 
 namespace {
 
@@ -123,7 +124,7 @@ void ApplicationIdentityTest::properties() {
     const auto readClass = [](const QByteArray &bytes) {
         WindowFacts facts;
         facts.takeWindowClass({31, 8, bytes});
-        return QString(facts.instanceName + u'|' + facts.className);
+        return QString(facts.claims.instanceName + u'|' + facts.claims.className);
     };
     QCOMPARE(readClass(QByteArray("zoom\0Zoom", 9)), u"zoom|Zoom"_s);
     QCOMPARE(readClass("zoom"), u"zoom|"_s);

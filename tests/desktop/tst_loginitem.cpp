@@ -10,6 +10,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::desktop;
 
 namespace {
 

@@ -15,6 +15,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::design;
+using namespace kestrin::desktop;
 
 const QString path = u"/org/freedesktop/portal/desktop"_s;
 

@@ -8,6 +8,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::desktop;
 
 class QuitCommandsTest : public QObject {
     Q_OBJECT

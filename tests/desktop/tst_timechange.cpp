@@ -1,7 +1,7 @@
 // Jumps of the local time, with the real clock and real zones.
 
-#include "foundation/PrivateFile.h"
 #include "desktop/clock/SystemTimeChangeWatch.h"
+#include "foundation/PrivateFile.h"
 #include "tests/support/Files.h"
 
 #include <QTemporaryDir>
@@ -12,6 +12,9 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::runtime;
+using namespace kestrin::desktop;
 
 class TimeChangeTest : public QObject {
     Q_OBJECT

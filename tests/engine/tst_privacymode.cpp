@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::engine;
 
 namespace {
 
@@ -152,7 +154,7 @@ void PrivacyModeTest::quitMessages() {
     };
     for (const auto &[pid, result] : expected)
         QCOMPARE(performer.requestQuit(samples::app(u"Zoom"_s, pid)), result);
-    QCOMPARE(workspace.terminationRequests(), (QList<qint32>{10, 11}));
+    QCOMPARE(workspace.terminationRequests(), (QList<qint32>{10, 11, 12}));
 }
 
 void PrivacyModeTest::relaunchReaction() {

@@ -26,6 +26,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::engine;
 using samples::contents;
 using samples::write;
 

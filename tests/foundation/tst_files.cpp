@@ -11,6 +11,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
 
 class FilesTest : public QObject {
     Q_OBJECT

@@ -13,6 +13,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::engine;
 using namespace kestrin::fuzzing;
 
 namespace {

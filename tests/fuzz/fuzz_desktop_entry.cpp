@@ -4,6 +4,7 @@
 #include "tests/fuzz/Fuzzing.h"
 
 using namespace kestrin;
+using namespace kestrin::desktop;
 using namespace kestrin::fuzzing;
 
 namespace {

@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::design;
+using namespace kestrin::desktop;
 
 /// Matches one of the two that there were at first, as all of AppKit's do.
 @interface SampleAppearance : NSAppearance {

@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::runtime;
+using namespace kestrin::desktop;
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The workspace of macOS: records, quit requests, launches and jumps of the time, as AppKit has them and as
 // the engine and the runtime get them.
 
-#include "desktop/macos/AppKitWorkspace.h"
 #include "desktop/clock/SystemTimeChangeWatch.h"
+#include "desktop/macos/AppKitWorkspace.h"
 #include "tests/macos/MacTests.h"
 #include "tests/macos/SampleApplication.h"
 
@@ -12,6 +12,9 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::engine;
+using namespace kestrin::runtime;
+using namespace kestrin::desktop;
 
 namespace {
 

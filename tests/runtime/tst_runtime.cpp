@@ -9,6 +9,10 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::engine;
+using namespace kestrin::runtime;
+using namespace kestrin::desktop;
 
 namespace {
 
@@ -184,7 +188,10 @@ void RuntimeTest::otherProcesses() {
     // Another process over the same files, as far as files can tell.
     JSONUserDefaults theirDefaults(home.preferences());
     InMemoryWorkspace noWorkspace;
-    MacProtectionRuntime theirs(theirDefaults, {home.support(), &noWorkspace, systemTime, nullptr, nullptr});
+    MacProtectionRuntime theirs(theirDefaults, {.supportFolder = home.support(),
+                                                .workspace = noWorkspace,
+                                                .settingsStore = settingsStoreIn(home.support()),
+                                                .logStore = activityLogIn(home.support())});
     PrivacyModeFlag theirFlag(theirDefaults, theirs);
 
     theirs.setProtectedDefinition(u"zoom"_s, false);

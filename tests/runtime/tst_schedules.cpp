@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::engine;
+using namespace kestrin::runtime;
 
 namespace {
 

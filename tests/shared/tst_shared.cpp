@@ -6,6 +6,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::shared;
 using Bridge = KestrinWatchBridge;
 
 class SharedTest : public QObject {

@@ -17,12 +17,12 @@ namespace kestrin::samples {
 /// Privacy Mode on.
 struct Home {
     QTemporaryDir folder;
-    InMemoryWorkspace workspace;
+    engine::InMemoryWorkspace workspace;
     QDateTime now{QDate(2026, 3, 14), QTime(12, 0)};
-    JSONUserDefaults defaults{preferences()};
-    JSONPrivacyModeSettingsStore settings{QUrl::fromLocalFile(support() + u"/privacy-mode-settings.json"_s),
-                                          {true, {}}};
-    JSONMacActivityLogStore log{QUrl::fromLocalFile(support() + u"/activity-log.json"_s)};
+    desktop::JSONUserDefaults defaults{preferences()};
+    engine::JSONPrivacyModeSettingsStore settings{
+        QUrl::fromLocalFile(support() + u"/privacy-mode-settings.json"_s), {true, {}}};
+    engine::JSONMacActivityLogStore log{QUrl::fromLocalFile(support() + u"/activity-log.json"_s)};
 
     Home() {
         workspace.add(running(u"Zoom"_s, 10, u"us.zoom.xos"_s));
@@ -31,11 +31,11 @@ struct Home {
 
     QString preferences() const { return folder.filePath(u"config/user-defaults.json"_s); }
     QString support() const { return folder.filePath(u"data/Kestrin"_s); }
-    MacProtectionSurroundings surroundings() {
+    runtime::MacProtectionSurroundings surroundings() {
         return {.supportFolder = support(),
                 .workspace = workspace,
-                .settingsStore = settingsStoreIn(support()),
-                .logStore = activityLogIn(support()),
+                .settingsStore = runtime::settingsStoreIn(support()),
+                .logStore = runtime::activityLogIn(support()),
                 .clock = [this] { return now; }};
     }
     QStringList story() { return samples::story(log); }

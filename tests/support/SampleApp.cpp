@@ -12,6 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace kestrin::samples {
 
+using namespace engine;
+
 namespace {
 
 /// Ends with this process, quietly.
@@ -125,11 +127,11 @@ Launches::Launches(Workspace &workspace)
     : subscription(workspace.subscribeToLaunches(
           [this](const WorkspaceApplication &application) { pids.append(application.processIdentifier); })) {}
 
-void desktop::stopWindowManager(int signal) {
+void display::stopWindowManager(int signal) {
     end(windowManagerVariable, signal);
 }
 
-void desktop::startWindowManager() {
+void display::startWindowManager() {
     // Runs when the windows have been adopted. What the window manager says on the root window comes earlier.
     const QString ready = qEnvironmentVariable("KESTRIN_DESKTOP") + u"/ready"_s;
     QFile::remove(ready);
@@ -138,17 +140,17 @@ void desktop::startWindowManager() {
         qFatal("The window manager does not become ready.");
 }
 
-void desktop::signalServer(int signal) {
+void display::signalServer(int signal) {
     sendSignal(serverVariable, signal);
 }
 
-void desktop::killServer() {
+void display::killServer() {
     end(serverVariable, SIGKILL);
     children.erase(windowManagerVariable);
     qunsetenv(windowManagerVariable);
 }
 
-void desktop::restartServer() {
+void display::restartServer() {
     start(serverVariable, u"Xvfb"_s,
           {qEnvironmentVariable("DISPLAY"), u"-screen"_s, u"0"_s, u"1600x1200x24"_s, u"-nolisten"_s, u"tcp"_s,
            u"-noreset"_s, u"-auth"_s, qEnvironmentVariable("XAUTHORITY")});

@@ -40,18 +40,18 @@ class SampleApp {
 void installEntry(const QString &id, const QString &name, const QStringList &furtherLines = {});
 
 /// The process ids of the running applications.
-QList<qint32> running(Workspace &workspace);
+QList<qint32> running(engine::Workspace &workspace);
 
 /// The process ids of everything that was launched since.
 struct Launches {
-    explicit Launches(Workspace &workspace);
+    explicit Launches(engine::Workspace &workspace);
 
     QList<qint32> pids;
-    std::unique_ptr<LaunchSubscription> subscription;
+    std::unique_ptr<engine::LaunchSubscription> subscription;
 };
 
 /// The window manager and the X server of this desktop, which a test may end and start again.
-namespace desktop {
+namespace display {
 /// With SIGTERM it takes leave; with SIGKILL what it told about the windows stays behind.
 void stopWindowManager(int signal);
 /// Returns when it has adopted the windows.
@@ -60,7 +60,7 @@ void signalServer(int signal);
 void killServer();
 /// On the same display, with a window manager.
 void restartServer();
-} // namespace desktop
+} // namespace display
 
 /// Waits for a fact without running the event loop; false when it takes longer than a generous while.
 bool waitBlocking(const std::function<bool()> &fact);

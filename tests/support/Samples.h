@@ -12,30 +12,30 @@ namespace kestrin::samples {
 
 using namespace Qt::StringLiterals;
 
-inline RunningMacApp app(const QString &name, qint32 processIdentifier = 100,
-                         const std::optional<QString> &bundleIdentifier = std::nullopt) {
+inline engine::RunningMacApp app(const QString &name, qint32 processIdentifier = 100,
+                                 const std::optional<QString> &bundleIdentifier = std::nullopt) {
     return {processIdentifier, name, bundleIdentifier, std::nullopt};
 }
 
-inline WorkspaceApplication running(const QString &name, qint32 processIdentifier,
-                                    const std::optional<QString> &bundleIdentifier = std::nullopt) {
-    return {ActivationPolicy::regular, name, processIdentifier, bundleIdentifier, std::nullopt};
+inline engine::WorkspaceApplication running(const QString &name, qint32 processIdentifier,
+                                            const std::optional<QString> &bundleIdentifier = std::nullopt) {
+    return {engine::ActivationPolicy::regular, name, processIdentifier, bundleIdentifier, std::nullopt};
 }
 
-inline MacProtectionEvent event(const QString &message) {
-    return MacProtectionEvent::create(QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 589), Qt::UTC),
-                                      MacProtectionEventKind::dryRun, message);
+inline engine::MacProtectionEvent event(const QString &message) {
+    return engine::MacProtectionEvent::create(QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 589), Qt::UTC),
+                                              engine::MacProtectionEventKind::dryRun, message);
 }
 
-inline QStringList messages(const QList<MacProtectionEvent> &events) {
+inline QStringList messages(const QList<engine::MacProtectionEvent> &events) {
     QStringList texts;
-    for (const MacProtectionEvent &event : events)
+    for (const engine::MacProtectionEvent &event : events)
         texts.append(event.message);
     return texts;
 }
 
 /// Everything that a log holds, oldest first.
-inline QStringList story(MacActivityLogStoring &log) {
+inline QStringList story(engine::MacActivityLogStoring &log) {
     QStringList texts = messages(log.recent(1000));
     std::reverse(texts.begin(), texts.end());
     return texts;

@@ -19,9 +19,9 @@ namespace kestrin::samples {
 struct WindowHome : Home {
     /// What is seen goes first.
     struct Shown {
-        std::unique_ptr<QQmlEngine> engine = makeEngine();
-        Protection protection;
-        ProtectionWindow window{*engine};
+        std::unique_ptr<QQmlEngine> engine = app::makeEngine();
+        app::Protection protection;
+        app::ProtectionWindow window{*engine};
     };
     std::unique_ptr<Shown> shown;
 
@@ -32,16 +32,18 @@ struct WindowHome : Home {
     }
 
     void open() {
-        shown.reset(new Shown{.protection = Protection(defaults, surroundings())});
+        shown.reset(new Shown{.protection = app::Protection(defaults, surroundings())});
         shown->window.open(shown->protection.state);
     }
 
     QQuickWindow &window() const { return *shown->window.window(); }
-    MacProtectionRuntime &runtime() const { return shown->protection.runtime; }
+    runtime::MacProtectionRuntime &runtime() const { return shown->protection.runtime; }
     QQuickItem &root() const { return *window().contentItem()->childItems().constFirst(); }
-    MacSection section() const { return static_cast<MacSection>(root().property("selectedSection").toInt()); }
+    app::MacSection section() const {
+        return static_cast<app::MacSection>(root().property("selectedSection").toInt());
+    }
     /// As a shortcut or the sidebar does it.
-    void select(MacSection section) const {
+    void select(app::MacSection section) const {
         QMetaObject::invokeMethod(&root(), "select", Q_ARG(int, static_cast<int>(section)));
     }
 };

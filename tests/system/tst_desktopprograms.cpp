@@ -14,6 +14,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::engine;
+using namespace kestrin::desktop;
 using samples::SampleApp;
 
 class DesktopProgramsTest : public QObject {

@@ -13,6 +13,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::engine;
+using namespace kestrin::desktop;
 using samples::SampleApp;
 
 class SessionQuittingTest : public QObject {

@@ -10,6 +10,8 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::engine;
+using namespace kestrin::desktop;
 using samples::installEntry;
 using samples::Launches;
 using samples::running;
@@ -168,9 +170,11 @@ void X11WorkspaceTest::whichWindowsAreAsked() {
     QCOMPARE(workspace.terminate(app.pid()), Termination::delivered);
     for (const int number : asked)
         QTRY_COMPARE(app.said(u"closed %1"_s.arg(number)), 1);
-    // Also for processes that are none.
-    for (const qint32 nobody : {app.pid(), 0, -1})
-        QTRY_COMPARE(workspace.terminate(nobody), Termination::gone);
+    // The windows that are left cannot be asked.
+    QTRY_COMPARE(workspace.terminate(app.pid()),
+                 options.contains(u"no-delete"_s) ? Termination::refused : Termination::gone);
+    for (const qint32 nobody : {0, -1})
+        QCOMPARE(workspace.terminate(nobody), Termination::gone);
     QCOMPARE(workspace.terminate(fence.pid()), Termination::delivered);
     QTRY_VERIFY(!fence.isRunning());
     QTRY_COMPARE(app.isRunning(), asked.size() < windows);
@@ -252,13 +256,13 @@ void X11WorkspaceTest::windowManagerRestarts() {
         QTRY_COMPARE(launches.pids.size(), 2);
         launches.pids.clear();
 
-        samples::desktop::stopWindowManager(signal);
+        samples::display::stopWindowManager(signal);
         // While nobody manages windows, one application ends and one begins.
         ends.kill();
         const SampleApp meanwhile;
         QTRY_COMPARE(meanwhile.said(u"mapped 1"_s), 1);
         running(workspace);
-        samples::desktop::startWindowManager();
+        samples::display::startWindowManager();
         QTRY_COMPARE(running(workspace).size(), 2);
 
         const SampleApp after;
