@@ -1,5 +1,6 @@
 #include "engine/ActivityLogFile.h"
 
+#include "foundation/FileReading.h"
 #include "foundation/JsonDecoding.h"
 #include "foundation/PrivateFile.h"
 

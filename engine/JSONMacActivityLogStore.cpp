@@ -2,6 +2,7 @@
 
 #include "engine/ActivityLogFile.h"
 #include "foundation/FileLock.h"
+#include "foundation/FileReading.h"
 #include "foundation/PrivateFile.h"
 
 #include <QDir>

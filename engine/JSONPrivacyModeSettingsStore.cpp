@@ -1,6 +1,7 @@
 #include "engine/JSONPrivacyModeSettingsStore.h"
 
 #include "foundation/FileLock.h"
+#include "foundation/FileReading.h"
 #include "foundation/PrivateFile.h"
 
 #include <QDir>

@@ -1,5 +1,6 @@
 #include "foundation/FileLock.h"
 
+#include "foundation/FileReading.h"
 #include "foundation/PrivateFile.h"
 
 #include <QFile>

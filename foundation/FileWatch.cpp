@@ -4,8 +4,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <sys/stat.h>
-
 namespace kestrin::foundation {
 
 FileWatch::FileWatch(const QString &path, QObject *parent) : QObject(parent), m_path(path) {
@@ -15,25 +13,13 @@ FileWatch::FileWatch(const QString &path, QObject *parent) : QObject(parent), m_
     QDir().mkpath(folder);
     m_watcher.addPath(folder);
     m_watcher.addPath(path);
-    m_known = currentStamp();
+    m_known = FileStamp::of(QFile::encodeName(path));
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &FileWatch::compare);
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &FileWatch::compare);
 }
 
-FileWatch::Stamp FileWatch::currentStamp() const {
-    struct stat status {};
-    if (::stat(QFile::encodeName(m_path).constData(), &status) != 0)
-        return {};
-#ifdef __APPLE__
-    const timespec &modified = status.st_mtimespec;
-#else
-    const timespec &modified = status.st_mtim;
-#endif
-    return {status.st_ino, status.st_size, modified.tv_sec, modified.tv_nsec};
-}
-
 void FileWatch::compare() {
-    const Stamp now = currentStamp();
+    const FileStamp now = FileStamp::of(QFile::encodeName(m_path));
     // The watcher does not see another inode: it has lost a replaced file, and stays with the old target of a
     // link that leads elsewhere now.
     if (now.inode != m_known.inode)

@@ -1,6 +1,8 @@
 // Hearing that a file became another one.
 #pragma once
 
+#include "foundation/FileStamp.h"
+
 #include <QFileSystemWatcher>
 #include <QObject>
 
@@ -19,22 +21,11 @@ class FileWatch : public QObject {
     void changed();
 
   private:
-    /// What tells two states of a file apart; all zero when there is none.
-    struct Stamp {
-        quint64 inode = 0;
-        qint64 size = 0;
-        qint64 modifiedSeconds = 0;
-        qint64 modifiedNanoseconds = 0;
-
-        bool operator==(const Stamp &) const = default;
-    };
-
-    Stamp currentStamp() const;
     void compare();
 
     QString m_path;
     QFileSystemWatcher m_watcher;
-    Stamp m_known;
+    FileStamp m_known;
 };
 
 } // namespace kestrin::foundation

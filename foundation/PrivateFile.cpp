@@ -13,46 +13,6 @@
 
 namespace kestrin::foundation {
 
-int openForReading(const QString &path, qint64 &size) {
-    const int descriptor =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    struct stat status {};
-    if (descriptor >= 0 && (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
-        ::close(descriptor);
-        return -1;
-    }
-    size = status.st_size;
-    return descriptor;
-}
-
-std::optional<QByteArray> readWholeFile(const QString &path, qsizetype spare) {
-    qint64 size = 0;
-    const int descriptor = openForReading(path, size);
-    if (descriptor < 0)
-        return std::nullopt;
-    // One byte more than the size tells, so that the call that finds the end needs no larger buffer.
-    QByteArray bytes(size + 1 + spare, Qt::Uninitialized);
-    qsizetype used = 0;
-    bool ended = false;
-    while (!ended) {
-        if (used + spare == bytes.size())
-            bytes.resize(bytes.size() + 4096);
-        const auto room = static_cast<std::size_t>(bytes.size() - spare - used);
-        const ssize_t got = ::read(descriptor, bytes.data() + used, room);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0) {
-            ::close(descriptor);
-            return std::nullopt;
-        }
-        used += got;
-        ended = got == 0;
-    }
-    ::close(descriptor);
-    bytes.truncate(used);
-    return bytes;
-}
-
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());

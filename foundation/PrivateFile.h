@@ -5,19 +5,9 @@
 #include <QString>
 
 #include <initializer_list>
-#include <optional>
 #include <string_view>
 
 namespace kestrin::foundation {
-
-/// The bytes of a regular file; none when it cannot be read to its end. Never waits: a pipe or a device is no
-/// file. At least `spare` more bytes behind the end may be read, whatever they hold; vectorised parsers look
-/// ahead.
-std::optional<QByteArray> readWholeFile(const QString &path, qsizetype spare = 0);
-
-/// Opens a regular file for reading and returns its descriptor, -1 when there is none; `size` is its size in
-/// bytes.
-int openForReading(const QString &path, qint64 &size);
 
 /// The bytes as the standard library likes them; they stay the array's.
 inline std::string_view viewOf(const QByteArray &bytes) {

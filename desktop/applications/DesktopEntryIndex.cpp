@@ -1,22 +1,22 @@
 #include "desktop/applications/DesktopEntryIndex.h"
 
+#include "foundation/FileReading.h"
+
 #include <QDir>
 #include <QFile>
 #include <QtGlobal>
 
 #include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <chrono>
 #include <memory>
 #include <utility>
 
 namespace kestrin::desktop {
+
+using namespace foundation;
 
 namespace {
 
@@ -30,31 +30,6 @@ struct CloseFolder {
     void operator()(DIR *folder) const { ::closedir(folder); }
 };
 using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
-
-/// Reads a file into a buffer that is used again and again, and tells its state; false when it cannot be
-/// read. Never waits for whoever is at the other end of a pipe.
-bool readFile(const QByteArray &path, QByteArray &buffer, struct stat &status) {
-    const int descriptor = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0)
-        return false;
-    bool readable = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-    const auto size = readable ? std::min<qint64>(status.st_size, maximumFileSize) : 0;
-    buffer.resize(static_cast<qsizetype>(size));
-    qsizetype used = 0;
-    while (readable && used < buffer.size()) {
-        const ssize_t got =
-            ::read(descriptor, buffer.data() + used, static_cast<std::size_t>(buffer.size() - used));
-        if (got < 0 && errno == EINTR)
-            continue;
-        readable = got >= 0;
-        if (got <= 0)
-            break;
-        used += got;
-    }
-    ::close(descriptor);
-    buffer.resize(used);
-    return readable;
-}
 
 bool isFolder(const dirent &entry, int parent) {
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
@@ -84,15 +59,6 @@ QList<QByteArray> applicationFoldersOfEnvironment() {
     return folders;
 }
 
-DesktopEntryIndex::Stamp DesktopEntryIndex::Stamp::of(const struct stat &status) {
-    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
-}
-
-DesktopEntryIndex::Stamp DesktopEntryIndex::Stamp::of(const QByteArray &path) {
-    struct stat status {};
-    return ::stat(path.constData(), &status) == 0 ? of(status) : Stamp();
-}
-
 DesktopEntryIndex::DesktopEntryIndex(const QList<QByteArray> &folders, const EntryLocales &locales)
     : m_roots(folders)
     , m_locales(locales) {}
@@ -105,7 +71,7 @@ void DesktopEntryIndex::refresh() {
 
 bool DesktopEntryIndex::isUpToDate() const {
     return !m_fresh && std::all_of(m_folders.cbegin(), m_folders.cend(), [](const Folder &folder) {
-        return folder.stamp == Stamp::of(folder.path);
+        return folder.stamp == FileStamp::of(folder.path);
     });
 }
 
@@ -131,7 +97,7 @@ void DesktopEntryIndex::listFolders() {
 
 void DesktopEntryIndex::listFolder(const QByteArray &path, const QString &idPrefix, int depth) {
     // Taken before the listing, so that what changes meanwhile is found by the next round.
-    m_folders.push_back({path, Stamp::of(path)});
+    m_folders.push_back({path, FileStamp::of(path)});
     const OpenFolder folder(::opendir(path.constData()));
     if (!folder)
         return;
@@ -167,7 +133,6 @@ void DesktopEntryIndex::readClasses() {
         return;
     m_byWindowClass.clear();
     QByteArray text;
-    struct stat status {};
     QList<std::size_t> outsideMenus;
     const auto add = [this](std::size_t number) {
         const QString folded = m_files[number].entry->windowClass.toCaseFolded();
@@ -178,10 +143,11 @@ void DesktopEntryIndex::readClasses() {
         File &file = m_files[number];
         // Most entries claim no class. Searching for the key is much cheaper than reading all the
         // translations.
-        if (!readFile(file.path, text, status) || !text.contains("StartupWMClass"))
+        const std::optional<FileStamp> stamp = readFileHead(file.path, maximumFileSize, text);
+        if (!stamp || !text.contains("StartupWMClass"))
             continue;
         file.entry = DesktopEntry::parse(text, m_locales);
-        file.stamp = Stamp::of(status);
+        file.stamp = *stamp;
         file.round = m_round;
         if (!file.entry || file.entry->isHidden || !file.entry->isApplication ||
             file.entry->isWebApplication || file.entry->windowClass.isEmpty())
@@ -198,12 +164,11 @@ void DesktopEntryIndex::readClasses() {
 const std::optional<DesktopEntry> &DesktopEntryIndex::entryOf(File &file) {
     if (file.round == m_round)
         return file.entry;
-    const Stamp now = Stamp::of(file.path);
+    const FileStamp now = FileStamp::of(file.path);
     if (file.round == 0 || now != file.stamp) {
         QByteArray text;
-        struct stat status {};
         file.entry.reset();
-        if (readFile(file.path, text, status))
+        if (readFileHead(file.path, maximumFileSize, text))
             file.entry = DesktopEntry::parse(text, m_locales);
         // It may claim another class than it did when the classes were collected.
         if (file.round != 0)

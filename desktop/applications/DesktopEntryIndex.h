@@ -2,6 +2,7 @@
 #pragma once
 
 #include "desktop/applications/DesktopEntry.h"
+#include "foundation/FileStamp.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -10,8 +11,6 @@
 
 #include <optional>
 #include <vector>
-
-struct stat;
 
 namespace kestrin::desktop {
 
@@ -44,27 +43,15 @@ class DesktopEntryIndex {
     std::optional<Found> withWindowClass(const QString &windowClass);
 
   private:
-    /// What tells two states of a folder or a file apart; all zero when there is none.
-    struct Stamp {
-        quint64 device = 0;
-        quint64 inode = 0;
-        qint64 size = 0;
-        qint64 seconds = 0;
-        qint64 nanoseconds = 0;
-
-        static Stamp of(const struct stat &status);
-        static Stamp of(const QByteArray &path);
-        bool operator==(const Stamp &) const = default;
-    };
     struct Folder {
         QByteArray path;
-        Stamp stamp;
+        foundation::FileStamp stamp;
     };
     struct File {
         QString id;
         QByteArray path;
         std::optional<DesktopEntry> entry = std::nullopt;
-        Stamp stamp = {};
+        foundation::FileStamp stamp = {};
         /// Read, and seen to be unchanged in this round.
         quint64 round = 0;
     };

@@ -1,34 +1,29 @@
 #include "desktop/applications/ProcessIdentity.h"
 
+#include "foundation/FileReading.h"
+
 #include <QFile>
 #include <QRegularExpression>
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <array>
+#include <filesystem>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 
 namespace kestrin::desktop {
 
+using namespace foundation;
+
 namespace {
 
 QByteArray linkTarget(const QByteArray &path) {
-    std::array<char, 4096> target; // NOLINT: filled by the call
-    const ssize_t length = ::readlink(path.constData(), target.data(), target.size());
-    return length > 0 ? QByteArray(target.data(), length) : QByteArray();
+    std::error_code error;
+    return QByteArray::fromStdString(std::filesystem::read_symlink(path.constData(), error).native());
 }
 
-/// The beginning of a small file.
 QByteArray fileHead(const QByteArray &path) {
-    const int descriptor = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0)
-        return {};
-    QByteArray head(4096, Qt::Uninitialized);
-    const ssize_t length = ::read(descriptor, head.data(), static_cast<std::size_t>(head.size()));
-    ::close(descriptor);
-    head.truncate(std::max<ssize_t>(length, 0));
+    QByteArray head;
+    readFileHead(path, 4096, head);
     return head;
 }
 
