@@ -1,10 +1,10 @@
 // The commands to quit that an application itself offers on the session bus.
 #pragma once
 
+#include "engine/workspace/Workspace.h"
+
 #include <QByteArray>
-#include <QByteArrayView>
 #include <QList>
-#include <QString>
 #include <QStringList>
 
 #include <chrono>
@@ -24,6 +24,8 @@ struct QuitTarget {
     /// What may stand beside "Quit" in its menu.
     QStringList names;
     QList<GtkApplication> gtkApplications;
+
+    static QuitTarget of(const engine::WorkspaceApplication &application);
 };
 
 /// What all members of the bus together may cost when they are silent.
@@ -34,22 +36,5 @@ inline constexpr std::chrono::milliseconds busPatience{400};
 /// none, accepts none, or does not answer in time; then its windows are what is left. Main thread only;
 /// connects to the bus for as long as it takes.
 bool acceptsQuitCommand(const QuitTarget &target, std::chrono::milliseconds patience = busPatience);
-
-/// Where a GTK application with this identifier has its actions.
-QByteArray gtkObjectPath(const QByteArray &applicationId);
-
-/// A tray icon by the text under which it is registered; the path is absent from many.
-struct TrayIconAddress {
-    QByteArray busName;
-    QByteArray objectPath;
-
-    static TrayIconAddress parse(const QByteArray &text);
-    bool operator==(const TrayIconAddress &) const = default;
-};
-
-/// Whether a process with this /proc/PID/maps quits like its user would when QCoreApplication::quit is
-/// called: since Qt 6 that asks the windows first, before that it ends the program and what is not saved is
-/// lost.
-bool asksBeforeItQuits(QByteArrayView memoryMap);
 
 } // namespace kestrin::desktop

@@ -17,7 +17,7 @@ struct TrayMenuItem {
     QString iconName;
     bool isEnabled = true;
     bool isVisible = true;
-    /// A separator, or something that switches on and off.
+    /// Neither a separator nor something that switches on and off.
     bool isCommand = true;
     bool hasSubmenu = false;
     std::vector<TrayMenuItem> children;
