@@ -84,7 +84,7 @@ void WorkspaceTest::recordsAndQuitRequests() {
     SampleApplication *stubborn = [SampleApplication named:@"Stubborn" process:11];
     listAsRunning([NSArray arrayWithObjects:obedient, stubborn, nil]);
     QCOMPARE(m_workspace.terminate(10), Termination::delivered);
-    QCOMPARE(m_workspace.terminate(11), Termination::gone);
+    QCOMPARE(m_workspace.terminate(11), Termination::refused);
     QCOMPARE(m_workspace.terminate(12), Termination::gone);
     QCOMPARE(obedient->requests, 1);
     QCOMPARE(stubborn->requests, 1);
