@@ -14,8 +14,8 @@ namespace kestrin::foundation {
 /// bytes.
 int openForReading(const QString &path, qint64 &size);
 
-/// The bytes of a regular file; none when it cannot be read to its end. At least `spare` more bytes behind the
-/// end may be read, whatever they hold; vectorised parsers look ahead.
+/// The bytes of a regular file; none when it cannot be read to its end. At least `spare` more bytes behind
+/// the end may be read, whatever they hold; vectorised parsers look ahead.
 std::optional<QByteArray> readWholeFile(const QString &path, qsizetype spare = 0);
 
 /// At most the first `limit` bytes of a regular file, into a buffer that may be used again and again. Returns

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <utility>
+
 namespace kestrin::desktop {
 
 /// As the window system tells it; absent is empty. Any client may claim anything.
@@ -22,6 +24,10 @@ struct ApplicationClaims {
     /// The window of a site that a browser shows as an application. It names its site where others name
     /// themselves.
     bool isSite() const { return instanceName.startsWith(QLatin1StringView("crx_")); }
+    /// Of an application's windows the first of the best stands for it.
+    bool isWorseThan(const ApplicationClaims &other) const {
+        return std::pair(isNamed(), !isSite()) < std::pair(other.isNamed(), !other.isSite());
+    }
 
     bool operator==(const ApplicationClaims &) const = default;
 };

@@ -6,8 +6,8 @@
 
 namespace kestrin::desktop {
 
-/// Questions to members of the bus that belong together: all may be under way at once, and whoever waits wants
-/// to know when the last one is answered. Outlives its questions.
+/// Questions to members of the bus that belong together: all may be under way at once, and whoever waits
+/// wants to know when the last one is answered. Outlives its questions.
 class BusQuestions {
   public:
     explicit BusQuestions(SessionBus &bus) : m_bus(bus) {}

@@ -19,8 +19,8 @@ QList<QByteArray> readTexts(sd_bus_message *message);
 /// A property that is a text or an object path; null when it is something else.
 QByteArray readTextVariant(sd_bus_message *message);
 
-/// A menu as com.canonical.dbusmenu lays it out, (ia{sv}av), as deep as the bus lets messages be. False when it
-/// is something else, or more than any honest application has.
+/// A menu as com.canonical.dbusmenu lays it out, (ia{sv}av), as deep as the bus lets messages be. False when
+/// it is something else, or more than any honest application has.
 bool readTrayMenu(sd_bus_message *message, TrayMenuItem &root);
 
 } // namespace kestrin::desktop

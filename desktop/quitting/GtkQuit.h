@@ -4,8 +4,8 @@
 
 namespace kestrin::desktop {
 
-/// The action "quit" of a GTK application (org.gtk.Actions), if it is enabled and takes no parameter. Its path
-/// is what the windows say and what the application's names lead to.
+/// The action "quit" of a GTK application (org.gtk.Actions), if it is enabled and takes no parameter. Its
+/// path is what the windows say and what the application's names lead to.
 class GtkQuit final : public QuitProtocol {
   public:
     using QuitProtocol::QuitProtocol;

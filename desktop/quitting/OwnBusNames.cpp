@@ -15,8 +15,7 @@ BusMethod busMethod(const char *member) {
 } // namespace
 
 bool OwnBusNames::find(const Deadline &deadline) {
-    m_questions.ask(busMethod("ListNames"),
-                    [this](sd_bus_message *reply) { m_allNames = readTexts(reply); });
+    m_questions.ask(busMethod("ListNames"), [this](sd_bus_message *reply) { m_allNames = readTexts(reply); });
     if (!m_questions.waitForAll(deadline))
         return false;
     for (const QByteArray &name : std::as_const(m_allNames)) {

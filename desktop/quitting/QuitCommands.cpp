@@ -116,9 +116,10 @@ bool QuitConversation::isAcceptance(sd_bus_message *reply) const {
 
 QuitTarget QuitTarget::of(const engine::WorkspaceApplication &application) {
     const QString executable = application.executablePath.value_or(QString());
-    return {application.processIdentifier,
-            {executable.sliced(executable.lastIndexOf(u'/') + 1), application.localizedName.value_or(QString())},
-            {}};
+    return {
+        application.processIdentifier,
+        {executable.sliced(executable.lastIndexOf(u'/') + 1), application.localizedName.value_or(QString())},
+        {}};
 }
 
 bool acceptsQuitCommand(const QuitTarget &target, std::chrono::milliseconds patience) {

@@ -54,7 +54,8 @@ void TrayQuit::searchMenu(const Object &icon, const QStringList &names) {
     askForProperty(icon, iconInterface, "Menu", [this, icon, allNames](sd_bus_message *reply) {
         const Object menu{icon.owner, readTextVariant(reply)};
         // Some fill their menu only when somebody is about to look at it.
-        ask({menu.owner, menu.path, menuInterface, "AboutToShow"}, [](sd_bus_message *) {}, "i", 0);
+        ask(
+            {menu.owner, menu.path, menuInterface, "AboutToShow"}, [](sd_bus_message *) {}, "i", 0);
         const auto answered = [this, menu, allNames](sd_bus_message *layout) {
             readMenu(menu, layout, *allNames);
         };

@@ -1,5 +1,7 @@
 #include "desktop/x11/DesktopReading.h"
 
+#include "desktop/x11/PropertyQuestion.h"
+
 #include <QHash>
 #include <QSet>
 #include <QSysInfo>
@@ -9,6 +11,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <iterator>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -18,54 +22,38 @@ using namespace foundation;
 
 namespace {
 
-using Property = PendingReply<xcb_get_property_reply_t>;
 using Outcome = X11Connection::Outcome;
-
-/// Asks for at most `items` times four bytes of a property, whatever its type.
-Property ask(X11Connection &connection, quint32 window, quint32 property, quint32 items) {
-    return {connection,
-            xcb_get_property(connection.xcb(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, items)};
-}
-
-RawProperty rawProperty(const xcb_get_property_reply_t *reply) {
-    if (!reply)
-        return {};
-    return {reply->type, reply->format,
-            QByteArrayView(static_cast<const char *>(xcb_get_property_value(reply)),
-                           xcb_get_property_value_length(reply))};
-}
-
-// More than any honest client needs; a longer property is read up to here.
-constexpr quint32 clientListItems = 16384;
-constexpr quint32 textItems = 256;
-constexpr quint32 atomItems = 64;
 
 /// The questions about one window, all under way at once.
 struct WindowQuestions {
-    Property windowClass;
-    Property windowType;
-    Property windowState;
-    Property gtkApplicationId;
-    Property kdeDesktopFile;
+    PropertyQuestion windowClass;
+    PropertyQuestion windowType;
+    PropertyQuestion windowState;
+    PropertyQuestion gtkApplicationId;
+    PropertyQuestion kdeDesktopFile;
 
     WindowQuestions(X11Connection &connection, quint32 window)
-        : windowClass(ask(connection, window, core_atoms::wmClass, textItems))
-        , windowType(ask(connection, window, connection.atoms().windowType, atomItems))
-        , windowState(ask(connection, window, connection.atoms().windowState, atomItems))
-        , gtkApplicationId(ask(connection, window, connection.atoms().gtkApplicationId, textItems))
-        , kdeDesktopFile(ask(connection, window, connection.atoms().kdeDesktopFile, textItems)) {}
+        : windowClass(connection, window, XCB_ATOM_WM_CLASS, PropertyQuestion::textLength)
+        , windowType(connection, window, connection.hints()._NET_WM_WINDOW_TYPE,
+                     PropertyQuestion::atomsLength)
+        , windowState(connection, window, connection.hints()._NET_WM_STATE, PropertyQuestion::atomsLength)
+        , gtkApplicationId(connection, window, connection.atoms().gtkApplicationId,
+                           PropertyQuestion::textLength)
+        , kdeDesktopFile(connection, window, connection.atoms().kdeDesktopFile,
+                         PropertyQuestion::textLength) {}
 
     /// Absent when the window has gone; `outcome` tells.
-    std::optional<WindowFacts> answers(const X11Atoms &atoms, const Deadline &deadline, Outcome &outcome) {
+    std::optional<WindowFacts> answers(const xcb_ewmh_connection_t &hints, const Deadline &deadline,
+                                       Outcome &outcome) {
         const auto classReply = windowClass.take(deadline, outcome);
         if (!classReply)
             return std::nullopt;
         WindowFacts facts;
-        facts.takeWindowClass(rawProperty(classReply.get()));
-        facts.takeWindowType(rawProperty(windowType.take(deadline).get()), atoms);
-        facts.takeWindowState(rawProperty(windowState.take(deadline).get()), atoms);
-        facts.claims.gtkApplicationId = propertyText(rawProperty(gtkApplicationId.take(deadline).get()));
-        facts.claims.kdeDesktopFile = propertyText(rawProperty(kdeDesktopFile.take(deadline, outcome).get()));
+        facts.takeWindowClass(classReply.get());
+        facts.takeWindowType(windowType.take(deadline).get(), hints);
+        facts.takeWindowState(windowState.take(deadline).get(), hints);
+        facts.claims.gtkApplicationId = propertyText(gtkApplicationId.take(deadline).get());
+        facts.claims.kdeDesktopFile = propertyText(kdeDesktopFile.take(deadline, outcome).get());
         if (outcome == Outcome::refused)
             return std::nullopt;
         return facts;
@@ -129,31 +117,32 @@ void askWindowsForProcesses(X11Connection &connection, QList<DesktopWindow> &win
                             const Deadline &deadline) {
     struct Questions {
         DesktopWindow *window;
-        Property process;
-        Property machine;
+        PropertyQuestion process;
+        PropertyQuestion machine;
     };
     std::vector<Questions> questions;
     for (DesktopWindow &window : windows) {
         if (window.process == 0)
-            questions.push_back({&window, ask(connection, window.id, connection.atoms().windowPid, 1),
-                                 ask(connection, window.id, core_atoms::wmClientMachine, textItems)});
+            questions.push_back(
+                {&window,
+                 {connection, window.id, connection.hints()._NET_WM_PID, 1},
+                 {connection, window.id, XCB_ATOM_WM_CLIENT_MACHINE, PropertyQuestion::textLength}});
     }
     if (questions.empty())
         return;
     connection.flush();
     const QString hostName = QSysInfo::machineHostName();
     for (Questions &question : questions) {
-        WindowFacts &facts = question.window->facts;
-        facts.takeProcess(rawProperty(question.process.take(deadline).get()));
-        facts.clientMachine = propertyText(rawProperty(question.machine.take(deadline).get()));
-        if (facts.claimedProcess > 0 && isSameMachine(facts.clientMachine, hostName) &&
-            isRunning(facts.claimedProcess))
-            question.window->process = facts.claimedProcess;
+        const qint32 process = claimedProcess(question.process.take(deadline).get());
+        const QString machine = propertyText(question.machine.take(deadline).get());
+        if (process > 0 && isSameMachine(machine, hostName) && isRunning(process))
+            question.window->process = process;
     }
 }
 
 std::optional<QList<quint32>> clientList(X11Connection &connection, const Deadline &deadline) {
-    Property question = ask(connection, connection.root(), connection.atoms().clientList, clientListItems);
+    PropertyQuestion question(connection, connection.root(), connection.hints()._NET_CLIENT_LIST,
+                              PropertyQuestion::listLength);
     connection.flush();
     Outcome outcome{};
     const auto reply = question.take(deadline, outcome);
@@ -161,7 +150,10 @@ std::optional<QList<quint32>> clientList(X11Connection &connection, const Deadli
         return std::nullopt;
     QList<quint32> windows;
     QSet<quint32> seen{0, connection.root()};
-    for (const quint32 window : propertyItems(rawProperty(reply.get()), core_atoms::window)) {
+    xcb_ewmh_get_windows_reply_t list{};
+    if (xcb_ewmh_get_windows_from_reply(&list, reply.get()) == 0)
+        return windows;
+    for (const quint32 window : std::span(list.windows, list.windows_len)) {
         const qsizetype before = seen.size();
         seen.insert(window);
         if (seen.size() > before)
@@ -172,14 +164,11 @@ std::optional<QList<quint32>> clientList(X11Connection &connection, const Deadli
 
 } // namespace
 
-const DesktopWindow &DesktopApplication::representative() const {
-    const auto best = [this](auto isGood) { return std::find_if(windows.cbegin(), windows.cend(), isGood); };
-    auto found = best([](const DesktopWindow &window) {
-        return window.facts.claims.isNamed() && !window.facts.claims.isSite();
-    });
-    if (found == windows.cend())
-        found = best([](const DesktopWindow &window) { return window.facts.claims.isNamed(); });
-    return found == windows.cend() ? windows.first() : *found;
+const ApplicationClaims &DesktopApplication::claims() const {
+    const auto isWorse = [](const DesktopWindow &window, const DesktopWindow &other) {
+        return window.facts.claims.isWorseThan(other.facts.claims);
+    };
+    return std::max_element(windows.cbegin(), windows.cend(), isWorse)->facts.claims;
 }
 
 QList<DesktopApplication> DesktopReading::applications() const {
@@ -197,6 +186,14 @@ QList<DesktopApplication> DesktopReading::applications() const {
         applications.append({window.process, {window}});
     }
     return applications;
+}
+
+std::optional<DesktopApplication> DesktopReading::application(qint32 process) const {
+    DesktopApplication application{process, {}};
+    std::copy_if(
+        windows.cbegin(), windows.cend(), std::back_inserter(application.windows),
+        [process](const DesktopWindow &window) { return window.counts() && window.process == process; });
+    return application.windows.isEmpty() ? std::nullopt : std::optional(application);
 }
 
 std::optional<DesktopReading> DesktopReading::take(X11Connection &connection, const Deadline &deadline) {
@@ -218,7 +215,7 @@ std::optional<DesktopReading> DesktopReading::take(X11Connection &connection, co
     for (std::size_t i = 0; i < questions.size(); ++i) {
         Outcome outcome{};
         const quint32 window = list->at(static_cast<qsizetype>(i));
-        auto facts = questions[i].answers(connection.atoms(), deadline, outcome);
+        auto facts = questions[i].answers(connection.hints(), deadline, outcome);
         if (outcome == Outcome::silent)
             return std::nullopt;
         if (facts)
@@ -228,58 +225,22 @@ std::optional<DesktopReading> DesktopReading::take(X11Connection &connection, co
     return reading;
 }
 
-WindowManager windowManagerOf(X11Connection &connection, const Deadline &deadline) {
-    const X11Atoms &atoms = connection.atoms();
-    Property check = ask(connection, connection.root(), atoms.supportingWmCheck, 1);
-    Property supported = ask(connection, connection.root(), atoms.supported, 4096);
-    connection.flush();
-    const quint32 window = propertyWindow(rawProperty(check.take(deadline).get()));
-    if (window == 0)
-        return WindowManager::absent;
-    // The property outlives its window manager; the window does not.
-    Property ownCheck = ask(connection, window, atoms.supportingWmCheck, 1);
-    connection.flush();
-    if (propertyWindow(rawProperty(ownCheck.take(deadline).get())) != window)
-        return WindowManager::absent;
-    const auto supportedReply = supported.take(deadline);
-    const PropertyItems hints = propertyItems(rawProperty(supportedReply.get()), core_atoms::atom);
-    if (!hints.contains(atoms.clientList))
-        return WindowManager::absent;
-    return hints.contains(atoms.closeWindow) ? WindowManager::closesWindows : WindowManager::listsWindows;
-}
-
-QList<quint32> windowsThatTakePartInClosing(X11Connection &connection, const QList<DesktopWindow> &windows,
-                                            const Deadline &deadline) {
-    std::vector<Property> questions;
-    for (const DesktopWindow &window : windows)
-        questions.push_back(ask(connection, window.id, connection.atoms().wmProtocols, atomItems));
-    connection.flush();
-    QList<quint32> result;
-    for (qsizetype i = 0; i < windows.size(); ++i) {
-        WindowFacts facts;
-        const auto reply = questions[static_cast<std::size_t>(i)].take(deadline);
-        facts.takeProtocols(rawProperty(reply.get()), connection.atoms());
-        if (facts.takesPartInClosing)
-            result.append(windows[i].id);
-    }
-    return result;
-}
-
 QList<QuitTarget::GtkApplication>
 gtkApplicationsOf(X11Connection &connection, const QList<DesktopWindow> &windows, const Deadline &deadline) {
     struct Questions {
-        Property busName;
-        Property objectPath;
+        PropertyQuestion busName;
+        PropertyQuestion objectPath;
     };
     std::vector<Questions> questions;
     for (const DesktopWindow &window : windows)
-        questions.push_back({ask(connection, window.id, connection.atoms().gtkBusName, textItems),
-                             ask(connection, window.id, connection.atoms().gtkApplicationPath, textItems)});
+        questions.push_back(
+            {{connection, window.id, connection.atoms().gtkBusName, PropertyQuestion::textLength},
+             {connection, window.id, connection.atoms().gtkApplicationPath, PropertyQuestion::textLength}});
     connection.flush();
     QList<QuitTarget::GtkApplication> applications;
     for (Questions &question : questions) {
-        const auto text = [&deadline](Property &property) {
-            return propertyText(rawProperty(property.take(deadline).get())).toUtf8();
+        const auto text = [&deadline](PropertyQuestion &property) {
+            return propertyText(property.take(deadline).get()).toUtf8();
         };
         const QuitTarget::GtkApplication application{text(question.busName), text(question.objectPath)};
         if (!application.busName.isEmpty() && !application.objectPath.isEmpty() &&
@@ -293,12 +254,12 @@ QList<quint32> windowsInUse(X11Connection &connection, const QList<quint32> &win
                             const Deadline &deadline) {
     struct Questions {
         PendingReply<xcb_get_window_attributes_reply_t> attributes;
-        Property state;
+        PropertyQuestion state;
     };
     std::vector<Questions> questions;
     for (const quint32 window : windows)
         questions.push_back({{connection, xcb_get_window_attributes(connection.xcb(), window)},
-                             ask(connection, window, connection.atoms().wmState, 2)});
+                             {connection, window, connection.atoms().wmState, 2}});
     connection.flush();
     QList<quint32> result;
     for (qsizetype i = 0; i < windows.size(); ++i) {
@@ -310,7 +271,7 @@ QList<quint32> windowsInUse(X11Connection &connection, const QList<quint32> &win
         if (outcome == Outcome::silent)
             result.append(windows[i]);
         else if (attributes && (attributes->map_state != XCB_MAP_STATE_UNMAPPED ||
-                                isIconic(rawProperty(state.get()), connection.atoms())))
+                                isIconic(state.get(), connection.atoms())))
             result.append(windows[i]);
     }
     return result;

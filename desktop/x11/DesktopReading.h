@@ -27,8 +27,8 @@ struct DesktopApplication {
     qint32 process = 0;
     QList<DesktopWindow> windows;
 
-    /// The window that tells best who the application is.
-    const DesktopWindow &representative() const;
+    /// Those of the window that tells best who the application is.
+    const ApplicationClaims &claims() const;
 };
 
 struct DesktopReading {
@@ -37,19 +37,12 @@ struct DesktopReading {
 
     /// In the order of their first window that counts.
     QList<DesktopApplication> applications() const;
+    std::optional<DesktopApplication> application(qint32 process) const;
 
     /// A window that vanished meanwhile is left out. No reading when the server did not answer in time.
     static std::optional<DesktopReading> take(X11Connection &connection,
                                               const foundation::Deadline &deadline);
 };
-
-/// Whether a window manager is there now that closes windows for others (_NET_CLOSE_WINDOW).
-enum class WindowManager { absent, listsWindows, closesWindows };
-WindowManager windowManagerOf(X11Connection &connection, const foundation::Deadline &deadline);
-
-/// Those of the windows that want to be asked before they are closed (WM_DELETE_WINDOW).
-QList<quint32> windowsThatTakePartInClosing(X11Connection &connection, const QList<DesktopWindow> &windows,
-                                            const foundation::Deadline &deadline);
 
 /// The GTK applications that the windows say they belong to, each once.
 QList<QuitTarget::GtkApplication> gtkApplicationsOf(X11Connection &connection,

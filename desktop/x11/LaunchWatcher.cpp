@@ -20,15 +20,15 @@ LaunchWatcher::~LaunchWatcher() {
 }
 
 bool LaunchWatcher::concerns(const xcb_generic_event_t &event) const {
-    const X11Atoms &atoms = m_connection.atoms();
+    const auto &hints = m_connection.hints();
     switch (event.response_type & 0x7f) {
     case XCB_PROPERTY_NOTIFY: {
         const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
         if (change.window == m_connection.root())
-            return change.atom == atoms.clientList;
-        return change.atom == atoms.windowType || change.atom == atoms.windowState ||
-               change.atom == atoms.windowPid || change.atom == atoms.wmState ||
-               change.atom == core_atoms::wmClientMachine;
+            return change.atom == hints._NET_CLIENT_LIST;
+        return change.atom == hints._NET_WM_WINDOW_TYPE || change.atom == hints._NET_WM_STATE ||
+               change.atom == hints._NET_WM_PID || change.atom == m_connection.atoms().wmState ||
+               change.atom == XCB_ATOM_WM_CLIENT_MACHINE;
     }
     case XCB_UNMAP_NOTIFY:
     case XCB_DESTROY_NOTIFY:

@@ -1,9 +1,9 @@
 #include "desktop/x11/WindowFacts.h"
 
+#include <QByteArrayView>
 #include <QStringDecoder>
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 
 namespace kestrin::desktop {
@@ -21,71 +21,76 @@ QByteArrayView upToNul(QByteArrayView bytes) {
     return bytes.first(std::find(bytes.cbegin(), bytes.cend(), '\0') - bytes.cbegin());
 }
 
+/// Without any bytes when it is no text.
+QByteArrayView textBytes(PropertyReply *property) {
+    if (!property || property->format != 8)
+        return {};
+    return {static_cast<const char *>(xcb_get_property_value(property)),
+            xcb_get_property_value_length(property)};
+}
+
 } // namespace
 
-PropertyItems propertyItems(const RawProperty &property, quint32 type) {
-    PropertyItems items;
-    if (type == 0 || property.type != type || property.format != 32)
-        return items;
-    items.resize(property.bytes.size() / 4);
-    if (!items.isEmpty())
-        std::memcpy(items.data(), property.bytes.data(), static_cast<std::size_t>(items.size()) * 4);
-    return items;
+std::span<const xcb_atom_t> propertyAtoms(PropertyReply *property) {
+    xcb_ewmh_get_atoms_reply_t atoms{};
+    if (xcb_ewmh_get_atoms_from_reply(&atoms, property) == 0)
+        return {};
+    return {atoms.atoms, atoms.atoms_len};
 }
 
-QString propertyText(const RawProperty &property) {
-    return property.format == 8 ? decoded(upToNul(property.bytes)) : QString();
+QString propertyText(PropertyReply *property) {
+    return decoded(upToNul(textBytes(property)));
 }
 
-quint32 propertyWindow(const RawProperty &property) {
-    const PropertyItems items = propertyItems(property, core_atoms::window);
-    return items.isEmpty() ? 0 : items.first();
+xcb_window_t propertyWindow(PropertyReply *property) {
+    xcb_window_t window = 0;
+    return xcb_ewmh_get_window_from_reply(&window, property) != 0 ? window : 0;
 }
 
-void WindowFacts::takeWindowClass(const RawProperty &property) {
-    if (property.format != 8)
-        return;
-    const QByteArrayView instance = upToNul(property.bytes);
+void WindowFacts::takeWindowClass(PropertyReply *property) {
+    const QByteArrayView bytes = textBytes(property);
+    const QByteArrayView instance = upToNul(bytes);
     claims.instanceName = decoded(instance);
-    if (instance.size() < property.bytes.size())
-        claims.className = decoded(upToNul(property.bytes.sliced(instance.size() + 1)));
+    if (instance.size() < bytes.size())
+        claims.className = decoded(upToNul(bytes.sliced(instance.size() + 1)));
 }
 
-void WindowFacts::takeWindowType(const RawProperty &property, const X11Atoms &atoms) {
-    const quint32 shown[] = {atoms.typeNormal, atoms.typeDialog};
-    const quint32 notShown[] = {atoms.typeDesktop,      atoms.typeDock,      atoms.typeToolbar,
-                                atoms.typeMenu,         atoms.typeUtility,   atoms.typeSplash,
-                                atoms.typeDropdownMenu, atoms.typePopupMenu, atoms.typeTooltip,
-                                atoms.typeNotification, atoms.typeCombo,     atoms.typeDragAndDrop};
+void WindowFacts::takeWindowType(PropertyReply *property, const xcb_ewmh_connection_t &hints) {
+    const xcb_atom_t shown[] = {hints._NET_WM_WINDOW_TYPE_NORMAL, hints._NET_WM_WINDOW_TYPE_DIALOG};
+    const xcb_atom_t notShown[] = {
+        hints._NET_WM_WINDOW_TYPE_DESKTOP,    hints._NET_WM_WINDOW_TYPE_DOCK,
+        hints._NET_WM_WINDOW_TYPE_TOOLBAR,    hints._NET_WM_WINDOW_TYPE_MENU,
+        hints._NET_WM_WINDOW_TYPE_UTILITY,    hints._NET_WM_WINDOW_TYPE_SPLASH,
+        hints._NET_WM_WINDOW_TYPE_POPUP_MENU, hints._NET_WM_WINDOW_TYPE_DROPDOWN_MENU,
+        hints._NET_WM_WINDOW_TYPE_TOOLTIP,    hints._NET_WM_WINDOW_TYPE_NOTIFICATION,
+        hints._NET_WM_WINDOW_TYPE_COMBO,      hints._NET_WM_WINDOW_TYPE_DND};
     // Clients list their types by preference; private ones of some toolkit come before those that all know.
-    for (const quint32 type : propertyItems(property, core_atoms::atom)) {
-        if (std::find(std::begin(shown), std::end(shown), type) != std::end(shown))
+    for (const xcb_atom_t type : propertyAtoms(property)) {
+        if (std::ranges::count(shown, type) > 0)
             return;
-        if (std::find(std::begin(notShown), std::end(notShown), type) != std::end(notShown)) {
+        if (std::ranges::count(notShown, type) > 0) {
             hasShownType = false;
             return;
         }
     }
 }
 
-void WindowFacts::takeWindowState(const RawProperty &property, const X11Atoms &atoms) {
-    skipsTaskbar = propertyItems(property, core_atoms::atom).contains(atoms.skipTaskbar);
+void WindowFacts::takeWindowState(PropertyReply *property, const xcb_ewmh_connection_t &hints) {
+    skipsTaskbar = std::ranges::count(propertyAtoms(property), hints._NET_WM_STATE_SKIP_TASKBAR) > 0;
 }
 
-void WindowFacts::takeProtocols(const RawProperty &property, const X11Atoms &atoms) {
-    takesPartInClosing = propertyItems(property, core_atoms::atom).contains(atoms.wmDeleteWindow);
+qint32 claimedProcess(PropertyReply *property) {
+    std::uint32_t process = 0;
+    if (xcb_ewmh_get_cardinal_from_reply(&process, property) == 0 ||
+        process > quint32{std::numeric_limits<qint32>::max()})
+        return 0;
+    return static_cast<qint32>(process);
 }
 
-void WindowFacts::takeProcess(const RawProperty &property) {
-    const PropertyItems items = propertyItems(property, core_atoms::cardinal);
-    if (!items.isEmpty() && items.first() <= quint32{std::numeric_limits<qint32>::max()})
-        claimedProcess = static_cast<qint32>(items.first());
-}
-
-bool isIconic(const RawProperty &property, const X11Atoms &atoms) {
+bool isIconic(PropertyReply *property, const X11Atoms &atoms) {
     constexpr quint32 iconicState = 3;
-    const PropertyItems items = propertyItems(property, atoms.wmState);
-    return !items.isEmpty() && items.first() == iconicState;
+    return property && property->type == atoms.wmState && property->format == 32 && property->value_len > 0 &&
+           *static_cast<const quint32 *>(xcb_get_property_value(property)) == iconicState;
 }
 
 bool isSameMachine(const QString &clientMachine, const QString &hostName) {

@@ -9,6 +9,16 @@ namespace kestrin::desktop {
 
 using namespace foundation;
 
+X11Connection::~X11Connection() {
+    xcb_ewmh_connection_wipe(&m_server.hints);
+    xcb_disconnect(m_connection);
+}
+
+void X11Connection::requestClosing(xcb_window_t window) {
+    xcb_ewmh_request_close_window(&m_server.hints, m_server.screen, window, XCB_CURRENT_TIME,
+                                  XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER);
+}
+
 void X11Connection::flush() {
     const BrokenPipeGuard guard;
     xcb_flush(m_connection);

@@ -4,7 +4,10 @@
 #include "desktop/x11/X11Atoms.h"
 #include "foundation/Deadline.h"
 
+#include <QtGlobal>
+
 #include <xcb/xcb.h>
+#include <xcb/xcb_ewmh.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -26,10 +29,14 @@ using XcbMessage = std::unique_ptr<Message, FreeDeleter>;
 
 /// What was learnt of a server when the connection was made.
 struct X11Server {
+    /// The screen, and its root window.
+    int screen = 0;
     quint32 root = 0;
     /// The bits of a resource's number that its client chose; the others tell the client.
     quint32 resourceMask = 0;
     X11Atoms atoms;
+    /// The names of the Extended Window Manager Hints (EWMH); what it owns is the connection's.
+    xcb_ewmh_connection_t hints{};
     /// The server tells the processes behind its clients (X-Resource 1.2).
     bool tellsProcesses = false;
 };
@@ -46,15 +53,19 @@ class X11Connection {
         , m_server(server) {}
     X11Connection(const X11Connection &) = delete;
     X11Connection &operator=(const X11Connection &) = delete;
-    ~X11Connection() { xcb_disconnect(m_connection); }
+    ~X11Connection();
 
     xcb_connection_t *xcb() const { return m_connection; }
     const X11Server &server() const { return m_server; }
     const X11Atoms &atoms() const { return m_server.atoms; }
+    const xcb_ewmh_connection_t &hints() const { return m_server.hints; }
     quint32 root() const { return m_server.root; }
 
     /// The server has gone away; nothing will ever be answered any more.
     bool isBroken() const { return xcb_connection_has_error(m_connection) != 0; }
+
+    /// Requests that the window manager closes a window (_NET_CLOSE_WINDOW), in the name of the user.
+    void requestClosing(xcb_window_t window);
 
     /// Hands all requests to the server.
     void flush();
@@ -64,7 +75,7 @@ class X11Connection {
         refused, ///< the server answered with an error: the window has gone, for example
         silent,  ///< no answer by the deadline, or no server any more
     };
-    /// The outcome of a flushed request, and its reply, which a request without one does not have.
+    /// The outcome of a flushed request, and its reply.
     std::pair<Outcome, void *> waitFor(unsigned sequence, const foundation::Deadline &deadline);
 
   private:

@@ -15,7 +15,8 @@ using namespace foundation;
 
 namespace {
 
-void internAtoms(xcb_connection_t *connection, X11Atoms &atoms) {
+void internAtoms(xcb_connection_t *connection, X11Server &server) {
+    xcb_intern_atom_cookie_t *const hints = xcb_ewmh_init_atoms(connection, &server.hints);
     std::vector<xcb_intern_atom_cookie_t> cookies;
     for (const X11AtomName &atom : x11AtomNames)
         cookies.push_back(
@@ -24,8 +25,11 @@ void internAtoms(xcb_connection_t *connection, X11Atoms &atoms) {
         const XcbMessage<xcb_intern_atom_reply_t> reply(
             xcb_intern_atom_reply(connection, cookies[i], nullptr));
         if (reply)
-            atoms.*x11AtomNames[i].number = reply->atom;
+            server.atoms.*x11AtomNames[i].number = reply->atom;
     }
+    // When it fails it has given back what the structure owns.
+    if (xcb_ewmh_init_atoms_replies(&server.hints, hints, nullptr) == 0)
+        server.hints = {};
 }
 
 bool tellsProcesses(xcb_connection_t *connection) {
@@ -48,11 +52,12 @@ std::unique_ptr<X11Connection> connectTo(const QByteArray &display) {
         const xcb_setup_t *const setup = xcb_get_setup(connection);
         server.resourceMask = setup->resource_id_mask;
         xcb_screen_iterator_t screens = xcb_setup_roots_iterator(setup);
-        for (int i = 0; i < screenNumber && screens.rem > 1; ++i)
+        for (; server.screen < screenNumber && screens.rem > 1; ++server.screen)
             xcb_screen_next(&screens);
-        if (screens.rem > 0)
+        if (screens.rem > 0) {
             server.root = screens.data->root;
-        internAtoms(connection, server.atoms);
+            internAtoms(connection, server);
+        }
         server.tellsProcesses = tellsProcesses(connection);
     }
     auto result = std::make_unique<X11Connection>(connection, server);
@@ -68,9 +73,19 @@ struct X11Connector::Attempt {
     std::unique_ptr<X11Connection> connection;
 };
 
+std::unique_ptr<X11Connection> X11Connector::connect(const Deadline &deadline) {
+    if (!m_attempt)
+        begin();
+    std::unique_lock lock(m_attempt->mutex);
+    if (!m_attempt->ended.wait_for(lock, deadline.remaining(), [this] { return m_attempt->isEnded; }))
+        return nullptr;
+    auto connection = std::move(m_attempt->connection);
+    lock.unlock();
+    m_attempt.reset();
+    return connection;
+}
+
 void X11Connector::begin() {
-    if (m_attempt)
-        return;
     m_attempt = std::make_shared<Attempt>();
     // The thread inherits a mask without signals: they are the main thread's business.
     sigset_t all;
@@ -85,17 +100,6 @@ void X11Connector::begin() {
         attempt->ended.notify_one();
     }).detach();
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-}
-
-std::unique_ptr<X11Connection> X11Connector::connect(const Deadline &deadline) {
-    begin();
-    std::unique_lock lock(m_attempt->mutex);
-    if (!m_attempt->ended.wait_for(lock, deadline.remaining(), [this] { return m_attempt->isEnded; }))
-        return nullptr;
-    auto connection = std::move(m_attempt->connection);
-    lock.unlock();
-    m_attempt.reset();
-    return connection;
 }
 
 } // namespace kestrin::desktop

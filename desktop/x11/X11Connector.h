@@ -17,14 +17,13 @@ class X11Connector {
     /// `display` names the X display, "" the one in the environment (DISPLAY).
     explicit X11Connector(const QByteArray &display) : m_display(display) {}
 
-    /// Begins to connect, unless that is going on already. For those who know that they will need it.
-    void begin();
-
     /// A new connection; none when there is no such display, or no answer by the deadline.
     std::unique_ptr<X11Connection> connect(const foundation::Deadline &deadline);
 
   private:
     struct Attempt;
+
+    void begin();
 
     QByteArray m_display;
     /// Present while its thread has not answered.

@@ -1,14 +1,23 @@
 // The workspace of an X11 desktop whose window manager keeps the Extended Window Manager Hints (EWMH).
 #pragma once
 
+#include "desktop/applications/ApplicationRecords.h"
 #include "engine/workspace/Workspace.h"
+
+namespace kestrin::foundation {
+class Deadline;
+}
 
 namespace kestrin::desktop {
 
+class X11Connection;
+class X11Connector;
+class X11Launches;
+
 /// An application is a process with at least one window that a task bar would show. The first call opens the
-/// display. When there is no X server the next call tries again,
-/// and for whoever has subscribed it is tried once a minute; what runs then is no launch. A server that does
-/// not answer costs each call two seconds. Main thread only.
+/// display. When there is no X server the next call tries again, and for whoever has subscribed it is tried
+/// once a minute; what runs then is no launch. A server that does not answer costs each call two seconds.
+/// Main thread only.
 class X11Workspace final : public engine::Workspace {
   public:
     /// `display` names the X display, "" the one in the environment (DISPLAY).
@@ -22,8 +31,16 @@ class X11Workspace final : public engine::Workspace {
     QString limitation() override;
 
   private:
-    class Private;
-    std::unique_ptr<Private> d;
+    /// Null when there is none to be had by the deadline.
+    X11Connection *connection(const foundation::Deadline &deadline);
+    void drop();
+
+    const QString m_display;
+    ApplicationRecords m_records;
+    std::unique_ptr<X11Connector> m_connector;
+    std::unique_ptr<X11Connection> m_connection;
+    // It uses the connection, so it goes first.
+    std::unique_ptr<X11Launches> m_launches;
 };
 
 } // namespace kestrin::desktop
