@@ -15,7 +15,8 @@ bool contains(std::span<const xcb_atom_t> atoms, xcb_atom_t atom) {
     return std::ranges::count(atoms, atom) > 0;
 }
 
-QList<xcb_window_t> windowsThatTakePartInClosing(X11Connection &connection, const QList<DesktopWindow> &windows,
+QList<xcb_window_t> windowsThatTakePartInClosing(X11Connection &connection,
+                                                 const QList<DesktopWindow> &windows,
                                                  const Deadline &deadline) {
     std::vector<PropertyQuestion> questions;
     for (const DesktopWindow &window : windows)

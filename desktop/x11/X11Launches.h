@@ -28,7 +28,8 @@ class X11Launches : public QObject {
     /// until `disconnected`.
     void connected(X11Connection &connection);
     void disconnected();
-    /// Somebody is about to talk to the server, which may bring events along that no socket tells of any more.
+    /// Somebody is about to talk to the server, which may bring events along that no socket tells of any
+    /// more.
     void expectEvents();
 
     std::unique_ptr<engine::LaunchSubscription> subscribe(engine::Workspace::LaunchHandler handler);

@@ -1,16 +1,14 @@
 // Who an application is by its windows, its package, its executable and its desktop entry, also when they
 // tell nonsense or nothing. What well-behaved windows tell is tested on a real desktop.
 
+#include "desktop/applications/ApplicationClaims.h"
 #include "desktop/applications/ApplicationIdentity.h"
 #include "desktop/applications/DesktopEntryIndex.h"
 #include "desktop/applications/ProcessIdentity.h"
-#include "desktop/x11/WindowFacts.h"
 #include "tests/support/Files.h"
 
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <initializer_list>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -47,13 +45,6 @@ ApplicationClaims window(const QString &instance, const QString &windowClass) {
     return claims;
 }
 
-QByteArray items(std::initializer_list<quint32> values) {
-    QByteArray bytes;
-    for (const quint32 value : values)
-        bytes.append(reinterpret_cast<const char *>(&value), sizeof value);
-    return bytes;
-}
-
 } // namespace
 
 class ApplicationIdentityTest : public QObject {
@@ -63,7 +54,6 @@ class ApplicationIdentityTest : public QObject {
     void identity();
     void sandboxes();
     void executables();
-    void properties();
     void entryTexts();
     void entriesInFolders();
     void entriesThatAreNoFiles();
@@ -117,46 +107,6 @@ void ApplicationIdentityTest::executables() {
 
     QVERIFY((ProcessIdentity{u"/usr/bin/ssh"_s, {}}.forwardsWindows()));
     QVERIFY((!ProcessIdentity{u"/usr/bin/sshfs"_s, {}}.forwardsWindows()));
-}
-
-void ApplicationIdentityTest::properties() {
-    constexpr X11Atoms a{.skipTaskbar = 101, .typeNormal = 102, .typeDock = 103};
-    const auto readClass = [](const QByteArray &bytes) {
-        WindowFacts facts;
-        facts.takeWindowClass({31, 8, bytes});
-        return QString(facts.claims.instanceName + u'|' + facts.claims.className);
-    };
-    QCOMPARE(readClass(QByteArray("zoom\0Zoom", 9)), u"zoom|Zoom"_s);
-    QCOMPARE(readClass("zoom"), u"zoom|"_s);
-    QCOMPARE(readClass(QByteArray("a\0b\0c\0", 6)), u"a|b"_s);
-    QCOMPARE(readClass(QByteArray("\xE9\0\xE8\0", 4)), u"é|è"_s); // Latin-1
-
-    const auto isRegular = [&a](const QByteArray &types, const QByteArray &states) {
-        WindowFacts facts;
-        facts.takeWindowType({core_atoms::atom, 32, types}, a);
-        facts.takeWindowState({core_atoms::atom, 32, states}, a);
-        return facts.isRegular();
-    };
-    const quint32 unknown = 9999;
-    // The first type that is known counts.
-    QVERIFY(!isRegular(items({unknown, a.typeDock, a.typeNormal}), {}));
-    QVERIFY(isRegular(items({unknown, a.typeNormal, a.typeDock}), {}));
-    QVERIFY(isRegular(items({unknown}), {}));
-    QVERIFY(!isRegular(items({a.typeNormal}), items({unknown, a.skipTaskbar})));
-    QVERIFY(isRegular(items({a.typeNormal}), items({a.skipTaskbar}).first(3)));
-
-    const auto claimed = [](quint8 format, const QByteArray &bytes) {
-        WindowFacts facts;
-        facts.takeProcess({core_atoms::cardinal, format, bytes});
-        return facts.claimedProcess;
-    };
-    QCOMPARE(claimed(32, items({4123})), 4123);
-    // Neither text nor a number that no process can have.
-    QCOMPARE(claimed(8, "4123"), 0);
-    QCOMPARE(claimed(32, "\xFF\xFF\xFF\xFF"), 0);
-
-    QVERIFY(isSameMachine(u"desk"_s, u"Desk"_s) && isSameMachine(u"desk.home"_s, u"desk"_s));
-    QVERIFY(!isSameMachine(u"desk.home"_s, u"desk.work"_s) && !isSameMachine(QString(), u"desk"_s));
 }
 
 void ApplicationIdentityTest::entryTexts() {
