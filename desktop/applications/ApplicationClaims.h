@@ -28,8 +28,6 @@ struct ApplicationClaims {
     bool isWorseThan(const ApplicationClaims &other) const {
         return std::pair(isNamed(), !isSite()) < std::pair(other.isNamed(), !other.isSite());
     }
-
-    bool operator==(const ApplicationClaims &) const = default;
 };
 
 } // namespace kestrin::desktop

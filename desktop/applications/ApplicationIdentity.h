@@ -21,8 +21,6 @@ struct ApplicationIdentity {
     /// From the window that stands for the application, and its process.
     static ApplicationIdentity of(const ApplicationClaims &claims, const ProcessIdentity &process,
                                   DesktopEntryIndex &entries);
-
-    bool operator==(const ApplicationIdentity &) const = default;
 };
 
 } // namespace kestrin::desktop

@@ -20,8 +20,6 @@ struct ProcessIdentity {
     QString executableName() const;
     /// Whether the process only hands windows of other machines on, so that its windows are not its own.
     bool forwardsWindows() const;
-
-    bool operator==(const ProcessIdentity &) const = default;
 };
 
 /// The desktop-file id of a Snap application from its security label, such as "snap.NAME.APP (enforce)";

@@ -11,7 +11,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <iterator>
 #include <span>
 #include <unordered_map>
 #include <vector>
@@ -164,36 +163,11 @@ std::optional<QList<quint32>> clientList(X11Connection &connection, const Deadli
 
 } // namespace
 
-const ApplicationClaims &DesktopApplication::claims() const {
-    const auto isWorse = [](const DesktopWindow &window, const DesktopWindow &other) {
-        return window.facts.claims.isWorseThan(other.facts.claims);
-    };
-    return std::max_element(windows.cbegin(), windows.cend(), isWorse)->facts.claims;
-}
-
-QList<DesktopApplication> DesktopReading::applications() const {
-    QList<DesktopApplication> applications;
-    QHash<qint32, qsizetype> places;
-    for (const DesktopWindow &window : windows) {
-        if (!window.counts())
-            continue;
-        const auto known = places.constFind(window.process);
-        if (known != places.cend()) {
-            applications[*known].windows.append(window);
-            continue;
-        }
-        places.insert(window.process, applications.size());
-        applications.append({window.process, {window}});
-    }
-    return applications;
-}
-
 std::optional<DesktopApplication> DesktopReading::application(qint32 process) const {
-    DesktopApplication application{process, {}};
-    std::copy_if(
-        windows.cbegin(), windows.cend(), std::back_inserter(application.windows),
-        [process](const DesktopWindow &window) { return window.counts() && window.process == process; });
-    return application.windows.isEmpty() ? std::nullopt : std::optional(application);
+    const QList<DesktopApplication> all = applications();
+    const auto isIt = [process](const DesktopApplication &candidate) { return candidate.process == process; };
+    const auto found = std::find_if(all.cbegin(), all.cend(), isIt);
+    return found == all.cend() ? std::nullopt : std::optional(*found);
 }
 
 std::optional<DesktopReading> DesktopReading::take(X11Connection &connection, const Deadline &deadline) {

@@ -1,6 +1,7 @@
 // The desktop as the window manager presents it at one moment.
 #pragma once
 
+#include "desktop/applications/WindowedApplication.h"
 #include "desktop/quitting/QuitCommands.h"
 #include "desktop/x11/WindowFacts.h"
 #include "desktop/x11/X11Connection.h"
@@ -18,25 +19,18 @@ struct DesktopWindow {
     qint32 process = 0;
     WindowFacts facts;
 
+    const ApplicationClaims &claims() const { return facts.claims; }
     /// Whether the window makes its process an application.
     bool counts() const { return process != 0 && facts.isRegular(); }
 };
 
-/// A process and its windows that count, in the window manager's order.
-struct DesktopApplication {
-    qint32 process = 0;
-    QList<DesktopWindow> windows;
-
-    /// Those of the window that tells best who the application is.
-    const ApplicationClaims &claims() const;
-};
+using DesktopApplication = WindowedApplication<DesktopWindow>;
 
 struct DesktopReading {
     /// All managed windows, in the order in which they were first shown.
     QList<DesktopWindow> windows;
 
-    /// In the order of their first window that counts.
-    QList<DesktopApplication> applications() const;
+    QList<DesktopApplication> applications() const { return applicationsOf(windows); }
     std::optional<DesktopApplication> application(qint32 process) const;
 
     /// A window that vanished meanwhile is left out. No reading when the server did not answer in time.

@@ -89,7 +89,6 @@ class PendingReply {
   public:
     using Outcome = X11Connection::Outcome;
 
-    PendingReply() = default;
     template <typename Cookie>
     PendingReply(X11Connection &connection, Cookie cookie)
         : m_connection(&connection)
@@ -97,11 +96,6 @@ class PendingReply {
     PendingReply(PendingReply &&other) noexcept
         : m_connection(std::exchange(other.m_connection, nullptr))
         , m_sequence(other.m_sequence) {}
-    PendingReply &operator=(PendingReply &&other) noexcept {
-        std::swap(m_connection, other.m_connection);
-        std::swap(m_sequence, other.m_sequence);
-        return *this;
-    }
     ~PendingReply() {
         if (m_connection)
             xcb_discard_reply(m_connection->xcb(), m_sequence);
@@ -125,8 +119,8 @@ class PendingReply {
     }
 
   private:
-    X11Connection *m_connection = nullptr;
-    unsigned m_sequence = 0;
+    X11Connection *m_connection;
+    unsigned m_sequence;
 };
 
 } // namespace kestrin::desktop

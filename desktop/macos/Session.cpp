@@ -1,5 +1,5 @@
-// A platform without a session bus: macOS, which starts a program once by itself, always has a menu bar, and
-// shows notices through the icon there.
+// What desktop/session/ declares, for macOS, which has no session bus: it starts a program once by itself,
+// always has a menu bar, and shows notices through the icon there.
 
 #include "desktop/session/DesktopNotices.h"
 #include "desktop/session/RunningInstance.h"
