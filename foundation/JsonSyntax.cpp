@@ -1,6 +1,6 @@
 #include "foundation/JsonSyntax.h"
 
-#include <QTimeZone>
+#include "foundation/UniversalTime.h"
 
 #include <array>
 #include <chrono>
@@ -71,7 +71,7 @@ bool isDate(std::string_view text) {
 
 QDateTime dateFrom(std::string_view text) {
     return {QDate(number(text, 0, 4), number(text, 5, 2), number(text, 8, 2)),
-            QTime(number(text, 11, 2), number(text, 14, 2), number(text, 17, 2)), Qt::UTC};
+            QTime(number(text, 11, 2), number(text, 14, 2), number(text, 17, 2)), universalTime};
 }
 
 bool isNumber(std::string_view text) {

@@ -7,9 +7,9 @@ namespace kestrin::app {
 using namespace design;
 
 LaunchOptions LaunchOptions::read(const QStringList &arguments) {
-    const auto wrong = [](const QString &complaint) {
+    const auto wrong = [](const QString &sentence) {
         LaunchOptions options;
-        options.complaint = complaint;
+        options.complaint = sentence;
         return options;
     };
     LaunchOptions options;

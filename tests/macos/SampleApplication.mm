@@ -20,10 +20,23 @@
 
 @end
 
+/// Stands in for the main queue, which nobody serves where Qt's event loop runs.
 @interface MainThreadQueue : NSOperationQueue
 @end
 
+/// Stands in for the workspace's list.
+@interface ListedApplications : NSObject
+- (NSArray *)runningApplications;
+@end
+
+static NSArray *running = nil;
+
 @implementation MainThreadQueue
+
++ (NSOperationQueue *)mainQueue {
+    static MainThreadQueue *const queue = [[MainThreadQueue alloc] init];
+    return queue;
+}
 
 - (void)addOperation:(NSOperation *)operation {
     [operation retain];
@@ -38,36 +51,33 @@
 
 @end
 
-namespace {
+@implementation ListedApplications
 
-NSArray *running = nil;
-
-id runningApplications(id, SEL) {
+- (NSArray *)runningApplications {
     return running;
 }
 
-id mainQueue(id, SEL) {
-    static MainThreadQueue *const queue = [[MainThreadQueue alloc] init];
-    return queue;
-}
-
-} // namespace
+@end
 
 void listAsRunning(NSArray *applications) {
     running = applications;
-    class_replaceMethod([NSWorkspace class], @selector(runningApplications),
-                        reinterpret_cast<IMP>(runningApplications), "@@:");
+    const SEL list = @selector(runningApplications);
+    class_replaceMethod([NSWorkspace class], list, [ListedApplications instanceMethodForSelector:list],
+                        "@@:");
 }
 
 void serveMainQueueByQt() {
-    class_replaceMethod(object_getClass([NSOperationQueue class]), @selector(mainQueue),
-                        reinterpret_cast<IMP>(mainQueue), "@@:");
+    const SEL queue = @selector(mainQueue);
+    class_replaceMethod(object_getClass([NSOperationQueue class]), queue,
+                        [MainThreadQueue methodForSelector:queue], "@@:");
 }
 
 void postOnWorkspaceCentre(NSString *name, id sender, NSDictionary *userInfo) {
-    using Post = void (*)(id, SEL, NSNotification *);
-    const auto post =
-        reinterpret_cast<Post>([NSNotificationCenter instanceMethodForSelector:@selector(postNotification:)]);
-    post([[NSWorkspace sharedWorkspace] notificationCenter], @selector(postNotification:),
-         [NSNotification notificationWithName:name object:sender userInfo:userInfo]);
+    // The centre's own way of posting asks a daemon; that of its superclass, under another name, does not.
+    NSNotificationCenter *const centre = [[NSWorkspace sharedWorkspace] notificationCenter];
+    const SEL here = @selector(postHere:);
+    class_addMethod([centre class], here,
+                    [NSNotificationCenter instanceMethodForSelector:@selector(postNotification:)], "v@:@");
+    [centre performSelector:here
+                 withObject:[NSNotification notificationWithName:name object:sender userInfo:userInfo]];
 }

@@ -1,5 +1,6 @@
 // Privacy Mode by time of day: every boundary, other time zones, clock changes, and what is recorded.
 
+#include "foundation/UniversalTime.h"
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/Home.h"
 
@@ -86,7 +87,7 @@ void SchedulesTest::localWallClock() {
     const MacProtectionRuntime runtime(home.defaults, home.surroundings());
     for (const auto &[zone, date, time] : oneMinuteToSeven) {
         moveTo(zone);
-        const QDateTime minute(date, time, Qt::UTC);
+        const QDateTime minute(date, time, foundation::universalTime);
         QCOMPARE(runtime.scheduledPrivacyModeState(minute.addSecs(59)), true);
         QCOMPARE(runtime.scheduledPrivacyModeState(minute.addSecs(60)), false);
     }

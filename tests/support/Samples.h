@@ -5,6 +5,7 @@
 #include "engine/MacProtectionEvent.h"
 #include "engine/RiskAppCatalog.h"
 #include "engine/workspace/Workspace.h"
+#include "foundation/UniversalTime.h"
 
 #include <algorithm>
 
@@ -23,8 +24,9 @@ inline engine::WorkspaceApplication running(const QString &name, qint32 processI
 }
 
 inline engine::MacProtectionEvent event(const QString &message) {
-    return engine::MacProtectionEvent::create(QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 589), Qt::UTC),
-                                              engine::MacProtectionEventKind::dryRun, message);
+    return engine::MacProtectionEvent::create(
+        QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53, 589), foundation::universalTime),
+        engine::MacProtectionEventKind::dryRun, message);
 }
 
 inline QStringList messages(const QList<engine::MacProtectionEvent> &events) {

@@ -6,7 +6,10 @@
 
 #include <xcb/xcb.h>
 
+#include <cstdint>
+#include <map>
 #include <memory>
+#include <string>
 
 namespace kestrin::sample {
 
