@@ -3,6 +3,7 @@
 #include "desktop/clock/SystemTimeChangeWatch.h"
 #include "foundation/PrivateFile.h"
 #include "tests/support/Files.h"
+#include "tests/support/Witness.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -43,7 +44,7 @@ void TimeChangeTest::zones() {
 
     // In two steps. There is nothing to tell about the first.
     QVERIFY(QFile::remove(link));
-    QTest::qWait(50);
+    QVERIFY(samples::everythingIsTold());
     QCOMPARE(told.size(), 0);
     QVERIFY(QFile::link(known + u"Asia/Tokyo"_s, link));
     QTRY_COMPARE(told.size(), 1);
@@ -62,7 +63,7 @@ void TimeChangeTest::clock() {
     SystemTimeChangeWatch watch;
     int told = 0;
     connect(&watch, &TimeChangeWatch::changed, this, [&] { ++told; });
-    QTest::qWait(50);
+    QCoreApplication::processEvents();
     QCOMPARE(told, 0);
     for (int times = 1; times <= 2; ++times) {
         timespec now{};

@@ -2,6 +2,7 @@
 
 #include "desktop/defaults/JSONUserDefaults.h"
 #include "tests/support/Files.h"
+#include "tests/support/Witness.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -71,7 +72,7 @@ void UserDefaultsTest::changesOfOthersAreTold() {
     // The same value again is no change, and neither is my own change told twice.
     theirs.setBoolean(u"a"_s, true);
     mine.setBoolean(u"b"_s, true);
-    QTest::qWait(100);
+    QVERIFY(samples::everythingIsTold());
     QCOMPARE(spy.size(), 2);
     QVERIFY(QFile::remove(m_path));
     QTRY_COMPARE(spy.size(), 4);

@@ -4,6 +4,7 @@
 #include "foundation/FileWatch.h"
 #include "foundation/PrivateFile.h"
 #include "tests/support/Files.h"
+#include "tests/support/Witness.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -44,7 +45,7 @@ void FilesTest::watchTellsEveryKindOfChange() {
     QTRY_COMPARE(spy.size(), 5);
     // Neighbours are none of its business.
     QVERIFY(replacePrivateFile(m_folder.filePath(u"new/other.json"_s), {"x"}));
-    QTest::qWait(50);
+    QVERIFY(samples::everythingIsTold());
     QCOMPARE(spy.size(), 5);
 }
 

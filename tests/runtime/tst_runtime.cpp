@@ -3,6 +3,7 @@
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/Files.h"
 #include "tests/support/Home.h"
+#include "tests/support/Witness.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -100,7 +101,7 @@ void RuntimeTest::emptySelection() {
         for (const QString &id : everything())
             runtime.setProtectedDefinition(id, false);
         // The file notices that come back for our own writes must not fill it up again.
-        QTest::qWait(100);
+        QVERIFY(samples::everythingIsTold());
         QVERIFY(runtime.protectedDefinitionIDs().isEmpty());
         QCOMPARE(matchIDs(runtime), u"zoom-10"_s);
     }
@@ -166,7 +167,7 @@ void RuntimeTest::flag() {
     flag.startRuntime();
     flag.setOn(false);
     flag.setOn(false);
-    QTest::qWait(50);
+    QVERIFY(samples::everythingIsTold());
     QCOMPARE(spy.size(), 1);
 
     // Settings that disagree with the flag are mended by setting it, changed or not.
@@ -204,7 +205,7 @@ void RuntimeTest::otherProcesses() {
     QTRY_COMPARE(runtime.enabledScheduleCount(), 1);
     theirs.setEnforceActions(true);
     QTRY_VERIFY(runtime.enforceActions());
-    QTest::qWait(50);
+    QVERIFY(samples::everythingIsTold());
     // Nothing is recorded a second time here.
     const QStringList story{u"Zoom removed from Mac Privacy Mode."_s, u"Privacy Mode is off for this Mac."_s,
                             u"Travel Mode enabled."_s,
