@@ -46,7 +46,8 @@ class Spoken:
 
     def __init__(self, accessible):
         self.accessible = accessible
-        self.role = accessible.get_role_name()
+        role = accessible.get_role_name()
+        self.role = {"button": "push button"}.get(role, role)  # its name in newer versions
         self.name = accessible.get_name()
 
     def __repr__(self):
