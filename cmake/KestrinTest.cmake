@@ -1,19 +1,50 @@
-# kestrin_test(tst_name LIBRARIES lib... [DESKTOP] [LABELS label...])
+# kestrin_add_test(name COMMAND command... [TIMEOUT seconds] [LABELS label...] [ENVIRONMENT NAME=value...])
 #
-# Builds tst_name.cpp into a Qt Test program and registers it. DESKTOP gives each run a private virtual desktop. The
-# label "sanitized" marks the tests that also run under AddressSanitizer.
+# Registers a test, in front of which ctest brings the build folder up to date. The label "sanitized" marks the tests
+# that also run with the sanitizers, "threads" those that also run under ThreadSanitizer.
+function(kestrin_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "COMMAND;LABELS;ENVIRONMENT")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    add_test(NAME ${name} COMMAND ${arg_COMMAND})
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" FIXTURES_REQUIRED build_folder
+        ENVIRONMENT "ASAN_OPTIONS=detect_leaks=1;UBSAN_OPTIONS=print_stacktrace=1;${arg_ENVIRONMENT}")
+endfunction()
+
+# kestrin_test(tst_name LIBRARIES lib... [DESKTOP | BUS] [WINDOW] [TIMEOUT seconds] [LABELS label...])
+#
+# Builds tst_name.cpp into a Qt Test program and registers it. DESKTOP gives each run a private virtual desktop, BUS
+# only a session bus. WINDOW draws windows offscreen, the same ones everywhere.
 function(kestrin_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "DESKTOP" "TIMEOUT" "LIBRARIES;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "DESKTOP;BUS;WINDOW" "TIMEOUT" "LIBRARIES;LABELS")
     add_executable(${name} ${name}.cpp)
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt6::Test)
+    set(command $<TARGET_FILE:${name}>)
     if(arg_DESKTOP)
-        add_test(NAME ${name} COMMAND "${PROJECT_SOURCE_DIR}/tools/with-desktop" $<TARGET_FILE:${name}>)
-    else()
-        add_test(NAME ${name} COMMAND ${name})
+        list(PREPEND command "${PROJECT_SOURCE_DIR}/tools/with-desktop")
+    elseif(arg_BUS)
+        list(PREPEND command dbus-run-session --)
+    endif()
+    set(environment QT_QPA_PLATFORM=minimal)
+    if(arg_WINDOW)
+        set(environment QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software QT_SCALE_FACTOR=1)
     endif()
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
-    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=minimal;ASAN_OPTIONS=detect_leaks=1;UBSAN_OPTIONS=print_stacktrace=1")
+    kestrin_add_test(${name} COMMAND ${command} TIMEOUT ${arg_TIMEOUT} LABELS ${arg_LABELS}
+        ENVIRONMENT ${environment})
+endfunction()
+
+# Fails when a test's source has lost its way into the build.
+function(kestrin_require_all_tests folder)
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS RELATIVE "${folder}" "${folder}/tst_*.cpp")
+    foreach(source IN LISTS sources)
+        cmake_path(GET source STEM name)
+        if(NOT TARGET ${name})
+            message(FATAL_ERROR "tests/${source} is in no CMakeLists.txt.")
+        endif()
+    endforeach()
 endfunction()
