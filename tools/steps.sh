@@ -58,7 +58,9 @@ run_step() {
     else
         eval "$2" >"$output" 2>&1 || result=$?
     fi
-    if [ "$result" = 0 ]; then
+    if [ "$result" = 0 ] && grep '^Not checked: ' "$output"; then
+        :
+    elif [ "$result" = 0 ]; then
         printf -- '- %d s\n' $((SECONDS - start))
     else
         printf -- '- FAILED after %d s\n' $((SECONDS - start))
