@@ -10,8 +10,8 @@
 
 namespace kestrin::samples {
 
-/// Until everything has been told that happened to watched files: the last change is one of its own, and what is told
-/// of files is told in turn. False when that is not told either.
+/// Until everything has been told that happened to watched files: the last change is one of its own, and what
+/// is told of files is told in turn. False when that is not told either.
 inline bool everythingIsTold() {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("witness"));
