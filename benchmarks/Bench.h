@@ -1,12 +1,10 @@
-// What every benchmark does: time something beside its floor, and print one line about it.
+// What every benchmark does: time something and, beside it, its floor or another program, and print one line
+// about both.
 #pragma once
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <string>
 #include <vector>
 
 namespace kestrin::bench {
@@ -31,7 +29,7 @@ inline double median(const std::vector<double> &values) {
 
 struct Comparison {
     double measured;
-    double floor;
+    double beside;
 };
 
 /// The median times of both in milliseconds. They take turns, so that whatever else the machine does hits
@@ -54,12 +52,12 @@ Comparison compare(int rounds, Work &&work, Floor &&floor) {
 /// Prints the measurements and remembers whether all of them met their bars.
 class Report {
   public:
-    /// The bar is how many times the floor the measured value may be.
+    /// The bar is how many times what is beside it the measured value may be.
     void ratio(const char *name, const char *unit, const Comparison &result, double bar) {
-        print(name, unit, result, "x", bar, result.measured / result.floor <= bar);
+        print(name, unit, result, "x", bar, result.measured / result.beside <= bar);
     }
 
-    /// The bar is a value of the same unit, and the floor is there to compare.
+    /// The bar is a value of the same unit, and what is beside it is there to compare.
     void limit(const char *name, const char *unit, const Comparison &result, double bar) {
         print(name, unit, result, unit, bar, result.measured <= bar);
     }
@@ -83,26 +81,15 @@ class Report {
     }
 
     static void printStart(const char *name, const char *unit, const Comparison &result) {
-        // Nothing compares with a floor of nothing.
+        // Nothing is a multiple of nothing.
         char ratio[32] = "-";
-        if (result.floor > 0)
-            std::snprintf(ratio, sizeof ratio, "%.2f x", result.measured / result.floor);
-        std::printf("%-52s %9.2f %-2s   floor %9.2f %-2s %8s", name, result.measured, unit, result.floor,
+        if (result.beside > 0)
+            std::snprintf(ratio, sizeof ratio, "%.2f x", result.measured / result.beside);
+        std::printf("%-52s %9.2f %-2s   beside %9.2f %-2s %8s", name, result.measured, unit, result.beside,
                     unit, ratio);
     }
 
     bool m_missed = false;
 };
-
-inline bool isQuick(int argc, char **argv) {
-    return std::any_of(argv + 1, argv + argc,
-                       [](const char *word) { return std::strcmp(word, "--quick") == 0; });
-}
-
-/// Ends the program: without what is missing there is nothing to measure.
-[[noreturn]] inline void giveUp(const std::string &reason) {
-    std::fprintf(stderr, "Cannot measure: %s\n", reason.c_str());
-    std::exit(1);
-}
 
 } // namespace kestrin::bench

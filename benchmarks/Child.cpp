@@ -1,6 +1,6 @@
 #include "benchmarks/Child.h"
 
-#include "benchmarks/Bench.h"
+#include "benchmarks/Run.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -47,11 +47,25 @@ long long number(const std::filesystem::path &path, const std::string &word) {
     giveUp(path.string() + " does not tell " + word);
 }
 
-} // namespace
-
-std::string kestrinctl() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / "cli" / "kestrinctl";
+std::filesystem::path ofProcess(pid_t process) {
+    return "/proc/" + std::to_string(process);
 }
+
+std::filesystem::directory_iterator threads(pid_t process) {
+    return std::filesystem::directory_iterator(ofProcess(process) / "task");
+}
+
+long long proportionalKilobytes(pid_t process) {
+    long long sum = number(ofProcess(process) / "smaps_rollup", "Pss:");
+    for (const auto &thread : threads(process)) {
+        std::ifstream children(thread.path() / "children");
+        for (pid_t child = 0; children >> child;)
+            sum += proportionalKilobytes(child);
+    }
+    return sum;
+}
+
+} // namespace
 
 void run(const Arguments &arguments) {
     int status = -1;
@@ -84,8 +98,7 @@ Child::~Child() {
 
 Child::WakeUps Child::wakeUps() const {
     WakeUps counts;
-    const std::filesystem::path threads = "/proc/" + std::to_string(m_process) + "/task";
-    for (const auto &thread : std::filesystem::directory_iterator(threads))
+    for (const auto &thread : threads(m_process))
         counts[std::stoi(thread.path().filename())] =
             number(thread.path() / "status", "voluntary_ctxt_switches:");
     return counts;
@@ -101,7 +114,11 @@ long long Child::wakeUpsSince(const WakeUps &before) const {
 }
 
 double Child::residentMemory() const {
-    return static_cast<double>(number("/proc/" + std::to_string(m_process) + "/status", "VmRSS:")) / 1024;
+    return static_cast<double>(number(ofProcess(m_process) / "status", "VmRSS:")) / 1024;
+}
+
+double Child::proportionalMemory() const {
+    return static_cast<double>(proportionalKilobytes(m_process)) / 1024;
 }
 
 } // namespace kestrin::bench

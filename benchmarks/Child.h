@@ -11,9 +11,6 @@ namespace kestrin::bench {
 
 using Arguments = std::vector<std::string>;
 
-/// kestrinctl of the same build.
-std::string kestrinctl();
-
 /// Runs a program to its end with its output thrown away. Gives up when it does not end with 0.
 void run(const Arguments &arguments);
 
@@ -39,8 +36,10 @@ class Child {
     WakeUps wakeUps() const;
     /// How often any of them has been since. One that has ended since counts as woken once, for its end.
     long long wakeUpsSince(const WakeUps &before) const;
-    /// Resident memory in megabytes.
+    /// Megabytes.
     double residentMemory() const;
+    /// Megabytes of it and of all that it has started. What several processes share is divided among them.
+    double proportionalMemory() const;
 
   private:
     pid_t m_process = -1;

@@ -1,6 +1,6 @@
 #include "benchmarks/Input.h"
 
-#include "benchmarks/Bench.h"
+#include "benchmarks/Run.h"
 
 #include <xcb/xtest.h>
 

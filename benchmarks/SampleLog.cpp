@@ -1,6 +1,6 @@
 #include "benchmarks/SampleLog.h"
 
-#include "benchmarks/Bench.h"
+#include "benchmarks/Run.h"
 #include "foundation/PrivateFile.h"
 
 using namespace Qt::StringLiterals;

@@ -1,12 +1,8 @@
 #include "benchmarks/WindowProgram.h"
 
-#include "benchmarks/Bench.h"
-
-#include <xcb/damage.h>
+#include "benchmarks/Run.h"
 
 #include <poll.h>
-
-#include <filesystem>
 
 namespace kestrin::bench {
 
@@ -18,30 +14,28 @@ using std::chrono::steady_clock;
 constexpr Milliseconds patience{10'000};
 constexpr Milliseconds quiet{200};
 
-std::filesystem::path buildFolder() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
-}
-
 double elapsedSince(steady_clock::time_point start) {
     return std::chrono::duration<double, std::milli>(steady_clock::now() - start).count();
 }
 
 } // namespace
 
-std::string kestrin() {
-    return buildFolder() / "app" / "Kestrin" / "kestrin";
+Arguments kestrin() {
+    return {built("app/Kestrin/kestrin")};
 }
 
-std::string bareWindow() {
-    return buildFolder() / "benchmarks" / "bare-window" / "bare-window";
+Arguments bareWindow() {
+    return {built("benchmarks/bare-window/bare-window")};
 }
 
-WindowProgram::WindowProgram(const std::string &program)
+WindowProgram::WindowProgram(const Arguments &program)
     : m_start((watchNewWindows(), steady_clock::now()))
-    , m_process({program}, Child::Readiness::isStarted)
+    , m_process(program, Child::Readiness::isStarted)
     , m_firstFrame(waitForDrawing(m_start, 0.95)) {
     takeFocus();
     settle();
+    if (m_listed == 0)
+        giveUp("the window manager does not list a window.");
 }
 
 void WindowProgram::settle() {
@@ -94,16 +88,22 @@ double WindowProgram::nextDrawing(Milliseconds limit) {
 /// -1 for what is no drawing of the program's.
 double WindowProgram::shareOf(const xcb_generic_event_t &event) {
     const int type = event.response_type & 0x7f;
-    if (type == XCB_CREATE_NOTIFY) {
+    if (type == m_damageEvent)
+        return shareOfDrawing(reinterpret_cast<const xcb_damage_notify_event_t &>(event));
+    if (type == XCB_PROPERTY_NOTIFY) {
+        const auto &changed = reinterpret_cast<const xcb_property_notify_event_t &>(event);
+        if (changed.atom == m_display.clientList() && m_listed == 0)
+            noteList();
+    } else if (type == XCB_CREATE_NOTIFY) {
         const auto &created = reinterpret_cast<const xcb_create_notify_event_t &>(event);
         xcb_damage_create(m_display.xcb(), xcb_generate_id(m_display.xcb()), created.window,
                           XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
         xcb_flush(m_display.xcb());
-        return -1;
     }
-    if (type != m_damageEvent)
-        return -1;
-    const auto &drawn = reinterpret_cast<const xcb_damage_notify_event_t &>(event);
+    return -1;
+}
+
+double WindowProgram::shareOfDrawing(const xcb_damage_notify_event_t &drawn) {
     // The window manager's frame around the window is told of too.
     if (m_window == XCB_NONE && isOwn(drawn.drawable))
         m_window = drawn.drawable;
@@ -111,6 +111,14 @@ double WindowProgram::shareOf(const xcb_generic_event_t &event) {
         return -1;
     return static_cast<double>(drawn.area.width) * drawn.area.height /
            (static_cast<double>(drawn.geometry.width) * drawn.geometry.height);
+}
+
+void WindowProgram::noteList() {
+    const double time = elapsedSince(m_start);
+    const auto windows = m_display.windowList();
+    // In the order in which they came.
+    if (!windows.empty() && isOwn(windows.back()))
+        m_listed = time;
 }
 
 double WindowProgram::waitForDrawing(Time start, double share) {
@@ -139,7 +147,7 @@ void WindowProgram::watchNewWindows() {
     m_damageEvent = static_cast<std::uint8_t>(extension->first_event + XCB_DAMAGE_NOTIFY);
     const std::unique_ptr<xcb_damage_query_version_reply_t, XDisplay::Free> version(
         xcb_damage_query_version_reply(xcb, xcb_damage_query_version(xcb, 1, 1), nullptr));
-    const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(xcb, m_display.root(), XCB_CW_EVENT_MASK, &events);
     m_display.roundTrip();
 }

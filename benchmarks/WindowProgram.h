@@ -5,20 +5,24 @@
 #include "benchmarks/Child.h"
 #include "benchmarks/Input.h"
 
+#include <xcb/damage.h>
+
 #include <chrono>
 
 namespace kestrin::bench {
 
 /// The window of the same build, and the bare one that it is compared with.
-std::string kestrin();
-std::string bareWindow();
+Arguments kestrin();
+Arguments bareWindow();
 
 class WindowProgram {
   public:
     /// Starts the program. Returns once its window has been drawn for the first time, with the keyboard's
     /// focus and nothing more to draw.
-    explicit WindowProgram(const std::string &program);
+    explicit WindowProgram(const Arguments &program);
 
+    /// Milliseconds from the start to the time that the window manager lists the window.
+    double listed() const { return m_listed; }
     /// Milliseconds from the start to the first time that the whole window was drawn.
     double firstFrame() const { return m_firstFrame; }
 
@@ -50,6 +54,8 @@ class WindowProgram {
     /// The share of the window that the next drawing covers, or -1 when there is none in that time.
     double nextDrawing(std::chrono::milliseconds patience);
     double shareOf(const xcb_generic_event_t &event);
+    double shareOfDrawing(const xcb_damage_notify_event_t &drawn);
+    void noteList();
     double waitForDrawing(Time start, double share);
     bool isOwn(xcb_drawable_t window) const;
     void watchNewWindows();
@@ -62,6 +68,7 @@ class WindowProgram {
     xcb_window_t m_window = XCB_NONE;
     Time m_start;
     Child m_process;
+    double m_listed = 0;
     double m_firstFrame = 0;
 };
 

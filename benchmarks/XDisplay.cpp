@@ -1,6 +1,8 @@
 #include "benchmarks/XDisplay.h"
 
-#include "benchmarks/Bench.h"
+#include "benchmarks/Run.h"
+
+#include <cstring>
 
 namespace kestrin::bench {
 

@@ -26,6 +26,8 @@ class XDisplay {
 
     xcb_connection_t *xcb() const { return m_xcb; }
     std::uint32_t root() const { return m_root; }
+    /// The property in which the window manager lists the windows.
+    std::uint32_t clientList() const { return m_clientList; }
 
     std::uint32_t atom(const char *name) const;
 

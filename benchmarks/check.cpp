@@ -2,16 +2,22 @@
 
 #include "benchmarks/Bench.h"
 #include "benchmarks/Child.h"
-#include "benchmarks/SampleClient.h"
+#include "benchmarks/Run.h"
+#include "benchmarks/SampleWindows.h"
+
+#include <QCoreApplication>
 
 using namespace kestrin;
 
 int main(int argc, char **argv) {
-    const auto clients = bench::openWindows(30, "sample");
+    const bench::Run run(argc, argv);
+    const QCoreApplication application(argc, argv);
+    const auto applications = bench::openWindows(bench::unknownClasses(30));
+    const std::string kestrinctl = bench::built("cli/kestrinctl");
     const auto result = bench::compare(
-        bench::isQuick(argc, argv) ? 20 : 100,
-        [] {
-            bench::run({bench::kestrinctl(), "check"});
+        run.choose(20, 100),
+        [&] {
+            bench::run({kestrinctl, "check"});
         },
         [] {
             bench::run({"wmctrl", "-lp"});

@@ -1,10 +1,13 @@
 // Listing the applications behind 100 windows against reading the windows' properties.
 
 #include "benchmarks/Bench.h"
-#include "benchmarks/SampleClient.h"
+#include "benchmarks/Run.h"
+#include "benchmarks/SampleWindows.h"
 #include "benchmarks/XDisplay.h"
 #include "desktop/Platform.h"
 #include "engine/NSWorkspaceAppInventoryService.h"
+
+#include <QCoreApplication>
 
 using namespace kestrin;
 using namespace kestrin::desktop;
@@ -12,7 +15,7 @@ using namespace kestrin::engine;
 
 namespace {
 
-constexpr std::size_t windowCount = 100;
+constexpr int windowCount = 100;
 
 /// Reads what the inventory needs to know of each window, all questions under way at once.
 std::size_t readProperties(const bench::XDisplay &display, const std::vector<std::uint32_t> &properties) {
@@ -32,7 +35,9 @@ std::size_t readProperties(const bench::XDisplay &display, const std::vector<std
 } // namespace
 
 int main(int argc, char **argv) {
-    const auto clients = bench::openWindows(windowCount, "sample");
+    const bench::Run run(argc, argv);
+    const QCoreApplication application(argc, argv);
+    const auto applications = bench::openWindows(bench::unknownClasses(windowCount));
     const bench::XDisplay display;
     const std::vector<std::uint32_t> properties{XCB_ATOM_WM_CLASS,
                                                 display.atom("_NET_WM_WINDOW_TYPE"),
@@ -43,9 +48,9 @@ int main(int argc, char **argv) {
     const auto workspace = makeWorkspace();
     NSWorkspaceAppInventoryService service(*workspace);
     const auto result = bench::compare(
-        bench::isQuick(argc, argv) ? 50 : 300,
+        run.choose(50, 300),
         [&] {
-            if (service.runningApps().size() != qsizetype{windowCount})
+            if (service.runningApps().size() != windowCount)
                 bench::giveUp("not every application was listed.");
         },
         [&] {

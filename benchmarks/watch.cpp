@@ -2,10 +2,13 @@
 
 #include "benchmarks/Bench.h"
 #include "benchmarks/Child.h"
+#include "benchmarks/Run.h"
 
 #include <QCoreApplication>
 
 #include <unistd.h>
+
+#include <cstring>
 
 using namespace kestrin;
 
@@ -23,14 +26,15 @@ int idle(int argc, char **argv) {
 int main(int argc, char **argv) {
     if (argc > 1 && std::strcmp(argv[1], "idle") == 0)
         return idle(argc, argv);
-    const unsigned seconds = bench::isQuick(argc, argv) ? 15 : 120;
+    const bench::Run run(argc, argv);
+    const int seconds = run.choose(15, 60);
     const bench::Child bare({"/proc/self/exe", "idle"});
-    const bench::Child watch({bench::kestrinctl(), "watch"});
+    const bench::Child watch({bench::built("cli/kestrinctl"), "watch"});
     // What a start leaves behind is no idling.
     ::sleep(2);
     const bench::Child::WakeUps bareBefore = bare.wakeUps();
     const bench::Child::WakeUps before = watch.wakeUps();
-    ::sleep(seconds);
+    ::sleep(static_cast<unsigned>(seconds));
     const double perMinute = 60.0 / seconds;
     const bench::Comparison wakeUps{static_cast<double>(watch.wakeUpsSince(before)) * perMinute,
                                     static_cast<double>(bare.wakeUpsSince(bareBefore)) * perMinute};

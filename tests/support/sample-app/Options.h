@@ -45,6 +45,7 @@ struct Instructions {
 ///     --pid           _NET_WM_PID, the true one unless told, or none
 ///     --qt            MANNER of the method "quit" of a Qt application
 ///     --skip-taskbar  _NET_WM_STATE_SKIP_TASKBAR
+///     --times         says when its windows are shown and asked to close, in nanoseconds of the steady clock
 ///     --title         the window's title
 ///     --tray          MANNER of a tray icon with a menu
 ///     --type          _NET_WM_WINDOW_TYPE, such as DOCK

@@ -1,6 +1,7 @@
 #include "tests/support/sample-app/SampleApplication.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -16,6 +17,11 @@ namespace {
 
 void say(const char *fact, int number) {
     sample::say(std::string(fact) + ' ' + std::to_string(number));
+}
+
+void sayTime(const char *fact, std::chrono::steady_clock::time_point time) {
+    sample::say(std::string(fact) + ' ' +
+                std::to_string(std::chrono::nanoseconds(time.time_since_epoch()).count()));
 }
 
 /// Left mapped until the process ends.
@@ -98,8 +104,12 @@ void SampleApplication::open(const Options &options) {
                       200, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                       XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
     describe(window, options);
+    const auto now = std::chrono::steady_clock::now();
     xcb_map_window(m_connection.get(), window);
+    xcb_flush(m_connection.get());
     m_windows[window] = {number, options};
+    if (options.has("times"))
+        sayTime("shown-at", now);
 }
 
 void SampleApplication::describe(xcb_window_t window, const Options &options) {
@@ -183,6 +193,8 @@ void SampleApplication::askedToClose(xcb_window_t window) {
     if (!m_windows.contains(window))
         return;
     const Window asked = m_windows[window];
+    if (asked.options.has("times"))
+        sayTime("asked-at", std::chrono::steady_clock::now());
     say("asked", asked.number);
     if (asked.options.value("manner") == "ignores")
         return;
