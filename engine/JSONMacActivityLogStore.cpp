@@ -5,9 +5,6 @@
 #include "foundation/FileReading.h"
 #include "foundation/PrivateFile.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 #include <limits>
 
 namespace kestrin::engine {
@@ -41,15 +38,9 @@ bool writeWithEvent(const QString &path, const MacProtectionEvent &event) {
 
 } // namespace
 
-void JSONMacActivityLogStore::append(const MacProtectionEvent &event) {
-    using namespace std::chrono_literals;
-    const QString folder = QFileInfo(m_path).absolutePath();
-    if (!QDir().mkpath(folder))
-        return;
-    // Longer than any append takes: who still holds the lock then is stopped, and writing beside it could
-    // lose events.
-    if (const auto lock = FileLock::lockFolder(folder, 10s))
-        writeWithEvent(m_path, event);
+bool JSONMacActivityLogStore::tryAppend(const MacProtectionEvent &event) {
+    const auto lock = FileLock::lockFolderOf(m_path);
+    return lock && writeWithEvent(m_path, event);
 }
 
 QList<MacProtectionEvent> JSONMacActivityLogStore::recent(qsizetype limit) {

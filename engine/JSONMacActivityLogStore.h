@@ -17,7 +17,7 @@ class JSONMacActivityLogStore final : public MacActivityLogStoring {
     /// Touches no file. `url` names a local file.
     explicit JSONMacActivityLogStore(const QUrl &url) : m_path(url.toLocalFile()) {}
 
-    void append(const MacProtectionEvent &event) override;
+    [[nodiscard]] bool tryAppend(const MacProtectionEvent &event) override;
     QList<MacProtectionEvent> recent(qsizetype limit) override;
     QString file() const override { return m_path; }
 

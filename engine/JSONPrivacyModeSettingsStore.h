@@ -22,8 +22,7 @@ class JSONPrivacyModeSettingsStore final : public PrivacyModeSettingsStoring {
         , m_fallback(fallback) {}
 
     PrivacyModeSettings load() override;
-    void save(const PrivacyModeSettings &settings) override;
-    bool update(const std::function<void(PrivacyModeSettings &)> &change) override;
+    [[nodiscard]] bool update(const std::function<void(PrivacyModeSettings &)> &change) override;
     QString file() const override { return m_path; }
 
   private:

@@ -2,8 +2,9 @@
 
 namespace kestrin::engine {
 
-void InMemoryMacActivityLogStore::append(const MacProtectionEvent &event) {
+bool InMemoryMacActivityLogStore::tryAppend(const MacProtectionEvent &event) {
     m_events.prepend(event);
+    return true;
 }
 
 QList<MacProtectionEvent> InMemoryMacActivityLogStore::recent(qsizetype limit) {

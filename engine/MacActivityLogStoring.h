@@ -6,13 +6,15 @@
 
 namespace kestrin::engine {
 
-/// The activity log, newest event first. Nothing ever fails from the caller's point of view.
+/// The activity log, newest event first. Nothing ever fails from the caller's point of view, unless he asks.
 class MacActivityLogStoring {
   public:
     virtual ~MacActivityLogStoring() = default;
 
     /// Records the event as the newest.
-    virtual void append(const MacProtectionEvent &event) = 0;
+    void append(const MacProtectionEvent &event) { static_cast<void>(tryAppend(event)); }
+    /// The same, for those who have to know whether it is recorded now.
+    [[nodiscard]] virtual bool tryAppend(const MacProtectionEvent &event) = 0;
     /// The newest events, at most `limit` of them. A negative limit is a programming error and stops the
     /// program.
     virtual QList<MacProtectionEvent> recent(qsizetype limit) = 0;
@@ -27,7 +29,7 @@ class InMemoryMacActivityLogStore final : public MacActivityLogStoring {
     /// `events` come newest first.
     explicit InMemoryMacActivityLogStore(const QList<MacProtectionEvent> &events = {}) : m_events(events) {}
 
-    void append(const MacProtectionEvent &event) override;
+    [[nodiscard]] bool tryAppend(const MacProtectionEvent &event) override;
     QList<MacProtectionEvent> recent(qsizetype limit) override;
 
   private:

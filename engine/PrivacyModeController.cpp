@@ -28,14 +28,13 @@ PrivacyModeController::PrivacyModeController(const RiskAppCatalog &catalog,
     , m_logStore(std::move(logStore))
     , m_clock(std::move(clock)) {}
 
-PrivacyModeRunResult PrivacyModeController::evaluateCurrentApps(const PrivacyModeSettings &settings,
-                                                                bool dryRun) {
+PrivacyModeCheck PrivacyModeController::check(const PrivacyModeSettings &settings, bool dryRun) {
     if (!settings.isEnabled) {
-        const auto event =
+        const QList<MacProtectionEvent> events{
             MacProtectionEvent::create(m_clock(), MacProtectionEventKind::privacyModeOff,
-                                       u"Privacy Mode is off. No Mac app actions were taken."_s);
-        m_logStore->append(event);
-        return {{}, {event}};
+                                       u"Privacy Mode is off. No Mac app actions were taken."_s),
+        };
+        return {{{}, events}, record(events)};
     }
 
     QList<RiskAppMatch> matches = m_catalog.matches(m_inventoryService->runningApps());
@@ -47,9 +46,14 @@ PrivacyModeRunResult PrivacyModeController::evaluateCurrentApps(const PrivacyMod
     };
     for (const RiskAppMatch &match : std::as_const(matches))
         appendMatchEvents(match, dryRun, events);
-    for (const MacProtectionEvent &event : std::as_const(events))
-        m_logStore->append(event);
-    return {matches, events};
+    return {{matches, events}, record(events)};
+}
+
+bool PrivacyModeController::record(const QList<MacProtectionEvent> &events) {
+    bool areRecorded = true;
+    for (const MacProtectionEvent &event : events)
+        areRecorded = m_logStore->tryAppend(event) && areRecorded;
+    return areRecorded;
 }
 
 void PrivacyModeController::appendMatchEvents(const RiskAppMatch &match, bool dryRun,

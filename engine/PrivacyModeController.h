@@ -12,6 +12,12 @@
 
 namespace kestrin::engine {
 
+/// One check, and whether all of its events are in the log now.
+struct PrivacyModeCheck {
+    PrivacyModeRunResult result;
+    bool isRecorded = false;
+};
+
 /// Performs one check of the running applications. Keeps nothing between checks; shares its services with
 /// others.
 class PrivacyModeController {
@@ -26,9 +32,14 @@ class PrivacyModeController {
     /// records what it would do. All requests are made before anything of an enabled check is logged. With
     /// Privacy Mode off nothing is listed and one event says so. The result is complete whether or not the
     /// log could be written.
-    PrivacyModeRunResult evaluateCurrentApps(const PrivacyModeSettings &settings, bool dryRun);
+    PrivacyModeRunResult evaluateCurrentApps(const PrivacyModeSettings &settings, bool dryRun) {
+        return check(settings, dryRun).result;
+    }
+    /// The same, for those who have to know whether it is recorded.
+    PrivacyModeCheck check(const PrivacyModeSettings &settings, bool dryRun);
 
   private:
+    bool record(const QList<MacProtectionEvent> &events);
     void appendMatchEvents(const RiskAppMatch &match, bool dryRun, QList<MacProtectionEvent> &events);
 
     const RiskAppCatalog m_catalog;

@@ -3,7 +3,9 @@
 #include "foundation/FileReading.h"
 #include "foundation/PrivateFile.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -48,6 +50,12 @@ std::optional<FileLock> FileLock::lockFolder(const QString &folder, std::chrono:
         nap = std::min(nap * 2, std::chrono::microseconds(2000));
     }
     return lock;
+}
+
+std::optional<FileLock> FileLock::lockFolderOf(const QString &path) {
+    using namespace std::chrono_literals;
+    const QString folder = QFileInfo(path).absolutePath();
+    return QDir().mkpath(folder) ? lockFolder(folder, 10s) : std::nullopt;
 }
 
 std::optional<FileLock> FileLock::tryLockFile(const QString &path, const QByteArray &note) {

@@ -17,6 +17,11 @@ class FileLock {
     /// when the folder is missing or somebody else keeps the lock longer.
     static std::optional<FileLock> lockFolder(const QString &folder, std::chrono::milliseconds patience);
 
+    /// For those who are about to change the file at `path`: locks its folder, which is made when it is
+    /// missing. Waits longer than any change takes: who still holds the lock then is stopped, and writing
+    /// beside him could lose something.
+    static std::optional<FileLock> lockFolderOf(const QString &path);
+
     /// Locks the file at `path`, which is made (readable by its owner only) when it is missing, and does not
     /// wait. The holder's `note` is left in it for those who come too late.
     static std::optional<FileLock> tryLockFile(const QString &path, const QByteArray &note);

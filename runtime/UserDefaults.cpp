@@ -2,6 +2,10 @@
 
 namespace kestrin::runtime {
 
+bool UserDefaults::setStringArray(const QString &key, const QStringList &value) {
+    return updateStringArray(key, [&](const auto &) { return value; });
+}
+
 std::optional<bool> InMemoryUserDefaults::boolean(const QString &key) const {
     const QVariant value = m_values.value(key);
     return value.typeId() == QMetaType::Bool ? std::optional(value.toBool()) : std::nullopt;
@@ -12,19 +16,20 @@ std::optional<QStringList> InMemoryUserDefaults::stringArray(const QString &key)
     return value.typeId() == QMetaType::QStringList ? std::optional(value.toStringList()) : std::nullopt;
 }
 
-void InMemoryUserDefaults::setBoolean(const QString &key, bool value) {
-    set(key, value);
+bool InMemoryUserDefaults::setBoolean(const QString &key, bool value) {
+    return set(key, value);
 }
 
-void InMemoryUserDefaults::setStringArray(const QString &key, const QStringList &value) {
-    set(key, value);
+bool InMemoryUserDefaults::updateStringArray(const QString &key, const StringArrayChange &change) {
+    return set(key, change(stringArray(key)));
 }
 
-void InMemoryUserDefaults::set(const QString &key, const QVariant &value) {
-    if (m_values.contains(key) && m_values.value(key) == value)
-        return;
+bool InMemoryUserDefaults::set(const QString &key, const QVariant &value) {
+    const QVariant before = m_values.value(key);
     m_values.insert(key, value);
-    Q_EMIT changed(key);
+    if (value != before)
+        Q_EMIT changed(key);
+    return true;
 }
 
 } // namespace kestrin::runtime

@@ -6,24 +6,31 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <optional>
 
 namespace kestrin::runtime {
 
 /// A value keeps its type: a boolean is not the text "true", and an empty list is not an absent key. Main
-/// thread only. Nothing reports an error; a value that could not be stored simply reads as before.
+/// thread only. A value that could not be stored reads as before.
 class UserDefaults : public QObject {
     Q_OBJECT
 
   public:
     using QObject::QObject;
+    using StringArrayChange = std::function<QStringList(const std::optional<QStringList> &)>;
 
     /// The boolean stored under `key`; absent when there is no value or one of another type.
     virtual std::optional<bool> boolean(const QString &key) const = 0;
     /// The list of strings stored under `key`; absent when there is no value or one of another type.
     virtual std::optional<QStringList> stringArray(const QString &key) const = 0;
-    virtual void setBoolean(const QString &key, bool value) = 0;
-    virtual void setStringArray(const QString &key, const QStringList &value) = 0;
+    /// Returns whether the value is stored now.
+    virtual bool setBoolean(const QString &key, bool value) = 0;
+    /// The same.
+    bool setStringArray(const QString &key, const QStringList &value);
+    /// Puts what `change` makes of the stored list in its place. Where processes share the preferences, no
+    /// other one stores in between. Returns whether the new list is stored now.
+    virtual bool updateStringArray(const QString &key, const StringArrayChange &change) = 0;
     /// Whether values can be stored now, as far as can be told without storing one.
     virtual bool isWritable() const { return true; }
 
@@ -42,11 +49,11 @@ class InMemoryUserDefaults final : public UserDefaults {
 
     std::optional<bool> boolean(const QString &key) const override;
     std::optional<QStringList> stringArray(const QString &key) const override;
-    void setBoolean(const QString &key, bool value) override;
-    void setStringArray(const QString &key, const QStringList &value) override;
+    bool setBoolean(const QString &key, bool value) override;
+    bool updateStringArray(const QString &key, const StringArrayChange &change) override;
 
   private:
-    void set(const QString &key, const QVariant &value);
+    bool set(const QString &key, const QVariant &value);
 
     QHash<QString, QVariant> m_values;
 };

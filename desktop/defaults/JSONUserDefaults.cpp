@@ -21,6 +21,22 @@ namespace kestrin::desktop {
 using namespace foundation;
 using namespace runtime;
 
+namespace {
+
+std::optional<QStringList> strings(const QJsonValue &value) {
+    const QJsonArray array = value.toArray();
+    const bool allStrings =
+        std::all_of(array.begin(), array.end(), [](const auto &item) { return item.isString(); });
+    if (!value.isArray() || !allStrings)
+        return std::nullopt;
+    QStringList list;
+    for (const auto &item : array)
+        list.append(item.toString());
+    return list;
+}
+
+} // namespace
+
 JSONUserDefaults::JSONUserDefaults(const QString &path, QObject *parent)
     : UserDefaults(parent)
     , m_path(path) {}
@@ -36,24 +52,17 @@ std::optional<bool> JSONUserDefaults::boolean(const QString &key) const {
 }
 
 std::optional<QStringList> JSONUserDefaults::stringArray(const QString &key) const {
-    const QJsonValue value = load().value(key);
-    const QJsonArray array = value.toArray();
-    const bool allStrings =
-        std::all_of(array.begin(), array.end(), [](const auto &item) { return item.isString(); });
-    if (!value.isArray() || !allStrings)
-        return std::nullopt;
-    QStringList list;
-    for (const auto &item : array)
-        list.append(item.toString());
-    return list;
+    return strings(load().value(key));
 }
 
-void JSONUserDefaults::setBoolean(const QString &key, bool value) {
-    set(key, value);
+bool JSONUserDefaults::setBoolean(const QString &key, bool value) {
+    return update(key, [value](const auto &) { return value; });
 }
 
-void JSONUserDefaults::setStringArray(const QString &key, const QStringList &value) {
-    set(key, QJsonArray::fromStringList(value));
+bool JSONUserDefaults::updateStringArray(const QString &key, const StringArrayChange &change) {
+    return update(key, [&change](const QJsonValue &stored) {
+        return QJsonArray::fromStringList(change(strings(stored)));
+    });
 }
 
 bool JSONUserDefaults::isWritable() const {
@@ -65,23 +74,24 @@ QJsonObject JSONUserDefaults::load() const {
     return QJsonDocument::fromJson(readWholeFile(m_path).value_or(QByteArray())).object();
 }
 
-void JSONUserDefaults::set(const QString &key, const QJsonValue &value) {
-    using namespace std::chrono_literals;
-    const QString folder = QFileInfo(m_path).absolutePath();
-    if (!QDir().mkpath(folder))
-        return;
+bool JSONUserDefaults::update(const QString &key,
+                              const std::function<QJsonValue(const QJsonValue &)> &change) {
     {
-        const auto lock = FileLock::lockFolder(folder, 10s);
+        const auto lock = FileLock::lockFolderOf(m_path);
         QJsonObject values = load();
-        if (!lock || values.value(key) == value)
-            return;
+        const QJsonValue former = values.value(key);
+        const QJsonValue value = change(former);
+        if (value == former)
+            return true;
         if (!m_watch)
             m_known = values;
         values.insert(key, value);
         const QByteArray text = QJsonDocument(values).toJson();
-        replacePrivateFile(m_path, {viewOf(text)});
+        if (!lock || !replacePrivateFile(m_path, {viewOf(text)}))
+            return false;
     }
     tellDifferences();
+    return true;
 }
 
 void JSONUserDefaults::connectNotify(const QMetaMethod &signal) {

@@ -24,8 +24,8 @@ class JSONUserDefaults final : public runtime::UserDefaults {
 
     std::optional<bool> boolean(const QString &key) const override;
     std::optional<QStringList> stringArray(const QString &key) const override;
-    void setBoolean(const QString &key, bool value) override;
-    void setStringArray(const QString &key, const QStringList &value) override;
+    bool setBoolean(const QString &key, bool value) override;
+    bool updateStringArray(const QString &key, const StringArrayChange &change) override;
     /// Makes the folder when it is missing.
     bool isWritable() const override;
 
@@ -34,7 +34,7 @@ class JSONUserDefaults final : public runtime::UserDefaults {
 
   private:
     QJsonObject load() const;
-    void set(const QString &key, const QJsonValue &value);
+    bool update(const QString &key, const std::function<QJsonValue(const QJsonValue &)> &change);
     void tellDifferences();
 
     QString m_path;

@@ -21,8 +21,9 @@ class NSUserDefaultsStore final : public runtime::UserDefaults {
 
     std::optional<bool> boolean(const QString &key) const override;
     std::optional<QStringList> stringArray(const QString &key) const override;
-    void setBoolean(const QString &key, bool value) override;
-    void setStringArray(const QString &key, const QStringList &value) override;
+    bool setBoolean(const QString &key, bool value) override;
+    /// The system has no lock that would keep other processes away meanwhile.
+    bool updateStringArray(const QString &key, const StringArrayChange &change) override;
 
   protected:
     void connectNotify(const QMetaMethod &signal) override;

@@ -84,14 +84,14 @@ struct NSUserDefaultsStore::Private {
         return stored ? stored : [NSDictionary dictionary];
     }
 
-    void set(const QString &key, id value) {
+    bool set(const QString &key, id value) {
         NSString *name = toNSString(key);
         // Where 1 equals YES, the one would not replace the other.
         if ([value isEqual:[defaults objectForKey:name]])
             [defaults removeObjectForKey:name];
         [defaults setObject:value forKey:name];
         // A program that ends at once would otherwise take the change with it.
-        [defaults synchronize];
+        return [defaults synchronize];
     }
 };
 
@@ -114,25 +114,31 @@ std::optional<QStringList> NSUserDefaultsStore::stringArray(const QString &key) 
     }
 }
 
-void NSUserDefaultsStore::setBoolean(const QString &key, bool value) {
+bool NSUserDefaultsStore::setBoolean(const QString &key, bool value) {
     if (boolean(key) == value)
-        return;
+        return true;
+    bool isStored = false;
     @autoreleasepool {
-        d->set(key, [NSNumber numberWithBool:value]);
+        isStored = d->set(key, [NSNumber numberWithBool:value]);
     }
     tellDifferences();
+    return isStored;
 }
 
-void NSUserDefaultsStore::setStringArray(const QString &key, const QStringList &value) {
-    if (stringArray(key) == value)
-        return;
+bool NSUserDefaultsStore::updateStringArray(const QString &key, const StringArrayChange &change) {
+    const std::optional<QStringList> former = stringArray(key);
+    const QStringList value = change(former);
+    if (former == value)
+        return true;
+    bool isStored = false;
     @autoreleasepool {
         NSMutableArray *array = [NSMutableArray array];
         for (const QString &item : value)
             [array addObject:toNSString(item)];
-        d->set(key, array);
+        isStored = d->set(key, array);
     }
     tellDifferences();
+    return isStored;
 }
 
 void NSUserDefaultsStore::connectNotify(const QMetaMethod &signal) {
