@@ -1,15 +1,12 @@
 #include "cli/CommandRunner.h"
 
 #include "cli/CommandLine.h"
-#include "cli/EventFollower.h"
 #include "cli/HelpText.h"
 #include "cli/HumanOutput.h"
 #include "cli/WatchCommand.h"
+#include "engine/NSWorkspaceAppInventoryService.h"
 #include "foundation/JsonEncoding.h"
-#include "runtime/MonitoringClaim.h"
 #include "runtime/StatusSummaries.h"
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -24,8 +21,7 @@ namespace {
 
 using Desktop = CommandSession::Desktop;
 
-/// Carries out the commands that end by themselves. The engine never reports that a file could not be
-/// written; whoever changes something here reads it back and says so.
+/// Carries out the commands that end by themselves.
 class CommandRunner {
   public:
     CommandRunner(const Invocation &invocation, CommandSurroundings &surroundings)
@@ -91,7 +87,8 @@ class CommandRunner {
         const QString limitation = m_surroundings.runtime.workspace.limitation();
         if (!limitation.isEmpty())
             return m_surroundings.couldNot(limitation);
-        const QList<RunningMacApp> found = session(Desktop::seen).runtime.inventoryService().runningApps();
+        const QList<RunningMacApp> found =
+            NSWorkspaceAppInventoryService(m_surroundings.runtime.workspace).runningApps();
         if (m_call.json)
             printJson(toJsonValue(found));
         else
@@ -114,19 +111,18 @@ class CommandRunner {
             return m_surroundings.couldNot(limitation);
         CommandSession &checking = session(Desktop::seen);
         checking.settleFlag();
-        EventFollower follower(checking.runtime.logStore());
         const bool previews = m_call.preview || !checking.runtime.enforceActions();
-        const PrivacyModeRunResult result = checking.runtime.performCheck(previews);
+        const auto [result, isRecorded] = checking.runtime.performCheck(previews);
         if (m_call.json)
             printJson(toJsonValue(result));
         else
             print(runResultText(result, checking.runtime.runningAppCount(), m_surroundings.palette));
         // What was done is told in any case.
-        return hasLogged(follower, result.events.size()) ? ExitStatus::done : notLogged();
+        return outcomeOf({.changesRecorded = isRecorded});
     }
 
     ExitStatus log() {
-        const auto events = session(Desktop::ignored).runtime.logStore().recent(m_call.limit);
+        const auto events = m_surroundings.runtime.logStore->recent(m_call.limit);
         if (m_call.json)
             printJson(toJsonValue(events));
         else if (events.isEmpty() && m_call.limit > 0)
@@ -152,61 +148,36 @@ class CommandRunner {
 
     ExitStatus switchPrivacyMode(bool on) {
         CommandSession &changing = sessionThatLooks();
-        PrivacyModeSettingsStoring &settings = changing.runtime.settingsStore();
         // Nothing is to follow from a switch that could not be kept.
         if (!m_surroundings.defaults.isWritable())
-            return defaultsNotSaved();
-        const bool isNews = settings.load().isEnabled != on;
-        EventFollower follower(changing.runtime.logStore());
-        changing.flag.setOn(on);
-        if (settings.load().isEnabled != on)
-            return notSaved();
-        if (changing.flag.isOn() != on)
-            return defaultsNotSaved();
-        return afterChange(follower, isNews ? 1 : 0);
+            return couldNotSaveDefaults();
+        return afterChange(changing.flag.setOn(on));
     }
 
     ExitStatus select(bool isProtected) {
         CommandSession &changing = sessionThatLooks();
-        EventFollower follower(changing.runtime.logStore());
-        qsizetype changes = 0;
-        for (const QString &id : m_call.ids) {
-            changes += changing.runtime.protectedDefinitionIDs().contains(id) != isProtected ? 1 : 0;
-            changing.runtime.setProtectedDefinition(id, isProtected);
-        }
-        // An empty selection in the file counts as not yet chosen, which is everything.
-        const QSet<QString> stored = changing.runtime.settingsStore().load().protectedDefinitionIDs;
-        const bool isStored =
-            changes == 0 || std::all_of(m_call.ids.cbegin(), m_call.ids.cend(), [&](const QString &id) {
-                return stored.contains(id) == isProtected;
-            });
-        return isStored ? afterChange(follower, changes) : notSaved();
+        Outcome outcome;
+        for (const QString &id : m_call.ids)
+            outcome &= changing.runtime.setProtectedDefinition(id, isProtected);
+        return afterChange(outcome);
     }
 
-    ExitStatus recommended() {
-        CommandSession &changing = sessionThatLooks();
-        EventFollower follower(changing.runtime.logStore());
-        changing.runtime.applyRecommendedRiskApps();
-        const QSet<QString> stored = changing.runtime.settingsStore().load().protectedDefinitionIDs;
-        return stored == changing.runtime.protectedDefinitionIDs() ? afterChange(follower, 1) : notSaved();
-    }
+    ExitStatus recommended() { return afterChange(sessionThatLooks().runtime.applyRecommendedRiskApps()); }
 
     ExitStatus enforce() {
         CommandSession &changing = sessionThatLooks();
         const bool on = *m_call.enable;
         // Stored before anything follows from it: nobody is asked to quit for a choice that could not be
         // kept.
-        m_surroundings.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, on);
-        if (m_surroundings.defaults.boolean(MacProtectionRuntime::enforceActionsKey) != on)
-            return defaultsNotSaved();
+        if (!m_surroundings.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, on))
+            return couldNotSaveDefaults();
         changing.settleFlag();
-        EventFollower follower(changing.runtime.logStore());
         // Its relaunch monitor hears of nothing: launches are told by an event loop, and none runs here. A
         // watching program makes a new monitor of its own when it sees the choice change.
-        changing.runtime.setEnforceActions(on);
+        const Outcome outcome = changing.runtime.setEnforceActions(on);
         // A check publishes what it acted on, the status tells what is there.
         changing.runtime.refreshInventoryPreview();
-        return afterChange(follower, 1);
+        return afterChange(outcome);
     }
 
     ExitStatus schedule() {
@@ -227,16 +198,12 @@ class CommandRunner {
 
     ExitStatus switchPresets(CommandSession &changing) {
         if (!m_surroundings.defaults.isWritable())
-            return defaultsNotSaved();
+            return couldNotSaveDefaults();
         changing.settleFlag();
-        EventFollower follower(changing.runtime.logStore());
-        const QList<ModePreset> before = changing.runtime.modes();
+        Outcome outcome;
         for (const QString &id : m_call.ids)
-            changing.runtime.setMode(id, *m_call.enable);
-        const QList<ModePreset> wanted = changing.runtime.modes();
-        if (MacProtectionRuntime::loadModes(m_surroundings.defaults) != wanted)
-            return defaultsNotSaved();
-        return hasLogged(follower, wanted == before ? 0 : 1) ? ExitStatus::done : notLogged();
+            outcome &= changing.runtime.setMode(id, *m_call.enable);
+        return outcomeOf(outcome);
     }
 
     ExitStatus autostart() {
@@ -269,31 +236,31 @@ class CommandRunner {
         return ExitStatus::done;
     }
 
-    /// The status, unless events are missing from the log.
-    ExitStatus afterChange(EventFollower &follower, qsizetype eventCount) {
-        return hasLogged(follower, eventCount) ? printStatus() : notLogged();
+    /// The status, unless something could not be kept.
+    ExitStatus afterChange(const Outcome &outcome) {
+        const ExitStatus status = outcomeOf(outcome);
+        return status == ExitStatus::done ? printStatus() : status;
     }
 
-    static bool hasLogged(EventFollower &follower, qsizetype eventCount) {
-        return follower.takeNew().size() >= eventCount;
+    /// Says what could not be kept.
+    ExitStatus outcomeOf(const Outcome &outcome) {
+        const QString &folder = m_surroundings.runtime.supportFolder;
+        if (!outcome.settingsSaved)
+            return m_surroundings.couldNot(u"The settings in "_s + folder +
+                                           u" are not what was asked for: they cannot be written, or another "
+                                           u"program changed them meanwhile."_s);
+        if (!outcome.defaultsSaved)
+            return couldNotSaveDefaults();
+        if (!outcome.changesRecorded)
+            return m_surroundings.couldNot(
+                u"It was done but could not be recorded, because the activity log in "_s + folder +
+                u" cannot be written."_s);
+        return ExitStatus::done;
     }
 
-    ExitStatus notSaved() {
-        return m_surroundings.couldNot(
-            u"The settings in "_s + m_session->runtime.supportFolder() +
-            u" are not what was asked for: they cannot be written, or another program "
-            u"changed them meanwhile."_s);
-    }
-
-    ExitStatus defaultsNotSaved() {
+    ExitStatus couldNotSaveDefaults() {
         return m_surroundings.couldNot(u"The change could not be saved, because "_s +
                                        m_surroundings.defaultsLocation + u" cannot be written."_s);
-    }
-
-    ExitStatus notLogged() {
-        return m_surroundings.couldNot(
-            u"It was done but could not be recorded, because the activity log in "_s +
-            m_session->runtime.supportFolder() + u" cannot be written."_s);
     }
 
     const Invocation &m_call;

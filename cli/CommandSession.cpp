@@ -36,7 +36,7 @@ CommandSession::CommandSession(CommandSurroundings &commandSurroundings, Desktop
     , flag(surroundings.defaults, runtime) {}
 
 std::optional<QString> CommandSession::monitoredBy() const {
-    return MonitoringClaim::currentHolder(runtime.supportFolder());
+    return MonitoringClaim::currentHolder(surroundings.runtime.supportFolder);
 }
 
 StatusReport CommandSession::status() const {
@@ -59,7 +59,7 @@ StatusReport CommandSession::status() const {
 }
 
 void CommandSession::settleFlag() {
-    if (!monitoredBy() && runtime.settingsStore().load().isEnabled != flag.isOn())
+    if (!monitoredBy() && surroundings.runtime.settingsStore->load().isEnabled != flag.isOn())
         runtime.updatePrivacyMode(flag.isOn(), false);
 }
 

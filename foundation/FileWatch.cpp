@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace kestrin::foundation {
 
 FileWatch::FileWatch(const QString &path, QObject *parent) : QObject(parent), m_path(path) {
@@ -18,7 +20,8 @@ FileWatch::FileWatch(const QString &path, QObject *parent) : QObject(parent), m_
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &FileWatch::compare);
 }
 
-void FileWatch::compare() {
+/// Takes the file's present state for the known one. Returns whether it is another one.
+bool FileWatch::adopt() {
     const FileStamp now = FileStamp::of(QFile::encodeName(m_path));
     // The watcher does not see another inode: it has lost a replaced file, and stays with the old target of a
     // link that leads elsewhere now.
@@ -26,10 +29,12 @@ void FileWatch::compare() {
         m_watcher.removePath(m_path);
     if (!m_watcher.files().contains(m_path))
         m_watcher.addPath(m_path);
-    if (now == m_known)
-        return;
-    m_known = now;
-    Q_EMIT changed();
+    return std::exchange(m_known, now) != now;
+}
+
+void FileWatch::compare() {
+    if (adopt())
+        Q_EMIT changed();
 }
 
 } // namespace kestrin::foundation

@@ -17,10 +17,14 @@ class FileWatch : public QObject {
   public:
     explicit FileWatch(const QString &path, QObject *parent = nullptr);
 
+    /// What has changed by now is not told any more. For an owner who is about to read the file.
+    void acknowledge() { adopt(); }
+
   Q_SIGNALS:
     void changed();
 
   private:
+    bool adopt();
     void compare();
 
     QString m_path;

@@ -36,7 +36,6 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
     , m_watchTime(std::move(surroundings.watchTime))
     , m_scheduleInterval(surroundings.scheduleInterval)
     , m_workspace(surroundings.workspace)
-    , m_supportFolder(surroundings.supportFolder)
     , m_catalog{RiskAppCatalog::defaultDefinitions()}
     , m_inventoryService(std::make_shared<NSWorkspaceAppInventoryService>(m_workspace))
     , m_actionPerformer(std::make_shared<NSWorkspaceRiskAppActionPerformer>(m_workspace))
@@ -112,22 +111,25 @@ void MacProtectionRuntime::setPrivacyModeSetter(const PrivacyModeSetter &setPriv
     m_privacyModeSetter = setPrivacyMode;
 }
 
-void MacProtectionRuntime::updatePrivacyMode(bool privacyModeOn, bool recordChange) {
+Outcome MacProtectionRuntime::updatePrivacyMode(bool privacyModeOn, bool recordChange) {
+    Outcome outcome;
     bool wasOn = privacyModeOn;
-    updateSettings(
+    outcome.settingsSaved = updateSettings(
         [&](PrivacyModeSettings &settings) { wasOn = std::exchange(settings.isEnabled, privacyModeOn); });
     Q_EMIT summariesChanged();
     if (recordChange && wasOn != privacyModeOn)
-        recordEvent(
+        outcome.changesRecorded = recordEvent(
             privacyModeOn ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
             privacyModeOn ? u"Privacy Mode is on for this Mac."_s : u"Privacy Mode is off for this Mac."_s);
     refreshInventoryPreview();
+    return outcome;
 }
 
-void MacProtectionRuntime::setProtectedDefinition(const QString &id, bool enabled) {
+Outcome MacProtectionRuntime::setProtectedDefinition(const QString &id, bool enabled) {
+    Outcome outcome;
     if (m_protectedDefinitionIDs.contains(id) == enabled)
-        return;
-    updateSettings([&](PrivacyModeSettings &) {
+        return outcome;
+    outcome.settingsSaved = updateSettings([&](PrivacyModeSettings &) {
         if (enabled)
             m_protectedDefinitionIDs.insert(id);
         else
@@ -139,44 +141,47 @@ void MacProtectionRuntime::setProtectedDefinition(const QString &id, bool enable
                                     [&](const RiskAppDefinition &definition) { return definition.id == id; });
     const QString name = found == m_catalog.definitions.cend() ? u"Protected app"_s : found->displayName;
     const QString change = enabled ? u" added to Mac Privacy Mode."_s : u" removed from Mac Privacy Mode."_s;
-    recordEvent(MacProtectionEventKind::riskAppMatched, name + change, name);
+    outcome.changesRecorded = recordEvent(MacProtectionEventKind::riskAppMatched, name + change, name);
     refreshInventoryPreview();
+    return outcome;
 }
 
-void MacProtectionRuntime::applyRecommendedRiskApps() {
-    updateSettings([this](PrivacyModeSettings &) { m_protectedDefinitionIDs = defaultDefinitionIDs(); });
+Outcome MacProtectionRuntime::applyRecommendedRiskApps() {
+    Outcome outcome;
+    outcome.settingsSaved = updateSettings(
+        [this](PrivacyModeSettings &) { m_protectedDefinitionIDs = defaultDefinitionIDs(); });
     Q_EMIT protectedDefinitionIDsChanged();
-    recordEvent(MacProtectionEventKind::riskAppMatched, u"Recommended Mac protected app list applied."_s);
+    outcome.changesRecorded = recordEvent(MacProtectionEventKind::riskAppMatched,
+                                          u"Recommended Mac protected app list applied."_s);
     refreshInventoryPreview();
+    return outcome;
 }
 
-void MacProtectionRuntime::setEnforceActions(bool enforceActions) {
+Outcome MacProtectionRuntime::setEnforceActions(bool enforceActions) {
+    Outcome outcome;
     m_enforceActions = enforceActions;
     Q_EMIT enforceActionsChanged();
     Q_EMIT summariesChanged();
-    m_defaults.setBoolean(enforceActionsKey, enforceActions);
+    outcome.defaultsSaved = m_defaults.setBoolean(enforceActionsKey, enforceActions);
     configureRelaunchMonitor();
-    if (enforceActions)
-        recordEvent(MacProtectionEventKind::quitRequested,
-                    u"Mac app actions are enforcing for selected protected apps."_s);
-    else
-        recordEvent(MacProtectionEventKind::dryRun, u"Mac app actions switched to preview mode."_s);
-    runLiveCheck();
+    const bool isRecorded = recordEvent(
+        enforceActions ? MacProtectionEventKind::quitRequested : MacProtectionEventKind::dryRun,
+        enforceActions ? u"Mac app actions are enforcing for selected protected apps."_s
+                       : u"Mac app actions switched to preview mode."_s);
+    outcome.changesRecorded = performCheck(!enforceActions).isRecorded && isRecorded;
+    return outcome;
 }
 
-PrivacyModeRunResult MacProtectionRuntime::performCheck(bool dryRun) {
+PrivacyModeCheck MacProtectionRuntime::performCheck(bool dryRun) {
     const qsizetype count = m_inventoryService->runningApps().size();
     PrivacyModeController controller(m_catalog, m_inventoryService, m_actionPerformer, m_logStore, m_clock);
-    PrivacyModeRunResult result = controller.evaluateCurrentApps(m_settingsStore->load(), dryRun);
-    publishPreview(count, result.matches);
+    PrivacyModeCheck check = controller.check(m_settingsStore->load(), dryRun);
+    publishPreview(count, check.result.matches);
     m_lastChecked = m_clock();
     Q_EMIT lastCheckedChanged();
     reloadRecentEvents();
-    for (const MacProtectionEvent &event : std::as_const(result.events)) {
-        if (event.kind == MacProtectionEventKind::quitRequested)
-            Q_EMIT quitRequested(event);
-    }
-    return result;
+    tellQuitRequests(check.result.events);
+    return check;
 }
 
 void MacProtectionRuntime::refreshInventoryPreview() {
@@ -190,32 +195,56 @@ void MacProtectionRuntime::refreshInventoryPreview() {
 void MacProtectionRuntime::configureRelaunchMonitor() {
     if (m_monitor)
         m_monitor->stop();
-    // A queued call with a context object is dropped when the runtime has gone by then.
-    const auto refreshLater = [this](const MacProtectionEvent &event) {
-        QMetaObject::invokeMethod(
-            this,
-            [this, event] {
-                reloadRecentEvents();
-                refreshInventoryPreview();
-                if (event.kind == MacProtectionEventKind::quitRequested)
-                    Q_EMIT quitRequested(event);
-            },
-            Qt::QueuedConnection);
+    const auto reacted = [this](const MacProtectionEvent &event) {
+        m_reactions.append(event);
+        refreshLater();
     };
     m_monitor =
         std::make_unique<RiskAppRelaunchMonitor>(m_catalog, m_settingsStore, m_actionPerformer, m_logStore,
-                                                 !m_enforceActions, refreshLater, m_workspace, m_clock);
+                                                 !m_enforceActions, reacted, m_workspace, m_clock);
     m_monitor->start();
     setMonitoring();
 }
 
-void MacProtectionRuntime::recordEvent(MacProtectionEventKind kind, const QString &message,
-                                       const std::optional<QString> &appName) {
-    m_logStore->append(MacProtectionEvent::create(m_clock(), kind, message, appName));
+/// The events of a launch, launches that come together and the log's watch, which hears of them too, all lead
+/// to one refresh.
+void MacProtectionRuntime::refreshLater() {
+    if (std::exchange(m_isRefreshPosted, true))
+        return;
+    // A queued call is dropped when the runtime has gone by then.
+    QMetaObject::invokeMethod(this, &MacProtectionRuntime::refresh, Qt::QueuedConnection);
+}
+
+void MacProtectionRuntime::refresh() {
+    m_isRefreshPosted = false;
+    const QList<MacProtectionEvent> reactions = std::exchange(m_reactions, {});
     reloadRecentEvents();
+    // What other processes record tells nothing of what runs.
+    if (reactions.isEmpty())
+        return;
+    refreshInventoryPreview();
+    tellQuitRequests(reactions);
+}
+
+void MacProtectionRuntime::tellQuitRequests(const QList<MacProtectionEvent> &events) {
+    for (const MacProtectionEvent &event : events) {
+        if (event.kind == MacProtectionEventKind::quitRequested)
+            Q_EMIT quitRequested(event);
+    }
+}
+
+bool MacProtectionRuntime::recordEvent(MacProtectionEventKind kind, const QString &message,
+                                       const std::optional<QString> &appName) {
+    const bool isRecorded =
+        m_logStore->tryAppend(MacProtectionEvent::create(m_clock(), kind, message, appName));
+    reloadRecentEvents();
+    return isRecorded;
 }
 
 void MacProtectionRuntime::reloadRecentEvents() {
+    // Before it is read, so that whatever comes in between is still told.
+    if (m_logWatch)
+        m_logWatch->acknowledge();
     m_recentEvents = m_logStore->recent(recentEventLimit);
     Q_EMIT recentEventsChanged();
 }
@@ -261,7 +290,7 @@ void MacProtectionRuntime::followOtherProcesses() {
     }
     if (const QString file = m_logStore->file(); !file.isEmpty() && !m_logWatch) {
         m_logWatch = std::make_unique<FileWatch>(file);
-        connect(m_logWatch.get(), &FileWatch::changed, this, &MacProtectionRuntime::reloadRecentEvents);
+        connect(m_logWatch.get(), &FileWatch::changed, this, &MacProtectionRuntime::refreshLater);
     }
 }
 

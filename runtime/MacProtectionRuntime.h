@@ -3,6 +3,7 @@
 #include "engine/PrivacyModeController.h"
 #include "engine/PrivacyModeSettingsStoring.h"
 #include "engine/RiskAppRelaunchMonitor.h"
+#include "runtime/Outcome.h"
 #include "runtime/TimeChangeWatch.h"
 #include "runtime/UserDefaults.h"
 #include "shared/DomainRecords.h"
@@ -41,8 +42,8 @@ struct MacProtectionSurroundings {
 
 /// The one object between the engine and whoever shows and steers it, a window or a command line. It owns the
 /// stores, the services, the relaunch monitor and the schedule timer, publishes the state that is shown, and
-/// records what the user and the schedules change. Nothing reports an error. Main thread only; checks and
-/// file access are synchronous.
+/// records what the user and the schedules change. Nothing fails; who wants to know whether his change was
+/// kept looks at the outcome. Main thread only; checks and file access are synchronous.
 ///
 /// Once started it also follows what other processes store: the selection, the log and the user defaults.
 class MacProtectionRuntime : public QObject {
@@ -76,10 +77,7 @@ class MacProtectionRuntime : public QObject {
     const QList<shared::ModePreset> &modes() const { return m_modes; }
     bool enforceActions() const { return m_enforceActions; }
     const engine::RiskAppCatalog &catalog() const { return m_catalog; }
-    const QString &supportFolder() const { return m_supportFolder; }
-    engine::PrivacyModeSettingsStoring &settingsStore() const { return *m_settingsStore; }
     engine::MacActivityLogStoring &logStore() const { return *m_logStore; }
-    engine::MacAppInventoryService &inventoryService() const { return *m_inventoryService; }
 
     // Summaries, derived from the state at each call
 
@@ -101,28 +99,27 @@ class MacProtectionRuntime : public QObject {
     void setPrivacyModeSetter(const PrivacyModeSetter &setPrivacyMode);
     /// Saves the flag, records the change (if it is one, and if wanted) and refreshes the preview. Takes no
     /// action.
-    void updatePrivacyMode(bool privacyModeOn, bool recordEvent);
-    void setProtectedDefinition(const QString &id, bool enabled);
+    Outcome updatePrivacyMode(bool privacyModeOn, bool recordEvent);
+    Outcome setProtectedDefinition(const QString &id, bool enabled);
     /// Selects the whole default catalog.
-    void applyRecommendedRiskApps();
+    Outcome applyRecommendedRiskApps();
     /// Stores the choice, replaces the monitor, records an event and runs a check, also when the value stays
     /// the same.
-    void setEnforceActions(bool enforceActions);
+    Outcome setEnforceActions(bool enforceActions);
     /// One check that previews or enforces, as chosen.
     void runLiveCheck() { performCheck(!m_enforceActions); }
     /// The same with the choice made by the caller.
-    engine::PrivacyModeRunResult performCheck(bool dryRun);
+    engine::PrivacyModeCheck performCheck(bool dryRun);
     /// Counts and matches the running applications without acting or recording. Ignores whether Privacy Mode
     /// is on.
     void refreshInventoryPreview();
-    /// Replaces the monitor with one that previews or enforces as chosen now.
-    void configureRelaunchMonitor();
 
     // Schedules
 
     /// The seed presets with the stored switches.
     static QList<shared::ModePreset> loadModes(const UserDefaults &defaults);
-    void setMode(const QString &id, bool enabled);
+    /// What follows from the switch at this time of day is no part of the outcome.
+    Outcome setMode(const QString &id, bool enabled);
     /// What the enabled presets want at this moment's local time of day; absent when none has an opinion.
     std::optional<bool> scheduledPrivacyModeState(const QDateTime &date) const;
     /// Brings Privacy Mode to what the presets want, if that differs from the saved flag.
@@ -146,11 +143,16 @@ class MacProtectionRuntime : public QObject {
     void summariesChanged();
 
   private:
-    void recordEvent(engine::MacProtectionEventKind kind, const QString &message,
+    bool recordEvent(engine::MacProtectionEventKind kind, const QString &message,
                      const std::optional<QString> &appName = std::nullopt);
     void reloadRecentEvents();
     void publishPreview(qint64 runningAppCount, const QList<engine::RiskAppMatch> &matches);
     void setMonitoring();
+    /// Replaces the monitor with one that previews or enforces as chosen now.
+    void configureRelaunchMonitor();
+    void refreshLater();
+    void refresh();
+    void tellQuitRequests(const QList<engine::MacProtectionEvent> &events);
     bool updateSettings(const std::function<void(engine::PrivacyModeSettings &)> &change);
     void followOtherProcesses();
     void adoptStoredSelection();
@@ -172,7 +174,6 @@ class MacProtectionRuntime : public QObject {
     const TimeChangeWatchMaker m_watchTime;
     const std::chrono::milliseconds m_scheduleInterval;
     engine::Workspace &m_workspace;
-    const QString m_supportFolder;
     const engine::RiskAppCatalog m_catalog;
     const std::shared_ptr<engine::MacAppInventoryService> m_inventoryService;
     const std::shared_ptr<engine::RiskAppActionPerforming> m_actionPerformer;
@@ -186,6 +187,9 @@ class MacProtectionRuntime : public QObject {
     std::unique_ptr<QTimer> m_scheduleTimer;
     std::unique_ptr<TimeChangeWatch> m_timeWatch;
     PrivacyModeSetter m_privacyModeSetter;
+    bool m_isRefreshPosted = false;
+    /// What the monitor has recorded since the last refresh.
+    QList<engine::MacProtectionEvent> m_reactions;
 };
 
 } // namespace kestrin::runtime

@@ -29,6 +29,15 @@ QStringList enabledIDs(const QList<ModePreset> &modes) {
     return ids;
 }
 
+/// The presets with these switches, or else with their own.
+QList<ModePreset> seedModes(const std::optional<QStringList> &enabledModeIDs) {
+    QList<ModePreset> modes = KestrinSeedData::modes();
+    const QStringList enabled = enabledModeIDs.value_or(enabledIDs(modes));
+    for (ModePreset &mode : modes)
+        mode.enabled = enabled.contains(mode.id);
+    return modes;
+}
+
 /// The minute of the day at which an hour begins.
 constexpr int clockMinute(int hour) {
     return hour * 60;
@@ -57,25 +66,28 @@ bool isActive(const ModePreset &mode, int minute) {
 } // namespace
 
 QList<ModePreset> MacProtectionRuntime::loadModes(const UserDefaults &defaults) {
-    QList<ModePreset> modes = KestrinSeedData::modes();
-    const QStringList enabled = defaults.stringArray(enabledModeIDsKey).value_or(enabledIDs(modes));
-    for (ModePreset &mode : modes)
-        mode.enabled = enabled.contains(mode.id);
-    return modes;
+    return seedModes(defaults.stringArray(enabledModeIDsKey));
 }
 
-void MacProtectionRuntime::setMode(const QString &id, bool enabled) {
-    const auto mode = std::find_if(m_modes.begin(), m_modes.end(),
-                                   [&](const ModePreset &candidate) { return candidate.id == id; });
-    if (mode == m_modes.end() || mode->enabled == enabled)
-        return;
-    mode->enabled = enabled;
-    const QString name = mode->name;
+Outcome MacProtectionRuntime::setMode(const QString &id, bool enabled) {
+    Outcome outcome;
+    const auto isIt = [&](const ModePreset &mode) { return mode.id == id; };
+    const auto found = std::find_if(m_modes.cbegin(), m_modes.cend(), isIt);
+    if (found == m_modes.cend() || found->enabled == enabled)
+        return outcome;
+    const QString name = found->name;
+    outcome.defaultsSaved = m_defaults.updateStringArray(enabledModeIDsKey, [&](const auto &stored) {
+        // What another process has switched since is not to be undone.
+        m_modes = seedModes(stored);
+        std::find_if(m_modes.begin(), m_modes.end(), isIt)->enabled = enabled;
+        return enabledIDs(m_modes);
+    });
     Q_EMIT modesChanged();
-    m_defaults.setStringArray(enabledModeIDsKey, enabledIDs(m_modes));
-    recordEvent(enabled ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
-                name + (enabled ? u" enabled."_s : u" disabled."_s));
+    outcome.changesRecorded = recordEvent(
+        enabled ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
+        name + (enabled ? u" enabled."_s : u" disabled."_s));
     evaluateSchedules(m_clock());
+    return outcome;
 }
 
 std::optional<bool> MacProtectionRuntime::scheduledPrivacyModeState(const QDateTime &date) const {

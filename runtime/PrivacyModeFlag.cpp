@@ -2,6 +2,8 @@
 
 #include "runtime/MacProtectionRuntime.h"
 
+#include <utility>
+
 namespace kestrin::runtime {
 
 const QString PrivacyModeFlag::key = QStringLiteral("kestrin.mac.privacyModeOn");
@@ -22,20 +24,21 @@ bool PrivacyModeFlag::isOn() const {
     return m_defaults.boolean(key).value_or(true);
 }
 
-void PrivacyModeFlag::setOn(bool on) {
-    const bool before = m_known;
+Outcome PrivacyModeFlag::setOn(bool on) {
     // The settings come first: a process that follows the flag then finds the change already made and
     // recorded.
-    m_runtime.updatePrivacyMode(on, true);
+    Outcome outcome = m_runtime.updatePrivacyMode(on, true);
     // A flag that the engine does not follow would be a lie.
-    if (m_runtime.settingsStore().load().isEnabled != on)
-        return;
-    m_known = on;
-    m_defaults.setBoolean(key, on);
-    // What could not be stored is not so.
-    m_known = isOn();
+    if (!outcome.settingsSaved)
+        return outcome;
+    const bool before = std::exchange(m_known, on);
+    // Without anything stored it is on.
+    outcome.defaultsSaved = m_defaults.setBoolean(key, on) || isOn() == on;
+    if (!outcome.defaultsSaved)
+        m_known = before;
     if (m_known != before)
         Q_EMIT changed();
+    return outcome;
 }
 
 void PrivacyModeFlag::startRuntime() {

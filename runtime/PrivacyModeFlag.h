@@ -1,5 +1,6 @@
 #pragma once
 
+#include "runtime/Outcome.h"
 #include "runtime/UserDefaults.h"
 
 namespace kestrin::runtime {
@@ -23,7 +24,7 @@ class PrivacyModeFlag : public QObject {
     bool isOn() const;
     /// Hands the value to the runtime, also when it is the present one, which mends settings that disagree;
     /// the runtime records a change only.
-    void setOn(bool on);
+    Outcome setOn(bool on);
     /// Starts the runtime with this flag.
     void startRuntime();
 
