@@ -10,7 +10,6 @@ using namespace engine;
 namespace {
 
 constexpr qsizetype memory = 64;
-constexpr qsizetype firstLook = 8;
 
 } // namespace
 
@@ -19,9 +18,8 @@ EventFollower::EventFollower(MacActivityLogStoring &log) : m_log(log) {
         m_known.append(event.id);
 }
 
-QList<MacProtectionEvent> EventFollower::takeNew() {
-    QList<MacProtectionEvent> newest = m_log.recent(firstLook);
-    if (firstKnown(newest) == newest.size() && newest.size() == firstLook)
+QList<MacProtectionEvent> EventFollower::takeNew(QList<MacProtectionEvent> newest) {
+    if (firstKnown(newest) == newest.size() && !newest.isEmpty())
         newest = m_log.recent(std::numeric_limits<qsizetype>::max());
     newest.resize(firstKnown(newest));
 

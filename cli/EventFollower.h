@@ -11,8 +11,9 @@ class EventFollower {
     /// What the log holds now is not news. The log outlives the follower.
     explicit EventFollower(engine::MacActivityLogStoring &log);
 
-    /// The new events, oldest first.
-    QList<engine::MacProtectionEvent> takeNew();
+    /// The new events, oldest first, for who has read the `newest` few of the log already, newest first. More
+    /// is read only where those cannot be all.
+    QList<engine::MacProtectionEvent> takeNew(QList<engine::MacProtectionEvent> newest);
 
   private:
     /// The position of the newest event that is no news, or the size of the list.

@@ -30,15 +30,22 @@ bool hasReader(int descriptor) {
 /// Prints what is new in the log. Nothing is printed any more once the reader has gone.
 class EventPrinter {
   public:
-    EventPrinter(MacActivityLogStoring &log, Output &out, const Palette &palette, bool json)
-        : m_follower(log)
+    EventPrinter(MacProtectionRuntime &runtime, Output &out, const Palette &palette, bool json)
+        : m_runtime(runtime)
+        , m_follower(runtime.logStore())
         , m_out(out)
         , m_palette(palette)
         , m_json(json) {}
 
-    void printNew() {
+    /// Goes by what the runtime has read.
+    void printNew() { print(m_follower.takeNew(m_runtime.recentEvents())); }
+    /// Looks into the log.
+    void printRest() { print(m_follower.takeNew(m_runtime.logStore().recent(1))); }
+
+  private:
+    void print(const QList<MacProtectionEvent> &events) {
         // One flush an event: who reads a line at a time is not kept waiting for the next.
-        for (const MacProtectionEvent &event : m_follower.takeNew()) {
+        for (const MacProtectionEvent &event : events) {
             if (m_json)
                 m_out.write(visibleJson(jsonText(toJsonValue(event))) + '\n');
             else
@@ -48,7 +55,7 @@ class EventPrinter {
         }
     }
 
-  private:
+    MacProtectionRuntime &m_runtime;
     EventFollower m_follower;
     Output &m_out;
     const Palette m_palette;
@@ -86,19 +93,19 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     CommandSession session(surroundings, CommandSession::Desktop::seen);
     if (const QString limitation = surroundings.runtime.workspace.limitation(); !limitation.isEmpty())
         surroundings.say(limitation);
-    EventPrinter printer(session.runtime.logStore(), surroundings.out, surroundings.palette, json);
+    EventPrinter printer(session.runtime, surroundings.out, surroundings.palette, json);
     QObject::connect(&session.runtime, &MacProtectionRuntime::recentEventsChanged,
                      [&printer] { printer.printNew(); });
     session.flag.startRuntime();
     // What others recorded while the runtime was starting was not told by anybody.
-    printer.printNew();
+    printer.printRest();
     surroundings.say(u"Watching."_s);
 
     // quit() before exec() would be forgotten.
     if (!ended && surroundings.out.flush())
         QCoreApplication::exec();
     // An event may have been recorded just before the end without having been noticed yet.
-    printer.printNew();
+    printer.printRest();
     return ExitStatus::done;
 }
 
