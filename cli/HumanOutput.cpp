@@ -106,16 +106,12 @@ QString appsText(const QList<RunningMacApp> &apps, const Palette &palette) {
 QString catalogText(const RiskAppCatalog &catalog, const QSet<QString> &selection, const Palette &palette) {
     const PrivacyModeSettings settings{true, selection};
     QList<QList<Cell>> rows{header({QString(), u"ID"_s, u"NAME"_s, u"ACTION"_s, u"CATEGORIES"_s})};
-    for (const RiskAppDefinition &definition : catalog.definitions) {
-        QStringList categories;
-        for (const MacRiskCategory category : definition.categories)
-            categories.append(userLabel(category));
+    for (const RiskAppDefinition &definition : catalog.definitions)
         rows.append({{settings.protects(definition) ? mark : QString(), TextColour::good},
                      definition.id,
                      definition.displayName,
                      userLabel(definition.defaultAction),
-                     categories.join(u", "_s)});
-    }
+                     userLabels(definition.categories, u", "_s)});
     return alignedLines(rows, palette) + palette.paint(TextColour::faint, u"* protected"_s) + u'\n';
 }
 

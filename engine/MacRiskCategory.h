@@ -2,6 +2,8 @@
 
 #include "foundation/RawValues.h"
 
+#include <QList>
+
 namespace kestrin::engine {
 
 /// What a risky application can expose. The order is that of the raw values and of every listing.
@@ -25,5 +27,7 @@ constexpr auto rawValuesOf(MacRiskCategory) {
 
 /// The category as people read it.
 QString userLabel(MacRiskCategory category);
+/// Several, in their order.
+QString userLabels(const QList<MacRiskCategory> &categories, const QString &separator);
 
 } // namespace kestrin::engine

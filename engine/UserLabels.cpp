@@ -1,6 +1,8 @@
 #include "engine/MacRiskCategory.h"
 #include "engine/RiskAppAction.h"
 
+#include <QStringList>
+
 namespace kestrin::engine {
 
 QString userLabel(MacRiskCategory category) {
@@ -19,6 +21,13 @@ QString userLabel(MacRiskCategory category) {
         return QStringLiteral("Browser");
     }
     return {};
+}
+
+QString userLabels(const QList<MacRiskCategory> &categories, const QString &separator) {
+    QStringList labels;
+    for (const MacRiskCategory category : categories)
+        labels.append(userLabel(category));
+    return labels.join(separator);
 }
 
 QString userLabel(RiskAppAction action) {

@@ -60,10 +60,7 @@ QString iconOf(const QList<MacRiskCategory> &categories) {
 }
 
 QString labelsOf(const QList<MacRiskCategory> &categories) {
-    QStringList labels;
-    for (const MacRiskCategory category : categories)
-        labels.append(userLabel(category));
-    return labels.join(u" / "_s);
+    return userLabels(categories, u" / "_s);
 }
 
 struct EventLook {
