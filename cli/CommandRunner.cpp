@@ -65,9 +65,14 @@ class CommandRunner {
     }
 
   private:
-    void print(const QString &text) { m_surroundings.out.write(text); }
-    void printJson(const QJsonValue &value) {
-        m_surroundings.out.write(visibleJson(jsonText(value, JsonLayout::pretty)));
+    /// Answers programs or people; only the one that is asked for is made.
+    template <typename Json, typename Text>
+    ExitStatus answer(const Json &json, const Text &text) {
+        if (m_call.json)
+            m_surroundings.out.write(visibleJson(jsonText(json(), JsonLayout::pretty)));
+        else
+            m_surroundings.out.write(text());
+        return ExitStatus::done;
     }
 
     CommandSession &session(Desktop desktop) {
@@ -89,20 +94,17 @@ class CommandRunner {
             return m_surroundings.couldNot(limitation);
         const QList<RunningMacApp> found =
             NSWorkspaceAppInventoryService(m_surroundings.runtime.workspace).runningApps();
-        if (m_call.json)
-            printJson(toJsonValue(found));
-        else
-            print(appsText(found, m_surroundings.palette));
-        return ExitStatus::done;
+        return answer([&] { return toJsonValue(found); },
+                      [&] { return appsText(found, m_surroundings.palette); });
     }
 
     ExitStatus catalog() {
         const MacProtectionRuntime &runtime = session(Desktop::ignored).runtime;
-        if (m_call.json)
-            printJson(toJsonValue(runtime.catalog()));
-        else
-            print(catalogText(runtime.catalog(), runtime.protectedDefinitionIDs(), m_surroundings.palette));
-        return ExitStatus::done;
+        return answer([&] { return toJsonValue(runtime.catalog()); },
+                      [&] {
+                          return catalogText(runtime.catalog(), runtime.protectedDefinitionIDs(),
+                                             m_surroundings.palette);
+                      });
     }
 
     ExitStatus check() {
@@ -112,24 +114,24 @@ class CommandRunner {
         CommandSession &checking = session(Desktop::seen);
         checking.settleFlag();
         const bool previews = m_call.preview || !checking.runtime.enforceActions();
-        const auto [result, isRecorded] = checking.runtime.performCheck(previews);
-        if (m_call.json)
-            printJson(toJsonValue(result));
-        else
-            print(runResultText(result, checking.runtime.runningAppCount(), m_surroundings.palette));
+        const PrivacyModeCheck check = checking.runtime.performCheck(previews);
         // What was done is told in any case.
-        return outcomeOf({.changesRecorded = isRecorded});
+        answer([&] { return toJsonValue(check.result); },
+               [&] {
+                   return runResultText(check.result, checking.runtime.runningAppCount(),
+                                        m_surroundings.palette);
+               });
+        return outcomeOf({.changesRecorded = check.isRecorded});
     }
 
     ExitStatus log() {
         const auto events = m_surroundings.runtime.logStore->recent(m_call.limit);
-        if (m_call.json)
-            printJson(toJsonValue(events));
-        else if (events.isEmpty() && m_call.limit > 0)
-            print(u"The activity log is empty.\n"_s);
-        else
-            print(eventsText(events, m_surroundings.palette));
-        return ExitStatus::done;
+        return answer([&] { return toJsonValue(events); },
+                      [&] {
+                          return events.isEmpty() && m_call.limit > 0
+                                     ? u"The activity log is empty.\n"_s
+                                     : eventsText(events, m_surroundings.palette);
+                      });
     }
 
     ExitStatus status() {
@@ -139,11 +141,8 @@ class CommandRunner {
 
     ExitStatus printStatus() {
         const StatusReport report = m_session->status();
-        if (m_call.json)
-            printJson(report.toJson());
-        else
-            print(statusText(report, m_surroundings.palette));
-        return ExitStatus::done;
+        return answer([&] { return report.toJson(); },
+                      [&] { return statusText(report, m_surroundings.palette); });
     }
 
     ExitStatus switchPrivacyMode(bool on) {
@@ -189,11 +188,8 @@ class CommandRunner {
         }
         const QList<ModePreset> &modes = changing.runtime.modes();
         const auto wanted = changing.runtime.scheduledPrivacyModeState(m_surroundings.runtime.clock());
-        if (m_call.json)
-            printJson(toJsonValue(modes));
-        else
-            print(scheduleText(modes, wanted, m_surroundings.palette));
-        return ExitStatus::done;
+        return answer([&] { return toJsonValue(modes); },
+                      [&] { return scheduleText(modes, wanted, m_surroundings.palette); });
     }
 
     ExitStatus switchPresets(CommandSession &changing) {
@@ -210,11 +206,12 @@ class CommandRunner {
         LoginItem &item = m_surroundings.loginItem;
         if (m_call.enable && !item.setEnabled(*m_call.enable))
             return autostartNotChanged();
-        if (m_call.json)
-            printJson(QJsonObject{{u"autostart"_s, item.isEnabled()}});
-        else
-            print(autostartText(item.isEnabled()));
-        return ExitStatus::done;
+        const bool startsAtLogin = item.isEnabled();
+        return answer(
+            [&] {
+                return QJsonObject{{u"autostart"_s, startsAtLogin}};
+            },
+            [&] { return autostartText(startsAtLogin); });
     }
 
     ExitStatus autostartNotChanged() {
@@ -229,10 +226,11 @@ class CommandRunner {
     ExitStatus diagnostics() {
         const CommandSession &looking = sessionThatLooks();
         const MacProtectionRuntime &runtime = looking.runtime;
-        print(diagnosticsTextFor({looking.monitoredBy().has_value(), runtime.enforceActions(),
-                                  runtime.protectedDefinitionIDs().size(), runtime.runningAppCount(),
-                                  runtime.matches().size()}) +
-              u'\n');
+        m_surroundings.out.write(
+            diagnosticsTextFor({looking.monitoredBy().has_value(), runtime.enforceActions(),
+                                runtime.protectedDefinitionIDs().size(), runtime.runningAppCount(),
+                                runtime.matches().size()}) +
+            u'\n');
         return ExitStatus::done;
     }
 
@@ -268,7 +266,7 @@ class CommandRunner {
     std::optional<CommandSession> m_session;
 };
 
-ExitStatus answer(const QStringList &arguments, CommandSurroundings &surroundings) {
+ExitStatus carryOut(const QStringList &arguments, CommandSurroundings &surroundings) {
     const auto parsed = parseCommandLine(arguments);
     if (const auto *wrong = std::get_if<UsageError>(&parsed)) {
         surroundings.say(wrong->sentence);
@@ -291,7 +289,7 @@ ExitStatus answer(const QStringList &arguments, CommandSurroundings &surrounding
 } // namespace
 
 ExitStatus runCommandLine(const QStringList &arguments, CommandSurroundings &surroundings) {
-    const ExitStatus status = answer(arguments, surroundings);
+    const ExitStatus status = carryOut(arguments, surroundings);
     surroundings.out.flush();
     if (surroundings.out.isBroken())
         return surroundings.couldNot(u"The output could not be written: "_s + surroundings.out.problem() +
