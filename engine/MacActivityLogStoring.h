@@ -24,7 +24,7 @@ class MacActivityLogStoring {
 };
 
 /// A log that lives as long as the object.
-class InMemoryMacActivityLogStore final : public MacActivityLogStoring {
+class InMemoryMacActivityLogStore : public MacActivityLogStoring {
   public:
     /// `events` come newest first.
     explicit InMemoryMacActivityLogStore(const QList<MacProtectionEvent> &events = {}) : m_events(events) {}

@@ -9,11 +9,8 @@ using namespace foundation;
 namespace {
 
 QString matchMessage(const RiskAppMatch &match) {
-    QStringList labels;
-    for (const MacRiskCategory category : match.definition.categories)
-        labels.append(userLabel(category));
     return match.app.localizedName + u" matches "_s + match.definition.displayName + u" risk categories: "_s +
-           labels.join(u", "_s) + u'.';
+           userLabels(match.definition.categories, u", "_s) + u'.';
 }
 
 } // namespace

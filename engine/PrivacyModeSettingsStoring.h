@@ -24,7 +24,7 @@ class PrivacyModeSettingsStoring {
 };
 
 /// Settings that live as long as the object.
-class InMemoryPrivacyModeSettingsStore final : public PrivacyModeSettingsStoring {
+class InMemoryPrivacyModeSettingsStore : public PrivacyModeSettingsStoring {
   public:
     explicit InMemoryPrivacyModeSettingsStore(const PrivacyModeSettings &initial) : settings(initial) {}
 

@@ -148,11 +148,11 @@ Outcome MacProtectionRuntime::setProtectedDefinition(const QString &id, bool ena
 
 Outcome MacProtectionRuntime::applyRecommendedRiskApps() {
     Outcome outcome;
-    outcome.settingsSaved = updateSettings(
-        [this](PrivacyModeSettings &) { m_protectedDefinitionIDs = defaultDefinitionIDs(); });
+    outcome.settingsSaved =
+        updateSettings([this](PrivacyModeSettings &) { m_protectedDefinitionIDs = defaultDefinitionIDs(); });
     Q_EMIT protectedDefinitionIDsChanged();
-    outcome.changesRecorded = recordEvent(MacProtectionEventKind::riskAppMatched,
-                                          u"Recommended Mac protected app list applied."_s);
+    outcome.changesRecorded =
+        recordEvent(MacProtectionEventKind::riskAppMatched, u"Recommended Mac protected app list applied."_s);
     refreshInventoryPreview();
     return outcome;
 }
@@ -164,10 +164,10 @@ Outcome MacProtectionRuntime::setEnforceActions(bool enforceActions) {
     Q_EMIT summariesChanged();
     outcome.defaultsSaved = m_defaults.setBoolean(enforceActionsKey, enforceActions);
     configureRelaunchMonitor();
-    const bool isRecorded = recordEvent(
-        enforceActions ? MacProtectionEventKind::quitRequested : MacProtectionEventKind::dryRun,
-        enforceActions ? u"Mac app actions are enforcing for selected protected apps."_s
-                       : u"Mac app actions switched to preview mode."_s);
+    const bool isRecorded =
+        recordEvent(enforceActions ? MacProtectionEventKind::quitRequested : MacProtectionEventKind::dryRun,
+                    enforceActions ? u"Mac app actions are enforcing for selected protected apps."_s
+                                   : u"Mac app actions switched to preview mode."_s);
     outcome.changesRecorded = performCheck(!enforceActions).isRecorded && isRecorded;
     return outcome;
 }

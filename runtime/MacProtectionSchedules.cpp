@@ -83,9 +83,9 @@ Outcome MacProtectionRuntime::setMode(const QString &id, bool enabled) {
         return enabledIDs(m_modes);
     });
     Q_EMIT modesChanged();
-    outcome.changesRecorded = recordEvent(
-        enabled ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
-        name + (enabled ? u" enabled."_s : u" disabled."_s));
+    outcome.changesRecorded =
+        recordEvent(enabled ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
+                    name + (enabled ? u" enabled."_s : u" disabled."_s));
     evaluateSchedules(m_clock());
     return outcome;
 }

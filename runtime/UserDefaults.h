@@ -41,7 +41,7 @@ class UserDefaults : public QObject {
 };
 
 /// Preferences that live as long as the object.
-class InMemoryUserDefaults final : public UserDefaults {
+class InMemoryUserDefaults : public UserDefaults {
     Q_OBJECT
 
   public:

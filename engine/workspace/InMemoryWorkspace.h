@@ -8,7 +8,7 @@
 namespace kestrin::engine {
 
 /// Applications are added and removed by the owner. Launches are delivered synchronously, inside `launch`.
-class InMemoryWorkspace final : public Workspace {
+class InMemoryWorkspace : public Workspace {
   public:
     QList<WorkspaceApplication> runningApplications() override;
     [[nodiscard]] Termination terminate(qint32 processIdentifier) override;
