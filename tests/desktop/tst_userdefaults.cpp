@@ -21,6 +21,7 @@ class UserDefaultsTest : public QObject {
     void typesAreKept();
     void foreignValues();
     void changesOfOthersAreTold();
+    void twoWriters();
 
   private:
     QTemporaryDir m_folder;
@@ -77,6 +78,26 @@ void UserDefaultsTest::changesOfOthersAreTold() {
     QVERIFY(QFile::remove(m_path));
     QTRY_COMPARE(spy.size(), 4);
     QCOMPARE(mine.boolean(u"a"_s), std::nullopt);
+}
+
+void UserDefaultsTest::twoWriters() {
+    JSONUserDefaults defaults(m_path);
+    constexpr int count = 100;
+    QVERIFY(samples::inTwoProcesses([&defaults](const QString &name) {
+        for (int i = 0; i < count; ++i) {
+            const QString item = name + QString::number(i);
+            const bool isStored =
+                defaults.setBoolean(item, true) && defaults.updateStringArray(u"all"_s, [&](const auto &all) {
+                    return all.value_or(QStringList()) + QStringList{item};
+                });
+            if (!isStored)
+                qFatal("The preferences could not be stored.");
+        }
+    }));
+    const QStringList all = defaults.stringArray(u"all"_s).value_or(QStringList());
+    QCOMPARE(all.size(), 2 * count);
+    for (const QString &item : all)
+        QCOMPARE(defaults.boolean(item), true);
 }
 
 QTEST_GUILESS_MAIN(UserDefaultsTest)

@@ -5,8 +5,7 @@
 #include "engine/NSWorkspaceRiskAppActionPerformer.h"
 #include "engine/PrivacyModeController.h"
 #include "engine/RiskAppRelaunchMonitor.h"
-#include "engine/workspace/InMemoryWorkspace.h"
-#include "tests/support/Samples.h"
+#include "tests/support/Journal.h"
 
 #include <QTest>
 
@@ -27,25 +26,32 @@ QList<Kind> kinds(const QList<MacProtectionEvent> &events) {
     return list;
 }
 
+/// The engine over doubles that keep one journal. At every look at the clock a second has passed.
 struct Engine {
     RiskAppCatalog catalog{RiskAppCatalog::defaultDefinitions()};
-    std::shared_ptr<InMemoryMacAppInventoryService> inventory =
-        std::make_shared<InMemoryMacAppInventoryService>();
-    std::shared_ptr<InMemoryRiskAppActionPerformer> performer =
-        std::make_shared<InMemoryRiskAppActionPerformer>(
-            RiskAppActionResult{Status::requested, u"Asked it."_s});
-    std::shared_ptr<InMemoryMacActivityLogStore> log = std::make_shared<InMemoryMacActivityLogStore>();
-    std::shared_ptr<InMemoryPrivacyModeSettingsStore> settings =
-        std::make_shared<InMemoryPrivacyModeSettingsStore>(PrivacyModeSettings{true, {}});
-    InMemoryWorkspace workspace;
+    QStringList journal;
+    samples::JournalWorkspace workspace{journal};
+    std::shared_ptr<MacAppInventoryService> inventory =
+        std::make_shared<NSWorkspaceAppInventoryService>(workspace);
+    std::shared_ptr<RiskAppActionPerforming> performer =
+        std::make_shared<NSWorkspaceRiskAppActionPerformer>(workspace);
+    std::shared_ptr<samples::JournalLog> log = std::make_shared<samples::JournalLog>(journal);
+    std::shared_ptr<samples::JournalSettings> settings =
+        std::make_shared<samples::JournalSettings>(journal, PrivacyModeSettings{true, {}});
+    QDateTime now{QDate(2026, 3, 14), QTime(12, 0)};
+    const Clock clock = [this] { return now = now.addSecs(1); };
 
     PrivacyModeRunResult check(bool dryRun) {
-        return PrivacyModeController(catalog, inventory, performer, log)
+        return PrivacyModeController(catalog, inventory, performer, log, clock)
             .evaluateCurrentApps(settings->settings, dryRun);
     }
-    RiskAppRelaunchMonitor monitor(bool dryRun, const RiskAppRelaunchMonitor::EventHandler &handler = {}) {
-        return {catalog, settings, performer, log, dryRun, handler, workspace};
+    RiskAppRelaunchMonitor monitor(bool dryRun) {
+        const auto told = [this](const MacProtectionEvent &event) {
+            journal.append(u"told "_s + rawValue(event.kind));
+        };
+        return {catalog, settings, performer, log, dryRun, told, workspace, clock};
     }
+    QStringList asked() { return std::exchange(journal, {}); }
 };
 
 } // namespace
@@ -55,11 +61,11 @@ class PrivacyModeTest : public QObject {
 
   private Q_SLOTS:
     void definition();
-    void previewAndEnforce();
+    void checks();
     void onlyRequestedIsSuccess();
     void conversion();
     void quitMessages();
-    void relaunchReaction();
+    void relaunches();
     void monitorLifecycle();
 };
 
@@ -90,37 +96,61 @@ void PrivacyModeTest::definition() {
     }
 }
 
-void PrivacyModeTest::previewAndEnforce() {
+void PrivacyModeTest::checks() {
     Engine engine;
-    engine.inventory->apps = {samples::app(u"Zoom"_s, 10, u"us.zoom.xos"_s), samples::app(u"Safari"_s, 11)};
+    engine.workspace.add(samples::running(u"Zoom"_s, 10, u"us.zoom.xos"_s));
+    engine.workspace.add(samples::running(u"Safari"_s, 11));
+    engine.workspace.add(samples::running(u"FaceTime"_s, 12));
+    engine.workspace.refuse(12);
+    const QString on = u"log Privacy Mode is on. Evaluating Mac protected apps."_s;
+    const QString zoom = u"log Zoom matches Zoom risk categories: Video call, Microphone, Camera."_s;
+    const QString safari = u"log Safari matches Safari risk categories: Browser, Microphone, Camera."_s;
+    const QString facetime =
+        u"log FaceTime matches FaceTime risk categories: Video call, Microphone, Camera."_s;
 
-    const auto preview = engine.check(true);
-    QCOMPARE(samples::messages(preview.events),
-             (QStringList{
-                 u"Privacy Mode is on. Evaluating Mac protected apps."_s,
-                 u"Zoom matches Zoom risk categories: Video call, Microphone, Camera."_s,
-                 u"Preview: Kestrin would ask Zoom to quit while Privacy Mode is on."_s,
-                 u"Safari matches Safari risk categories: Browser, Microphone, Camera."_s,
-             }));
-    QVERIFY(engine.performer->requests.isEmpty());
+    const PrivacyModeRunResult preview = engine.check(true);
+    QCOMPARE(engine.asked(),
+             (QStringList{u"list"_s, on, zoom,
+                          u"log Preview: Kestrin would ask Zoom to quit while Privacy Mode is on."_s, safari,
+                          facetime,
+                          u"log Preview: Kestrin would ask FaceTime to quit while Privacy Mode is on."_s}));
     QCOMPARE(preview.events.at(2).bundleIdentifier, u"us.zoom.xos"_s);
     QCOMPARE(preview.events.at(3).appName, u"Safari"_s);
     QCOMPARE(preview.events.at(0).appName, std::nullopt);
 
-    const auto enforced = engine.check(false);
-    QCOMPARE(kinds(enforced.events),
-             (QList{Kind::privacyModeOn, Kind::riskAppMatched, Kind::quitRequested, Kind::riskAppMatched}));
-    QCOMPARE(enforced.events.at(2).message, u"Asked it."_s);
-    QCOMPARE(engine.performer->requests, QList{engine.inventory->apps.first()});
-    // Newest first: the last event of the last check comes first.
-    QCOMPARE(engine.log->recent(1).first(), enforced.events.last());
+    // All requests are made before anything is recorded.
+    const PrivacyModeRunResult enforced = engine.check(false);
+    QCOMPARE(engine.asked(),
+             (QStringList{u"list"_s, u"ask 10"_s, u"ask 12"_s, on, zoom, u"log Asked Zoom to quit."_s, safari,
+                          facetime, u"log Could not ask FaceTime to quit."_s}));
+    QCOMPARE(kinds(enforced.events), (QList{Kind::privacyModeOn, Kind::riskAppMatched, Kind::quitRequested,
+                                            Kind::riskAppMatched, Kind::riskAppMatched, Kind::actionFailed}));
+    QSet<QUuid> ids;
+    for (qsizetype i = 0; i < enforced.events.size(); ++i) {
+        ids.insert(enforced.events.at(i).id);
+        QVERIFY(i == 0 || enforced.events.at(i - 1).date < enforced.events.at(i).date);
+    }
+    QCOMPARE(ids.size(), enforced.events.size());
+
+    engine.settings->settings.protectedDefinitionIDs = {u"facetime"_s, u"unknown"_s};
+    QCOMPARE(engine.check(true).matches.size(), 1);
+    engine.asked();
+
+    // Nobody looks at what runs.
+    engine.settings->settings.isEnabled = false;
+    const PrivacyModeRunResult off = engine.check(false);
+    QCOMPARE(engine.asked(), QStringList{u"log Privacy Mode is off. No Mac app actions were taken."_s});
+    QVERIFY(off.matches.isEmpty());
+    QCOMPARE(kinds(off.events), QList{Kind::privacyModeOff});
 }
 
 void PrivacyModeTest::onlyRequestedIsSuccess() {
     Engine engine;
-    engine.inventory->apps = {samples::app(u"Zoom"_s, 10)};
+    engine.inventory = std::make_shared<InMemoryMacAppInventoryService>(QList{samples::app(u"Zoom"_s, 10)});
+    const auto performer = std::make_shared<InMemoryRiskAppActionPerformer>();
+    engine.performer = performer;
     for (const Status status : allCases<Status>()) {
-        engine.performer->result.status = status;
+        performer->result.status = status;
         const Kind expected = status == Status::requested ? Kind::quitRequested : Kind::actionFailed;
         QCOMPARE(engine.check(false).events.last().kind, expected);
         QCOMPARE(engine.monitor(false).handleLaunchedApp(samples::app(u"Zoom"_s)).last().kind, expected);
@@ -143,58 +173,61 @@ void PrivacyModeTest::conversion() {
 void PrivacyModeTest::quitMessages() {
     InMemoryWorkspace workspace;
     workspace.add(samples::running(u"Renamed"_s, 10));
-    workspace.add(samples::running(u"Zoom"_s, 11));
-    workspace.refuse(11);
     NSWorkspaceRiskAppActionPerformer performer(workspace);
     // The snapshot's name counts, and its process id alone.
-    const std::pair<qint32, RiskAppActionResult> expected[] = {
-        {10, {Status::requested, u"Asked Zoom to quit."_s}},
-        {11, {Status::failed, u"Could not ask Zoom to quit."_s}},
-        {12, {Status::failed, u"Zoom is no longer running."_s}},
-    };
-    for (const auto &[pid, result] : expected)
-        QCOMPARE(performer.requestQuit(samples::app(u"Zoom"_s, pid)), result);
-    QCOMPARE(workspace.terminationRequests(), (QList<qint32>{10, 11, 12}));
+    QCOMPARE(performer.requestQuit(samples::app(u"Zoom"_s, 10)),
+             (RiskAppActionResult{Status::requested, u"Asked Zoom to quit."_s}));
+    QCOMPARE(performer.requestQuit(samples::app(u"Renamed"_s, 11)),
+             (RiskAppActionResult{Status::failed, u"Renamed is no longer running."_s}));
 }
 
-void PrivacyModeTest::relaunchReaction() {
+void PrivacyModeTest::relaunches() {
     Engine engine;
-    // What the log held each time the handler was told.
-    QList<qsizetype> told;
-    const auto handler = [&](const MacProtectionEvent &) { told.append(engine.log->recent(9).size()); };
+    engine.workspace.add(samples::running(u"Zoom"_s, 10));
     const auto reaction = [&](const PrivacyModeSettings &settings, bool dryRun, const QString &name) {
         engine.settings->settings = settings;
-        return samples::messages(engine.monitor(dryRun, handler).handleLaunchedApp(samples::app(name)));
+        engine.monitor(dryRun).handleLaunchedApp(samples::app(name, 10, u"bundle"_s));
+        return engine.asked();
     };
-    const QString relaunched = u"Zoom relaunched while Privacy Mode is on."_s;
-    QCOMPARE(
-        reaction({true, {}}, true, u"Zoom"_s),
-        (QStringList{relaunched, u"Preview: Kestrin would keep Zoom closed while Privacy Mode is on."_s}));
-    QVERIFY(engine.performer->requests.isEmpty());
-    QCOMPARE(reaction({true, {u"zoom"_s}}, false, u"Zoom"_s), (QStringList{relaunched, u"Asked it."_s}));
-    QCOMPARE(kinds(engine.log->recent(3)),
-             (QList{Kind::quitRequested, Kind::relaunchDetected, Kind::dryRun}));
-    QCOMPARE(reaction({false, {}}, false, u"Zoom"_s), QStringList());
+    const QString relaunched = u"log Zoom relaunched while Privacy Mode is on."_s;
+    const QString preview = u"log Preview: Kestrin would keep Zoom closed while Privacy Mode is on."_s;
+    QCOMPARE(reaction({true, {}}, true, u"Zoom"_s),
+             (QStringList{u"load"_s, relaunched, u"told relaunchDetected"_s, preview, u"told dryRun"_s}));
+    // The request comes before anything is recorded.
+    QCOMPARE(reaction({true, {u"zoom"_s}}, false, u"Zoom"_s),
+             (QStringList{u"load"_s, u"ask 10"_s, relaunched, u"told relaunchDetected"_s,
+                          u"log Asked Zoom to quit."_s, u"told quitRequested"_s}));
+    for (const MacProtectionEvent &event : engine.log->recent(4))
+        QVERIFY(event.appName == u"Zoom" && event.bundleIdentifier == u"bundle");
+    engine.asked();
+    QCOMPARE(reaction({false, {}}, false, u"Zoom"_s), QStringList{u"load"_s});
     for (const QString &allowedUnselectedOrUnknown : {u"Safari"_s, u"FaceTime"_s, u"Editor"_s})
         QCOMPARE(reaction({true, {u"zoom"_s, u"safari"_s}}, false, allowedUnselectedOrUnknown),
-                 QStringList());
-    QCOMPARE(engine.performer->requests.size(), 1);
-    QCOMPARE(told, (QList<qsizetype>{1, 2, 3, 4}));
+                 QStringList{u"load"_s});
 }
 
 void PrivacyModeTest::monitorLifecycle() {
     Engine engine;
-    RiskAppRelaunchMonitor monitor = engine.monitor(true);
-    monitor.start();
-    monitor.start();
-    engine.workspace.launch(samples::running(u"Zoom"_s, 10));
-    engine.workspace.launch({ActivationPolicy::accessory, u"Zoom"_s, 11, std::nullopt, std::nullopt});
-    QCOMPARE(engine.log->recent(9).size(), 2);
-    // Settings are read at every launch.
-    engine.settings->settings.isEnabled = false;
-    engine.workspace.launch(samples::running(u"Zoom"_s, 12));
-    QCOMPARE(engine.log->recent(9).size(), 2);
-    monitor.stop();
+    {
+        RiskAppRelaunchMonitor monitor = engine.monitor(true);
+        for (int round = 0; round < 2; ++round) {
+            monitor.start();
+            monitor.start();
+            QCOMPARE(engine.asked(), QStringList{u"watched by 1"_s});
+            engine.settings->settings.isEnabled = true;
+            engine.workspace.launch(samples::running(u"Zoom"_s, 10));
+            engine.workspace.launch({ActivationPolicy::accessory, u"Zoom"_s, 11, std::nullopt, std::nullopt});
+            QCOMPARE(engine.asked().count(u"load"_s), 1);
+            // Settings are read at every launch.
+            engine.settings->settings.isEnabled = false;
+            engine.workspace.launch(samples::running(u"Zoom"_s, 12));
+            QCOMPARE(engine.asked(), QStringList{u"load"_s});
+            monitor.stop();
+            monitor.stop();
+            QCOMPARE(engine.workspace.subscriberCount(), 0);
+        }
+        monitor.start();
+    }
     QCOMPARE(engine.workspace.subscriberCount(), 0);
 }
 

@@ -1,8 +1,9 @@
-// The runtime over an in-memory workspace and real files: what it does, records, publishes and stores.
+// What the runtime asks of its surroundings, and in which order; what it records and publishes; and several
+// processes over the same files.
 
 #include "runtime/PrivacyModeFlag.h"
-#include "tests/support/Files.h"
 #include "tests/support/Home.h"
+#include "tests/support/MemoryHome.h"
 #include "tests/support/Witness.h"
 
 #include <QSignalSpy>
@@ -19,16 +20,18 @@ namespace {
 
 using Kind = MacProtectionEventKind;
 
-QSet<QString> everything() {
-    QSet<QString> all;
-    for (const RiskAppDefinition &definition : RiskAppCatalog::defaultDefinitions())
-        all.insert(definition.id);
-    return all;
-}
+const QString modesKey = u"kestrin.mac.enabledModeIDs"_s;
 
 /// Schedules are off unless a test turns them on.
+struct MemoryHome : samples::MemoryHome {
+    MemoryHome() {
+        defaults.setStringArray(modesKey, {});
+        asked();
+    }
+};
+
 struct Home : samples::Home {
-    Home() { defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {}); }
+    Home() { defaults.setStringArray(modesKey, {}); }
 };
 
 QString matchIDs(const MacProtectionRuntime &runtime) {
@@ -44,95 +47,176 @@ class RuntimeTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void starting();
-    void selection();
-    void emptySelection();
-    void enforceActions();
+    void operations();
+    void oneRefresh();
+    void checks();
+    void startingOverFiles();
     void publishedEvents();
-    void flag();
     void otherProcesses();
-    void selectionsOfTwoProcesses();
+    void twoProcesses();
 };
 
-void RuntimeTest::starting() {
-    Home home;
+void RuntimeTest::operations() {
+    MemoryHome home;
     MacProtectionRuntime runtime(home.defaults, home.surroundings());
-    QCOMPARE(runtime.protectedDefinitionIDs(), everything());
-    QCOMPARE(matchIDs(runtime), u"zoom-10"_s);
-    // To construct it touches nothing.
-    QVERIFY(!runtime.isMonitoring() && home.workspace.subscriberCount() == 0);
-    QVERIFY(!QFile::exists(home.support()));
+    QCOMPARE(home.asked(), (QStringList{u"load"_s, u"read 8"_s, u"list"_s, u"load"_s}));
+    PrivacyModeFlag flag(home.defaults, runtime);
+    QSignalSpy switched(&flag, &PrivacyModeFlag::changed);
 
-    for (const bool on : {true, false}) {
-        runtime.start(on, [](bool) {});
-        QCOMPARE(home.settings.load(), (PrivacyModeSettings{on, everything()}));
-        QCOMPARE(home.workspace.subscriberCount(), 1);
-    }
-    QCOMPARE(runtime.monitorLabel(), u"Preview"_s);
-    QVERIFY(home.story().isEmpty());
-}
+    const auto asks = [&](const auto &operation, const QStringList &expected) {
+        operation();
+        const QStringList asked = home.asked();
+        if (asked != expected)
+            qWarning("%s", qUtf8Printable(u"It was "_s + asked.join(u" | "_s)));
+        return asked == expected;
+    };
+    /// What an operation that changes a setting asks for after it has recorded.
+    const QStringList shown{u"read 8"_s, u"list"_s, u"load"_s};
+    const QStringList zoomIsAsked{
+        u"list"_s,
+        u"load"_s,
+        u"list"_s,
+        u"ask 10"_s,
+        u"log Privacy Mode is on. Evaluating Mac protected apps."_s,
+        u"log Zoom matches Zoom risk categories: Video call, Microphone, Camera."_s,
+        u"log Asked Zoom to quit."_s,
+        u"read 8"_s,
+    };
 
-void RuntimeTest::selection() {
-    Home home;
-    home.settings.save({false, everything()});
-    MacProtectionRuntime runtime(home.defaults, home.surroundings());
-    runtime.setProtectedDefinition(u"zoom"_s, true); // as it is
-    runtime.setProtectedDefinition(u"zoom"_s, false);
+    QVERIFY(asks([&] { flag.startRuntime(); }, {u"save on 12"_s, u"list"_s, u"load"_s, u"watched by 1"_s}));
+    QVERIFY(
+        asks([&] { runtime.start(true, {}); }, {u"save on 12"_s, u"list"_s, u"load"_s, u"watched by 1"_s}));
+    QVERIFY(asks([&] { runtime.setProtectedDefinition(u"zoom"_s, true); }, {}));
+    QVERIFY(asks([&] { runtime.setProtectedDefinition(u"zoom"_s, false); },
+                 QStringList{u"save on 11"_s, u"log Zoom removed from Mac Privacy Mode."_s} + shown));
     QCOMPARE(matchIDs(runtime), QString());
-    runtime.setProtectedDefinition(u"skype"_s, true);
-    runtime.setProtectedDefinition(u"zoom"_s, true);
+    QVERIFY(asks([&] { runtime.setProtectedDefinition(u"skype"_s, true); },
+                 QStringList{u"save on 12"_s, u"log Protected app added to Mac Privacy Mode."_s} + shown));
+    QVERIFY(asks([&] { runtime.applyRecommendedRiskApps(); },
+                 QStringList{u"save on 12"_s, u"log Recommended Mac protected app list applied."_s} + shown));
     QCOMPARE(matchIDs(runtime), u"zoom-10"_s);
-    QCOMPARE(runtime.recentEvents().first().appName, u"Zoom"_s);
-    QCOMPARE(runtime.recentEvents().first().kind, Kind::riskAppMatched);
-    runtime.applyRecommendedRiskApps();
-    runtime.applyRecommendedRiskApps();
-    QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, everything()}));
-    const QString recommended = u"Recommended Mac protected app list applied."_s;
-    QCOMPARE(home.story(), (QStringList{u"Zoom removed from Mac Privacy Mode."_s,
-                                        u"Protected app added to Mac Privacy Mode."_s,
-                                        u"Zoom added to Mac Privacy Mode."_s, recommended, recommended}));
+    QCOMPARE(runtime.recentEvents().at(1).appName, u"Protected app"_s);
+
+    const QStringList enforcing =
+        QStringList{u"watched by 1"_s, u"log Mac app actions are enforcing for selected protected apps."_s,
+                    u"read 8"_s} +
+        zoomIsAsked;
+    QVERIFY(
+        asks([&] { runtime.setEnforceActions(true); }, QStringList{u"store enforceActions"_s} + enforcing));
+    // Assigning the same value does all of it again.
+    QVERIFY(asks([&] { runtime.setEnforceActions(true); }, enforcing));
+    QVERIFY(asks([&] { runtime.runLiveCheck(); }, zoomIsAsked));
+
+    // The flag is stored after the settings, for those who follow it. Only a change is recorded.
+    QVERIFY(asks([&] { flag.setOn(false); },
+                 QStringList{u"save off 12"_s, u"log Privacy Mode is off for this Mac."_s} + shown +
+                     QStringList{u"store privacyModeOn"_s}));
+    QVERIFY(asks([&] { flag.setOn(false); }, {u"save off 12"_s, u"list"_s, u"load"_s}));
+    QCOMPARE(switched.size(), 1);
+    QVERIFY(asks([&] { runtime.updatePrivacyMode(true, false); }, {u"save on 12"_s, u"list"_s, u"load"_s}));
+
+    // Away lasts until six. Without a setter the runtime saves the change itself.
+    flag.setOn(false);
+    home.asked();
+    for (const QString &asItIsOrUnknown : {u"sleep"_s, u"unknown"_s})
+        QVERIFY(asks([&] { runtime.setMode(asItIsOrUnknown, false); }, {}));
+    QVERIFY(asks([&] { runtime.setMode(u"away"_s, true); },
+                 QStringList{u"store enabledModeIDs away"_s, u"log Away Mode enabled."_s, u"read 8"_s,
+                             u"load"_s, u"log Schedule turned Privacy Mode on."_s, u"read 8"_s,
+                             u"save on 12"_s, u"log Privacy Mode is on for this Mac."_s} +
+                     shown));
+    QVERIFY(asks([&] { runtime.evaluateSchedules(home.now); }, {u"load"_s}));
+    home.defaults.setBoolean(PrivacyModeFlag::key, true);
+    home.asked();
+    runtime.setPrivacyModeSetter([&flag](bool on) { flag.setOn(on); });
+    home.now.setTime(QTime(18, 0));
+    QVERIFY(asks([&] { runtime.evaluateSchedules(home.now); },
+                 QStringList{u"load"_s, u"log Schedule turned Privacy Mode off."_s, u"read 8"_s,
+                             u"save off 12"_s, u"log Privacy Mode is off for this Mac."_s} +
+                     shown + QStringList{u"store privacyModeOn"_s}));
+    QVERIFY(asks([&] { runtime.setMode(u"away"_s, false); },
+                 {u"store enabledModeIDs"_s, u"log Away Mode disabled."_s, u"read 8"_s}));
+    QCOMPARE(runtime.recentEvents().first().kind, Kind::privacyModeOff);
 }
 
-void RuntimeTest::emptySelection() {
+void RuntimeTest::oneRefresh() {
+    MemoryHome home;
+    home.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, true);
+    MacProtectionRuntime runtime(home.defaults, home.surroundings());
+    runtime.start(true, {});
+    QSignalSpy requests(&runtime, &MacProtectionRuntime::quitRequested);
+    const QStringList reaction{u"load"_s, u"ask 12"_s, u"log FaceTime relaunched while Privacy Mode is on."_s,
+                               u"log Asked FaceTime to quit."_s};
+    for (const int together : {1, 3}) {
+        home.asked();
+        requests.clear();
+        const QList<MacProtectionEvent> before = runtime.recentEvents();
+        QStringList expected;
+        for (int i = 0; i < together; ++i) {
+            home.workspace.launch(samples::running(u"FaceTime"_s, 12));
+            expected += reaction;
+        }
+        // What a launch leads to is published later, once for all of them.
+        QCOMPARE(home.asked(), expected);
+        QVERIFY(runtime.recentEvents() == before && requests.isEmpty());
+        QCoreApplication::processEvents();
+        QCOMPARE(home.asked(), (QStringList{u"read 8"_s, u"list"_s, u"load"_s}));
+        QCOMPARE(runtime.recentEvents().first().message, u"Asked FaceTime to quit."_s);
+        QCOMPARE(runtime.matches().last().id(), u"facetime-12"_s);
+        QCOMPARE(requests.size(), together);
+    }
+}
+
+void RuntimeTest::checks() {
+    MemoryHome home;
+    MacProtectionRuntime runtime(home.defaults, home.surroundings());
+    runtime.refreshInventoryPreview();
+    QCOMPARE(runtime.lastChecked(), std::nullopt);
+    for (const bool on : {true, false}) {
+        home.settings->settings.isEnabled = on;
+        // It counts what it lists itself, and the controller matches what runs a little later.
+        const qint64 running = home.workspace.InMemoryWorkspace::runningApplications().size();
+        home.workspace.arriving = {samples::running(u"FaceTime"_s, 20)};
+        runtime.runLiveCheck();
+        QCOMPARE(runtime.runningAppCount(), running);
+        QCOMPARE(matchIDs(runtime), on ? u"zoom-10,facetime-20"_s : QString());
+        // The last look at the clock, after everything was recorded.
+        QCOMPARE(runtime.lastChecked(), home.now);
+        QVERIFY(runtime.recentEvents().first().date < home.now);
+    }
+    // A preview ignores whether Privacy Mode is on, and is no check.
+    runtime.refreshInventoryPreview();
+    QCOMPARE(matchIDs(runtime), u"zoom-10,facetime-20,facetime-20"_s);
+    QCOMPARE(runtime.lastChecked(), home.now);
+}
+
+void RuntimeTest::startingOverFiles() {
     Home home;
     {
         MacProtectionRuntime runtime(home.defaults, home.surroundings());
-        runtime.start(true, [](bool) {});
-        for (const QString &id : everything())
+        QCOMPARE(runtime.protectedDefinitionIDs(), defaultDefinitionIDs());
+        // To construct it touches nothing.
+        QVERIFY(!runtime.isMonitoring() && !QFile::exists(home.support()));
+        runtime.start(false, [](bool) {});
+        QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, defaultDefinitionIDs()}));
+        QCOMPARE(runtime.monitorLabel(), u"Preview"_s);
+
+        QSignalSpy noticed(&runtime, &MacProtectionRuntime::summariesChanged);
+        for (const QString &id : defaultDefinitionIDs())
             runtime.setProtectedDefinition(id, false);
-        // The file notices that come back for our own writes must not fill it up again.
-        QVERIFY(samples::everythingIsTold());
+        // The file notice that comes back for our own writes must not fill the selection up again.
+        QTRY_VERIFY(!noticed.isEmpty());
         QVERIFY(runtime.protectedDefinitionIDs().isEmpty());
         QCOMPARE(matchIDs(runtime), u"zoom-10"_s);
+        // The refresh that is still posted must not reach a runtime that has gone.
+        runtime.updatePrivacyMode(true, false);
+        home.workspace.launch(samples::running(u"FaceTime"_s, 12));
     }
+    QCoreApplication::processEvents();
+    QCOMPARE(home.workspace.subscriberCount(), 0);
     QVERIFY(home.settings.load().protectedDefinitionIDs.isEmpty());
-    QCOMPARE(MacProtectionRuntime(home.defaults, home.surroundings()).protectedDefinitionIDs(), everything());
-}
-
-void RuntimeTest::enforceActions() {
-    Home home;
-    MacProtectionRuntime runtime(home.defaults, home.surroundings());
-    runtime.start(true, [](bool) {});
-    runtime.setEnforceActions(true);
-    QCOMPARE(home.defaults.boolean(u"kestrin.mac.enforceActions"_s), true);
-    const QStringList story{u"Mac app actions are enforcing for selected protected apps."_s,
-                            u"Privacy Mode is on. Evaluating Mac protected apps."_s,
-                            u"Zoom matches Zoom risk categories: Video call, Microphone, Camera."_s,
-                            u"Asked Zoom to quit."_s};
-    QCOMPARE(home.story(), story);
-    // The new monitor enforces, and only it watches.
-    home.workspace.launch(samples::running(u"FaceTime"_s, 12));
-    QCOMPARE(home.workspace.subscriberCount(), 1);
-    // Assigning the same value does all of it again.
-    runtime.setEnforceActions(true);
-    QCOMPARE(home.story().at(6), story.first());
-    QCOMPARE(home.workspace.terminationRequests(), (QList<qint32>{10, 12, 10, 12}));
-    // Previews are recorded, and nobody is asked any more.
-    const qsizetype enforced = home.story().size();
-    runtime.setEnforceActions(false);
-    QCOMPARE(home.story().at(enforced), u"Mac app actions switched to preview mode."_s);
-    QCOMPARE(home.story().last(), u"Preview: Kestrin would ask FaceTime to quit while Privacy Mode is on."_s);
-    QCOMPARE(home.workspace.terminationRequests().size(), 4);
+    QCOMPARE(MacProtectionRuntime(home.defaults, home.surroundings()).protectedDefinitionIDs(),
+             defaultDefinitionIDs());
 }
 
 void RuntimeTest::publishedEvents() {
@@ -141,43 +225,21 @@ void RuntimeTest::publishedEvents() {
         home.log.append(samples::event(QString::number(i)));
     for (const Kind kind : allCases<Kind>())
         home.log.append(MacProtectionEvent::create(systemTime(), kind, rawValue(kind)));
-    {
-        MacProtectionRuntime runtime(home.defaults, home.surroundings());
-        const QList<MacProtectionEvent> before = home.log.recent(8);
-        QCOMPARE(runtime.recentEvents(), before);
-        QCOMPARE(runtime.actionEventCount(), 4);
-        runtime.start(true, [](bool) {});
-        // What a launch leads to is published later.
-        home.workspace.launch(samples::running(u"FaceTime"_s, 12));
-        QVERIFY(home.log.recent(8) != before && runtime.recentEvents() == before);
-        QTRY_COMPARE(runtime.recentEvents(), home.log.recent(8));
-        QCOMPARE(matchIDs(runtime), u"zoom-10,facetime-12"_s);
-        home.workspace.launch(samples::running(u"FaceTime"_s, 13));
-    }
-    // The refresh that is still posted must not reach a runtime that has gone.
-    QCOMPARE(home.workspace.subscriberCount(), 0);
-    QCoreApplication::processEvents();
-}
-
-void RuntimeTest::flag() {
-    Home home;
     MacProtectionRuntime runtime(home.defaults, home.surroundings());
-    PrivacyModeFlag flag(home.defaults, runtime);
-    QSignalSpy spy(&flag, &PrivacyModeFlag::changed);
-    flag.startRuntime();
-    flag.setOn(false);
-    flag.setOn(false);
-    QVERIFY(samples::everythingIsTold());
-    QCOMPARE(spy.size(), 1);
+    QCOMPARE(runtime.recentEvents(), home.log.recent(8));
+    QCOMPARE(runtime.actionEventCount(), 4);
 
-    // Settings that disagree with the flag are mended by setting it, changed or not.
-    home.settings.save({true, everything()});
-    flag.setOn(false);
-    QCOMPARE(home.settings.load().isEnabled, false);
-    // Only what is to be recorded is.
-    runtime.updatePrivacyMode(true, false);
-    const QString off = u"Privacy Mode is off for this Mac."_s;
-    QCOMPARE(home.story(), (QStringList{off, off}));
+    // The log's watch hears of what the runtime itself records; that is read once all the same.
+    runtime.start(true, [](bool) {});
+    QSignalSpy readings(&runtime, &MacProtectionRuntime::recentEventsChanged);
+    home.workspace.launch(samples::running(u"FaceTime"_s, 12));
+    QTRY_COMPARE(readings.size(), 1);
+    runtime.applyRecommendedRiskApps();
+    QCOMPARE(readings.size(), 2);
+    // What another process records is news, and what comes back of our own records comes before it.
+    home.log.append(samples::event(u"theirs"_s));
+    QTRY_COMPARE(runtime.recentEvents().first().message, u"theirs"_s);
+    QCOMPARE(readings.size(), 3);
 }
 
 void RuntimeTest::otherProcesses() {
@@ -218,19 +280,25 @@ void RuntimeTest::otherProcesses() {
     QCOMPARE(home.workspace.terminationRequests(), QList<qint32>{20});
 }
 
-void RuntimeTest::selectionsOfTwoProcesses() {
+void RuntimeTest::twoProcesses() {
     Home home;
+    JSONUserDefaults theirDefaults(home.preferences());
     MacProtectionRuntime ours(home.defaults, home.surroundings());
-    MacProtectionRuntime theirs(home.defaults, home.surroundings());
+    MacProtectionRuntime theirs(theirDefaults, home.surroundings());
     ours.start(true, [](bool) {});
     // No event loop runs in between, so neither hears of the other's changes by itself.
     theirs.setProtectedDefinition(u"zoom"_s, false);
     ours.setProtectedDefinition(u"teams"_s, false);
     theirs.updatePrivacyMode(false, true);
-    const QSet<QString> both = everything() - QSet<QString>{u"zoom"_s, u"teams"_s};
+    const QSet<QString> both = defaultDefinitionIDs() - QSet<QString>{u"zoom"_s, u"teams"_s};
     QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, both}));
     QCOMPARE(ours.protectedDefinitionIDs(), both);
     QCOMPARE(theirs.protectedDefinitionIDs(), both);
+
+    theirs.setMode(u"travel"_s, true);
+    ours.setMode(u"manual"_s, true);
+    QCOMPARE(home.defaults.stringArray(modesKey), (QStringList{u"travel"_s, u"manual"_s}));
+    QCOMPARE(ours.enabledScheduleCount(), 2);
 }
 
 QTEST_GUILESS_MAIN(RuntimeTest)
