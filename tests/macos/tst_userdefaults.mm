@@ -58,14 +58,14 @@ void UserDefaultsTest::typesAreKept() {
     NSUserDefaultsStore store;
     QCOMPARE(described(store), u"absent"_s);
     for (const bool value : {true, false}) {
-        store.setBoolean(key, value);
+        QVERIFY(store.setBoolean(key, value));
         QCOMPARE(described(store), value ? u"true"_s : u"false"_s);
         QCOMPARE(elsewhere(u"describe"_s), described(store));
         NSDictionary *domain = [native() persistentDomainForName:@KESTRIN_BUNDLE_IDENTIFIER];
         QCOMPARE([[domain objectForKey:nativeKey] boolValue], value ? YES : NO);
     }
     for (const QStringList &list : {QStringList{}, QStringList{u"true"_s, u"ä –"_s, u""_s, u"true"_s}}) {
-        store.setStringArray(key, list);
+        QVERIFY(store.setStringArray(key, list));
         QCOMPARE(described(store), u"[%1]"_s.arg(list.join(u'|')));
         QCOMPARE(elsewhere(u"describe"_s), described(store));
     }
