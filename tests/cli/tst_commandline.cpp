@@ -3,7 +3,6 @@
 #include "cli/CommandLine.h"
 #include "cli/CommandRunner.h"
 #include "cli/EventFollower.h"
-#include "desktop/login/FileLoginItem.h"
 #include "tests/support/Files.h"
 #include "tests/support/Home.h"
 
@@ -23,7 +22,6 @@ using namespace kestrin;
 using namespace kestrin::foundation;
 using namespace kestrin::engine;
 using namespace kestrin::runtime;
-using namespace kestrin::desktop;
 using namespace kestrin::cli;
 
 namespace {
@@ -47,11 +45,6 @@ QString everythingIn(QTemporaryFile &file) {
 struct Home : samples::Home {
     bool isColourful = false;
 
-    FileLoginItem loginItem() const {
-        LoginFile file = autostartEntry();
-        file.folders = {folder.filePath(u"login"_s)};
-        return {QString(), file};
-    }
     bool isUntouched() const { return QDir(folder.path()).isEmpty(); }
 
     Answer call(const QStringList &arguments) {
@@ -61,7 +54,7 @@ struct Home : samples::Home {
             qFatal("No temporary file could be made.");
         Output out(outFile.handle());
         Output err(errFile.handle());
-        FileLoginItem item = loginItem();
+        InMemoryLoginItem item;
         CommandSurroundings surroundings{defaults, preferences(), this->surroundings(), item,
                                          out,      err,           Palette(isColourful)};
         Answer answer;

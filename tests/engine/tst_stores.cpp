@@ -85,7 +85,6 @@ class StoresTest : public QObject {
     void reading_data();
     void reading();
     void windowsAgreeWithTheWhole();
-    void ownerOnly();
     void symbolicLinks();
     void unusablePlaces();
     void noRoom();
@@ -181,18 +180,6 @@ void StoresTest::windowsAgreeWithTheWhole() {
         const auto read = readNewestEvents(path(), 1000, window);
         QVERIFY(read && ids(*read) == ids(events));
     }
-}
-
-void StoresTest::ownerOnly() {
-    const mode_t before = ::umask(0);
-    append(u"A"_s);
-    ::umask(before);
-    QVERIFY(samples::isOwnersAlone(path()));
-    // A file that somebody opened up is closed again by the next write.
-    ::chmod(QFile::encodeName(path()).constData(), 0666);
-    append(u"B"_s);
-    QVERIFY(samples::isOwnersAlone(path()));
-    QVERIFY(isAlone());
 }
 
 void StoresTest::symbolicLinks() {
