@@ -1,6 +1,6 @@
 pragma Singleton
 
-import QtQml
+import QtQuick
 import KestrinDesignSystem
 
 // The colours of a tone, for bindings: both follow the appearance.
