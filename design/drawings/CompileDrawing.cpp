@@ -64,6 +64,9 @@ class Recorder : public QPaintDevice, private QPaintEngine {
     void drawPath(const QPainterPath &path) override {
         const QTransform transform = painter()->combinedTransform();
         Drawing::Shape shape{transform.map(path), painter()->brush(), painter()->pen()};
+        // How newer versions of QtSvg say that nothing is stroked.
+        if (shape.stroke.brush().style() == Qt::NoBrush)
+            shape.stroke = Qt::NoPen;
         shape.stroke.setWidthF(shape.stroke.widthF() * std::sqrt(std::abs(transform.determinant())));
         m_isComplete &= painter()->opacity() == 1;
         m_drawing.shapes.push_back(shape);
