@@ -5,11 +5,9 @@
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QTextLayout>
-#include <QTextOption>
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace kestrin::design {
 
@@ -17,12 +15,6 @@ namespace {
 
 // How far letters may be pulled together before they are made smaller; of the font's size.
 constexpr double tightest = 0.02;
-
-// Of the enumerations of Text, which no public header has.
-constexpr int qtRendering = 0;
-constexpr int nativeRendering = 1;
-constexpr int proportionalHeight = 0;
-constexpr int fixedHeight = 1;
 
 // Measured as the text will be laid out. QFontMetricsF is off by a fraction, enough for a text to be cut or
 // wrapped in the room that it asked for.
@@ -49,8 +41,7 @@ QFont tightened(QFont font, double letter) {
 
 FittedText::FittedText(QQuickItem *parent) : QQuickItem(parent) {
     for (const auto changed : {&FittedText::textChanged, &FittedText::sizeChanged, &FittedText::weightChanged,
-                               &FittedText::minimumScaleChanged, &FittedText::lineLimitChanged,
-                               &FittedText::lineSpacingChanged, &FittedText::labelChanged})
+                               &FittedText::minimumScaleChanged, &FittedText::lineLimitChanged})
         connect(this, changed, this, &FittedText::measure);
     connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, this, &FittedText::measure);
 }
@@ -99,29 +90,13 @@ void FittedText::fit() {
 }
 
 void FittedText::use(const QFont &font, qreal scaleFactor) {
-    if (font != m_font || scaleFactor != m_scaleFactor) {
-        m_font = font;
-        m_scaleFactor = scaleFactor;
-        Q_EMIT fittedFontChanged();
-    }
-    if (m_label)
-        fill(*m_label);
-}
-
-void FittedText::fill(QQuickItem &label) const {
-    const bool isLimited = m_lineLimit > 0;
-    label.setProperty("font", m_font);
-    label.setScale(m_scaleFactor);
-    // The sharpest, unless it is scaled.
-    label.setProperty("renderType", m_scaleFactor < 1 ? qtRendering : nativeRendering);
-    label.setProperty("wrapMode",
-                      m_lineLimit == 1 ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
-    label.setProperty("elide", isLimited ? Qt::ElideRight : Qt::ElideNone);
-    label.setProperty("maximumLineCount", isLimited ? m_lineLimit : std::numeric_limits<int>::max());
-    label.setProperty("lineHeightMode", m_lineSpacing > 0 ? fixedHeight : proportionalHeight);
-    label.setProperty("lineHeight", m_lineSpacing > 0 ? m_naturalHeight + m_lineSpacing : 1);
-    label.setWidth(std::max(0.0, width()) / m_scaleFactor);
-    label.setProperty("text", m_text);
+    const qreal fittedWidth = std::max(0.0, width()) / scaleFactor;
+    if (font == m_font && scaleFactor == m_scaleFactor && fittedWidth == m_fittedWidth)
+        return;
+    m_font = font;
+    m_scaleFactor = scaleFactor;
+    m_fittedWidth = fittedWidth;
+    Q_EMIT fitted();
 }
 
 } // namespace kestrin::design
