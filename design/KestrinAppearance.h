@@ -39,8 +39,9 @@ class KestrinAppearance : public QObject {
     /// "light", "dark" or "system", as the command line says it.
     static std::optional<Preference> preferenceFromText(QStringView text);
 
-    /// Follows the toolkit's palette.
-    explicit KestrinAppearance(QObject *parent = nullptr);
+    /// Follows the toolkit's palette. Without a default, or QML would make one of its own instead of calling
+    /// create().
+    explicit KestrinAppearance(QObject *parent);
     ~KestrinAppearance() override;
 
     /// From now on also what the desktop says, which comes before the palette. May be null.

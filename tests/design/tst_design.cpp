@@ -99,6 +99,7 @@ class DesignTest : public QObject {
 
 void DesignTest::openWindowIsRecoloured() {
     Stage stage(R"(KestrinCard {
+        property bool dark: KestrinAppearance.dark
         property color soft: KestrinTones.softBackground(KestrinTone.Attention)
         width: 200
         height: 100
@@ -113,6 +114,7 @@ void DesignTest::openWindowIsRecoloured() {
         QCOMPARE(picture.pixelColor(100, 8).rgb(), colors.surface().rgb());
         QCOMPARE(picture.pixelColor(30, 40).rgb(), colors.primaryAction().rgb());
         QCOMPARE(stage.value("soft").value<QColor>().rgb(), colors.attention().rgb());
+        QCOMPARE(stage.value("dark").toBool(), appearance == KestrinAppearance::Dark);
     }
     QCOMPARE(stage.find("KestrinPrimaryButton"), button);
 }

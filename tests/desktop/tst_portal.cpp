@@ -67,7 +67,7 @@ void PortalTest::firstAnswerAndChanges() {
     QVERIFY(bus.registerObject(path, &portal, QDBusConnection::ExportAllSlots));
     QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
 
-    KestrinAppearance appearance;
+    KestrinAppearance appearance(nullptr);
     appearance.follow(makePreferences());
     // Nobody has waited for the answer.
     QVERIFY(!appearance.isDark());
