@@ -3,7 +3,6 @@
 #include "design/KestrinFonts.h"
 
 #include <QFontMetricsF>
-#include <QGuiApplication>
 #include <QTextLayout>
 
 #include <algorithm>
@@ -43,7 +42,6 @@ FittedText::FittedText(QQuickItem *parent) : QQuickItem(parent) {
     for (const auto changed : {&FittedText::textChanged, &FittedText::sizeChanged, &FittedText::weightChanged,
                                &FittedText::minimumScaleChanged, &FittedText::lineLimitChanged})
         connect(this, changed, this, &FittedText::measure);
-    connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, this, &FittedText::measure);
 }
 
 void FittedText::componentComplete() {

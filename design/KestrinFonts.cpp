@@ -1,13 +1,11 @@
 #include "design/KestrinFonts.h"
 
-#include "design/DesktopFonts.h"
-
 #include <QDir>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QResource>
 #include <QSet>
-#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -19,13 +17,10 @@ namespace {
 
 constexpr QLatin1StringView inter("Inter");
 
-/// Makes the faces in the program (docs/decisions/0009-fonts.md) known, anew if need be; they are used where
-/// they lie. Empty if there are none.
+/// Makes the faces in the program (docs/decisions/0009-fonts.md) known; they are used where they lie. Empty
+/// if there are none.
 QString embeddedFamily() {
     QString family;
-    // Nobody is to look for fonts after each face; the first who writes asks for them just now.
-    const QSignalBlocker quiet(qGuiApp);
-    QFontDatabase::removeAllApplicationFonts();
     const QStringList faces = QDir(u":/kestrin/fonts"_s).entryList();
     for (const QString &face : faces) {
         const QResource file(u":/kestrin/fonts/"_s + face);
@@ -36,29 +31,17 @@ QString embeddedFamily() {
     return family;
 }
 
-/// Asked for before the application's font is set to another.
-const QString &desktopsFamily() {
-    static const QString family = QGuiApplication::font().family();
-    return family;
-}
-
-bool isDesktopsOwnOfUse() {
-    return hasAllWeights(realFamily(desktopsFamily()));
-}
-
-/// Where it is remembered that the desktop's own font was of no use, by a file that is there.
-QString memory() {
-    return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + u"/own-faces"_s;
-}
-
 QStringList chooseFamilies() {
-    if (!areDesktopFontsPostponed() && isDesktopsOwnOfUse())
-        return {realFamily(desktopsFamily())};
+    const QString desktops = QGuiApplication::font().family();
+    // The one behind a name like "Sans Serif".
+    const QString real = QFontInfo(QFont(desktops)).family();
+    if (hasAllWeights(real))
+        return {real};
     const QString embedded = embeddedFamily();
     if (embedded.isEmpty())
-        return {desktopsFamily()};
+        return {desktops};
     // Letters that a family does not have are taken from the next one.
-    return {embedded, inter, desktopsFamily()};
+    return {embedded, inter, desktops};
 }
 
 const QStringList &families() {
@@ -71,36 +54,7 @@ double tracking(double size) {
     return families().contains(inter) ? -0.02 * std::clamp((size - 12) / 18, 0.0, 1.0) * size : 0;
 }
 
-bool isRemembered() {
-    return QFileInfo(memory()).isFile();
-}
-
-void remember(bool ownFaces) {
-    const QString file = memory();
-    if (isRemembered() == ownFaces)
-        return;
-    if (!ownFaces)
-        QFile::remove(file);
-    else if (QDir().mkpath(QFileInfo(file).path()))
-        QFile(file).open(QIODevice::WriteOnly, QFile::ReadOwner | QFile::WriteOwner);
-}
-
 } // namespace
-
-void begin() {
-    if (isRemembered())
-        postponeDesktopFonts();
-}
-
-void complete() {
-    if (areDesktopFontsPostponed()) {
-        fetchDesktopFonts();
-        embeddedFamily();
-        // Every text looks for its fonts again.
-        Q_EMIT qGuiApp->fontDatabaseChanged();
-    }
-    remember(!isDesktopsOwnOfUse());
-}
 
 QString family() {
     return families().first();

@@ -6,14 +6,6 @@
 
 namespace kestrin::design::KestrinFonts {
 
-/// Leaves the desktop's fonts for later if they were of no use for the first frame the last time. Before the
-/// QGuiApplication, with the application's name set.
-void begin();
-
-/// Takes in the desktop's fonts if they were left for later: for what the program's own faces cannot write.
-/// Once the first frame is seen.
-void complete();
-
 /// The family of all texts: the desktop's own where it has every weight in use, else that of the faces in the
 /// program, which are made of Inter. Chosen once. Needs a QGuiApplication.
 QString family();

@@ -1,7 +1,6 @@
 #include "app/Kestrin/KestrinApplication.h"
 
 #include "app/Kestrin/ModuleObjects.h"
-#include "design/KestrinFonts.h"
 #include "design/KestrinIconMark.h"
 
 #include <QGuiApplication>
@@ -23,11 +22,8 @@ constexpr std::chrono::milliseconds joiningDelay{200};
 
 /// What need not hold up the first frame.
 void completeLater(QQuickWindow &window) {
-    const auto complete = [] {
-        // For desktops that do not know the desktop file.
-        QGuiApplication::setWindowIcon(KestrinIconMark::icon());
-        KestrinFonts::complete();
-    };
+    // For desktops that do not know the desktop file.
+    const auto complete = [] { QGuiApplication::setWindowIcon(KestrinIconMark::icon()); };
     QObject::connect(&window, &QQuickWindow::frameSwapped, qApp, complete,
                      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }

@@ -3,7 +3,6 @@
 #include "app/Kestrin/KestrinApplication.h"
 #include "app/Kestrin/LaunchOptions.h"
 #include "design/KestrinAppearance.h"
-#include "design/KestrinFonts.h"
 #include "desktop/Platform.h"
 #include "desktop/appearance/Appearance.h"
 #include "runtime/FileStores.h"
@@ -107,7 +106,6 @@ int main(int argc, char **argv) {
     }
 
     const Launch launch;
-    KestrinFonts::begin();
     chooseRenderer();
     QGuiApplication application(argc, argv);
     useNativeSymbols(nativeSymbols());
