@@ -1,7 +1,7 @@
 // The window's program: reads its options, makes sure that nobody else watches, and shows the window.
 
-#include "app/Kestrin/KestrinApplication.h"
-#include "app/Kestrin/LaunchOptions.h"
+#include "app/Kestrin/program/KestrinApplication.h"
+#include "app/Kestrin/program/LaunchOptions.h"
 #include "design/KestrinAppearance.h"
 #include "desktop/Platform.h"
 #include "desktop/appearance/Appearance.h"

@@ -1,9 +1,9 @@
 // What of the program needs no window: which rows stay when a list becomes another one, and which quit
 // requests the desktop shows.
 
-#include "app/Kestrin/PageRows.h"
-#include "app/Kestrin/QuitNotices.h"
-#include "app/Kestrin/RecordListModel.h"
+#include "app/Kestrin/program/QuitNotices.h"
+#include "app/Kestrin/rows/PageRows.h"
+#include "app/Kestrin/rows/RecordListModel.h"
 #include "foundation/Clock.h"
 
 #include <QAbstractItemModelTester>

@@ -1,10 +1,10 @@
 // A user's home with Kestrin's window in it: nothing real, apart from a temporary folder.
 #pragma once
 
-#include "app/Kestrin/MacSection.h"
-#include "app/Kestrin/ModuleObjects.h"
-#include "app/Kestrin/Protection.h"
-#include "app/Kestrin/ProtectionWindow.h"
+#include "app/Kestrin/pages/MacSection.h"
+#include "app/Kestrin/program/ModuleObjects.h"
+#include "app/Kestrin/program/Protection.h"
+#include "app/Kestrin/program/ProtectionWindow.h"
 #include "tests/support/Home.h"
 
 #include <QQmlEngine>

@@ -1,4 +1,4 @@
-#include "app/Kestrin/ModuleObjects.h"
+#include "app/Kestrin/program/ModuleObjects.h"
 
 #include "design/DesignSystem.h"
 

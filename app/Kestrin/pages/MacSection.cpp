@@ -1,4 +1,4 @@
-#include "app/Kestrin/MacSection.h"
+#include "app/Kestrin/pages/MacSection.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,6 +1,6 @@
-#include "app/Kestrin/KestrinApplication.h"
+#include "app/Kestrin/program/KestrinApplication.h"
 
-#include "app/Kestrin/ModuleObjects.h"
+#include "app/Kestrin/program/ModuleObjects.h"
 #include "design/KestrinIconMark.h"
 
 #include <QGuiApplication>

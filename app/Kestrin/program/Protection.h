@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Kestrin/MacProtectionState.h"
+#include "app/Kestrin/pages/MacProtectionState.h"
 
 namespace kestrin::app {
 

@@ -1,4 +1,4 @@
-#include "app/Kestrin/MacConfiguration.h"
+#include "app/Kestrin/pages/MacConfiguration.h"
 
 using namespace Qt::StringLiterals;
 

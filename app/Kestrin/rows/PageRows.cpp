@@ -1,4 +1,4 @@
-#include "app/Kestrin/PageRows.h"
+#include "app/Kestrin/rows/PageRows.h"
 
 #include "runtime/StatusSummaries.h"
 

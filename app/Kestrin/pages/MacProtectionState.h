@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Kestrin/RecordListModel.h"
+#include "app/Kestrin/rows/RecordListModel.h"
 #include "runtime/MacProtectionRuntime.h"
 #include "runtime/PrivacyModeFlag.h"
 

@@ -1,7 +1,7 @@
-#include "app/Kestrin/ProtectionWindow.h"
+#include "app/Kestrin/program/ProtectionWindow.h"
 
-#include "app/Kestrin/MacProtectionState.h"
-#include "app/Kestrin/ModuleObjects.h"
+#include "app/Kestrin/pages/MacProtectionState.h"
+#include "app/Kestrin/program/ModuleObjects.h"
 #include "design/KestrinColors.h"
 #include "design/KestrinFonts.h"
 

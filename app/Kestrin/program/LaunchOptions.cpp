@@ -1,4 +1,4 @@
-#include "app/Kestrin/LaunchOptions.h"
+#include "app/Kestrin/program/LaunchOptions.h"
 
 using namespace Qt::StringLiterals;
 

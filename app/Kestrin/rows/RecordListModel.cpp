@@ -1,4 +1,4 @@
-#include "app/Kestrin/RecordListModel.h"
+#include "app/Kestrin/rows/RecordListModel.h"
 
 #include <QSet>
 

@@ -1,7 +1,7 @@
-#include "app/Kestrin/MacProtectionState.h"
+#include "app/Kestrin/pages/MacProtectionState.h"
 
-#include "app/Kestrin/MacSection.h"
-#include "app/Kestrin/PageRows.h"
+#include "app/Kestrin/pages/MacSection.h"
+#include "app/Kestrin/rows/PageRows.h"
 #include "runtime/StatusSummaries.h"
 #include "shared/KestrinCopy.h"
 

@@ -1,4 +1,4 @@
-#include "app/Kestrin/QuitNotices.h"
+#include "app/Kestrin/program/QuitNotices.h"
 
 namespace kestrin::app {
 

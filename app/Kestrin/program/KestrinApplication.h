@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/Kestrin/Protection.h"
-#include "app/Kestrin/ProtectionWindow.h"
-#include "app/Kestrin/QuitNotices.h"
-#include "app/Kestrin/TrayCommands.h"
+#include "app/Kestrin/program/Protection.h"
+#include "app/Kestrin/program/ProtectionWindow.h"
+#include "app/Kestrin/program/QuitNotices.h"
+#include "app/Kestrin/program/TrayCommands.h"
 #include "desktop/session/DesktopNotices.h"
 #include "desktop/session/RunningInstance.h"
 #include "desktop/session/TrayHost.h"
