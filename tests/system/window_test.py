@@ -229,6 +229,10 @@ class WindowTest(unittest.TestCase):
         self.addCleanup(shutil.rmtree, home)
         os.environ["XDG_DATA_HOME"] = str(home / "share")
         os.environ["XDG_CONFIG_HOME"] = str(home / "config")
+        os.environ["XDG_CACHE_HOME"] = str(home / "cache")
+        # Qt would keep there what is not compiled into the program, and look at it again after an upgrade.
+        compiled = home / "cache" / "Kestrin" / "qmlcache"
+        self.addCleanup(lambda: self.assertFalse(compiled.exists(), "Views are not compiled in."))
 
     def launch(self):
         kestrin = Kestrin()

@@ -13,12 +13,21 @@ extern void qml_register_types_Kestrin();
 // Qt's own.
 extern void qml_register_types_QtQml_WorkerScript();
 
+// Resources of a static library are there only once somebody asks for them; the macro works in the global
+// namespace only. Without the last one, Qt 6.8 compiles every view at the first start.
+static void initializeResources() {
+    Q_INIT_RESOURCE(KestrinApp_raw_qml_0);
+    Q_INIT_RESOURCE(qmake_Kestrin);
+    Q_INIT_RESOURCE(qmlcache_KestrinApp);
+}
+
 namespace kestrin::app {
 
 using namespace design;
 
 std::unique_ptr<QQmlEngine> makeEngine() {
     registerDesignSystem();
+    initializeResources();
     qml_register_types_Kestrin();
     // QtQuick asks for it. Where it is not in the program, the thread that reads descriptions loads a plugin
     // and then waits for the main thread. The name alone keeps it in.
