@@ -12,8 +12,6 @@ Item {
     // In the order of the sections.
     readonly property list<url> pages: ["MacHomeView.qml", "MacDevicesView.qml", "MacAppsView.qml",
         "MacScheduleView.qml", "MacActivityView.qml", "MacAccessView.qml", "MacConnectView.qml"]
-    // All are read once the first one is seen, and before somebody has chosen another.
-    property var descriptions: []
 
     // No anchors here, nor in what all pages are made of: they take effect only when everything is complete, and
     // until then every text would be laid out in no room at all.
@@ -33,14 +31,6 @@ Item {
         // What this changes is not to be laid out twice.
         protection.start();
         detail.show(selectedSection);
-    }
-
-    Connections {
-        target: root.descriptions.length === 0 ? root.Window.window : null
-
-        function onFrameSwapped() {
-            root.descriptions = Array.from(root.pages, page => Qt.createComponent(page, Component.Asynchronous));
-        }
     }
 
     MacSidebar {
@@ -94,12 +84,8 @@ Item {
         }
     }
 
-    // Nobody presses keys before there is something to see.
-    Loader {
-        active: root.descriptions.length > 0
-        sourceComponent: MacKeys {
-            sections: root.protection.sections // qmllint disable unqualified
-            onChosen: section => root.select(section) // qmllint disable unqualified
-        }
+    MacKeys {
+        sections: root.protection.sections
+        onChosen: section => root.select(section)
     }
 }
