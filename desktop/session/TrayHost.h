@@ -18,8 +18,10 @@ class TrayHost : public QObject {
   Q_SIGNALS:
     void changed();
 
-  private:
+  private Q_SLOTS:
     void ask();
+
+  private:
     void set(bool isPresent);
 
     bool m_isPresent = false;

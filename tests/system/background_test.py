@@ -54,11 +54,19 @@ class Service:
 
 
 class Tray(Service):
-    """A panel that shows one icon."""
+    """A panel that shows one icon. It comes a little later than its watcher."""
 
     def __init__(self):
         self.item = None
+        self.is_shown = False
         super().__init__(0, "/StatusNotifierWatcher")
+
+    def read(self, _bus, _sender, _path, _interface, name):
+        if name == "IsStatusNotifierHostRegistered" and not self.is_shown:
+            self.is_shown = True
+            self.bus.emit_signal(None, self.path, WATCHER, "StatusNotifierHostRegistered", None)
+            return GLib.Variant("b", False)
+        return super().read(_bus, _sender, _path, _interface, name)
 
     def called(self, _bus, sender, _path, _interface, _method, _arguments, invocation):
         self.item = sender
