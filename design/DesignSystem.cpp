@@ -18,8 +18,7 @@ namespace kestrin::design {
 
 void registerDesignSystem() {
     initializeResources();
-    // The engine calls it when the module is imported first. The name alone keeps it in the program.
-    [[maybe_unused]] const volatile auto types = &qml_register_types_KestrinDesignSystem;
+    qml_register_types_KestrinDesignSystem();
 }
 
 } // namespace kestrin::design

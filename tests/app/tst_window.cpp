@@ -1,6 +1,5 @@
 // The window over an in-memory desktop: what the pages show in which state, and what each control does.
 
-#include "design/KestrinFonts.h"
 #include "design/KestrinTone.h"
 #include "tests/support/WindowHome.h"
 
@@ -119,13 +118,6 @@ void WindowTest::home() {
     Desk desk(MacSection::Home);
     // Opening the window checks nothing and records nothing.
     QVERIFY(desk.runtime().logStore().recent(10).isEmpty());
-    // Those that are made ready before.
-    QSet<QFont> fonts;
-    for (QQuickItem *const text : desk.all("KestrinText"))
-        fonts.insert(KestrinFonts::font(text->property("size").toDouble(),
-                                        static_cast<KestrinWeight>(text->property("weight").toInt())));
-    const QList<QFont> expected = ProtectionWindow::firstFonts();
-    QCOMPARE(fonts, QSet<QFont>(expected.cbegin(), expected.cend()));
     desk.flipTheOnlySwitch();
     // The button only switches on.
     desk.press("KestrinPrimaryButton", u"Turn on Privacy Mode"_s);

@@ -21,7 +21,7 @@ struct WindowHome : Home {
     struct Shown {
         std::unique_ptr<QQmlEngine> engine = app::makeEngine();
         app::Protection protection;
-        app::ProtectionWindow window{*engine};
+        app::ProtectionWindow window{*engine, protection.state};
     };
     std::unique_ptr<Shown> shown;
 
@@ -31,12 +31,9 @@ struct WindowHome : Home {
         defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {});
     }
 
-    void open() {
-        shown.reset(new Shown{.protection = app::Protection(defaults, surroundings())});
-        shown->window.open(shown->protection.state);
-    }
+    void open() { shown.reset(new Shown{.protection = app::Protection(defaults, surroundings())}); }
 
-    QQuickWindow &window() const { return *shown->window.window(); }
+    QQuickWindow &window() const { return shown->window.window(); }
     runtime::MacProtectionRuntime &runtime() const { return shown->protection.runtime; }
     QQuickItem &root() const { return *window().contentItem()->childItems().constFirst(); }
     app::MacSection section() const {

@@ -5,7 +5,6 @@
 
 #include <QGuiApplication>
 #include <QQuickWindow>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -17,16 +16,6 @@ using namespace design;
 using namespace desktop;
 
 namespace {
-
-constexpr std::chrono::milliseconds joiningDelay{200};
-
-/// What need not hold up the first frame.
-void completeLater(QQuickWindow &window) {
-    // For desktops that do not know the desktop file.
-    const auto complete = [] { QGuiApplication::setWindowIcon(KestrinIconMark::icon()); };
-    QObject::connect(&window, &QQuickWindow::frameSwapped, qApp, complete,
-                     static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
-}
 
 void bringToFront(QQuickWindow &window, const QString &activationToken) {
     // Where Qt's plugin for Wayland looks for it.
@@ -45,15 +34,15 @@ KestrinApplication::KestrinApplication(Start start, LoginItem &loginItem)
     : m_start(start)
     , m_commands(loginItem)
     , m_engine(makeEngine()) {
-    if (m_start == Start::withWindow)
-        m_window = std::make_unique<ProtectionWindow>(*m_engine);
+    // For desktops that do not know the desktop file.
+    QGuiApplication::setWindowIcon(KestrinIconMark::icon());
     QGuiApplication::setQuitOnLastWindowClosed(m_start == Start::withWindow);
 }
 
 KestrinApplication::~KestrinApplication() {
     // A window that is taken down is not one that somebody closed.
-    if (m_window && m_window->window())
-        m_window->window()->disconnect(this);
+    if (m_window)
+        m_window->window().disconnect(this);
 }
 
 void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundings surroundings) {
@@ -61,14 +50,11 @@ void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundin
     connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
     connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
     connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-    if (m_start == Start::withWindow) {
+    if (m_start == Start::withWindow)
         openWindow({});
-        // The first frame comes first; who asks meanwhile asks again.
-        QTimer::singleShot(joiningDelay, this, &KestrinApplication::joinDesktop);
-    } else {
+    else
         m_protection->privacyMode.startRuntime();
-        joinDesktop();
-    }
+    joinDesktop();
 }
 
 void KestrinApplication::joinDesktop() {
@@ -82,22 +68,19 @@ void KestrinApplication::joinDesktop() {
 }
 
 void KestrinApplication::openWindow(const QString &activationToken) {
-    if (!m_window)
-        m_window = std::make_unique<ProtectionWindow>(*m_engine);
-    if (m_window->window()) {
-        bringToFront(*m_window->window(), activationToken);
+    if (m_window) {
+        bringToFront(m_window->window(), activationToken);
         return;
     }
-    m_window->open(m_protection->state);
-    completeLater(*m_window->window());
+    m_window = std::make_unique<ProtectionWindow>(*m_engine, m_protection->state);
     if (m_start == Start::inBackground) {
-        connect(m_window->window(), &QWindow::visibleChanged, this, &KestrinApplication::takeWindowClosed);
-        bringToFront(*m_window->window(), activationToken);
+        connect(&m_window->window(), &QWindow::visibleChanged, this, &KestrinApplication::takeWindowClosed);
+        bringToFront(m_window->window(), activationToken);
     }
 }
 
 void KestrinApplication::takeWindowClosed() {
-    if (!m_window->window()->isVisible() && !m_tray)
+    if (!m_window->window().isVisible() && !m_tray)
         QCoreApplication::quit();
 }
 
@@ -111,7 +94,7 @@ void KestrinApplication::followTray() {
 }
 
 void KestrinApplication::tell(const MacProtectionEvent &event) {
-    const bool isSeen = m_window && m_window->window() && m_window->window()->isActive();
+    const bool isSeen = m_window && m_window->window().isActive();
     if (isSeen || !m_notices || !m_quitNotices.isDue(event, std::chrono::steady_clock::now()))
         return;
     if (!m_notices->show(event.message) && m_tray)

@@ -26,7 +26,7 @@ class KestrinApplication : public QObject {
   public:
     enum class Start { withWindow, inBackground };
 
-    /// `loginItem` outlives this object. Begins to read what the window is made of, if it is wanted at once.
+    /// `loginItem` outlives this object.
     KestrinApplication(Start start, runtime::LoginItem &loginItem);
     ~KestrinApplication() override;
 
