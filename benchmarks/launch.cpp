@@ -126,8 +126,7 @@ class Enforcing {
         m_defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {});
         m_defaults.setBoolean(u"kestrin.mac.enforceActions"_s, true);
         m_runtime = std::make_unique<MacProtectionRuntime>(
-            m_defaults, MacProtectionSurroundings{.supportFolder = folder,
-                                                  .workspace = *m_workspace,
+            m_defaults, MacProtectionSurroundings{.workspace = *m_workspace,
                                                   .settingsStore = settingsStoreIn(folder),
                                                   .logStore = activityLogIn(folder)});
         m_runtime->start(true, [](bool) {});

@@ -112,7 +112,8 @@ class CommandRunner {
         if (!limitation.isEmpty())
             return m_surroundings.couldNot(limitation);
         CommandSession &checking = session(Desktop::seen);
-        checking.settleFlag();
+        if (const Outcome settled = checking.settleFlag(); !settled.settingsSaved)
+            return outcomeOf(settled);
         const bool previews = m_call.preview || !checking.runtime.enforceActions();
         const PrivacyModeCheck check = checking.runtime.performCheck(previews);
         // What was done is told in any case.
@@ -170,7 +171,8 @@ class CommandRunner {
         // kept.
         if (!m_surroundings.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, on))
             return couldNotSaveDefaults();
-        changing.settleFlag();
+        if (const Outcome settled = changing.settleFlag(); !settled.settingsSaved)
+            return outcomeOf(settled);
         // Its relaunch monitor hears of nothing: launches are told by an event loop, and none runs here. A
         // watching program makes a new monitor of its own when it sees the choice change.
         const Outcome outcome = changing.runtime.setEnforceActions(on);
@@ -195,7 +197,8 @@ class CommandRunner {
     ExitStatus switchPresets(CommandSession &changing) {
         if (!m_surroundings.defaults.isWritable())
             return couldNotSaveDefaults();
-        changing.settleFlag();
+        if (const Outcome settled = changing.settleFlag(); !settled.settingsSaved)
+            return outcomeOf(settled);
         Outcome outcome;
         for (const QString &id : m_call.ids)
             outcome &= changing.runtime.setMode(id, *m_call.enable);
@@ -242,7 +245,7 @@ class CommandRunner {
 
     /// Says what could not be kept.
     ExitStatus outcomeOf(const Outcome &outcome) {
-        const QString &folder = m_surroundings.runtime.supportFolder;
+        const QString &folder = m_surroundings.supportFolder;
         if (!outcome.settingsSaved)
             return m_surroundings.couldNot(u"The settings in "_s + folder +
                                            u" are not what was asked for: they cannot be written, or another "

@@ -14,8 +14,7 @@ MacProtectionSurroundings runtimeSurroundings(const MacProtectionSurroundings &a
                                               CommandSession::Desktop desktop) {
     static InMemoryWorkspace nothing;
     Workspace &workspace = desktop == CommandSession::Desktop::ignored ? nothing : all.workspace;
-    return {all.supportFolder, workspace,     all.settingsStore,   all.logStore,
-            all.clock,         all.watchTime, all.scheduleInterval};
+    return {workspace, all.settingsStore, all.logStore, all.clock, all.watchTime, all.scheduleInterval};
 }
 
 } // namespace
@@ -36,7 +35,7 @@ CommandSession::CommandSession(CommandSurroundings &commandSurroundings, Desktop
     , flag(surroundings.defaults, runtime) {}
 
 std::optional<QString> CommandSession::monitoredBy() const {
-    return MonitoringClaim::currentHolder(surroundings.runtime.supportFolder);
+    return MonitoringClaim::currentHolder(surroundings.supportFolder);
 }
 
 StatusReport CommandSession::status() const {
@@ -58,9 +57,10 @@ StatusReport CommandSession::status() const {
     };
 }
 
-void CommandSession::settleFlag() {
+Outcome CommandSession::settleFlag() {
     if (!monitoredBy() && surroundings.runtime.settingsStore->load().isEnabled != flag.isOn())
-        runtime.updatePrivacyMode(flag.isOn(), false);
+        return runtime.updatePrivacyMode(flag.isOn(), false);
+    return {};
 }
 
 } // namespace kestrin::cli

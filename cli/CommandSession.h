@@ -21,6 +21,8 @@ struct CommandSurroundings {
     runtime::UserDefaults &defaults;
     /// Where a person finds the user defaults.
     QString defaultsLocation;
+    /// Where Kestrin keeps its files.
+    QString supportFolder;
     runtime::MacProtectionSurroundings runtime;
     runtime::LoginItem &loginItem;
     Output &out;
@@ -53,7 +55,7 @@ class CommandSession {
     /// between its two writes, or somebody edited a file) the flag is what the user was shown. For calls that
     /// act by the saved one. A watching program keeps them together by itself and is not interfered with;
     /// where they agree nothing is written, so that a check leaves no settings behind.
-    void settleFlag();
+    [[nodiscard]] runtime::Outcome settleFlag();
 };
 
 } // namespace kestrin::cli

@@ -66,15 +66,14 @@ ExitStatus refuse(const CommandSurroundings &surroundings, const MonitoringClaim
     if (claim.holder)
         return surroundings.couldNot(u"Only one program can watch at a time, and "_s + *claim.holder +
                                      u" is watching already."_s);
-    return surroundings.couldNot(u"Nothing can be watched, because "_s + surroundings.runtime.supportFolder +
+    return surroundings.couldNot(u"Nothing can be watched, because "_s + surroundings.supportFolder +
                                  u" cannot be written."_s);
 }
 
 } // namespace
 
 ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
-    const MonitoringClaim claim =
-        MonitoringClaim::make(surroundings.runtime.supportFolder, u"kestrinctl watch"_s);
+    const MonitoringClaim claim = MonitoringClaim::make(surroundings.supportFolder, u"kestrinctl watch"_s);
     if (!claim.lock)
         return refuse(surroundings, claim);
 

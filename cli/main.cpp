@@ -28,8 +28,8 @@ int main(int argc, char *argv[]) {
     CommandSurroundings surroundings{
         .defaults = *defaults,
         .defaultsLocation = userDefaultsLocation(),
-        .runtime = {.supportFolder = folder,
-                    .workspace = *workspace,
+        .supportFolder = folder,
+        .runtime = {.workspace = *workspace,
                     .settingsStore = settingsStoreIn(folder),
                     .logStore = activityLogIn(folder),
                     .watchTime = makeTimeChangeWatch},

@@ -7,6 +7,8 @@
 #include <QJSEngine>
 #include <QPalette>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace kestrin::design {

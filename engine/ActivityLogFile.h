@@ -5,6 +5,7 @@
 
 #include <QList>
 
+#include <cstddef>
 #include <optional>
 
 namespace kestrin::engine {

@@ -13,7 +13,6 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace kestrin::runtime {
 
@@ -45,7 +44,7 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
     m_storedDefinitionIDs = m_settingsStore->load().protectedDefinitionIDs;
     m_protectedDefinitionIDs =
         m_storedDefinitionIDs.isEmpty() ? defaultDefinitionIDs() : m_storedDefinitionIDs;
-    m_modes = loadModes(m_defaults);
+    adoptStoredModes();
     m_enforceActions = m_defaults.boolean(enforceActionsKey).value_or(false);
     m_recentEvents = m_logStore->recent(recentEventLimit);
     refreshInventoryPreview();
@@ -318,9 +317,8 @@ void MacProtectionRuntime::adoptStoredDefault(const QString &key) {
         m_enforceActions = stored;
         Q_EMIT enforceActionsChanged();
         configureRelaunchMonitor();
-    } else if (const QList<ModePreset> stored = loadModes(m_defaults); stored != m_modes) {
-        m_modes = stored;
-        Q_EMIT modesChanged();
+    } else {
+        adoptStoredModes();
     }
 }
 

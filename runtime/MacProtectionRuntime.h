@@ -27,8 +27,6 @@ namespace kestrin::runtime {
 
 /// What the runtime stands on, which the program chooses that makes it.
 struct MacProtectionSurroundings {
-    /// Where Kestrin keeps its files.
-    QString supportFolder;
     /// Outlives the runtime.
     engine::Workspace &workspace;
     std::shared_ptr<engine::PrivacyModeSettingsStoring> settingsStore;
@@ -156,6 +154,7 @@ class MacProtectionRuntime : public QObject {
     bool updateSettings(const std::function<void(engine::PrivacyModeSettings &)> &change);
     void followOtherProcesses();
     void adoptStoredSelection();
+    void adoptStoredModes();
     void postScheduleTick();
     void adoptStoredDefault(const QString &key);
 
@@ -168,6 +167,8 @@ class MacProtectionRuntime : public QObject {
     /// The selection in the settings as it was last read or saved here; another one is another process's.
     QSet<QString> m_storedDefinitionIDs;
     QList<shared::ModePreset> m_modes;
+    /// The same of the presets in the user defaults.
+    std::optional<QStringList> m_storedModeIDs;
     bool m_enforceActions = false;
 
     const foundation::Clock m_clock;

@@ -9,7 +9,6 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace kestrin::runtime {
 
@@ -76,18 +75,39 @@ Outcome MacProtectionRuntime::setMode(const QString &id, bool enabled) {
     if (found == m_modes.cend() || found->enabled == enabled)
         return outcome;
     const QString name = found->name;
+    const auto change = [&] { std::find_if(m_modes.begin(), m_modes.end(), isIt)->enabled = enabled; };
+    change();
+    Q_EMIT modesChanged();
+    bool isAdopted = false;
     outcome.defaultsSaved = m_defaults.updateStringArray(enabledModeIDsKey, [&](const auto &stored) {
         // What another process has switched since is not to be undone.
-        m_modes = seedModes(stored);
-        std::find_if(m_modes.begin(), m_modes.end(), isIt)->enabled = enabled;
+        isAdopted = stored != m_storedModeIDs;
+        if (isAdopted) {
+            m_modes = seedModes(stored);
+            change();
+        }
         return enabledIDs(m_modes);
     });
-    Q_EMIT modesChanged();
+    if (outcome.defaultsSaved)
+        m_storedModeIDs = enabledIDs(m_modes);
+    if (isAdopted)
+        Q_EMIT modesChanged();
     outcome.changesRecorded =
         recordEvent(enabled ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
                     name + (enabled ? u" enabled."_s : u" disabled."_s));
     evaluateSchedules(m_clock());
     return outcome;
+}
+
+void MacProtectionRuntime::adoptStoredModes() {
+    const std::optional<QStringList> stored = m_defaults.stringArray(enabledModeIDsKey);
+    if (!m_modes.isEmpty() && stored == m_storedModeIDs)
+        return;
+    m_storedModeIDs = stored;
+    if (const QList<ModePreset> modes = seedModes(stored); modes != m_modes) {
+        m_modes = modes;
+        Q_EMIT modesChanged();
+    }
 }
 
 std::optional<bool> MacProtectionRuntime::scheduledPrivacyModeState(const QDateTime &date) const {

@@ -28,8 +28,9 @@ class UserDefaults : public QObject {
     virtual bool setBoolean(const QString &key, bool value) = 0;
     /// The same.
     bool setStringArray(const QString &key, const QStringList &value);
-    /// Puts what `change` makes of the stored list in its place. Where processes share the preferences, no
-    /// other one stores in between. Returns whether the new list is stored now.
+    /// Puts what `change` makes of the stored list in its place. Where a file is shared by processes, no
+    /// other one stores in between; the user defaults of macOS know no such lock. Returns whether the new
+    /// list is stored now.
     virtual bool updateStringArray(const QString &key, const StringArrayChange &change) = 0;
     /// Whether values can be stored now, as far as can be told without storing one.
     virtual bool isWritable() const { return true; }

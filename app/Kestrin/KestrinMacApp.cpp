@@ -121,8 +121,7 @@ int main(int argc, char **argv) {
     const MonitoringClaim claim = MonitoringClaim::make(folder, u"Kestrin"_s);
     if (claim.holder)
         return giveWay(*claim.holder, options, launch);
-    kestrin.protect(*defaults, {.supportFolder = folder,
-                                .workspace = *workspace,
+    kestrin.protect(*defaults, {.workspace = *workspace,
                                 .settingsStore = settingsStoreIn(folder),
                                 .logStore = activityLogIn(folder),
                                 .watchTime = makeTimeChangeWatch});

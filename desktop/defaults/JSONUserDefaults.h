@@ -5,6 +5,9 @@
 
 #include <QJsonObject>
 
+#include <functional>
+#include <memory>
+
 namespace kestrin::desktop {
 
 /// Preferences in one JSON object, where every value keeps its type, readable by its owner only.

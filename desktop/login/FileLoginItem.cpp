@@ -65,13 +65,9 @@ bool FileLoginItem::isForAllUsers() const {
 }
 
 void FileLoginItem::write(bool enabled) const {
-    using namespace std::chrono_literals;
-    const QString folder = m_file.folders.first();
-    if (!QDir().mkpath(folder))
-        return;
     // Where the program is does not matter to a file that says that it is not started.
     const QByteArray text = m_file.text(hasProgram() ? m_program : u"kestrin"_s, enabled);
-    if (const auto lock = FileLock::lockFolder(folder, 10s))
+    if (const auto lock = FileLock::lockFolderOf(path()))
         replacePrivateFile(path(), {viewOf(text)});
 }
 

@@ -1,6 +1,8 @@
 #include "desktop/x11/LaunchWatcher.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace kestrin::desktop {
 

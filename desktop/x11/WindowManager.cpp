@@ -3,6 +3,7 @@
 #include "desktop/x11/PropertyQuestion.h"
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 namespace kestrin::desktop {

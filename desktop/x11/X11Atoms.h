@@ -1,4 +1,4 @@
-// The names that are in no standard's list, as the numbers that one X server gave them.
+// The names that xcb-ewmh does not know, as the numbers that one X server gave them.
 #pragma once
 
 #include <xcb/xcb.h>

@@ -1,6 +1,7 @@
 #include "engine/workspace/InMemoryWorkspace.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kestrin::engine {
 

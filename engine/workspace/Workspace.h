@@ -33,7 +33,7 @@ struct WorkspaceApplication {
 enum class Termination {
     delivered, ///< which says nothing about what the application does with it
     refused,   ///< the application runs, and there was no way to ask it
-    gone,      ///< no application has this process id
+    gone,      ///< no application with this process id can be seen
 };
 
 /// A registration for launches; it lasts as long as the object. Destroying it unsubscribes at once: the

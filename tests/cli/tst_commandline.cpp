@@ -55,8 +55,8 @@ struct Home : samples::Home {
         Output out(outFile.handle());
         Output err(errFile.handle());
         InMemoryLoginItem item;
-        CommandSurroundings surroundings{defaults, preferences(), this->surroundings(), item,
-                                         out,      err,           Palette(isColourful)};
+        CommandSurroundings surroundings{defaults, preferences(), support(), this->surroundings(),
+                                         item,     out,           err,       Palette(isColourful)};
         Answer answer;
         answer.status = runCommandLine(arguments, surroundings);
         answer.out = everythingIn(outFile);

@@ -251,8 +251,7 @@ void RuntimeTest::otherProcesses() {
     // Another process over the same files, as far as files can tell.
     JSONUserDefaults theirDefaults(home.preferences());
     InMemoryWorkspace noWorkspace;
-    MacProtectionRuntime theirs(theirDefaults, {.supportFolder = home.support(),
-                                                .workspace = noWorkspace,
+    MacProtectionRuntime theirs(theirDefaults, {.workspace = noWorkspace,
                                                 .settingsStore = settingsStoreIn(home.support()),
                                                 .logStore = activityLogIn(home.support())});
     PrivacyModeFlag theirFlag(theirDefaults, theirs);

@@ -32,8 +32,7 @@ struct Home {
     QString preferences() const { return folder.filePath(u"config/user-defaults.json"_s); }
     QString support() const { return folder.filePath(u"data/Kestrin"_s); }
     runtime::MacProtectionSurroundings surroundings() {
-        return {.supportFolder = support(),
-                .workspace = workspace,
+        return {.workspace = workspace,
                 .settingsStore = runtime::settingsStoreIn(support()),
                 .logStore = runtime::activityLogIn(support()),
                 .clock = [this] { return now; }};

@@ -28,11 +28,9 @@ struct MemoryHome {
     }
 
     runtime::MacProtectionSurroundings surroundings() {
-        return {.supportFolder = {},
-                .workspace = workspace,
-                .settingsStore = settings,
-                .logStore = log,
-                .clock = [this] { return now = now.addSecs(1); }};
+        return {.workspace = workspace, .settingsStore = settings, .logStore = log, .clock = [this] {
+                    return now = now.addSecs(1);
+                }};
     }
     /// What was asked since one last looked.
     QStringList asked() { return std::exchange(journal, {}); }

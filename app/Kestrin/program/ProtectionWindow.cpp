@@ -44,6 +44,8 @@ ProtectionWindow::~ProtectionWindow() = default;
 void showNotice(const QString &text) {
     const std::unique_ptr<QQmlEngine> engine = makeEngine();
     const std::unique_ptr<QObject> notice = makeObject(*engine, u"MacNotice.qml"_s, {{u"text"_s, text}});
+    // Also where the program was to go on in the background.
+    QGuiApplication::setQuitOnLastWindowClosed(true);
     if (notice)
         QGuiApplication::exec();
 }
