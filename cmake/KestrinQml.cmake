@@ -11,8 +11,12 @@ function(kestrin_qml_module target)
     set(QT_FEATURE_zstd OFF)
     qt_add_qml_module(${target} ${ARGN} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt-project.org/imports
         OUTPUT_DIRECTORY "${folder}/${arg_URI}" IMPORT_PATH "${folder}")
-    # What Qt's compilers write is not ours to improve.
+    # What Qt's compilers write is not ours to improve, nor to check.
     get_target_property(sources ${target} SOURCES)
     list(FILTER sources INCLUDE REGEX "/\\.rcc/qmlcache/|_qmltyperegistrations\\.cpp$")
-    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w;-Os")
+    set(options -w -Os)
+    if(KESTRIN_SANITIZE)
+        set(options -w -O0 -fno-sanitize=all)
+    endif()
+    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "${options}")
 endfunction()

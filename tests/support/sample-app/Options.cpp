@@ -8,7 +8,7 @@ namespace kestrin::sample {
 
 namespace {
 
-const std::set<std::string> known{
+const std::set<std::string> knownOptions{
     "bus-name", "claim",   "class",  "commands", "gtk",     "gtk-id", "kde",     "kde-entry",
     "later",    "machine", "manner", "map",      "menu",    "pid",    "qt",      "skip-taskbar",
     "times",    "title",   "tray",   "type",     "watcher", "window", "windows",
@@ -23,7 +23,7 @@ Instructions parseArguments(const std::vector<std::string> &arguments) {
         const bool isName = word.starts_with("--");
         if (isName)
             name = word.substr(2);
-        if (!known.contains(name)) {
+        if (!knownOptions.contains(name)) {
             std::fprintf(stderr, "sample-app does not know \"%s\".\n", word.c_str());
             std::exit(2);
         }
