@@ -2,16 +2,15 @@ include("${CMAKE_CURRENT_LIST_DIR}/../IconDrawing.cmake")
 
 # kestrin_macos_icon(file)
 #
-# Has the icon made at build time, by a program of ours: of the tools of macOS none is sure to read the drawing.
+# Has the icon made at build time. Icons of macOS leave a margin of 100 in 1024 pixels around their tile.
 function(kestrin_macos_icon file)
-    find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Svg)
+    find_program(png2icns png2icns REQUIRED)
     set(drawing "${CMAKE_CURRENT_BINARY_DIR}/KestrinIcon.svg")
-    kestrin_icon_drawing("${drawing}")
-    add_executable(kestrin_icon "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/MakeIcon.cpp")
-    target_link_libraries(kestrin_icon PRIVATE kestrin_common Qt6::Gui Qt6::Svg)
+    kestrin_icon_drawing("${drawing}" MARGIN 62)
+    kestrin_icon_pictures(pictures "${drawing}" 16 32 128 256 512 1024)
     add_custom_command(OUTPUT "${file}"
-        COMMAND kestrin_icon "${drawing}" "${file}"
-        DEPENDS kestrin_icon "${drawing}"
+        COMMAND "${png2icns}" "${file}" ${pictures}
+        DEPENDS ${pictures}
         VERBATIM)
 endfunction()
 
