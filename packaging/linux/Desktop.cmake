@@ -4,33 +4,27 @@ configure_file(linux/Kestrin.desktop.in "${KESTRIN_DESKTOP_ID}.desktop" @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.desktop"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 
-execute_process(COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/release-notes" appstream
-    OUTPUT_VARIABLE KESTRIN_RELEASES OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-configure_file(linux/Kestrin.metainfo.xml.in "${KESTRIN_DESKTOP_ID}.metainfo.xml" @ONLY)
-install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.metainfo.xml"
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
+# Written anew by AppStream itself, it has the releases, and names its developer as the installed version wants it.
+set(metainfo "${KESTRIN_DESKTOP_ID}.metainfo.xml")
+configure_file(linux/Kestrin.metainfo.xml.in without-news.xml @ONLY)
+add_custom_command(OUTPUT "${metainfo}"
+    COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/linux/news" > news
+    COMMAND "${appstreamcli}" news-to-metainfo --format=yaml news without-news.xml "${metainfo}"
+    DEPENDS linux/news "${PROJECT_SOURCE_DIR}/CHANGELOG.md" "${CMAKE_CURRENT_BINARY_DIR}/without-news.xml"
+    VERBATIM)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${metainfo}" DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
 
 include(IconDrawing.cmake)
-kestrin_icon_drawing("${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.svg")
 set(hicolor "${CMAKE_INSTALL_DATADIR}/icons/hicolor")
-install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.svg" DESTINATION "${hicolor}/scalable/apps")
+set(drawing "${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.svg")
+kestrin_icon_drawing("${drawing}")
+install(FILES "${drawing}" DESTINATION "${hicolor}/scalable/apps")
 install(FILES linux/Kestrin-symbolic.svg RENAME "${KESTRIN_DESKTOP_ID}-symbolic.svg"
     DESTINATION "${hicolor}/symbolic/apps")
+set(sizes 16 22 24 32 48 64 128 256 512)
+kestrin_icon_pictures(pictures "${drawing}" ${sizes})
+foreach(size picture IN ZIP_LISTS sizes pictures)
+    install(FILES "${picture}" RENAME "${KESTRIN_DESKTOP_ID}.png" DESTINATION "${hicolor}/${size}x${size}/apps")
+endforeach()
 
-find_program(RSVG_CONVERT rsvg-convert)
-if(RSVG_CONVERT)
-    set(pictures "")
-    foreach(size IN ITEMS 16 22 24 32 48 64 128 256 512)
-        set(picture "${CMAKE_CURRENT_BINARY_DIR}/icon-${size}.png")
-        add_custom_command(OUTPUT "${picture}"
-            COMMAND "${RSVG_CONVERT}" -w ${size} -h ${size} -o "${picture}" "${KESTRIN_DESKTOP_ID}.svg"
-            DEPENDS "${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.svg"
-            VERBATIM)
-        install(FILES "${picture}" RENAME "${KESTRIN_DESKTOP_ID}.png"
-            DESTINATION "${hicolor}/${size}x${size}/apps")
-        list(APPEND pictures "${picture}")
-    endforeach()
-    add_custom_target(kestrin_icons ALL DEPENDS ${pictures})
-else()
-    message(STATUS "rsvg-convert is not there; only the scalable icon will be installed.")
-endif()
+add_custom_target(kestrin_desktop_files ALL DEPENDS "${metainfo}" ${pictures})

@@ -1,30 +1,18 @@
-# The manual pages, compressed as Debian wants them. That of kestrinctl is completed from the program's own help.
+# The manual pages: what the programs tell of themselves, and what is beside this file.
 
-file(READ manual/files.roff KESTRIN_MANUAL_FILES)
-string(CONFIGURE "${KESTRIN_MANUAL_FILES}" KESTRIN_MANUAL_FILES @ONLY)
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS manual/files.roff)
-set(KESTRIN_SEE_ALSO "")
-if(TARGET kestrin)
-    set(KESTRIN_SEE_ALSO ".BR kestrin (1),\n")
-endif()
-
-configure_file(manual/kestrinctl.1.in kestrinctl.1.incomplete @ONLY)
-add_custom_command(OUTPUT kestrinctl.1.gz
-    COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/manual/with-commands" kestrinctl.1.incomplete $<TARGET_FILE:kestrinctl>
-        > kestrinctl.1
-    COMMAND gzip -9nc kestrinctl.1 > kestrinctl.1.gz
-    DEPENDS kestrinctl manual/with-commands "${CMAKE_CURRENT_BINARY_DIR}/kestrinctl.1.incomplete"
-    VERBATIM)
-set(pages "${CMAKE_CURRENT_BINARY_DIR}/kestrinctl.1.gz")
-
-if(TARGET kestrin)
-    configure_file(manual/kestrin.1.in kestrin.1 @ONLY)
-    add_custom_command(OUTPUT kestrin.1.gz
-        COMMAND gzip -9nc kestrin.1 > kestrin.1.gz
-        DEPENDS "${CMAKE_CURRENT_BINARY_DIR}/kestrin.1"
-        VERBATIM)
-    list(APPEND pages "${CMAKE_CURRENT_BINARY_DIR}/kestrin.1.gz")
-endif()
-
+configure_file(manual/files.h2m.in files.h2m @ONLY)
+set(pages "")
+foreach(program IN ITEMS kestrinctl kestrin)
+    if(TARGET ${program})
+        configure_file(manual/${program}.h2m.in ${program}.h2m @ONLY)
+        set(page "${CMAKE_CURRENT_BINARY_DIR}/${program}.1")
+        add_custom_command(OUTPUT "${page}"
+            COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/manual/make-page" $<TARGET_FILE:${program}> > ${program}.1
+            DEPENDS ${program} manual/make-page
+                "${CMAKE_CURRENT_BINARY_DIR}/${program}.h2m" "${CMAKE_CURRENT_BINARY_DIR}/files.h2m"
+            VERBATIM)
+        list(APPEND pages "${page}")
+    endif()
+endforeach()
 add_custom_target(kestrin_manual ALL DEPENDS ${pages})
 install(FILES ${pages} DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
