@@ -1,11 +1,16 @@
-// Makes a picture of every page, in both appearances and at the window's usual and least sizes, over a
-// made-up afternoon: kestrin-pictures FOLDER
+// Makes pictures of the pages over a made-up afternoon.
+//
+//   kestrin-pictures FOLDER [SCENE...]           every page, in both appearances and several sizes of the
+//   window kestrin-pictures --renew STORED              those that are kept with the source kestrin-pictures
+//   --compare STORED DIFFERENT  compares with those, and puts what looks different into a folder
 
 #include "design/KestrinAppearance.h"
+#include "tests/app/StoredPictures.h"
 #include "tests/support/WindowHome.h"
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QTest>
 
 #include <cstdio>
@@ -87,19 +92,80 @@ QList<Scene> scenes() {
     };
 }
 
-bool takePicture(const QDir &folder, const Scene &scene, const QString &appearance, const QString &label,
-                 QSize size) {
+QImage draw(const Scene &scene, const QString &appearance, QSize size) {
+    KestrinAppearance::shared().setPreference(*KestrinAppearance::preferenceFromText(appearance));
     samples::WindowHome home;
     scene.prepare(home);
     home.window().resize(size);
     home.select(scene.section);
     // Two turns of layouts that wait for the next frame.
     QTest::qWait(50);
-    const QString file = folder.filePath(scene.name + u'-' + appearance + u'-' + label + u".png"_s);
-    if (home.window().grabWindow().save(file))
+    return home.window().grabWindow();
+}
+
+bool save(const QImage &picture, const QDir &folder, const QString &name) {
+    const QString file = folder.filePath(name + u".png"_s);
+    if (folder.mkpath(u"."_s) && picture.save(file))
         return true;
     std::fprintf(stderr, "%s cannot be written.\n", qPrintable(file));
     return false;
+}
+
+constexpr QSize least(1040, 680);
+
+int drawAll(const QDir &folder, const QStringList &wanted) {
+    const QList<std::pair<QString, QSize>> sizes{
+        {u"usual"_s, {1180, 760}}, {u"least"_s, least}, {u"whole"_s, {1180, 1480}}};
+    bool all = true;
+    for (const QString &appearance : {u"light"_s, u"dark"_s}) {
+        for (const Scene &scene : scenes()) {
+            if (!wanted.isEmpty() && !wanted.contains(scene.name))
+                continue;
+            for (const auto &[label, size] : sizes) {
+                const QString name = scene.name + u'-' + appearance + u'-' + label;
+                all = save(draw(scene, appearance, size), folder, name) && all;
+            }
+        }
+    }
+    return all ? 0 : 1;
+}
+
+/// Every page, every kind of row, both appearances.
+const QList<std::pair<QString, QString>> storedScenes{
+    {u"home"_s, u"light"_s},           {u"home-off"_s, u"dark"_s}, {u"devices"_s, u"dark"_s},
+    {u"apps-enforcing"_s, u"light"_s}, {u"apps"_s, u"dark"_s},     {u"schedule"_s, u"light"_s},
+    {u"activity"_s, u"dark"_s},        {u"access"_s, u"light"_s},  {u"connect"_s, u"dark"_s}};
+
+/// Draws what is stored and gives it to `take` with its name.
+void drawStored(const std::function<void(const QString &, const QImage &)> &take) {
+    const QList<Scene> all = scenes();
+    for (const auto &stored : storedScenes) {
+        const auto scene = std::find_if(all.begin(), all.end(),
+                                        [&](const Scene &each) { return each.name == stored.first; });
+        take(stored.first + u'-' + stored.second, draw(*scene, stored.second, least));
+    }
+}
+
+int renew(const QDir &folder) {
+    const samples::StoredPictures stored(folder);
+    bool all = folder.mkpath(u"."_s);
+    drawStored([&](const QString &name, const QImage &picture) { all = stored.store(name, picture) && all; });
+    return all ? 0 : 1;
+}
+
+int compare(const QDir &folder, const QDir &different) {
+    using Verdict = samples::StoredPictures::Verdict;
+    constexpr int notCompared = 77;
+    const samples::StoredPictures stored(folder);
+    QList<Verdict> verdicts;
+    drawStored([&](const QString &name, const QImage &picture) {
+        verdicts.append(stored.compare(name, picture));
+        if (verdicts.last() == Verdict::different)
+            save(picture, different, name);
+    });
+    if (verdicts.contains(Verdict::different) || verdicts.contains(Verdict::missing))
+        return 1;
+    return verdicts.contains(Verdict::otherFaces) ? notCompared : 0;
 }
 
 } // namespace
@@ -109,26 +175,19 @@ int main(int argc, char **argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QLocale::setDefault(QLocale::c()); // for the times of day
     QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const QStringList arguments = QGuiApplication::arguments();
-    if (arguments.size() < 2 || !QDir().mkpath(arguments.at(1))) {
-        std::fputs("usage: kestrin-pictures FOLDER [SCENE...]\n", stderr);
+    if (arguments.size() == 3 && arguments.at(1) == u"--renew")
+        return renew(QDir(arguments.at(2)));
+    if (arguments.size() == 4 && arguments.at(1) == u"--compare")
+        return compare(QDir(arguments.at(2)), QDir(arguments.at(3)));
+    if (arguments.size() < 2 || arguments.at(1).startsWith(u'-')) {
+        std::fputs(
+            "usage: kestrin-pictures FOLDER [SCENE...] | --renew STORED | --compare STORED DIFFERENT\n",
+            stderr);
         return 2;
     }
-    const QDir folder(arguments.at(1));
-    const QStringList wanted = arguments.mid(2);
-    const QList<std::pair<QString, QSize>> sizes{
-        {u"usual"_s, {1180, 760}}, {u"least"_s, {1040, 680}}, {u"whole"_s, {1180, 1480}}};
-    bool all = true;
-    for (const QString &appearance : {u"light"_s, u"dark"_s}) {
-        KestrinAppearance::shared().setPreference(*KestrinAppearance::preferenceFromText(appearance));
-        for (const Scene &scene : scenes()) {
-            if (!wanted.isEmpty() && !wanted.contains(scene.name))
-                continue;
-            for (const auto &[label, size] : sizes)
-                all = takePicture(folder, scene, appearance, label, size) && all;
-        }
-    }
-    return all ? 0 : 1;
+    return drawAll(QDir(arguments.at(1)), arguments.mid(2));
 }
