@@ -43,22 +43,18 @@ std::vector<QPointF> corner(const Direction &across, const Direction &along) {
     return points;
 }
 
-/// The grey values of the first quarter of a shape, row by row; the others are its mirror images.
-struct Quarter {
-    size_t wholeWidth;
-    size_t wholeHeight;
-    size_t width = (wholeWidth + 1) / 2;
-    size_t height = (wholeHeight + 1) / 2;
+/// The grey values of a picture, row by row.
+struct Greys {
+    size_t width;
+    size_t height;
     std::vector<float> values;
 
-    Quarter(size_t w, size_t h) : wholeWidth(w), wholeHeight(h), values(width * height) {}
-    static size_t mirrored(size_t index, size_t whole) { return std::min(index, whole - 1 - index); }
-    /// Any row of the whole.
-    float *row(size_t y) { return values.data() + mirrored(y, wholeHeight) * width; }
-    const float *row(size_t y) const { return values.data() + mirrored(y, wholeHeight) * width; }
+    Greys(size_t w, size_t h) : width(w), height(h), values(w * h) {}
+    float *row(size_t y) { return values.data() + y * width; }
+    const float *row(size_t y) const { return values.data() + y * width; }
 
-    Quarter turned() const {
-        Quarter other(wholeHeight, wholeWidth);
+    Greys turned() const {
+        Greys other(height, width);
         for (size_t y = 0; y < height; ++y) {
             for (size_t x = 0; x < width; ++x)
                 other.row(x)[y] = row(y)[x];
@@ -69,36 +65,36 @@ struct Quarter {
 
 /// Each value becomes the mean of those up to so far above and below it. All columns side by side, because
 /// compilers turn that into few instructions.
-Quarter meanOfColumns(const Quarter &quarter, size_t radius) {
-    Quarter means(quarter.wholeWidth, quarter.wholeHeight);
-    std::vector<float> sums(quarter.width);
+Greys meanOfColumns(const Greys &greys, size_t radius) {
+    Greys means(greys.width, greys.height);
+    std::vector<float> sums(greys.width);
     const auto add = [&](size_t y, float sign) {
-        const float *const row = quarter.row(y);
-        for (size_t x = 0; x < quarter.width; ++x)
+        const float *const row = greys.row(y);
+        for (size_t x = 0; x < greys.width; ++x)
             sums[x] += sign * row[x];
     };
-    for (size_t y = 0; y < std::min(radius, quarter.wholeHeight); ++y)
+    for (size_t y = 0; y < std::min(radius, greys.height); ++y)
         add(y, 1);
     const float share = 1 / static_cast<float>(2 * radius + 1);
-    for (size_t y = 0; y < quarter.height; ++y) {
-        if (y + radius < quarter.wholeHeight)
+    for (size_t y = 0; y < greys.height; ++y) {
+        if (y + radius < greys.height)
             add(y + radius, 1);
         if (y > radius)
             add(y - radius - 1, -1);
-        for (size_t x = 0; x < quarter.width; ++x)
+        for (size_t x = 0; x < greys.width; ++x)
             means.row(y)[x] = sums[x] * share;
     }
     return means;
 }
 
 /// Three boxes in a row are as good as the bell curve.
-Quarter blurred(Quarter quarter, size_t radius) {
+Greys blurred(Greys greys, size_t radius) {
     for (int direction = 0; direction < 2; ++direction) {
         for (int pass = 0; pass < 3; ++pass)
-            quarter = meanOfColumns(quarter, radius);
-        quarter = quarter.turned();
+            greys = meanOfColumns(greys, radius);
+        greys = greys.turned();
     }
-    return quarter;
+    return greys;
 }
 
 } // namespace
@@ -169,37 +165,34 @@ int ShadowPaint::margin() const {
 }
 
 QImage ShadowPaint::paint() const {
-    const int width = size.width() + 2 * margin();
-    const int height = size.height() + 2 * margin();
-    Quarter quarter(static_cast<size_t>(width), static_cast<size_t>(height));
-    QImage shape(static_cast<int>(quarter.width), static_cast<int>(quarter.height), QImage::Format_Alpha8);
+    const QSize around = size.grownBy({margin(), margin(), margin(), margin()});
+    QImage shape(around, QImage::Format_Alpha8);
     shape.fill(Qt::transparent);
     {
         QPainter painter(&shape);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.fillPath(ContinuousRectangle{size, radius}.path(QPointF(margin(), margin())), Qt::black);
     }
-    for (int y = 0; y < shape.height(); ++y) {
+    Greys greys(static_cast<size_t>(around.width()), static_cast<size_t>(around.height()));
+    for (int y = 0; y < around.height(); ++y) {
         const uchar *const line = shape.constScanLine(y);
-        std::copy(line, line + shape.width(), quarter.row(static_cast<size_t>(y)));
+        std::copy(line, line + around.width(), greys.row(static_cast<size_t>(y)));
     }
     // Three boxes of the radius r have the variance r(r + 1).
     const double deviation = blur / 2;
-    quarter = blurred(std::move(quarter),
-                      static_cast<size_t>(std::round(std::sqrt(deviation * deviation + 0.25) - 0.5)));
+    greys = blurred(std::move(greys),
+                    static_cast<size_t>(std::round(std::sqrt(deviation * deviation + 0.25) - 0.5)));
     std::array<QRgb, 256> tints{};
     for (size_t grey = 0; grey < tints.size(); ++grey) {
         const auto alpha = static_cast<int>(std::lround(static_cast<double>(grey) * color.alphaF()));
         tints.at(grey) = qPremultiply(qRgba(color.red(), color.green(), color.blue(), alpha));
     }
-    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < height; ++y) {
-        const float *const greys = quarter.row(static_cast<size_t>(y));
-        auto *const line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        std::transform(greys, greys + quarter.width, line, [&](float grey) {
+    QImage image(around, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < around.height(); ++y) {
+        const float *const row = greys.row(static_cast<size_t>(y));
+        std::transform(row, row + greys.width, reinterpret_cast<QRgb *>(image.scanLine(y)), [&](float grey) {
             return tints.at(static_cast<size_t>(std::clamp(grey + 0.5F, 0.0F, 255.0F)));
         });
-        std::reverse_copy(line, line + width / 2, line + quarter.width);
     }
     return image;
 }
