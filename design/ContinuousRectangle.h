@@ -30,6 +30,7 @@ struct SurfacePaint {
     QColor stroke;
     double strokeWidth = 0; ///< inside the edge; 0 for none
 
+    bool operator==(const SurfacePaint &) const = default;
     QPainterPath outline(double inset) const;
     QImage paint() const;
 };
@@ -41,6 +42,7 @@ struct ShadowPaint {
     double blur = 0; ///< twice the standard deviation
     QColor color;
 
+    bool operator==(const ShadowPaint &) const = default;
     int margin() const;
     QImage paint() const;
 };

@@ -17,7 +17,15 @@ namespace {
 // Of its side, as that of the icons which are installed.
 constexpr double iconRadius = 0.22;
 
-QImage markImage(const QSize &pixels, double radius) {
+struct MarkPaint {
+    QSize pixels;
+    double radius;
+
+    bool operator==(const MarkPaint &) const = default;
+    QImage paint() const;
+};
+
+QImage MarkPaint::paint() const {
     QImage picture(pixels, QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
@@ -35,7 +43,7 @@ QImage markImage(const QSize &pixels, double radius) {
 class MarkIcon : public QIconEngine {
   public:
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override {
-        painter->drawImage(rect, markImage(rect.size(), iconRadius * rect.width()));
+        painter->drawImage(rect, MarkPaint{rect.size(), iconRadius * rect.width()}.paint());
     }
     QIconEngine *clone() const override { return new MarkIcon; }
 };
@@ -51,7 +59,7 @@ KestrinIconMark::KestrinIconMark(QQuickItem *parent) : PixelAlignedItem(parent) 
 }
 
 QSGNode *KestrinIconMark::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) {
-    auto *node = static_cast<PictureNode *>(former);
+    auto *node = static_cast<PaintedNode<MarkPaint> *>(former);
     noteAlignment();
     const double ratio = pixelRatio();
     const QRectF rect = alignedRect(size());
@@ -61,15 +69,8 @@ QSGNode *KestrinIconMark::updatePaintNode(QSGNode *former, UpdatePaintNodeData *
         return nullptr;
     }
     if (!node)
-        node = new PictureNode;
-    const double radius = m_radius * ratio;
-    const QByteArray key = "mark|" + QByteArray::number(pixels.width()) + 'x' +
-                           QByteArray::number(pixels.height()) + '|' + QByteArray::number(radius);
-    PictureNode::Placement placement;
-    placement.rect = rect;
-    placement.scale = ratio;
-    node->show(*window(), sharedTexture(*window(), key, [&] { return markImage(pixels, radius); }),
-               placement);
+        node = new PaintedNode<MarkPaint>;
+    node->show(*window(), {pixels, m_radius * ratio}, {rect, ratio});
     return node;
 }
 

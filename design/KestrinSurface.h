@@ -7,7 +7,7 @@
 namespace kestrin::design {
 
 /// A filled and stroked shape: the ground of cards, tiles, pills, buttons, tracks and badges. Rounded
-/// rectangles and capsules have continuous corners; equal ones are painted once. Lengths are in points.
+/// rectangles and capsules have continuous corners. Lengths are in points.
 class KestrinSurface : public kestrin::design::PixelAlignedItem {
     Q_OBJECT
     QML_ELEMENT

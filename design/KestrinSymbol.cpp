@@ -11,6 +11,20 @@
 
 namespace kestrin::design {
 
+namespace {
+
+struct SymbolPaint {
+    const SymbolDrawing *symbol;
+    int pixels;
+    KestrinWeight weight;
+    QColor color;
+
+    bool operator==(const SymbolPaint &) const = default;
+    QImage paint() const { return nativeSymbolImage(*symbol, pixels, weight, color); }
+};
+
+} // namespace
+
 KestrinSymbol::KestrinSymbol(QQuickItem *parent) : PixelAlignedItem(parent) {
     connect(this, &KestrinSymbol::weightChanged, this, &QQuickItem::update);
     connect(this, &KestrinSymbol::colorChanged, this, &QQuickItem::update);
@@ -47,7 +61,7 @@ void KestrinSymbol::adapt() {
 }
 
 QSGNode *KestrinSymbol::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) {
-    auto *node = static_cast<PictureNode *>(former);
+    auto *node = static_cast<PaintedNode<SymbolPaint> *>(former);
     noteAlignment();
     const SymbolDrawing *const symbol = findSymbol(m_name);
     const double ratio = pixelRatio();
@@ -57,24 +71,16 @@ QSGNode *KestrinSymbol::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) 
         return nullptr;
     }
     if (!node)
-        node = new PictureNode;
-    const QByteArray key = QByteArray("symbol|") + symbol->name + '|' + QByteArray::number(pixels) + '|' +
-                           QByteArray::number(m_weight) + '|' +
-                           QByteArray::number(quint64(m_color.rgba64()), 16);
-    const SharedTexture texture = sharedTexture(*window(), key, [&] {
-        return nativeSymbolImage(*symbol, pixels, static_cast<KestrinWeight>(m_weight), m_color);
-    });
+        node = new PaintedNode<SymbolPaint>;
     const QPointF corner = alignedRect({}).topLeft();
     // Centred, and still on whole pixels.
     const auto centred = [ratio, pixels](double room) {
         return std::round((room * ratio - pixels) / 2) / ratio;
     };
-    PictureNode::Placement placement;
-    placement.rect =
-        QRectF(corner + QPointF(centred(width()), centred(height())), QSizeF(pixels, pixels) / ratio);
-    placement.scale = ratio;
-    placement.smooth = true;
-    node->show(*window(), texture, placement);
+    const QRectF square(corner + QPointF(centred(width()), centred(height())),
+                        QSizeF(pixels, pixels) / ratio);
+    node->show(*window(), {symbol, pixels, static_cast<KestrinWeight>(m_weight), m_color},
+               {.rect = square, .scale = ratio, .smooth = true});
     return node;
 }
 

@@ -5,67 +5,73 @@
 
 namespace kestrin::design {
 
-void PictureNode::show(QQuickWindow &window, SharedTexture texture, const Placement &placement) {
-    if (texture == m_texture && placement == m_placement)
-        return;
-    // The texture that was shown so far has to live until no cell names it any more.
-    const SharedTexture former = std::exchange(m_texture, std::move(texture));
-    m_placement = placement;
+namespace {
 
-    const QSize pixels = m_texture->textureSize();
-    const QRectF &rect = placement.rect;
-    const QMargins &fixed = placement.fixed;
-    const double scale = placement.scale;
-    // Where the rows and columns begin and end, in the item and in the picture. What is not stretched is one.
-    const auto cuts = [scale](bool stretched, double from, double to, int before, int after, int end) {
-        std::array<double, 4> target{from, from, to, to};
-        std::array<double, 4> source{0, 0, static_cast<double>(end), static_cast<double>(end)};
-        if (stretched) {
-            target = {from, from + before / scale, to - after / scale, to};
-            source = {0, static_cast<double>(before), static_cast<double>(end - after),
-                      static_cast<double>(end)};
-        }
-        return std::pair(target, source);
-    };
-    const auto [x, u] = cuts(placement.stretchedAcross, rect.left(), rect.right(), fixed.left(),
-                             fixed.right(), pixels.width());
-    const auto [y, v] = cuts(placement.stretchedAlong, rect.top(), rect.bottom(), fixed.top(), fixed.bottom(),
-                             pixels.height());
-    // Where only one direction is stretched, the middle reaches to the edges.
-    const bool isHollow = placement.hollow && placement.stretchedAcross && placement.stretchedAlong;
-    for (size_t row = 0; row < 3; ++row) {
-        for (size_t column = 0; column < 3; ++column) {
-            if (isHollow && row == 1 && column == 1)
-                place(window, 4, {}, {}, false);
-            else
-                place(window, row * 3 + column,
-                      QRectF(QPointF(x[column], y[row]), QPointF(x[column + 1], y[row + 1])),
-                      QRectF(QPointF(u[column], v[row]), QPointF(u[column + 1], v[row + 1])),
-                      placement.smooth);
+/// Where the three parts of a length begin and end: its two corners, and what is stretched between them.
+using Cuts = std::array<double, 4>;
+
+Cuts cuts(double from, double to, double corner) {
+    return {from, from + corner, to - corner, to};
+}
+
+QRectF cell(const Cuts &x, const Cuts &y, size_t column, size_t row) {
+    return {QPointF(x.at(column), y.at(row)), QPointF(x.at(column + 1), y.at(row + 1))};
+}
+
+} // namespace
+
+void PictureNode::setPicture(QQuickWindow &window, const QImage &picture) {
+    QQuickWindow::CreateTextureOptions options = QQuickWindow::TextureHasAlphaChannel;
+    options |= QQuickWindow::TextureCanUseAtlas;
+    // The one that was shown so far has to live until no cell names it any more.
+    const std::unique_ptr<QSGTexture> former = std::exchange(
+        m_texture, std::unique_ptr<QSGTexture>(window.createTextureFromImage(picture, options)));
+    for (const auto &row : m_cells) {
+        for (QSGImageNode *const cell : row) {
+            if (cell)
+                cell->setTexture(m_texture.get());
         }
     }
 }
 
-void PictureNode::place(QQuickWindow &window, size_t cell, const QRectF &target, const QRectF &source,
-                        bool smooth) {
-    QSGImageNode *&node = m_cells[cell];
+void PictureNode::place(QQuickWindow &window, const Placement &placement) {
+    const QRectF &rect = placement.rect;
+    const QSize pixels = m_texture->textureSize();
+    // A picture that is as large as its place is a single cell.
+    const auto cornerOf = [&placement](double length, int picture) {
+        return qRound(length * placement.scale) > picture ? placement.corner : 0;
+    };
+    const int across = cornerOf(rect.width(), pixels.width());
+    const int along = cornerOf(rect.height(), pixels.height());
+    const Cuts x = cuts(rect.left(), rect.right(), across / placement.scale);
+    const Cuts y = cuts(rect.top(), rect.bottom(), along / placement.scale);
+    const Cuts u = cuts(0, pixels.width(), across);
+    const Cuts v = cuts(0, pixels.height(), along);
+    for (size_t row = 0; row < 3; ++row) {
+        for (size_t column = 0; column < 3; ++column)
+            placeCell(window, m_cells.at(row).at(column), cell(x, y, column, row), cell(u, v, column, row),
+                      placement.smooth);
+    }
+}
+
+void PictureNode::placeCell(QQuickWindow &window, QSGImageNode *&cell, const QRectF &target,
+                            const QRectF &source, bool smooth) {
     if (target.isEmpty() || source.isEmpty()) {
-        delete node;
-        node = nullptr;
+        delete std::exchange(cell, nullptr);
         return;
     }
-    const bool added = !node;
+    const bool added = !cell;
     if (added) {
-        node = window.createImageNode();
-        node->setOwnsTexture(false);
+        cell = window.createImageNode();
+        cell->setOwnsTexture(false);
+        cell->setTexture(m_texture.get());
     }
-    node->setTexture(m_texture.get());
-    node->setFiltering(smooth ? QSGTexture::Linear : QSGTexture::Nearest);
-    node->setRect(target);
-    node->setSourceRect(source);
+    cell->setFiltering(smooth ? QSGTexture::Linear : QSGTexture::Nearest);
+    cell->setRect(target);
+    cell->setSourceRect(source);
     // Last, because the software renderer looks at its texture at once.
     if (added)
-        appendChildNode(node);
+        appendChildNode(cell);
 }
 
 } // namespace kestrin::design

@@ -1,13 +1,15 @@
 #pragma once
 
-#include "design/SceneTextures.h"
-
-#include <QMargins>
+#include <QImage>
 #include <QRectF>
 #include <QSGNode>
+#include <QSGTexture>
 
 #include <array>
+#include <memory>
+#include <optional>
 
+class QQuickWindow;
 class QSGImageNode;
 
 namespace kestrin::design {
@@ -23,23 +25,37 @@ class PictureNode : public GrowingNode {
     struct Placement {
         QRectF rect;      ///< in the item's coordinates
         double scale = 1; ///< pixels of the picture a unit of the item's coordinates
-        QMargins fixed;   ///< pixels at the edges that keep their size when `stretched`
-        bool stretchedAcross = false;
-        bool stretchedAlong = false;
-        bool hollow = false; ///< without its middle, which nobody would see
+        int corner = 0;   ///< pixels at the edges that keep their size where the picture is smaller than that
         bool smooth = false; ///< it will be seen scaled or between pixels
-
-        bool operator==(const Placement &) const = default;
     };
 
-    void show(QQuickWindow &window, SharedTexture texture, const Placement &placement);
+  protected:
+    void setPicture(QQuickWindow &window, const QImage &picture);
+    /// Once it has a picture.
+    void place(QQuickWindow &window, const Placement &placement);
 
   private:
-    void place(QQuickWindow &window, size_t cell, const QRectF &target, const QRectF &source, bool smooth);
+    void placeCell(QQuickWindow &window, QSGImageNode *&cell, const QRectF &target, const QRectF &source,
+                   bool smooth);
 
-    SharedTexture m_texture;
-    Placement m_placement;
-    std::array<QSGImageNode *, 9> m_cells{};
+    std::unique_ptr<QSGTexture> m_texture;
+    std::array<std::array<QSGImageNode *, 3>, 3> m_cells{};
+};
+
+/// A picture that is painted anew only when it is to look otherwise. A look compares, and paints itself.
+template <typename Look>
+class PaintedNode : public PictureNode {
+  public:
+    void show(QQuickWindow &window, const Look &look, const Placement &placement) {
+        if (look != m_look) {
+            m_look = look;
+            setPicture(window, look.paint());
+        }
+        place(window, placement);
+    }
+
+  private:
+    std::optional<Look> m_look;
 };
 
 } // namespace kestrin::design

@@ -35,7 +35,7 @@ void PixelAlignedItem::noteAlignment() {
 }
 
 void PixelAlignedItem::realign() {
-    if (isVisible() && alignmentOffset() != m_drawnOffset)
+    if (alignmentOffset() != m_drawnOffset)
         update();
 }
 
@@ -47,7 +47,7 @@ void PixelAlignedItem::itemChange(ItemChange change, const ItemChangeData &data)
         if (data.window)
             m_synchronizing = connect(data.window, &QQuickWindow::beforeSynchronizing, this,
                                       &PixelAlignedItem::realign, Qt::DirectConnection);
-    } else if (change == ItemDevicePixelRatioHasChanged || change == ItemVisibleHasChanged) {
+    } else if (change == ItemDevicePixelRatioHasChanged) {
         update();
     }
     QQuickItem::itemChange(change, data);

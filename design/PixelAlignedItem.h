@@ -6,7 +6,7 @@
 namespace kestrin::design {
 
 /// A painted item whose edges are kept on whole pixels of the screen at every scale factor, wherever layouts
-/// and scrolling leave it. One that is not visible need not paint; it is asked again when it becomes visible.
+/// and scrolling leave it.
 /// Derive from it by its full name: the description of the QML types takes the name
 /// as it is written.
 class PixelAlignedItem : public QQuickItem {
