@@ -30,13 +30,14 @@ std::unique_ptr<QQuickWindow> makeWindow() {
 } // namespace
 
 ProtectionWindow::ProtectionWindow(QQmlEngine &engine, MacProtectionState &state) {
+    // It finds its place on the desktop while it is filled.
     m_window = makeWindow();
+    m_window->show();
     m_content = makeObject(engine, u"MacRootView.qml"_s,
                            {{u"protection"_s, QVariant::fromValue(&state)},
                             {u"parent"_s, QVariant::fromValue(m_window->contentItem())}});
     if (!m_content)
         qFatal("The window cannot be made; is everything installed that it needs?");
-    m_window->show();
 }
 
 ProtectionWindow::~ProtectionWindow() = default;
