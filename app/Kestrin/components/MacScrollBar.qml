@@ -1,24 +1,51 @@
 import QtQuick
-import QtQuick.Templates as T
 import KestrinDesignSystem
 
-// Shows which part of a page is seen, and moves it.
-T.ScrollBar {
+// Shows which part of a page is seen, and moves it. Lengths are those of the page.
+Item {
     id: root
 
-    required property Flickable view
+    required property real position
+    required property real page
+    required property real extent
 
-    leftPadding: 3
-    rightPadding: 3
-    implicitWidth: 12
-    minimumSize: 36 / Math.max(height, 36)
+    signal moved(position: real)
+
+    readonly property real range: extent - page
+    readonly property real track: height - thumb.height
+
+    width: 12
     // For a few points it would only be in the way.
-    visible: view.contentHeight - view.height > 4
-    contentItem: KestrinSurface {
-        implicitWidth: 6
+    visible: range > 4
+
+    KestrinSurface {
+        id: thumb
+
+        x: 3
+        y: root.range > 0 ? root.position / root.range * root.track : 0
+        width: 6
+        height: Math.max(36, root.height * root.page / Math.max(root.extent, 1))
         shape: KestrinSurface.Capsule
-        color: Qt.alpha(KestrinColors.textMuted, root.hovered || root.pressed ? 0.9 : 0.5)
+        color: Qt.alpha(KestrinColors.textMuted, pointer.containsMouse || pointer.pressed ? 0.9 : 0.5)
     }
 
-    Accessible.ignored: true
+    MouseArea {
+        id: pointer
+
+        // Where the thumb is held.
+        property real hold: 0
+
+        anchors.fill: parent
+        hoverEnabled: true
+        preventStealing: true
+        onPressed: mouse => {
+            const onThumb = mouse.y >= thumb.y && mouse.y <= thumb.y + thumb.height;
+            hold = onThumb ? mouse.y - thumb.y : thumb.height / 2;
+            root.moved((mouse.y - hold) / root.track * root.range);
+        }
+        onPositionChanged: mouse => {
+            if (pressed)
+                root.moved((mouse.y - hold) / root.track * root.range);
+        }
+    }
 }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import KestrinDesignSystem
 
 // The frame of every page: a title, a subtitle and the content below, which scrolls.
@@ -54,9 +53,6 @@ Rectangle {
         interactive: false
         contentWidth: width
         contentHeight: column.implicitHeight + 26 + 34
-        T.ScrollBar.vertical: MacScrollBar {
-            view: view
-        }
         onHeightChanged: root.scrollBy(0)
         onContentHeightChanged: root.scrollBy(0)
 
@@ -107,6 +103,16 @@ Rectangle {
         onActiveChanged: start = view.contentY
         onTranslationChanged: if (active)
             root.scrollTo(start - translation.y)
+    }
+
+    MacScrollBar {
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        position: view.contentY
+        page: view.height
+        extent: view.contentHeight
+        onMoved: position => root.scrollTo(position)
     }
 
     Shortcut {
