@@ -1,5 +1,6 @@
 // The window on a busy desktop, with a log of years: how long a click keeps its user waiting.
 
+#include "benchmarks/BareLog.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/Run.h"
 #include "benchmarks/SampleLog.h"
@@ -42,6 +43,15 @@ class Records {
     Records() {
         QDir().mkpath(m_folder);
         bench::writeLog(m_folder + u"/activity-log.json"_s, loggedEvents);
+        bench::writeLog(m_copy, loggedEvents);
+    }
+
+    /// How long the disk takes for so many events when nobody does anything else.
+    double bareAppends(qsizetype count) {
+        return bench::milliseconds([&] {
+            for (qsizetype i = 0; i < count; ++i)
+                m_bareLog.replace();
+        });
     }
 
     qsizetype eventCount() { return m_log.recent(1'000'000).size(); }
@@ -52,7 +62,9 @@ class Records {
 
   private:
     QString m_folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
+    QString m_copy = m_folder + u"/copy.json"_s;
     JSONMacActivityLogStore m_log{QUrl::fromLocalFile(m_folder + u"/activity-log.json"_s)};
+    bench::BareLog m_bareLog{m_copy};
 };
 
 /// Clicks and measures them, each after the window has come to rest.
@@ -108,7 +120,9 @@ constexpr std::size_t toggle = 8;
 /// Milliseconds of every click, in the order of the names.
 using Times = std::array<std::vector<double>, names.size()>;
 
-void useOnce(Clicks &clicks, Records &records, Times &times) {
+/// Returns how long the events of the live check take the disk alone.
+double useOnce(Clicks &clicks, Records &records, Times &times) {
+    double appends = 0;
     // Home is there already, and comes last.
     for (int i = 1; i <= pages; ++i) {
         const int number = i % pages + 1;
@@ -119,11 +133,14 @@ void useOnce(Clicks &clicks, Records &records, Times &times) {
         const qsizetype between = records.eventCount();
         expect(between > before, "the Apps page does not check.");
         times[liveCheck].push_back(clicks.clickNext());
-        expect(records.eventCount() > between, "Run Live Check does not check.");
+        const qsizetype logged = records.eventCount() - between;
+        expect(logged > 0, "Run Live Check does not check.");
+        appends = records.bareAppends(logged);
         const QByteArray settings = records.settings();
         times[toggle].push_back(clicks.clickNext());
         expect(records.settings() != settings, "a toggle does not change the selection.");
     }
+    return appends;
 }
 
 } // namespace
@@ -134,6 +151,7 @@ int main(int argc, char **argv) {
     const auto applications = bench::openWindows(classes());
     Records records;
     std::vector<double> floor;
+    std::vector<double> appends;
     Times times;
     // Both take turns, each with a new start.
     for (int turn = 0; turn < run.choose(2, 6); ++turn) {
@@ -146,13 +164,16 @@ int main(int argc, char **argv) {
         // In the sidebar, where the keyboard stays when the page changes.
         clicks.goOn();
         for (int i = 0; i < 5; ++i)
-            useOnce(clicks, records, times);
+            appends.push_back(useOnce(clicks, records, times));
     }
     bench::Report report;
     std::vector<double> all;
     for (std::size_t i = 0; i < names.size(); ++i) {
+        // Every event of a check is safely on the disk before the next one, and the click waits for all of
+        // them.
+        const double least = bench::median(floor) + (i == liveCheck ? bench::median(appends) : 0);
         report.ratio((std::string("Click on a busy desktop: ") + names[i] + ", median").c_str(), "ms",
-                     {bench::median(times[i]), bench::median(floor)}, 7);
+                     {bench::median(times[i]), least}, i == liveCheck ? 2.5 : 7);
         all.insert(all.end(), times[i].begin(), times[i].end());
     }
     report.note("Any of these clicks, 95th percentile", "ms",
