@@ -42,14 +42,14 @@ struct CommandExample {
 struct CommandDescription {
     Command command;
     QString name;
-    CommandArguments arguments = CommandArguments::none;
-    /// Its own options besides --help, spelled with their dashes.
-    QStringList options;
     /// One line, for the list of commands.
     QString summary;
     /// What a person has to know before using it.
     QString details;
     QList<CommandExample> examples;
+    CommandArguments arguments = CommandArguments::none;
+    /// Its own options besides --help, spelled with their dashes.
+    QStringList options{QStringLiteral("--json")};
 };
 
 /// Every command, in the order in which people are told of them.
