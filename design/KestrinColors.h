@@ -1,7 +1,5 @@
 #pragma once
 
-#include "design/KestrinTone.h"
-
 #include <QtQml/qqmlregistration.h>
 
 #include <QColor>
@@ -55,35 +53,34 @@ class KestrinColors : public QObject {
     /// The appearance outlives the colours.
     explicit KestrinColors(const KestrinAppearance &appearance, QObject *parent = nullptr);
 
-    QColor deepGreen() const;
-    QColor freshGreen() const;
-    QColor warmIvory() const;
-    QColor softIvory() const;
-    QColor textPrimary() const;
-    QColor textSecondary() const;
-    QColor textMuted() const;
-    QColor border() const;
-    QColor divider() const;
-    QColor surface() const;
-    QColor surfaceMuted() const;
-    QColor primaryAction() const;
-    QColor primaryActionText() const;
-    QColor protected_() const;
-    QColor attention() const;
-    QColor attentionSoft() const;
-    QColor offGray() const;
-    QColor offGraySoft() const;
-    QColor risk() const;
-    QColor riskSoft() const;
-    QColor link() const;
-    QColor linkSoft() const;
-    QColor softGreen() const;
+    /// The name is historical: in light appearance it is the navy of the primary action.
+    QColor deepGreen() const { return adaptive({0.004, 0.102, 0.286}, {0.82, 0.88, 0.98}); }
+    QColor freshGreen() const { return adaptive({0.082, 0.54, 0.345}, {0.5, 0.82, 0.62}); }
+    QColor warmIvory() const { return adaptive({0.957, 0.965, 0.98}, {0.045, 0.06, 0.09}); }
+    QColor softIvory() const { return adaptive({0.99, 0.994, 1.0}, {0.07, 0.09, 0.13}); }
+    QColor textPrimary() const { return adaptive({0.055, 0.063, 0.086}, {0.925, 0.94, 0.97}); }
+    QColor textSecondary() const { return adaptive({0.43, 0.455, 0.5}, {0.68, 0.71, 0.76}); }
+    QColor textMuted() const { return adaptive({0.61, 0.635, 0.685}, {0.56, 0.595, 0.65}); }
+    QColor border() const { return adaptive({0.875, 0.89, 0.925}, {0.17, 0.2, 0.26}); }
+    QColor divider() const { return adaptive({0.9, 0.91, 0.935}, {0.165, 0.19, 0.245}); }
+    QColor surface() const { return adaptive({1.0, 1.0, 1.0}, {0.07, 0.09, 0.13}); }
+    QColor surfaceMuted() const { return adaptive({0.945, 0.955, 0.975}, {0.095, 0.12, 0.17}); }
+    QColor primaryAction() const { return adaptive({0.004, 0.102, 0.286}, {0.59, 0.71, 1.0}); }
+    QColor primaryActionText() const { return adaptive({1.0, 1.0, 1.0}, {0.04, 0.09, 0.06}); }
+    QColor protected_() const { return adaptive({0.12, 0.62, 0.35}, {0.55, 0.82, 0.64}); }
+    QColor attention() const { return adaptive({0.788, 0.522, 0.141}, {0.96, 0.71, 0.32}); }
+    QColor attentionSoft() const { return adaptive({0.973, 0.922, 0.847}, {0.26, 0.18, 0.09}); }
+    QColor offGray() const { return adaptive({0.463, 0.49, 0.471}, {0.62, 0.66, 0.63}); }
+    QColor offGraySoft() const { return adaptive({0.925, 0.93, 0.94}, {0.15, 0.17, 0.21}); }
+    QColor risk() const { return adaptive({0.851, 0.29, 0.29}, {1.0, 0.45, 0.37}); }
+    QColor riskSoft() const { return adaptive({0.992, 0.925, 0.925}, {0.28, 0.11, 0.11}); }
+    QColor link() const { return adaptive({0.082, 0.356, 0.82}, {0.48, 0.72, 1.0}); }
+    QColor linkSoft() const { return adaptive({0.915, 0.94, 0.995}, {0.08, 0.145, 0.275}); }
+    QColor softGreen() const { return adaptive({0.895, 0.96, 0.92}, {0.075, 0.18, 0.12}); }
 
-    /// The foreground of a tone.
-    QColor color(KestrinTone tone) const;
-    /// The tint behind content of a tone.
-    QColor softBackground(KestrinTone tone) const;
+    /// The foreground of each tone.
     QList<QColor> toneColors() const;
+    /// The tint behind content of each tone.
     QList<QColor> toneSoftBackgrounds() const;
 
   Q_SIGNALS:
