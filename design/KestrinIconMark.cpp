@@ -58,18 +58,13 @@ KestrinIconMark::KestrinIconMark(QQuickItem *parent) : PixelAlignedItem(parent) 
     connect(this, &KestrinIconMark::radiusChanged, this, &QQuickItem::update);
 }
 
-QSGNode *KestrinIconMark::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) {
-    auto *node = static_cast<PaintedNode<MarkPaint> *>(former);
-    noteAlignment();
+QSGNode *KestrinIconMark::draw(QSGNode *former) {
     const double ratio = pixelRatio();
     const QRectF rect = alignedRect(size());
     const QSize pixels(qRound(rect.width() * ratio), qRound(rect.height() * ratio));
-    if (pixels.isEmpty()) {
-        delete node;
+    if (pixels.isEmpty())
         return nullptr;
-    }
-    if (!node)
-        node = new PaintedNode<MarkPaint>;
+    auto *const node = former ? static_cast<PaintedNode<MarkPaint> *>(former) : new PaintedNode<MarkPaint>;
     node->show(*window(), {pixels, m_radius * ratio}, {rect, ratio});
     return node;
 }

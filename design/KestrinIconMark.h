@@ -22,7 +22,7 @@ class KestrinIconMark : public kestrin::design::PixelAlignedItem {
     void radiusChanged();
 
   protected:
-    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *data) override;
+    QSGNode *draw(QSGNode *former) override;
 
   private:
     qreal m_radius = 0;

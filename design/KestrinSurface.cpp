@@ -59,18 +59,13 @@ double KestrinSurface::strokePixels() const {
     return m_strokeWidth > 0 && std::abs(exact - whole) <= 0.25 ? whole : exact;
 }
 
-QSGNode *KestrinSurface::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) {
-    auto *node = static_cast<SurfaceNode *>(former);
-    noteAlignment();
+QSGNode *KestrinSurface::draw(QSGNode *former) {
     const double ratio = pixelRatio();
     const QRectF rect = alignedRect(size());
     const QSize whole(qRound(rect.width() * ratio), qRound(rect.height() * ratio));
-    if (whole.isEmpty()) {
-        delete node;
+    if (whole.isEmpty())
         return nullptr;
-    }
-    if (!node)
-        node = new SurfaceNode;
+    auto *const node = former ? static_cast<SurfaceNode *>(former) : new SurfaceNode;
 
     const double radius = cornerRadius() * ratio;
     const bool isWhole = m_scales || m_shape == Circle;

@@ -43,7 +43,7 @@ class KestrinSurface : public kestrin::design::PixelAlignedItem {
     void scalesChanged();
 
   protected:
-    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *data) override;
+    QSGNode *draw(QSGNode *former) override;
 
   private:
     double cornerRadius() const;

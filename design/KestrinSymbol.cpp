@@ -26,27 +26,15 @@ struct SymbolPaint {
 } // namespace
 
 KestrinSymbol::KestrinSymbol(QQuickItem *parent) : PixelAlignedItem(parent) {
-    connect(this, &KestrinSymbol::weightChanged, this, &QQuickItem::update);
-    connect(this, &KestrinSymbol::colorChanged, this, &QQuickItem::update);
-    adapt();
+    connect(this, &KestrinSymbol::nameChanged, this, &KestrinSymbol::checkName);
+    for (const auto changed : {&KestrinSymbol::nameChanged, &KestrinSymbol::sizeChanged,
+                               &KestrinSymbol::weightChanged, &KestrinSymbol::colorChanged})
+        connect(this, changed, this, &KestrinSymbol::adapt);
 }
 
-void KestrinSymbol::setName(const QString &name) {
-    if (name == m_name)
-        return;
-    m_name = name;
-    if (!name.isEmpty() && !findSymbol(name))
-        qmlWarning(this) << "There is no symbol \"" << name << "\".";
-    adapt();
-    Q_EMIT nameChanged();
-}
-
-void KestrinSymbol::setSize(qreal size) {
-    if (size == m_size)
-        return;
-    m_size = size;
-    adapt();
-    Q_EMIT sizeChanged();
+void KestrinSymbol::checkName() {
+    if (!m_name.isEmpty() && !findSymbol(m_name))
+        qmlWarning(this) << "There is no symbol \"" << m_name << "\".";
 }
 
 double KestrinSymbol::side() const {
@@ -60,18 +48,14 @@ void KestrinSymbol::adapt() {
     update();
 }
 
-QSGNode *KestrinSymbol::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) {
-    auto *node = static_cast<PaintedNode<SymbolPaint> *>(former);
-    noteAlignment();
+QSGNode *KestrinSymbol::draw(QSGNode *former) {
     const SymbolDrawing *const symbol = findSymbol(m_name);
     const double ratio = pixelRatio();
     const int pixels = qRound(side() * ratio);
-    if (!symbol || pixels <= 0 || !m_color.isValid() || m_color.alpha() == 0) {
-        delete node;
+    if (!symbol || pixels <= 0 || !m_color.isValid() || m_color.alpha() == 0)
         return nullptr;
-    }
-    if (!node)
-        node = new PaintedNode<SymbolPaint>;
+    auto *const node =
+        former ? static_cast<PaintedNode<SymbolPaint> *>(former) : new PaintedNode<SymbolPaint>;
     const QPointF corner = alignedRect({}).topLeft();
     // Centred, and still on whole pixels.
     const auto centred = [ratio, pixels](double room) {

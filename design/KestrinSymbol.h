@@ -13,19 +13,14 @@ class KestrinSymbol : public kestrin::design::PixelAlignedItem {
     Q_OBJECT
     QML_ELEMENT
     /// A name of the symbol table. An unknown one draws nothing and warns.
-    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
-    Q_PROPERTY(qreal size READ size WRITE setSize NOTIFY sizeChanged)
+    Q_PROPERTY(QString name MEMBER m_name NOTIFY nameChanged)
+    /// The font size in points that it goes with.
+    Q_PROPERTY(qreal size MEMBER m_size NOTIFY sizeChanged)
     Q_PROPERTY(int weight MEMBER m_weight NOTIFY weightChanged)
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY colorChanged)
 
   public:
     explicit KestrinSymbol(QQuickItem *parent = nullptr);
-
-    QString name() const { return m_name; }
-    void setName(const QString &name);
-    /// The font size in points that it goes with.
-    qreal size() const { return m_size; }
-    void setSize(qreal size);
 
   Q_SIGNALS:
     void nameChanged();
@@ -34,10 +29,11 @@ class KestrinSymbol : public kestrin::design::PixelAlignedItem {
     void colorChanged();
 
   protected:
-    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *data) override;
+    QSGNode *draw(QSGNode *former) override;
 
   private:
     double side() const;
+    void checkName();
     void adapt();
 
     QString m_name;

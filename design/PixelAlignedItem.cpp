@@ -30,8 +30,12 @@ QRectF PixelAlignedItem::alignedRect(const QSizeF &size) const {
     return {alignmentOffset(), whole};
 }
 
-void PixelAlignedItem::noteAlignment() {
+QSGNode *PixelAlignedItem::updatePaintNode(QSGNode *former, UpdatePaintNodeData *) {
     m_drawnOffset = alignmentOffset();
+    QSGNode *const node = draw(former);
+    if (!node)
+        delete former;
+    return node;
 }
 
 void PixelAlignedItem::realign() {

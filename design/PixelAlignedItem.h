@@ -22,10 +22,12 @@ class PixelAlignedItem : public QQuickItem {
     /// The nearest rectangle on whole pixels; its size depends on the item's size only.
     QRectF alignedRect(const QSizeF &size) const;
 
+    /// Makes what is seen of what was seen, which is null at first; null where nothing is to be seen.
+    virtual QSGNode *draw(QSGNode *former) = 0;
+
     void itemChange(ItemChange change, const ItemChangeData &data) override;
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
-    /// For overrides of updatePaintNode: remembers where it was drawn.
-    void noteAlignment();
+    QSGNode *updatePaintNode(QSGNode *former, UpdatePaintNodeData *data) final;
 
   private:
     QPointF alignmentOffset() const;
