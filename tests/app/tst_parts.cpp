@@ -2,7 +2,6 @@
 // requests the desktop shows.
 
 #include "app/Kestrin/program/QuitNotices.h"
-#include "app/Kestrin/rows/PageRows.h"
 #include "app/Kestrin/rows/RecordListModel.h"
 #include "foundation/Clock.h"
 
@@ -27,11 +26,11 @@ QString idsOf(const RecordListModel &model) {
     return ids.join(u' ');
 }
 
-QList<PresetRow> presets(const QString &ids) {
-    QList<PresetRow> rows;
+QList<PageRow> rowsOf(const QString &ids) {
+    QList<PageRow> rows;
     const QStringList parts = ids.split(u' ', Qt::SkipEmptyParts);
     for (const QString &id : parts)
-        rows.append({id, id, {}, {}, {}, false});
+        rows.append({.id = id});
     return rows;
 }
 
@@ -61,14 +60,14 @@ void PartsTest::listChanges() {
              Case{u"a a b"_s, u"b a"_s, 0, 1},
              Case{u"a b"_s, u"b b a"_s, 1, 0},
          }) {
-        RecordListModel model(PresetRow::staticMetaObject);
+        RecordListModel model;
         const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-        model.setRecords(presets(before));
+        model.setRows(rowsOf(before));
         const QSignalSpy inserted(&model, &RecordListModel::rowsInserted);
         const QSignalSpy removed(&model, &RecordListModel::rowsRemoved);
         const QSignalSpy changed(&model, &RecordListModel::dataChanged);
-        QList<PresetRow> rows = presets(after);
-        model.setRecords(rows);
+        QList<PageRow> rows = rowsOf(after);
+        model.setRows(rows);
         QCOMPARE(idsOf(model), after);
         QCOMPARE(inserted.size(), insertions);
         QCOMPARE(removed.size(), removals);
@@ -76,7 +75,7 @@ void PartsTest::listChanges() {
         if (rows.isEmpty())
             continue;
         rows.last().on = true;
-        model.setRecords(rows);
+        model.setRows(rows);
         QCOMPARE(changed.size(), 1);
         QCOMPARE(changed.first().first().toModelIndex().row(), rows.size() - 1);
     }

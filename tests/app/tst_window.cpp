@@ -172,7 +172,7 @@ void WindowTest::appsInEveryState() {
     QCOMPARE(desk.recorded(checkedOn), 2);
     const QStringList counts{u"7"_s, u"6"_s, u"4"_s};
     QCOMPARE(desk.values("KestrinMetricTile", "value"), counts);
-    QCOMPARE(desk.values("MacLiveRiskMatchRow", "name"),
+    QCOMPARE(desk.values("MacLiveRiskMatchRow"),
              (QStringList{u"Zoom"_s, u"FaceTime"_s, u"Safari"_s, u"Google Chrome"_s, u"Photo Booth"_s}));
     // Of several categories the most telling one decides.
     QCOMPARE(

@@ -14,11 +14,11 @@ Item {
         Item {
             id: key
 
-            required property int section
+            required property int index
 
             Shortcut {
-                sequence: "Ctrl+" + (key.section + 1)
-                onActivated: root.chosen(key.section) // qmllint disable unqualified
+                sequence: "Ctrl+" + (key.index + 1)
+                onActivated: root.chosen(key.index) // qmllint disable unqualified
             }
         }
     }

@@ -7,9 +7,9 @@ Item {
 
     required property int index
     required property string identifier
-    required property string name
-    required property string detail
-    required property string schedule
+    required property string title
+    required property string subtitle
+    required property string status
     required property string icon
     required property bool on
 
@@ -50,7 +50,7 @@ Item {
 
         KestrinText {
             width: parent.width
-            text: root.name
+            text: root.title
             size: 16
             weight: KestrinWeight.Bold
             silent: true
@@ -58,7 +58,7 @@ Item {
 
         KestrinText {
             width: parent.width
-            text: root.detail
+            text: root.subtitle
             size: 12
             color: KestrinColors.textSecondary
             lineLimit: 2
@@ -67,7 +67,7 @@ Item {
 
         KestrinText {
             width: parent.width
-            text: root.schedule
+            text: root.status
             size: 12
             weight: KestrinWeight.Semibold
             color: KestrinColors.deepGreen
@@ -83,7 +83,7 @@ Item {
         on: root.on
         onFlipped: on => root.flipped(on)
 
-        Accessible.name: root.name
-        Accessible.description: root.schedule + ", " + root.detail
+        Accessible.name: root.title
+        Accessible.description: root.status + ", " + root.subtitle
     }
 }

@@ -1,7 +1,6 @@
 #include "app/Kestrin/pages/MacProtectionState.h"
 
 #include "app/Kestrin/pages/MacSection.h"
-#include "app/Kestrin/rows/PageRows.h"
 #include "runtime/StatusSummaries.h"
 #include "shared/KestrinCopy.h"
 
@@ -18,12 +17,11 @@ namespace {
 
 constexpr qsizetype shownMatchLimit = 5;
 
-template <class Row, class Record>
-QList<Row> rowsOf(const QList<Record> &records) {
-    QList<Row> rows;
-    rows.reserve(records.size());
+template <class Record>
+QList<PageRow> rowsOf(const QList<Record> &records) {
+    QList<PageRow> rows;
     for (const Record &record : records)
-        rows.append(Row::from(record));
+        rows.append(rowOf(record));
     return rows;
 }
 
@@ -33,14 +31,8 @@ MacProtectionState::MacProtectionState(MacProtectionRuntime &runtime, PrivacyMod
                                        QObject *parent)
     : QObject(parent)
     , m_runtime(runtime)
-    , m_privacyMode(privacyMode)
-    , m_devices(DeviceRow::staticMetaObject)
-    , m_definitions(DefinitionRow::staticMetaObject)
-    , m_shownMatches(MatchRow::staticMetaObject)
-    , m_presets(PresetRow::staticMetaObject)
-    , m_events(EventRow::staticMetaObject)
-    , m_sections(SectionRow::staticMetaObject) {
-    m_sections.setRecords(sectionRows());
+    , m_privacyMode(privacyMode) {
+    m_sections->setRows(sectionRows());
     fillDevices();
     fillDefinitions();
     fillMatches();
@@ -92,29 +84,26 @@ void MacProtectionState::copyDiagnostics() {
 }
 
 void MacProtectionState::fillDevices() {
-    m_devices.setRecords(rowsOf<DeviceRow>(m_runtime.devices()));
+    m_devices->setRows(rowsOf(m_runtime.devices()));
 }
 
 void MacProtectionState::fillDefinitions() {
-    QList<DefinitionRow> rows;
-    for (const RiskAppDefinition &definition : m_runtime.catalog().definitions) {
-        const bool selected = m_runtime.protectedDefinitionIDs().contains(definition.id);
-        rows.append(DefinitionRow::from(definition, selected));
-    }
-    m_definitions.setRecords(rows);
+    QList<PageRow> rows;
+    for (const RiskAppDefinition &definition : m_runtime.catalog().definitions)
+        rows.append(rowOf(definition, m_runtime.protectedDefinitionIDs().contains(definition.id)));
+    m_definitions->setRows(rows);
 }
 
 void MacProtectionState::fillMatches() {
-    m_shownMatches.setRecords(
-        rowsOf<MatchRow>(m_runtime.matches().first(std::min(shownMatchLimit, m_runtime.matches().size()))));
+    m_shownMatches->setRows(rowsOf(m_runtime.matches().mid(0, shownMatchLimit)));
 }
 
 void MacProtectionState::fillPresets() {
-    m_presets.setRecords(rowsOf<PresetRow>(m_runtime.modes()));
+    m_presets->setRows(rowsOf(m_runtime.modes()));
 }
 
 void MacProtectionState::fillEvents() {
-    m_events.setRecords(rowsOf<EventRow>(m_runtime.recentEvents()));
+    m_events->setRows(rowsOf(m_runtime.recentEvents()));
 }
 
 } // namespace kestrin::app

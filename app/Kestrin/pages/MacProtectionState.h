@@ -28,12 +28,14 @@ class MacProtectionState : public QObject {
     Q_PROPERTY(int actionCount READ actionCount NOTIFY matchesChanged)
     Q_PROPERTY(int enabledScheduleCount READ enabledScheduleCount NOTIFY presetsChanged)
     Q_PROPERTY(int actionEventCount READ actionEventCount NOTIFY eventsChanged)
-    Q_PROPERTY(kestrin::app::RecordListModel *devices READ devices CONSTANT)
-    Q_PROPERTY(kestrin::app::RecordListModel *definitions READ definitions CONSTANT)
-    Q_PROPERTY(kestrin::app::RecordListModel *shownMatches READ shownMatches CONSTANT)
-    Q_PROPERTY(kestrin::app::RecordListModel *presets READ presets CONSTANT)
-    Q_PROPERTY(kestrin::app::RecordListModel *events READ events CONSTANT)
-    Q_PROPERTY(kestrin::app::RecordListModel *sections READ sections CONSTANT)
+    Q_PROPERTY(kestrin::app::RecordListModel *devices MEMBER m_devices CONSTANT)
+    /// The whole catalog.
+    Q_PROPERTY(kestrin::app::RecordListModel *definitions MEMBER m_definitions CONSTANT)
+    /// The first five of the matches.
+    Q_PROPERTY(kestrin::app::RecordListModel *shownMatches MEMBER m_shownMatches CONSTANT)
+    Q_PROPERTY(kestrin::app::RecordListModel *presets MEMBER m_presets CONSTANT)
+    Q_PROPERTY(kestrin::app::RecordListModel *events MEMBER m_events CONSTANT)
+    Q_PROPERTY(kestrin::app::RecordListModel *sections MEMBER m_sections CONSTANT)
     Q_PROPERTY(QString tagline READ tagline CONSTANT)
 
   public:
@@ -54,14 +56,6 @@ class MacProtectionState : public QObject {
     int actionCount() const;
     int enabledScheduleCount() const { return static_cast<int>(m_runtime.enabledScheduleCount()); }
     int actionEventCount() const { return static_cast<int>(m_runtime.actionEventCount()); }
-    RecordListModel *devices() { return &m_devices; }
-    /// The whole catalog.
-    RecordListModel *definitions() { return &m_definitions; }
-    /// The first five of the matches.
-    RecordListModel *shownMatches() { return &m_shownMatches; }
-    RecordListModel *presets() { return &m_presets; }
-    RecordListModel *events() { return &m_events; }
-    RecordListModel *sections() { return &m_sections; }
     static QString tagline();
 
     /// Starts the runtime; for the root view, when it appears.
@@ -96,12 +90,12 @@ class MacProtectionState : public QObject {
 
     runtime::MacProtectionRuntime &m_runtime;
     runtime::PrivacyModeFlag &m_privacyMode;
-    RecordListModel m_devices;
-    RecordListModel m_definitions;
-    RecordListModel m_shownMatches;
-    RecordListModel m_presets;
-    RecordListModel m_events;
-    RecordListModel m_sections;
+    RecordListModel *const m_devices = new RecordListModel(this);
+    RecordListModel *const m_definitions = new RecordListModel(this);
+    RecordListModel *const m_shownMatches = new RecordListModel(this);
+    RecordListModel *const m_presets = new RecordListModel(this);
+    RecordListModel *const m_events = new RecordListModel(this);
+    RecordListModel *const m_sections = new RecordListModel(this);
 };
 
 } // namespace kestrin::app

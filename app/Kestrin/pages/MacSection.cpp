@@ -4,18 +4,18 @@ using namespace Qt::StringLiterals;
 
 namespace kestrin::app {
 
-QList<SectionRow> sectionRows() {
-    const auto row = [](MacSection section, const QString &title, const QString &icon) {
-        return SectionRow{static_cast<int>(section), title, icon};
+QList<PageRow> sectionRows() {
+    const auto row = [](const QString &title, const QString &icon) {
+        return PageRow{.id = title, .title = title, .icon = icon};
     };
     return {
-        row(MacSection::Home, u"Home"_s, u"house.fill"_s),
-        row(MacSection::Devices, u"Devices"_s, u"rectangle.connected.to.line.below"_s),
-        row(MacSection::Apps, u"Apps"_s, u"checkmark.shield.fill"_s),
-        row(MacSection::Schedule, u"Schedule"_s, u"calendar"_s),
-        row(MacSection::Activity, u"Activity"_s, u"list.bullet.rectangle"_s),
-        row(MacSection::Access, u"Access"_s, u"key.fill"_s),
-        row(MacSection::Connect, u"Install & Connect"_s, u"link"_s),
+        row(u"Home"_s, u"house.fill"_s),
+        row(u"Devices"_s, u"rectangle.connected.to.line.below"_s),
+        row(u"Apps"_s, u"checkmark.shield.fill"_s),
+        row(u"Schedule"_s, u"calendar"_s),
+        row(u"Activity"_s, u"list.bullet.rectangle"_s),
+        row(u"Access"_s, u"key.fill"_s),
+        row(u"Install & Connect"_s, u"link"_s),
     };
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "app/Kestrin/rows/PageRows.h"
+
 #include <QtQml/qqmlregistration.h>
 
-#include <QList>
 #include <QObject>
 
 namespace kestrin::app {
@@ -29,23 +30,7 @@ Q_ENUM_NS(MacSection)
 
 using sections::MacSection;
 
-/// A section as the sidebar shows it. The title is also its identity.
-struct SectionRow {
-    Q_GADGET
-    Q_PROPERTY(int section MEMBER section CONSTANT)
-    Q_PROPERTY(QString identifier MEMBER title CONSTANT)
-    Q_PROPERTY(QString title MEMBER title CONSTANT)
-    Q_PROPERTY(QString icon MEMBER icon CONSTANT)
-
-  public:
-    int section = 0;
-    QString title;
-    QString icon;
-
-    bool operator==(const SectionRow &) const = default;
-};
-
-/// All sections in order.
-QList<SectionRow> sectionRows();
+/// What the sidebar shows of each section, in their order.
+QList<PageRow> sectionRows();
 
 } // namespace kestrin::app

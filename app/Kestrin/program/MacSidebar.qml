@@ -52,13 +52,13 @@ FocusScope {
             MacSidebarRow {
                 id: row
 
-                selected: row.section === root.selectedSection // qmllint disable unqualified
+                selected: row.index === root.selectedSection // qmllint disable unqualified
                 // The first one, where nothing is selected.
-                activeFocusOnTab: selected || row.section === 0 && root.selectedSection === MacSection.None // qmllint disable unqualified
+                activeFocusOnTab: selected || row.index === 0 && root.selectedSection === MacSection.None // qmllint disable unqualified
                 width: parent.width
-                onChosen: root.chosen(row.section) // qmllint disable unqualified
+                onChosen: root.chosen(row.index) // qmllint disable unqualified
                 onDeselected: root.chosen(MacSection.None) // qmllint disable unqualified
-                onMoved: steps => root.move(row.section + steps) // qmllint disable unqualified
+                onMoved: steps => root.move(row.index + steps) // qmllint disable unqualified
             }
         }
     }
@@ -72,25 +72,13 @@ FocusScope {
         Accessible.name: "Mac engine, " + root.protection.monitorLabel
 
         MacRow {
-            width: parent.width
             icon: "laptopcomputer"
             iconColor: KestrinColors.freshGreen
-
-            KestrinText {
-                width: parent.width
-                text: "Mac engine"
-                size: 13
-                weight: KestrinWeight.Bold
-                silent: true
-            }
-
-            KestrinText {
-                width: parent.width
-                text: root.protection.monitorLabel
-                size: 11
-                color: KestrinColors.textSecondary
-                silent: true
-            }
+            iconWeight: KestrinWeight.Regular
+            title: "Mac engine"
+            titleSize: 13
+            titleWeight: KestrinWeight.Bold
+            subtitle: root.protection.monitorLabel
         }
     }
 }

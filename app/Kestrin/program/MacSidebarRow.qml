@@ -5,7 +5,7 @@ import KestrinDesignSystem
 Item {
     id: root
 
-    required property int section
+    required property int index
     required property string title
     required property string icon
     required property bool selected

@@ -2,56 +2,28 @@ import QtQuick
 import KestrinDesignSystem
 
 // An event of the activity log. Read as one phrase.
-Column {
+MacRow {
     id: root
 
     required property int index
-    required property string title
-    required property string message
-    required property string time
-    required property string icon
-    required property int tone
+    required subtitle
+    required tone
+    required property string status
+
+    divided: index > 0
+    inset: 40
+    padding: 10
+    iconColumn: 26
+    iconSize: 16
+    subtitleLines: 2
+    end: KestrinText {
+        text: root.status
+        size: 12
+        weight: KestrinWeight.Semibold
+        color: KestrinColors.textSecondary
+        silent: true
+    }
 
     Accessible.role: Accessible.StaticText
-    Accessible.name: time + ", " + title + ", " + message
-
-    KestrinDivider {
-        width: parent.width
-        visible: root.index > 0
-        inset: 40
-    }
-
-    MacRow {
-        width: parent.width
-        padding: 10
-        icon: root.icon
-        iconColumn: 26
-        iconSize: 16
-        iconWeight: KestrinWeight.Semibold
-        iconColor: KestrinTones.color(root.tone)
-        end: KestrinText {
-            text: root.time
-            size: 12
-            weight: KestrinWeight.Semibold
-            color: KestrinColors.textSecondary
-            silent: true
-        }
-
-        KestrinText {
-            width: parent.width
-            text: root.title
-            size: 14
-            weight: KestrinWeight.Semibold
-            silent: true
-        }
-
-        KestrinText {
-            width: parent.width
-            text: root.message
-            size: 12
-            color: KestrinColors.textSecondary
-            lineLimit: 2
-            silent: true
-        }
-    }
+    Accessible.name: status + ", " + title + ", " + subtitle
 }

@@ -1,69 +1,40 @@
 import QtQuick
 import KestrinDesignSystem
 
-// A definition of the catalog and the switch that selects it.
-Column {
+// A definition of the catalog and the switch that selects it, which says all of it.
+MacRow {
     id: root
 
     required property int index
     required property string identifier
-    required property string displayName
-    required property string categories
-    required property string icon
-    required property string action
-    required property int tone
-    required property bool selected
+    required subtitle
+    required tone
+    required property string status
+    required property bool on
 
     signal flipped(on: bool)
 
-    KestrinDivider {
-        width: parent.width
-        visible: root.index > 0
-        inset: 40
-    }
+    divided: index > 0
+    inset: 40
+    padding: 10
+    iconColumn: 26
+    iconSize: 16
+    end: [
+        KestrinStatusPill {
+            anchors.verticalCenter: parent.verticalCenter
+            title: root.status
+            tone: root.tone
 
-    MacRow {
-        width: parent.width
-        padding: 10
-        icon: root.icon
-        iconColumn: 26
-        iconSize: 16
-        iconWeight: KestrinWeight.Semibold
-        iconColor: KestrinTones.color(root.tone)
-        end: [
-            KestrinStatusPill {
-                anchors.verticalCenter: parent.verticalCenter
-                title: root.action
-                tone: root.tone
+            Accessible.ignored: true
+        },
+        KestrinToggle {
+            anchors.verticalCenter: parent.verticalCenter
+            width: 58
+            on: root.on
+            onFlipped: on => root.flipped(on)
 
-                Accessible.ignored: true
-            },
-            KestrinToggle {
-                anchors.verticalCenter: parent.verticalCenter
-                width: 58
-                on: root.selected
-                onFlipped: on => root.flipped(on)
-
-                Accessible.name: "Protect " + root.displayName
-                Accessible.description: root.categories + ", " + root.action
-            }
-        ]
-
-        // The switch says all of it.
-        KestrinText {
-            width: parent.width
-            text: root.displayName
-            size: 14
-            weight: KestrinWeight.Semibold
-            silent: true
+            Accessible.name: "Protect " + root.title
+            Accessible.description: root.subtitle + ", " + root.status
         }
-
-        KestrinText {
-            width: parent.width
-            text: root.categories
-            size: 12
-            color: KestrinColors.textSecondary
-            silent: true
-        }
-    }
+    ]
 }

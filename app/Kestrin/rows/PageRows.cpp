@@ -1,5 +1,6 @@
 #include "app/Kestrin/rows/PageRows.h"
 
+#include "design/KestrinTone.h"
 #include "runtime/StatusSummaries.h"
 
 #include <algorithm>
@@ -16,32 +17,21 @@ using namespace design;
 
 namespace {
 
-constexpr int toneOf(KestrinTone tone) {
-    return static_cast<int>(tone);
-}
+struct ActionLook {
+    QString icon;
+    KestrinTone tone;
+};
 
-int toneOf(RiskAppAction action) {
+ActionLook lookOf(RiskAppAction action) {
     switch (action) {
     case RiskAppAction::allow:
-        return toneOf(KestrinTone::Neutral);
+        return {u"eye.fill"_s, KestrinTone::Neutral};
     case RiskAppAction::quit:
-        return toneOf(KestrinTone::Attention);
+        return {u"xmark.circle.fill"_s, KestrinTone::Attention};
     case RiskAppAction::keepClosed:
         break;
     }
-    return toneOf(KestrinTone::Risk);
-}
-
-QString iconOf(RiskAppAction action) {
-    switch (action) {
-    case RiskAppAction::allow:
-        return u"eye.fill"_s;
-    case RiskAppAction::quit:
-        return u"xmark.circle.fill"_s;
-    case RiskAppAction::keepClosed:
-        break;
-    }
-    return u"lock.fill"_s;
+    return {u"lock.fill"_s, KestrinTone::Risk};
 }
 
 /// The most telling of the categories decides.
@@ -91,38 +81,53 @@ EventLook lookOf(MacProtectionEventKind kind) {
 
 } // namespace
 
-DeviceRow DeviceRow::from(const ProtectionDevice &device) {
-    return {device.id, device.name, device.detail, device.icon, device.status, toneOf(toneFor(device.tone))};
+PageRow rowOf(const ProtectionDevice &device) {
+    return {.id = device.id,
+            .title = device.name,
+            .subtitle = device.detail,
+            .status = device.status,
+            .icon = device.icon,
+            .tone = static_cast<int>(toneFor(device.tone))};
 }
 
-DefinitionRow DefinitionRow::from(const RiskAppDefinition &definition, bool selected) {
-    return {definition.id,
-            definition.displayName,
-            labelsOf(definition.categories),
-            iconOf(definition.categories),
-            userLabel(definition.defaultAction),
-            toneOf(definition.defaultAction),
-            selected};
+PageRow rowOf(const RiskAppDefinition &definition, bool selected) {
+    return {.id = definition.id,
+            .title = definition.displayName,
+            .subtitle = labelsOf(definition.categories),
+            .status = userLabel(definition.defaultAction),
+            .icon = iconOf(definition.categories),
+            .tone = static_cast<int>(lookOf(definition.defaultAction).tone),
+            .on = selected};
 }
 
-MatchRow MatchRow::from(const RiskAppMatch &match) {
+PageRow rowOf(const RiskAppMatch &match) {
     const RiskAppAction action = match.definition.defaultAction;
-    return {match.id(),     match.app.localizedName, labelsOf(match.definition.categories),
-            iconOf(action), userLabel(action),       toneOf(action)};
+    const ActionLook look = lookOf(action);
+    return {.id = match.id(),
+            .title = match.app.localizedName,
+            .subtitle = labelsOf(match.definition.categories),
+            .status = userLabel(action),
+            .icon = look.icon,
+            .tone = static_cast<int>(look.tone)};
 }
 
-PresetRow PresetRow::from(const ModePreset &preset) {
-    return {preset.id, preset.name, preset.detail, preset.schedule, preset.icon, preset.enabled};
+PageRow rowOf(const ModePreset &preset) {
+    return {.id = preset.id,
+            .title = preset.name,
+            .subtitle = preset.detail,
+            .status = preset.schedule,
+            .icon = preset.icon,
+            .on = preset.enabled};
 }
 
-EventRow EventRow::from(const MacProtectionEvent &event) {
+PageRow rowOf(const MacProtectionEvent &event) {
     const EventLook look = lookOf(event.kind);
-    return {event.id.toString(QUuid::WithoutBraces),
-            event.appName.value_or(look.title),
-            event.message,
-            timeOfDayLabelFor(event.date),
-            look.icon,
-            toneOf(look.tone)};
+    return {.id = event.id.toString(QUuid::WithoutBraces),
+            .title = event.appName.value_or(look.title),
+            .subtitle = event.message,
+            .status = timeOfDayLabelFor(event.date),
+            .icon = look.icon,
+            .tone = static_cast<int>(look.tone)};
 }
 
 int actionCountOf(const QList<RiskAppMatch> &matches) {
