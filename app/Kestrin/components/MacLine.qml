@@ -1,7 +1,7 @@
 import QtQuick
 import KestrinDesignSystem
 
-// A line of a page: a text that fills it, and what stands at the end.
+// A heading of a page, or another line of it: a text that fills the width, and what stands at the end.
 Item {
     id: root
 
@@ -14,6 +14,7 @@ Item {
 
     default property alias end: trailing.data
 
+    width: parent?.width ?? 0
     implicitHeight: Math.max(label.implicitHeight, trailing.implicitHeight)
 
     KestrinText {
@@ -23,6 +24,9 @@ Item {
         anchors.right: trailing.left
         anchors.rightMargin: root.spacing
         anchors.verticalCenter: parent.verticalCenter
+        size: 17
+        weight: KestrinWeight.Bold
+        heading: true
     }
 
     Row {

@@ -164,9 +164,7 @@ Column {
             Repeater {
                 model: root.protection.shownMatches
 
-                MacLiveRiskMatchRow {
-                    width: parent.width
-                }
+                MacLiveRiskMatchRow {}
             }
         }
     }

@@ -21,7 +21,6 @@ MacPage {
             title: "Setup Access"
 
             MacSettingRow {
-                width: parent.width
                 title: "Account"
                 detail: "Not required"
                 icon: "person.crop.circle"
@@ -29,7 +28,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Selected Mac apps"
                 detail: root.protection.selectedCount + " apps"
                 icon: "checklist"
@@ -39,7 +37,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Schedules"
                 detail: root.protection.enabledScheduleCount + " enabled"
                 icon: "calendar"
@@ -49,7 +46,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Activity log"
                 detail: "Saved locally"
                 icon: "list.bullet.rectangle"
@@ -59,7 +55,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Privacy guide"
                 detail: "View"
                 icon: "book.closed.fill"
@@ -69,7 +64,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Help"
                 detail: "Contact"
                 icon: "questionmark.circle.fill"
@@ -84,7 +78,6 @@ MacPage {
             title: "Mac Access"
 
             MacSettingRow {
-                width: parent.width
                 title: "Mac app actions"
                 detail: root.protection.actionsLabel
                 icon: "hand.raised.fill"
@@ -92,7 +85,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Relaunch monitor"
                 detail: root.protection.monitorLabel
                 icon: "arrow.clockwise.circle.fill"
@@ -100,7 +92,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Running apps scanned"
                 detail: root.protection.runningAppCount
                 icon: "macwindow"
@@ -108,7 +99,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Protected app matches"
                 detail: root.protection.matchCount
                 icon: "scope"
@@ -116,7 +106,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "iPhone connection"
                 detail: "Use mobile app"
                 icon: "iphone"

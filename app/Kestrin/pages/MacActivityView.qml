@@ -14,12 +14,8 @@ MacPage {
         width: parent.width
         spacing: 14
 
-        KestrinText {
-            width: parent.width
+        MacLine {
             text: "Today’s protection summary"
-            size: 17
-            weight: KestrinWeight.Bold
-            heading: true
         }
 
         Row {
@@ -57,11 +53,7 @@ MacPage {
         spacing: 10
 
         MacLine {
-            width: parent.width
             text: "Live engine events"
-            size: 17
-            weight: KestrinWeight.Bold
-            heading: true
 
             KestrinStatusPill {
                 anchors.verticalCenter: parent.verticalCenter
@@ -102,9 +94,7 @@ MacPage {
                 Repeater {
                     model: root.protection.events
 
-                    MacEngineEventRow {
-                        width: parent.width
-                    }
+                    MacEngineEventRow {}
                 }
             }
         }

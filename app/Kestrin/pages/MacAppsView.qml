@@ -42,11 +42,7 @@ MacPage {
         spacing: 12
 
         MacLine {
-            width: parent.width
             text: "Mac Protected Apps list"
-            size: 17
-            weight: KestrinWeight.Bold
-            heading: true
 
             KestrinStatusPill {
                 anchors.verticalCenter: parent.verticalCenter
@@ -64,7 +60,6 @@ MacPage {
                 MacRiskDefinitionRow {
                     id: row
 
-                    width: parent.width
                     onFlipped: on => root.protection.setProtectedDefinition(row.identifier, on) // qmllint disable unqualified
                 }
             }
@@ -72,7 +67,7 @@ MacPage {
     }
 
     MacLine {
-        width: parent.width
+        heading: false
         text: root.protection.selectedCount + " Mac protected apps selected"
         size: 13
         weight: KestrinWeight.Semibold

@@ -75,7 +75,6 @@ MacPage {
             title: "Mac engine status"
 
             MacSettingRow {
-                width: parent.width
                 title: "Relaunch monitor"
                 detail: root.protection.monitorLabel
                 icon: "arrow.clockwise.circle.fill"
@@ -83,7 +82,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Selected protected apps"
                 detail: root.protection.selectedCount
                 icon: "checklist"
@@ -91,7 +89,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Running apps scanned"
                 detail: root.protection.runningAppCount
                 icon: "macwindow"
@@ -99,7 +96,6 @@ MacPage {
             }
 
             MacSettingRow {
-                width: parent.width
                 title: "Mac app actions"
                 detail: root.protection.actionsLabel
                 icon: "hand.raised.fill"

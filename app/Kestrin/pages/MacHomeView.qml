@@ -86,20 +86,14 @@ MacPage {
         width: parent.width
         spacing: 10
 
-        KestrinText {
-            width: parent.width
+        MacLine {
             text: "Device status"
-            size: 17
-            weight: KestrinWeight.Bold
-            heading: true
         }
 
         Repeater {
             model: root.protection.devices
 
-            MacDeviceSummaryRow {
-                width: parent.width
-            }
+            MacDeviceSummaryRow {}
         }
     }
 

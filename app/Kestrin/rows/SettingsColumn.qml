@@ -9,11 +9,7 @@ KestrinCard {
 
     spacing: 12
 
-    KestrinText {
-        width: parent.width
+    MacLine {
         text: root.title
-        size: 17
-        weight: KestrinWeight.Bold
-        heading: true
     }
 }
