@@ -21,9 +21,10 @@ function(kestrin_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "DESKTOP;BUS;WINDOW" "TIMEOUT" "LIBRARIES;LABELS")
     add_executable(${name} ${name}.cpp)
     set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
-    # The QTRY_ macros of newer versions narrow a number themselves.
+    # The QTRY_ macros of newer versions narrow a number themselves. A file's options come after those of its target's
+    # libraries, which ask for the warning.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND Qt6_VERSION VERSION_GREATER_EQUAL 6.7)
-        target_compile_options(${name} PRIVATE -Wno-conversion)
+        set_source_files_properties(${name}.cpp PROPERTIES COMPILE_OPTIONS -Wno-conversion)
     endif()
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt6::Test)
     set(command $<TARGET_FILE:${name}>)
