@@ -18,6 +18,7 @@
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::app;
+using namespace kestrin::foundation;
 using namespace kestrin::runtime;
 using namespace kestrin::design;
 using namespace kestrin::desktop;
@@ -65,9 +66,10 @@ int giveWay(const QString &holder, const LaunchOptions &options, const Launch &l
     const bool isOurs = holder.startsWith(u"Kestrin,");
     if (isOurs && options.background)
         return 0;
-    // It may not have come as far as to answer.
-    for (int attempt = 0; isOurs && attempt < 20; ++attempt) {
-        switch (RunningInstance::activateRunning(launch.activationToken)) {
+    // It may not have come as far as to answer, or may have stopped for good.
+    const Deadline deadline(2s);
+    while (isOurs && deadline.remaining() > 0s) {
+        switch (RunningInstance::activateRunning(launch.activationToken, deadline)) {
         case RunningInstance::Answer::activated:
             return 0;
         case RunningInstance::Answer::otherDisplay:

@@ -10,6 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace kestrin::desktop {
 
+using namespace foundation;
+
 namespace {
 
 const QString name = QStringLiteral(KESTRIN_DESKTOP_ID);
@@ -17,8 +19,6 @@ const QString interface = u"org.freedesktop.Application"_s;
 const QString activationToken = u"activation-token"_s;
 const QString display = u"x-kestrin-display"_s;
 const QString otherDisplay = u"example.kestrin.Error.OtherDisplay"_s;
-
-constexpr int patience = 5000; // milliseconds
 
 QString objectPath() {
     return u'/' + QString(name).replace(u'.', u'/').replace(u'-', u'_');
@@ -61,14 +61,16 @@ class ApplicationAdaptor : public QDBusAbstractAdaptor {
 
 } // namespace
 
-RunningInstance::Answer RunningInstance::activateRunning(const QString &token) {
+RunningInstance::Answer RunningInstance::activateRunning(const QString &token,
+                                                         const Deadline &deadline) {
     auto bus = desktopBus();
     if (!bus)
         return Answer::none;
     QDBusMessage call = QDBusMessage::createMethodCall(name, objectPath(), interface, u"Activate"_s);
     call.setAutoStartService(false);
     call.setArguments({QVariantMap{{activationToken, token}, {display, ownDisplay()}}});
-    const QDBusMessage reply = bus->call(call, QDBus::Block, patience);
+    const QDBusMessage reply =
+        bus->call(call, QDBus::Block, static_cast<int>(deadline.remaining().count()));
     if (reply.type() == QDBusMessage::ReplyMessage)
         return Answer::activated;
     return reply.errorName() == otherDisplay ? Answer::otherDisplay : Answer::none;

@@ -1,6 +1,8 @@
 // What the program is to others on the desktop's session bus.
 #pragma once
 
+#include "foundation/Deadline.h"
+
 #include <QObject>
 
 namespace kestrin::desktop {
@@ -19,9 +21,9 @@ class RunningInstance : public QObject {
 
     using QObject::QObject;
 
-    /// Asks the running instance to show its window. Waits for the answer, some seconds at most. `token` is
-    /// what the desktop gave this program for being started (XDG activation), and may be empty.
-    static Answer activateRunning(const QString &token);
+    /// Asks the running instance to show its window, and waits for the answer. `token` is what the desktop
+    /// gave this program for being started (XDG activation), and may be empty.
+    static Answer activateRunning(const QString &token, const foundation::Deadline &deadline);
 
     /// Takes the name and answers from now on. False when there is no bus or somebody else has the name.
     bool claim();
