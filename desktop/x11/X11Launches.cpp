@@ -37,11 +37,15 @@ void X11Launches::waitForServer() {
 
 std::unique_ptr<LaunchSubscription> X11Launches::subscribe(Workspace::LaunchHandler handler) {
     // What was launched until now is the business of those who came before.
-    if (m_watcher)
+    if (m_watcher && !m_subscribers.isEmpty())
         findLaunches();
-    else if (m_connection)
+    else if (!m_watcher && m_connection)
         startWatching();
-    auto subscription = m_subscribers.subscribe(std::move(handler), [this] { stopWithoutSubscribers(); });
+    // Who ends his subscription may be about to begin another one.
+    const auto ended = [this] {
+        QMetaObject::invokeMethod(this, &X11Launches::stopWithoutSubscribers, Qt::QueuedConnection);
+    };
+    auto subscription = m_subscribers.subscribe(std::move(handler), ended);
     waitForServer();
     return subscription;
 }

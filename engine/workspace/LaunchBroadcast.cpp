@@ -29,11 +29,12 @@ class LaunchBroadcast::Subscription final : public LaunchSubscription {
 std::unique_ptr<LaunchSubscription> LaunchBroadcast::subscribe(Workspace::LaunchHandler handler,
                                                                std::function<void()> ended) {
     const quint64 number = m_nextHandler++;
-    m_handlers->append({number, m_nextLaunch, std::move(handler)});
+    m_handlers->append({number, isEmpty() ? m_firstUntold : m_nextLaunch, std::move(handler)});
     return std::make_unique<Subscription>(m_handlers, number, std::move(ended));
 }
 
-void LaunchBroadcast::tell(Launch launch, const WorkspaceApplication &application) const {
+void LaunchBroadcast::tell(Launch launch, const WorkspaceApplication &application) {
+    m_firstUntold = launch + 1;
     const std::shared_ptr<Handlers> current = m_handlers;
     const Handlers handlers = *current;
     for (const Handler &handler : handlers) {

@@ -6,7 +6,9 @@
 namespace kestrin::engine {
 
 /// Keeps the handlers of a workspace's subscribers. A launch that was noticed before somebody subscribed is
-/// not told to him, also when it is told to the others only afterwards. Main thread only.
+/// the business of those who came before him, also when it is told to them only afterwards. Where nobody is
+/// left of them it is told to him, so that none is lost when one subscriber takes another's place. Main thread
+/// only.
 class LaunchBroadcast {
   public:
     /// Numbers the launches in the order in which they were noticed.
@@ -22,7 +24,7 @@ class LaunchBroadcast {
     Launch notice() { return m_nextLaunch++; }
     /// Tells of a launch that was noticed. A handler may end subscriptions, its own included, and begin new
     /// ones.
-    void tell(Launch launch, const WorkspaceApplication &application) const;
+    void tell(Launch launch, const WorkspaceApplication &application);
 
   private:
     class Subscription;
@@ -37,6 +39,7 @@ class LaunchBroadcast {
     std::shared_ptr<Handlers> m_handlers = std::make_shared<Handlers>();
     quint64 m_nextHandler = 0;
     Launch m_nextLaunch = 0;
+    Launch m_firstUntold = 0;
 };
 
 } // namespace kestrin::engine

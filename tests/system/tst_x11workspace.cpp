@@ -46,6 +46,7 @@ class X11WorkspaceTest : public QObject {
     void whoAlwaysComesBack();
     void unsubscribing();
     void unsubscribingInsideTheHandler();
+    void oneTakesTheOthersPlace();
     void windowManagerRestarts();
 
   private:
@@ -245,6 +246,17 @@ void X11WorkspaceTest::unsubscribingInsideTheHandler() {
     const SampleApp third;
     QTRY_COMPARE(anew.pids, QList<qint32>{third.pid()});
     QCOMPARE(pids, QList<qint32>{first.pid()});
+}
+
+void X11WorkspaceTest::oneTakesTheOthersPlace() {
+    X11Workspace workspace;
+    Launches former(workspace);
+    const SampleApp unnoticed;
+    awaitUnheard(unnoticed);
+    former.subscription.reset();
+    const Launches next(workspace);
+    QTRY_COMPARE(next.pids, QList<qint32>{unnoticed.pid()});
+    QVERIFY(former.pids.isEmpty());
 }
 
 void X11WorkspaceTest::windowManagerRestarts() {
