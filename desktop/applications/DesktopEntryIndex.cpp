@@ -38,6 +38,15 @@ bool isFolder(const dirent &entry, int parent) {
     return ::fstatat(parent, entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
 }
 
+/// Changed so shortly ago that another change could leave the same time behind: the clock of file times ticks
+/// every few milliseconds only. Or somebody is still writing.
+bool isFresh(const FileStamp &stamp) {
+    using namespace std::chrono;
+    const auto now = duration_cast<nanoseconds>(system_clock::now().time_since_epoch());
+    const auto age = now - seconds(stamp.seconds) - nanoseconds(stamp.nanoseconds);
+    return age < milliseconds(50) && age > milliseconds(-50);
+}
+
 } // namespace
 
 QList<QByteArray> applicationFoldersOfEnvironment() {
@@ -86,13 +95,8 @@ void DesktopEntryIndex::listFolders() {
     for (const QByteArray &root : m_roots)
         listFolder(root, {}, 0);
 
-    // The clock of file times ticks every few milliseconds only.
-    using namespace std::chrono;
-    const auto now = duration_cast<nanoseconds>(system_clock::now().time_since_epoch());
-    m_fresh = std::any_of(m_folders.cbegin(), m_folders.cend(), [now](const Folder &folder) {
-        const auto age = now - seconds(folder.stamp.seconds) - nanoseconds(folder.stamp.nanoseconds);
-        return age < milliseconds(50) && age > milliseconds(-50);
-    });
+    m_fresh = std::any_of(m_folders.cbegin(), m_folders.cend(),
+                          [](const Folder &folder) { return isFresh(folder.stamp); });
 }
 
 void DesktopEntryIndex::listFolder(const QByteArray &path, const QString &idPrefix, int depth) {
@@ -144,6 +148,7 @@ void DesktopEntryIndex::readClasses() {
         // Most entries claim no class. Searching for the key is much cheaper than reading all the
         // translations.
         const std::optional<FileStamp> stamp = readFileHead(file.path, maximumFileSize, text);
+        m_fresh = m_fresh || (stamp && isFresh(*stamp));
         if (!stamp || !text.contains("StartupWMClass"))
             continue;
         file.entry = DesktopEntry::parse(text, m_locales);

@@ -68,7 +68,7 @@ class DesktopEntryIndex {
     quint64 m_round = 1;
     bool m_listed = false;
     bool m_classesRead = false;
-    /// Changed so shortly before it was listed that another change could leave the same time behind.
+    /// Something had changed just before it was read, and may do so again without a trace.
     bool m_fresh = false;
     std::vector<Folder> m_folders;
     std::vector<File> m_files;
