@@ -61,16 +61,14 @@ class ApplicationAdaptor : public QDBusAbstractAdaptor {
 
 } // namespace
 
-RunningInstance::Answer RunningInstance::activateRunning(const QString &token,
-                                                         const Deadline &deadline) {
+RunningInstance::Answer RunningInstance::activateRunning(const QString &token, const Deadline &deadline) {
     auto bus = desktopBus();
     if (!bus)
         return Answer::none;
     QDBusMessage call = QDBusMessage::createMethodCall(name, objectPath(), interface, u"Activate"_s);
     call.setAutoStartService(false);
     call.setArguments({QVariantMap{{activationToken, token}, {display, ownDisplay()}}});
-    const QDBusMessage reply =
-        bus->call(call, QDBus::Block, static_cast<int>(deadline.remaining().count()));
+    const QDBusMessage reply = bus->call(call, QDBus::Block, static_cast<int>(deadline.remaining().count()));
     if (reply.type() == QDBusMessage::ReplyMessage)
         return Answer::activated;
     return reply.errorName() == otherDisplay ? Answer::otherDisplay : Answer::none;

@@ -7,8 +7,8 @@ namespace kestrin::engine {
 
 /// Keeps the handlers of a workspace's subscribers. A launch that was noticed before somebody subscribed is
 /// the business of those who came before him, also when it is told to them only afterwards. Where nobody is
-/// left of them it is told to him, so that none is lost when one subscriber takes another's place. Main thread
-/// only.
+/// left of them it is told to him, so that none is lost when one subscriber takes another's place. Main
+/// thread only.
 class LaunchBroadcast {
   public:
     /// Numbers the launches in the order in which they were noticed.
