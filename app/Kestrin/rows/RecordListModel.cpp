@@ -7,7 +7,7 @@ namespace kestrin::app {
 
 namespace {
 
-const QMetaObject &description = PageRow::staticMetaObject;
+const QMetaObject &pageRow = PageRow::staticMetaObject;
 
 } // namespace
 
@@ -18,15 +18,15 @@ int RecordListModel::rowCount(const QModelIndex &parent) const {
 QVariant RecordListModel::data(const QModelIndex &index, int role) const {
     const int property = role - Qt::UserRole;
     if (!checkIndex(index, CheckIndexOption::IndexIsValid) || property < 0 ||
-        property >= description.propertyCount())
+        property >= pageRow.propertyCount())
         return {};
-    return description.property(property).readOnGadget(&m_rows.at(index.row()));
+    return pageRow.property(property).readOnGadget(&m_rows.at(index.row()));
 }
 
 QHash<int, QByteArray> RecordListModel::roleNames() const {
     QHash<int, QByteArray> names;
-    for (int property = 0; property < description.propertyCount(); ++property)
-        names.insert(Qt::UserRole + property, description.property(property).name());
+    for (int property = 0; property < pageRow.propertyCount(); ++property)
+        names.insert(Qt::UserRole + property, pageRow.property(property).name());
     return names;
 }
 
