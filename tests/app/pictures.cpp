@@ -130,11 +130,21 @@ int drawAll(const QDir &folder, const QStringList &wanted) {
     return all ? 0 : 1;
 }
 
-/// Every page, every kind of row, both appearances.
-const QList<std::pair<QString, QString>> storedScenes{
-    {u"home"_s, u"light"_s},           {u"home-off"_s, u"dark"_s}, {u"devices"_s, u"dark"_s},
-    {u"apps-enforcing"_s, u"light"_s}, {u"apps"_s, u"dark"_s},     {u"schedule"_s, u"light"_s},
-    {u"activity"_s, u"dark"_s},        {u"access"_s, u"light"_s},  {u"connect"_s, u"dark"_s}};
+/// Every page in each of its states, every kind of row, both appearances.
+const QList<std::pair<QString, QString>> storedScenes{{u"home"_s, u"light"_s},
+                                                      {u"home-off"_s, u"dark"_s},
+                                                      {u"devices"_s, u"dark"_s},
+                                                      {u"apps-enforcing"_s, u"light"_s},
+                                                      {u"apps"_s, u"dark"_s},
+                                                      {u"apps-off"_s, u"dark"_s},
+                                                      {u"apps-empty"_s, u"light"_s},
+                                                      {u"schedule"_s, u"light"_s},
+                                                      {u"schedule-none"_s, u"dark"_s},
+                                                      {u"activity"_s, u"dark"_s},
+                                                      {u"activity-empty"_s, u"light"_s},
+                                                      {u"access"_s, u"light"_s},
+                                                      {u"access-enforcing"_s, u"dark"_s},
+                                                      {u"connect"_s, u"dark"_s}};
 
 /// Draws what is stored and gives it to `take` with its name.
 void drawStored(const std::function<void(const QString &, const QImage &)> &take) {
