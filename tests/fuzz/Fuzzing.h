@@ -4,8 +4,6 @@
 #include <QByteArray>
 #include <QJsonDocument>
 
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -24,10 +22,6 @@ inline void require(bool holds, const char *rule) {
 
 inline QByteArray bytesOf(const std::uint8_t *data, std::size_t size) {
     return {reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)};
-}
-
-inline QString anyText(FuzzedDataProvider &input, std::size_t most) {
-    return QString::fromUtf8(QByteArray::fromStdString(input.ConsumeRandomLengthString(most)));
 }
 
 /// What Qt, which did not read it for us, makes of a text that we accepted. None for the one thing that it

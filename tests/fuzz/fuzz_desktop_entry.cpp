@@ -1,6 +1,7 @@
 // Desktop entry files, whose first line is here the name of the user's locale.
 
 #include "desktop/applications/DesktopEntry.h"
+#include "desktop/applications/DesktopEntryText.h"
 #include "tests/fuzz/Fuzzing.h"
 
 using namespace kestrin;
@@ -9,14 +10,9 @@ using namespace kestrin::fuzzing;
 
 namespace {
 
-/// A text as a desktop entry writes it.
+/// Also with a space at its beginning or end.
 QByteArray escaped(const QString &text) {
-    return text.toUtf8()
-        .replace("\\", "\\\\")
-        .replace(" ", "\\s")
-        .replace("\n", "\\n")
-        .replace("\t", "\\t")
-        .replace("\r", "\\r");
+    return desktopEntryValue(text).replace(' ', "\\s");
 }
 
 void checkRoundTrip(const QByteArray &bytes) {
