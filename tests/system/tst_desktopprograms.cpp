@@ -1,5 +1,5 @@
-// Quitting real programs of Debian: one of each kind by its own command (tools/ensure-packages
-// desktop-programs), and one by its window.
+// Quitting real programs of Debian, one of each kind, by its own command (tools/ensure-packages
+// desktop-programs).
 
 #include "desktop/quitting/QuitCommands.h"
 #include "desktop/x11/X11Workspace.h"
@@ -25,7 +25,6 @@ class DesktopProgramsTest : public QObject {
     void initTestCase();
     void quits_data();
     void quits();
-    void closesItsWindow();
 };
 
 /// A program of the distribution, ended at the latest with the test.
@@ -66,16 +65,6 @@ void DesktopProgramsTest::quits() {
     // Not by the workspace, which would close the window in the end, nor with its patience: the program has
     // just been started.
     QVERIFY(acceptsQuitCommand({app.pid(), {program}, {}}, std::chrono::seconds(30)));
-    QTRY_VERIFY_WITH_TIMEOUT(app.state() == QProcess::NotRunning, 30000);
-    QCOMPARE(app.exitStatus(), QProcess::NormalExit);
-}
-
-/// It has no command of its own, and comes with the tools of the virtual desktop.
-void DesktopProgramsTest::closesItsWindow() {
-    X11Workspace workspace;
-    DebianProgram app(u"xmessage"_s, {u"Hello"_s});
-    QTRY_VERIFY(samples::running(workspace).contains(app.pid()));
-    QCOMPARE(workspace.terminate(app.pid()), Termination::delivered);
     QTRY_VERIFY_WITH_TIMEOUT(app.state() == QProcess::NotRunning, 30000);
     QCOMPARE(app.exitStatus(), QProcess::NormalExit);
 }
