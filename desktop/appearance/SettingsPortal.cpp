@@ -6,7 +6,6 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 
@@ -51,21 +50,16 @@ void SettingsPortal::readAll() {
     qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, u"ReadAll"_s);
     call.setArguments({QStringList{appearanceSpace, gnomeSpace, gnomeAccessibilitySpace}});
-    auto *const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, &SettingsPortal::takeAll);
-}
-
-void SettingsPortal::takeAll(QDBusPendingCallWatcher *call) {
-    call->deleteLater();
-    const QDBusPendingReply<QMap<QString, QVariantMap>> reply = *call;
-    if (reply.isError())
-        return;
-    const QMap<QString, QVariantMap> spaces = reply.value();
-    for (auto space = spaces.begin(); space != spaces.end(); ++space) {
-        for (auto key = space->begin(); key != space->end(); ++key)
-            take(space.key(), key.key(), key.value());
-    }
-    Q_EMIT changed();
+    callDesktop(this, call, [this](const QDBusPendingReply<QMap<QString, QVariantMap>> &reply) {
+        if (reply.isError())
+            return;
+        const QMap<QString, QVariantMap> spaces = reply.value();
+        for (auto space = spaces.begin(); space != spaces.end(); ++space) {
+            for (auto key = space->begin(); key != space->end(); ++key)
+                take(space.key(), key.key(), key.value());
+        }
+        Q_EMIT changed();
+    });
 }
 
 void SettingsPortal::settingChanged(const QString &space, const QString &key, const QDBusVariant &value) {

@@ -6,7 +6,6 @@
 
 #include <memory>
 
-class QDBusPendingCallWatcher;
 class QDBusVariant;
 
 namespace kestrin::desktop {
@@ -25,7 +24,6 @@ class SettingsPortal : public design::DesktopPreferences {
 
   private:
     void readAll();
-    void takeAll(QDBusPendingCallWatcher *call);
     void take(const QString &space, const QString &key, const QVariant &value);
 };
 

@@ -14,4 +14,13 @@ std::optional<QDBusConnection> desktopBus() {
     return bus.isConnected() ? std::optional(bus) : std::nullopt;
 }
 
+void callDesktop(QObject *caller, const QDBusMessage &call,
+                 const std::function<void(const QDBusPendingCall &)> &answered) {
+    auto *const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), caller);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, caller, [watcher, answered] {
+        watcher->deleteLater();
+        answered(*watcher);
+    });
+}
+
 } // namespace kestrin::desktop

@@ -3,7 +3,6 @@
 #include "desktop/session/DesktopBus.h"
 
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
 #include <utility>
@@ -29,17 +28,13 @@ DesktopNotices::DesktopNotices(QObject *parent) : QObject(parent) {
 }
 
 bool DesktopNotices::show(const QString &text) {
-    auto bus = desktopBus();
-    if (!bus)
+    if (!desktopBus())
         return false;
     const QString icon = QStringLiteral(KESTRIN_DESKTOP_ID);
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, service, u"Notify"_s);
     call.setArguments({u"Kestrin"_s, 0U, icon, text, QString(), QStringList{u"default"_s, u"Open Kestrin"_s},
                        QVariantMap{{u"desktop-entry"_s, icon}, {u"transient"_s, true}}, -1});
-    auto *const answer = new QDBusPendingCallWatcher(bus->asyncCall(call), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        answer->deleteLater();
-        const QDBusPendingReply<uint> reply = *answer;
+    callDesktop(this, call, [this](const QDBusPendingReply<uint> &reply) {
         if (!reply.isError())
             m_ids.append(reply.value());
     });

@@ -3,7 +3,6 @@
 #include "desktop/session/DesktopBus.h"
 
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
@@ -38,10 +37,7 @@ void TrayHost::ask() {
         QDBusMessage::createMethodCall(watcher, watcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     call.setAutoStartService(false);
     call.setArguments({watcher, u"IsStatusNotifierHostRegistered"_s});
-    auto *const answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        answer->deleteLater();
-        const QDBusPendingReply<QDBusVariant> reply = *answer;
+    callDesktop(this, call, [this](const QDBusPendingReply<QDBusVariant> &reply) {
         set(!reply.isError() && reply.value().variant().toBool());
     });
 }
