@@ -49,10 +49,7 @@ void KestrinAppearance::follow(std::unique_ptr<DesktopPreferences> desktop) {
 }
 
 void KestrinAppearance::setPreference(Preference preference) {
-    if (preference == m_preference)
-        return;
     m_preference = preference;
-    Q_EMIT preferenceChanged();
     refresh();
 }
 

@@ -20,7 +20,6 @@ class KestrinAppearance : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(Preference preference READ preference WRITE setPreference NOTIFY preferenceChanged)
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
     Q_PROPERTY(bool highContrast READ highContrast NOTIFY highContrastChanged)
@@ -31,7 +30,6 @@ class KestrinAppearance : public QObject {
         Light,
         Dark,
     };
-    Q_ENUM(Preference)
 
     /// The one that everything is drawn by. Needs a QGuiApplication at its first call.
     static KestrinAppearance &shared();
@@ -47,7 +45,6 @@ class KestrinAppearance : public QObject {
     /// From now on also what the desktop says, which comes before the palette. May be null.
     void follow(std::unique_ptr<DesktopPreferences> desktop);
 
-    Preference preference() const { return m_preference; }
     void setPreference(Preference preference);
 
     bool isDark() const { return m_dark; }
@@ -58,7 +55,6 @@ class KestrinAppearance : public QObject {
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   Q_SIGNALS:
-    void preferenceChanged();
     void darkChanged();
     void reducedMotionChanged();
     void highContrastChanged();
