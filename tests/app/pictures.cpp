@@ -1,8 +1,8 @@
 // Makes pictures of the pages over a made-up afternoon.
 //
-//   kestrin-pictures FOLDER [SCENE...]           every page, in both appearances and several sizes of the
-//   window kestrin-pictures --renew STORED              those that are kept with the source kestrin-pictures
-//   --compare STORED DIFFERENT  compares with those, and puts what looks different into a folder
+//   kestrin-pictures FOLDER [SCENE...]            every page, in both appearances and several sizes
+//   kestrin-pictures --renew STORED               those that are kept with the source
+//   kestrin-pictures --compare STORED DIFFERENT   compares with those; what looks different goes to a folder
 
 #include "design/KestrinAppearance.h"
 #include "tests/app/StoredPictures.h"
