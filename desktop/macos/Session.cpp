@@ -7,7 +7,7 @@
 
 namespace kestrin::desktop {
 
-RunningInstance::Answer RunningInstance::activateRunning(const QString &) {
+RunningInstance::Answer RunningInstance::activateRunning(const QString &, const foundation::Deadline &) {
     return Answer::none;
 }
 
