@@ -1,6 +1,8 @@
 # What every target of the project has in common: the language level, the warnings, the sanitizers and the rule
 # that a file names its includes from the root of the source tree ("engine/RiskAppCatalog.h").
 
+include(CheckCXXCompilerFlag)
+
 add_library(kestrin_common INTERFACE)
 target_compile_features(kestrin_common INTERFACE cxx_std_20)
 cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH kestrin_root)
@@ -40,6 +42,13 @@ if(KESTRIN_FUZZ)
 endif()
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
     target_compile_definitions(kestrin_common INTERFACE _FORTIFY_SOURCE=2)
+    # Not every processor has both.
+    foreach(protection stack-clash cf)
+        check_cxx_compiler_flag(-f${protection}-protection KESTRIN_HAS_${protection}_PROTECTION)
+        if(KESTRIN_HAS_${protection}_PROTECTION)
+            target_compile_options(kestrin_common INTERFACE -f${protection}-protection)
+        endif()
+    endforeach()
     if(NOT APPLE)
         target_link_options(kestrin_common INTERFACE -Wl,-z,relro -Wl,-z,now)
     endif()
