@@ -4,6 +4,8 @@
 #include "desktop/applications/DesktopEntryIndex.h"
 #include "engine/workspace/Workspace.h"
 
+#include <QHash>
+
 #include <optional>
 
 namespace kestrin::desktop {
@@ -13,6 +15,12 @@ class ApplicationRecords {
   public:
     /// Begins a new round of questions: what has changed on disk since the last one counts.
     void refresh() { m_entries.refresh(); }
+    /// The same for all applications anew.
+    void refreshForAll();
+
+    /// Whether the process of the last record with this number has ended since. Another one may have its
+    /// number now.
+    bool isGone(qint32 process) const;
 
     /// By its process, and by what the window that stands for it claims. None when the process only hands on
     /// the windows of another machine.
@@ -20,6 +28,8 @@ class ApplicationRecords {
 
   private:
     DesktopEntryIndex m_entries;
+    /// When the processes of the records began.
+    QHash<qint32, quint64> m_starts;
 };
 
 } // namespace kestrin::desktop

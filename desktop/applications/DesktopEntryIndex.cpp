@@ -24,6 +24,7 @@ namespace {
 // than time.
 constexpr int maximumDepth = 6;
 constexpr std::size_t maximumFiles = 20000;
+constexpr std::size_t maximumFolders = 1000;
 constexpr qsizetype maximumFileSize = 1024 * 1024;
 
 struct CloseFolder {
@@ -101,22 +102,33 @@ void DesktopEntryIndex::listFolders() {
 
 void DesktopEntryIndex::listFolder(const QByteArray &path, const QString &idPrefix, int depth) {
     // Taken before the listing, so that what changes meanwhile is found by the next round.
-    m_folders.push_back({path, FileStamp::of(path)});
+    const FileStamp stamp = FileStamp::of(path);
+    const bool isListed =
+        stamp.inode != 0 && std::any_of(m_folders.cbegin(), m_folders.cend(), [&stamp](const Folder &folder) {
+            return folder.stamp.device == stamp.device && folder.stamp.inode == stamp.inode;
+        });
+    if (isListed || m_folders.size() >= maximumFolders)
+        return;
+    m_folders.push_back({path, stamp});
     const OpenFolder folder(::opendir(path.constData()));
     if (!folder)
         return;
     std::vector<QByteArray> names;
     std::vector<QByteArray> subfolders;
+    std::vector<QByteArray> links;
     while (const dirent *entry = ::readdir(folder.get())) {
         const QByteArrayView name(entry->d_name);
         if (name.endsWith(".desktop"))
             names.push_back(name.toByteArray());
         else if (!name.startsWith('.') && depth < maximumDepth && isFolder(*entry, ::dirfd(folder.get())))
-            subfolders.push_back(name.toByteArray());
+            (entry->d_type == DT_DIR ? subfolders : links).push_back(name.toByteArray());
     }
     // The order in which a file system lists must not decide which of two equals is found.
     std::sort(names.begin(), names.end());
     std::sort(subfolders.begin(), subfolders.end());
+    std::sort(links.begin(), links.end());
+    // Each folder is listed once, and by its own name rather than by that of a link.
+    subfolders.insert(subfolders.end(), links.cbegin(), links.cend());
     for (const QByteArray &name : names) {
         const QString id = idPrefix + QFile::decodeName(name.chopped(8));
         if (m_files.size() >= maximumFiles || m_byId.contains(id))

@@ -84,6 +84,13 @@ bool ProcessIdentity::forwardsWindows() const {
     return name == "ssh"_L1 || name == "dbclient"_L1 || name == "plink"_L1;
 }
 
+quint64 startOfProcess(qint32 processIdentifier) {
+    const QByteArray status = fileHead("/proc/" + QByteArray::number(processIdentifier) + "/stat");
+    // The second field is the program's name in brackets, which may hold any of both; the start is the 22nd.
+    const QList<QByteArray> afterName = status.sliced(status.lastIndexOf(')') + 1).split(' ');
+    return afterName.value(20).toULongLong();
+}
+
 QString snapIdOfSecurityLabel(QByteArrayView label) {
     const qsizetype end = label.indexOf(' ');
     return snapId((end < 0 ? label : label.first(end)).trimmed());

@@ -22,6 +22,10 @@ struct ProcessIdentity {
     bool forwardsWindows() const;
 };
 
+/// When the process began, in the system's own ticks since it was started; 0 when there is none. Tells it
+/// apart from a later one with the same number.
+quint64 startOfProcess(qint32 processIdentifier);
+
 /// The desktop-file id of a Snap application from its security label, such as "snap.NAME.APP (enforce)";
 /// empty when it is none.
 QString snapIdOfSecurityLabel(QByteArrayView label);

@@ -14,6 +14,9 @@ constexpr const char watcherInterface[] = "org.kde.StatusNotifierWatcher";
 constexpr const char iconInterface[] = "org.kde.StatusNotifierItem";
 constexpr const char menuInterface[] = "com.canonical.dbusmenu";
 
+/// More than any honest application has.
+constexpr int maximumIcons = 8;
+
 } // namespace
 
 void TrayQuit::search(const QuitTarget &target, const OwnBusNames &names) {
@@ -23,10 +26,15 @@ void TrayQuit::search(const QuitTarget &target, const OwnBusNames &names) {
     const auto answered = [this, &target, &names](sd_bus_message *reply) {
         if (sd_bus_message_enter_container(reply, 'v', "as") <= 0)
             return;
+        int left = maximumIcons;
         for (const QByteArray &text : readTexts(reply)) {
             const Object icon = iconRegisteredAs(text);
-            if (const QByteArray owner = names.ownerIfOwn(icon.owner); !owner.isNull())
-                searchMenu({owner, icon.path}, target.names);
+            const QByteArray owner = names.ownerIfOwn(icon.owner);
+            if (owner.isNull())
+                continue;
+            searchMenu({owner, icon.path}, target.names);
+            if (--left == 0)
+                break;
         }
     };
     askForProperty({watcher, "/StatusNotifierWatcher"}, watcherInterface, "RegisteredStatusNotifierItems",

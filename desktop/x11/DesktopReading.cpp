@@ -4,11 +4,8 @@
 
 #include <QHash>
 #include <QSet>
-#include <QSysInfo>
 
 #include <xcb/res.h>
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <span>
@@ -59,7 +56,9 @@ struct WindowQuestions {
     }
 };
 
-/// Which processes are behind the clients that the windows belong to, from the server itself.
+/// Which processes are behind the clients that the windows belong to, from the server itself, which knows it
+/// of those on its own machine. What windows say of their processes is not believed: a client from elsewhere
+/// could name any process of this machine, and have it asked to quit.
 class ClientProcesses {
   public:
     explicit ClientProcesses(X11Connection &connection) : m_connection(connection) {}
@@ -105,39 +104,6 @@ class ClientProcesses {
     std::unordered_map<quint32, Question> m_questions;
     QHash<quint32, qint32> m_processes;
 };
-
-bool isRunning(qint32 process) {
-    return ::access(("/proc/" + QByteArray::number(process)).constData(), F_OK) == 0;
-}
-
-/// For the windows whose client is not a local one: what they say themselves, where that is about this
-/// machine.
-void askWindowsForProcesses(X11Connection &connection, QList<DesktopWindow> &windows,
-                            const Deadline &deadline) {
-    struct Questions {
-        DesktopWindow *window;
-        PropertyQuestion process;
-        PropertyQuestion machine;
-    };
-    std::vector<Questions> questions;
-    for (DesktopWindow &window : windows) {
-        if (window.process == 0)
-            questions.push_back(
-                {&window,
-                 {connection, window.id, connection.hints()._NET_WM_PID, 1},
-                 {connection, window.id, XCB_ATOM_WM_CLIENT_MACHINE, PropertyQuestion::textLength}});
-    }
-    if (questions.empty())
-        return;
-    connection.flush();
-    const QString hostName = QSysInfo::machineHostName();
-    for (Questions &question : questions) {
-        const qint32 process = claimedProcess(question.process.take(deadline).get());
-        const QString machine = propertyText(question.machine.take(deadline).get());
-        if (process > 0 && isSameMachine(machine, hostName) && isRunning(process))
-            question.window->process = process;
-    }
-}
 
 std::optional<QList<quint32>> clientList(X11Connection &connection, const Deadline &deadline) {
     PropertyQuestion question(connection, connection.root(), connection.hints()._NET_CLIENT_LIST,
@@ -195,7 +161,6 @@ std::optional<DesktopReading> DesktopReading::take(X11Connection &connection, co
         if (facts)
             reading.windows.append({window, processes.processOf(window, deadline), *std::move(facts)});
     }
-    askWindowsForProcesses(connection, reading.windows, deadline);
     return reading;
 }
 

@@ -29,8 +29,7 @@ bool LaunchWatcher::concerns(const xcb_generic_event_t &event) const {
         if (change.window == m_connection.root())
             return change.atom == hints._NET_CLIENT_LIST;
         return change.atom == hints._NET_WM_WINDOW_TYPE || change.atom == hints._NET_WM_STATE ||
-               change.atom == hints._NET_WM_PID || change.atom == m_connection.atoms().wmState ||
-               change.atom == XCB_ATOM_WM_CLIENT_MACHINE;
+               change.atom == m_connection.atoms().wmState;
     }
     case XCB_UNMAP_NOTIFY:
     case XCB_DESTROY_NOTIFY:

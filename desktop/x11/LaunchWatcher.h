@@ -11,6 +11,9 @@ namespace kestrin::desktop {
 /// Compares the desktop with what it was. A process that has become an application since is a launch,
 /// whatever it was before, and once however many windows it shows.
 ///
+/// Windows that are hidden or come to the front are none. How often a process counts that comes back is the
+/// business of LaunchLimit.
+///
 /// An application is remembered until the last of its windows is gone or hidden for good. A window that
 /// merely nobody lists, because the window manager has gone or is starting again, is neither.
 ///
@@ -29,6 +32,9 @@ class LaunchWatcher {
     /// Reads the desktop and returns the launches since the last call. When the server does not answer in
     /// time, nothing changes, and the next call finds what this one did not.
     QList<DesktopApplication> update();
+
+    /// Should the application of this process still be there, the next call of `update` returns it.
+    void forget(qint32 process) { m_known.remove(process); }
 
     /// The last call of `update` got no answer.
     bool isBehind() const { return m_isBehind; }

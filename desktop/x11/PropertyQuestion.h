@@ -9,7 +9,7 @@ class PropertyQuestion : public PendingReply<xcb_get_property_reply_t> {
   public:
     // More than any honest client needs; a longer property is read up to here. In units of four bytes.
     static constexpr quint32 listLength = 16384;
-    static constexpr quint32 textLength = 256;
+    static constexpr quint32 textLength = 16384;
     static constexpr quint32 atomsLength = 64;
 
     PropertyQuestion(X11Connection &connection, xcb_window_t window, xcb_atom_t property, quint32 length)

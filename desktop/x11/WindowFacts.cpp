@@ -4,7 +4,6 @@
 #include <QStringDecoder>
 
 #include <algorithm>
-#include <limits>
 
 namespace kestrin::desktop {
 
@@ -79,29 +78,10 @@ void WindowFacts::takeWindowState(PropertyReply *property, const xcb_ewmh_connec
     skipsTaskbar = std::ranges::count(propertyAtoms(property), hints._NET_WM_STATE_SKIP_TASKBAR) > 0;
 }
 
-qint32 claimedProcess(PropertyReply *property) {
-    std::uint32_t process = 0;
-    if (xcb_ewmh_get_cardinal_from_reply(&process, property) == 0 ||
-        process > quint32{std::numeric_limits<qint32>::max()})
-        return 0;
-    return static_cast<qint32>(process);
-}
-
 bool isIconic(PropertyReply *property, const X11Atoms &atoms) {
     constexpr quint32 iconicState = 3;
     return property && property->type == atoms.wmState && property->format == 32 && property->value_len > 0 &&
            *static_cast<const quint32 *>(xcb_get_property_value(property)) == iconicState;
-}
-
-bool isSameMachine(const QString &clientMachine, const QString &hostName) {
-    if (clientMachine.isEmpty() || hostName.isEmpty())
-        return false;
-    if (clientMachine.contains(u'.') == hostName.contains(u'.'))
-        return clientMachine.compare(hostName, Qt::CaseInsensitive) == 0;
-    const bool clientIsQualified = clientMachine.contains(u'.');
-    const QStringView qualified = clientIsQualified ? clientMachine : hostName;
-    const QStringView plain = clientIsQualified ? hostName : clientMachine;
-    return qualified.first(qualified.indexOf(u'.')).compare(plain, Qt::CaseInsensitive) == 0;
 }
 
 } // namespace kestrin::desktop

@@ -40,14 +40,7 @@ struct WindowFacts {
     void takeWindowState(PropertyReply *property, const xcb_ewmh_connection_t &hints);
 };
 
-/// The process that a window names (_NET_WM_PID), which is worth something only on the client's own machine;
-/// 0 when it names none.
-qint32 claimedProcess(PropertyReply *property);
-
 /// Whether WM_STATE says that the window is minimised.
 bool isIconic(PropertyReply *property, const X11Atoms &atoms);
-
-/// Whether a WM_CLIENT_MACHINE names the machine called `hostName`. Either may carry its domain or not.
-bool isSameMachine(const QString &clientMachine, const QString &hostName);
 
 } // namespace kestrin::desktop

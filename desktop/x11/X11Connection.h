@@ -37,7 +37,7 @@ struct X11Server {
     X11Atoms atoms;
     /// The names of the Extended Window Manager Hints (EWMH); what it owns is the connection's.
     xcb_ewmh_connection_t hints{};
-    /// The server tells the processes behind its clients (X-Resource 1.2).
+    /// The server tells the processes behind its clients (X-Resource 1.2), and they are of this machine.
     bool tellsProcesses = false;
 };
 

@@ -1,5 +1,6 @@
 #include "desktop/x11/X11Connector.h"
 
+#include <sys/socket.h>
 #include <xcb/res.h>
 
 #include <condition_variable>
@@ -32,6 +33,15 @@ void internAtoms(xcb_connection_t *connection, X11Server &server) {
         server.hints = {};
 }
 
+/// Whether the server is reached without a network, which a forwarded one is not either.
+bool isLocal(xcb_connection_t *connection) {
+    sockaddr_storage address{};
+    socklen_t size = sizeof address;
+    return ::getsockname(xcb_get_file_descriptor(connection), reinterpret_cast<sockaddr *>(&address),
+                         &size) == 0 &&
+           address.ss_family == AF_UNIX;
+}
+
 bool tellsProcesses(xcb_connection_t *connection) {
     const xcb_query_extension_reply_t *extension = xcb_get_extension_data(connection, &xcb_res_id);
     if (!extension || !extension->present)
@@ -58,7 +68,7 @@ std::unique_ptr<X11Connection> connectTo(const QByteArray &display) {
             server.root = screens.data->root;
             internAtoms(connection, server);
         }
-        server.tellsProcesses = tellsProcesses(connection);
+        server.tellsProcesses = isLocal(connection) && tellsProcesses(connection);
     }
     auto result = std::make_unique<X11Connection>(connection, server);
     return result->isBroken() || server.root == 0 ? nullptr : std::move(result);

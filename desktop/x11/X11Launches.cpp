@@ -1,6 +1,7 @@
 #include "desktop/x11/X11Launches.h"
 
 #include "desktop/applications/ApplicationRecords.h"
+#include "desktop/applications/ProcessIdentity.h"
 #include "desktop/x11/LaunchWatcher.h"
 
 #include <QSocketNotifier>
@@ -13,6 +14,8 @@ using namespace engine;
 
 X11Launches::X11Launches(ApplicationRecords &records) : m_records(records) {
     connect(&m_wait, &QTimer::timeout, this, &X11Launches::serverWanted);
+    m_heldBack.setSingleShot(true);
+    connect(&m_heldBack, &QTimer::timeout, this, &X11Launches::findHeldBack);
 }
 
 X11Launches::~X11Launches() = default;
@@ -73,6 +76,7 @@ void X11Launches::stopWatching() {
     }
     m_watcher.reset();
     m_launches.clear();
+    m_heldBack.stop();
 }
 
 void X11Launches::expectEvents() {
@@ -107,10 +111,23 @@ void X11Launches::takeEvents(bool serverSpoke) {
 }
 
 void X11Launches::findLaunches() {
+    const auto now = std::chrono::steady_clock::now();
     const QList<DesktopApplication> launches = m_watcher->update();
-    for (const DesktopApplication &application : launches)
-        m_launches.append({m_subscribers.notice(), application});
+    for (const DesktopApplication &application : launches) {
+        if (m_limit.admits(application.process, startOfProcess(application.process), now))
+            m_launches.append({m_subscribers.notice(), application});
+    }
+    if (const auto due = m_limit.nextDue(); due && !m_heldBack.isActive())
+        m_heldBack.start(std::chrono::ceil<std::chrono::milliseconds>(*due - now));
     expectEvents();
+}
+
+void X11Launches::findHeldBack() {
+    if (!m_watcher)
+        return;
+    for (const qint32 process : m_limit.takeDue(std::chrono::steady_clock::now()))
+        m_watcher->forget(process);
+    findLaunches();
 }
 
 } // namespace kestrin::desktop

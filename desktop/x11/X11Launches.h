@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/applications/LaunchLimit.h"
 #include "desktop/x11/DesktopReading.h"
 #include "engine/workspace/LaunchBroadcast.h"
 
@@ -47,12 +48,15 @@ class X11Launches : public QObject {
     void waitForServer();
     void takeEvents(bool serverSpoke);
     void findLaunches();
+    void findHeldBack();
 
     ApplicationRecords &m_records;
     X11Connection *m_connection = nullptr;
     std::unique_ptr<LaunchWatcher> m_watcher;
     std::unique_ptr<QSocketNotifier> m_notifier;
     QTimer m_wait;
+    LaunchLimit m_limit;
+    QTimer m_heldBack;
     engine::LaunchBroadcast m_subscribers;
     /// Noticed, and not told yet.
     QList<std::pair<engine::LaunchBroadcast::Launch, DesktopApplication>> m_launches;

@@ -1,6 +1,5 @@
 #include "desktop/x11/X11Workspace.h"
 
-#include "desktop/quitting/QuitCommands.h"
 #include "desktop/x11/DesktopReading.h"
 #include "desktop/x11/WindowManager.h"
 #include "desktop/x11/X11Connector.h"
@@ -49,7 +48,7 @@ QList<WorkspaceApplication> X11Workspace::runningApplications() {
     const auto reading = server ? DesktopReading::take(*server, deadline) : std::nullopt;
     if (!reading)
         return {};
-    m_records.refresh();
+    m_records.refreshForAll();
     QList<WorkspaceApplication> records;
     for (const DesktopApplication &application : reading->applications()) {
         if (auto record = m_records.recordOf(application.process, application.claims()))
@@ -59,6 +58,8 @@ QList<WorkspaceApplication> X11Workspace::runningApplications() {
 }
 
 Termination X11Workspace::terminate(qint32 processIdentifier) {
+    if (m_records.isGone(processIdentifier))
+        return Termination::gone;
     const Deadline deadline(serverPatience);
     X11Connection *const server = connection(deadline);
     const auto reading = server ? DesktopReading::take(*server, deadline) : std::nullopt;
@@ -71,7 +72,8 @@ Termination X11Workspace::terminate(qint32 processIdentifier) {
         return Termination::gone;
     QuitTarget target = QuitTarget::of(*record);
     target.gtkApplications = gtkApplicationsOf(*server, application->windows, deadline);
-    const bool isAsked = acceptsQuitCommand(target) || closeWindows(*server, application->windows, deadline);
+    const bool isAsked =
+        m_patience.acceptsQuitCommand(target) || closeWindows(*server, application->windows, deadline);
     return isAsked ? Termination::delivered : Termination::refused;
 }
 
@@ -93,6 +95,9 @@ QString X11Workspace::limitation() {
     X11Connection *const server = connection(deadline);
     if (!server)
         return u"The display \""_s + display + u"\" cannot be reached"_s + consequence;
+    if (!server->server().tellsProcesses)
+        return u"The display \""_s + display +
+               u"\" is reached over a network, or does not tell whose its windows are"_s + consequence;
     if (windowManagerOf(*server, deadline) != WindowManager::absent)
         return {};
     const bool isSilent = deadline.remaining().count() == 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "desktop/applications/ApplicationRecords.h"
+#include "desktop/quitting/QuitPatience.h"
 #include "engine/workspace/Workspace.h"
 
 namespace kestrin::foundation {
@@ -37,6 +38,7 @@ class X11Workspace final : public engine::Workspace {
 
     const QString m_display;
     ApplicationRecords m_records;
+    QuitPatience m_patience;
     std::unique_ptr<X11Connector> m_connector;
     std::unique_ptr<X11Connection> m_connection;
     // It uses the connection, so it goes first.

@@ -54,9 +54,7 @@ class WindowFactsTest : public QObject {
   private Q_SLOTS:
     void classes();
     void regularWindows();
-    void processes();
     void references();
-    void machines();
 };
 
 void WindowFactsTest::classes() {
@@ -102,15 +100,6 @@ void WindowFactsTest::regularWindows() {
     QVERIFY(isRegular(atoms({}), atoms({})));
 }
 
-void WindowFactsTest::processes() {
-    const auto claimed = [](const Property &property) { return claimedProcess(property.reply()); };
-    QCOMPARE(claimed(Property(XCB_ATOM_CARDINAL, {4123})), 4123);
-    // Neither text nor nothing nor a number that no process can have.
-    QCOMPARE(claimed(Property(XCB_ATOM_CARDINAL, 8, "4123")), 0);
-    QCOMPARE(claimed(Property(XCB_ATOM_CARDINAL, {})), 0);
-    QCOMPARE(claimed(Property(XCB_ATOM_CARDINAL, {0xFFFFFFFF})), 0);
-}
-
 void WindowFactsTest::references() {
     QCOMPARE(propertyWindow(Property(XCB_ATOM_WINDOW, {42}).reply()), 42U);
     QCOMPARE(propertyWindow(Property(XCB_ATOM_CARDINAL, {42}).reply()), 0U);
@@ -120,11 +109,6 @@ void WindowFactsTest::references() {
     QVERIFY(!isIconic(Property(a.wmState, {1, 0}).reply(), a));
     QVERIFY(!isIconic(Property(a.wmState, {}).reply(), a));
     QVERIFY(!isIconic(nullptr, a));
-}
-
-void WindowFactsTest::machines() {
-    QVERIFY(isSameMachine(u"desk"_s, u"Desk"_s) && isSameMachine(u"desk.home"_s, u"desk"_s));
-    QVERIFY(!isSameMachine(u"desk.home"_s, u"desk.work"_s) && !isSameMachine(QString(), u"desk"_s));
 }
 
 QTEST_GUILESS_MAIN(WindowFactsTest)

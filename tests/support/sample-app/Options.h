@@ -38,7 +38,6 @@ struct Instructions {
 ///     --kde           MANNER of the action "file_quit" of a KDE application's window
 ///     --kde-entry     _KDE_NET_WM_DESKTOP_FILE
 ///     --later         is opened by a command only
-///     --machine       WM_CLIENT_MACHINE
 ///     --manner        closes, no-delete, ignores or flickers
 ///     --map           a file that it has in its memory, as if it were one of its libraries
 ///     --menu          the labels of the tray icon's menu, with commas between

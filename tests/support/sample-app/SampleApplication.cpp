@@ -125,7 +125,6 @@ class SampleApplication {
         tell("_NET_WM_NAME", "UTF8_STRING", options.value("title", "A title that is nobody's name"));
         tell("_GTK_APPLICATION_ID", "UTF8_STRING", options.value("gtk-id"));
         tell("_KDE_NET_WM_DESKTOP_FILE", "UTF8_STRING", options.value("kde-entry"));
-        tell("WM_CLIENT_MACHINE", "STRING", options.value("machine"));
         std::string name = options.value("class", "sample-app/Sample-app");
         std::replace(name.begin(), name.end(), '/', '\0');
         if (name != "none")
