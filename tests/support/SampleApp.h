@@ -9,7 +9,7 @@
 
 namespace kestrin::samples {
 
-/// One running sample application (tests/support/sample-app), ended at the latest with this object. What it
+/// One running sample application (sample-app), ended at the latest with this object. What it
 /// says arrives with the event loop.
 class SampleApp {
   public:

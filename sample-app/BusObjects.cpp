@@ -1,4 +1,4 @@
-#include "tests/support/sample-app/BusObjects.h"
+#include "sample-app/BusObjects.h"
 
 #include <algorithm>
 #include <cstdint>

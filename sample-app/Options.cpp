@@ -1,4 +1,4 @@
-#include "tests/support/sample-app/Options.h"
+#include "sample-app/Options.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // An application whose windows look and behave as a test wants.
 
-#include "tests/support/sample-app/BusObjects.h"
-#include "tests/support/sample-app/Options.h"
+#include "sample-app/BusObjects.h"
+#include "sample-app/Options.h"
 
 #include <algorithm>
 #include <chrono>

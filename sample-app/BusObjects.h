@@ -1,7 +1,7 @@
 // What a sample application offers on the session bus.
 #pragma once
 
-#include "tests/support/sample-app/Options.h"
+#include "sample-app/Options.h"
 
 #include <systemd/sd-bus.h>
 
