@@ -3,10 +3,14 @@
 #include "cli/CommandLine.h"
 #include "cli/HelpText.h"
 #include "cli/HumanOutput.h"
+#include "cli/TerminationSignals.h"
 #include "cli/WatchCommand.h"
 #include "engine/NSWorkspaceAppInventoryService.h"
 #include "foundation/JsonEncoding.h"
 #include "runtime/StatusSummaries.h"
+
+#include <algorithm>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
@@ -75,6 +79,20 @@ class CommandRunner {
         return ExitStatus::done;
     }
 
+    /// What people should know beside the answer; programs are not disturbed by it.
+    void remark(const QString &sentence) {
+        if (m_call.json)
+            m_surroundings.say(sentence);
+        else
+            m_surroundings.out.write(visibleText(sentence) + u'\n');
+    }
+
+    /// Where what follows is not what was stored.
+    void sayUnreadable() {
+        for (const QString &sentence : m_session->runtime.unreadable())
+            m_surroundings.say(sentence);
+    }
+
     CommandSession &session(Desktop desktop) {
         m_session.emplace(m_surroundings, desktop);
         return *m_session;
@@ -100,6 +118,7 @@ class CommandRunner {
 
     ExitStatus catalog() {
         const MacProtectionRuntime &runtime = session(Desktop::ignored).runtime;
+        sayUnreadable();
         return answer([&] { return toJsonValue(runtime.catalog()); },
                       [&] {
                           return catalogText(runtime.catalog(), runtime.protectedDefinitionIDs(),
@@ -112,21 +131,37 @@ class CommandRunner {
         if (!limitation.isEmpty())
             return m_surroundings.couldNot(limitation);
         CommandSession &checking = session(Desktop::seen);
-        if (const Outcome settled = checking.settleFlag(); !settled.settingsSaved)
-            return outcomeOf(settled);
         const bool previews = m_call.preview || !checking.runtime.enforceActions();
-        const PrivacyModeCheck check = checking.runtime.performCheck(previews);
+        // Nobody is asked to quit because a choice cannot be read.
+        if (const QString problem = m_surroundings.runtime.settingsStore->problem();
+            !previews && !problem.isEmpty())
+            return m_surroundings.couldNot(u"Nothing was checked: "_s + problem);
+        if (const Outcome settled = checking.settleFlag(); !settled.isKept())
+            return outcomeOf(settled);
+        sayUnreadable();
+        const PrivacyModeCheck check = performCheck(previews);
         // What was done is told in any case.
         answer([&] { return toJsonValue(check.result); },
                [&] {
                    return runResultText(check.result, checking.runtime.runningAppCount(),
                                         m_surroundings.palette);
                });
-        return outcomeOf({.changesRecorded = check.isRecorded});
+        Outcome outcome;
+        outcome.log = check.recorded;
+        return outcomeOf(outcome);
+    }
+
+    /// What was asked for is in the log before a signal ends the call.
+    PrivacyModeCheck performCheck(bool previews) {
+        const HeldBackSignals untilRecorded;
+        return m_session->runtime.performCheck(previews);
     }
 
     ExitStatus log() {
-        const auto events = m_surroundings.runtime.logStore->recent(m_call.limit);
+        MacActivityLogStoring &store = *m_surroundings.runtime.logStore;
+        const auto events = store.recent(m_call.limit);
+        if (const QString problem = events.isEmpty() ? store.problem() : QString(); !problem.isEmpty())
+            return m_surroundings.couldNot(problem);
         return answer([&] { return toJsonValue(events); },
                       [&] {
                           return events.isEmpty() && m_call.limit > 0
@@ -141,6 +176,7 @@ class CommandRunner {
     }
 
     ExitStatus printStatus() {
+        sayUnreadable();
         const StatusReport report = m_session->status();
         return answer([&] { return report.toJson(); },
                       [&] { return statusText(report, m_surroundings.palette); });
@@ -149,17 +185,33 @@ class CommandRunner {
     ExitStatus switchPrivacyMode(bool on) {
         CommandSession &changing = sessionThatLooks();
         // Nothing is to follow from a switch that could not be kept.
-        if (!m_surroundings.defaults.isWritable())
-            return couldNotSaveDefaults();
+        if (const QString obstacle = m_surroundings.defaults.obstacle(); !obstacle.isEmpty())
+            return couldNotSaveDefaults(obstacle);
         return afterChange(changing.flag.setOn(on));
     }
 
     ExitStatus select(bool isProtected) {
         CommandSession &changing = sessionThatLooks();
-        Outcome outcome;
-        for (const QString &id : m_call.ids)
-            outcome &= changing.runtime.setProtectedDefinition(id, isProtected);
+        const QSet<QString> before = changing.runtime.protectedDefinitionIDs();
+        const auto isSo = [&](const QString &id) { return before.contains(id) == isProtected; };
+        const Outcome outcome = changing.runtime.setProtectedDefinitions(m_call.ids, isProtected);
+        if (outcome.isKept()) {
+            remarkUnchanged(isSo, isProtected ? u"protected already"_s : u"not protected"_s);
+            if (changing.runtime.protectedDefinitionIDs().isEmpty())
+                remark(u"Nothing is selected now, and that protects everything; \"kestrinctl off\" turns "
+                       "Privacy Mode off."_s);
+        }
         return afterChange(outcome);
+    }
+
+    template <typename IsSo>
+    void remarkUnchanged(const IsSo &isSo, const QString &state) {
+        QStringList unchanged;
+        std::copy_if(m_call.ids.cbegin(), m_call.ids.cend(), std::back_inserter(unchanged), isSo);
+        if (unchanged.isEmpty())
+            return;
+        const QString all = unchanged.size() == m_call.ids.size() ? u"Nothing was changed: "_s : QString();
+        remark(all + unchanged.join(u", "_s) + (unchanged.size() == 1 ? u" is "_s : u" are "_s) + state + u'.');
     }
 
     ExitStatus recommended() { return afterChange(sessionThatLooks().runtime.applyRecommendedRiskApps()); }
@@ -169,16 +221,26 @@ class CommandRunner {
         const bool on = *m_call.enable;
         // Stored before anything follows from it: nobody is asked to quit for a choice that could not be
         // kept.
-        if (!m_surroundings.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, on))
-            return couldNotSaveDefaults();
-        if (const Outcome settled = changing.settleFlag(); !settled.settingsSaved)
+        const StoreResult stored =
+            m_surroundings.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, on);
+        changing.runtime.report(stored);
+        if (!stored.isKept())
+            return couldNotSaveDefaults(stored.problem);
+        if (const QString problem = m_surroundings.runtime.settingsStore->problem(); on && !problem.isEmpty())
+            return m_surroundings.couldNot(u"The choice is stored, and nothing was checked: "_s + problem);
+        if (const Outcome settled = changing.settleFlag(); !settled.isKept())
             return outcomeOf(settled);
         // Its relaunch monitor hears of nothing: launches are told by an event loop, and none runs here. A
         // watching program makes a new monitor of its own when it sees the choice change.
-        const Outcome outcome = changing.runtime.setEnforceActions(on);
+        const Outcome outcome = enforceUndisturbed(on);
         // A check publishes what it acted on, the status tells what is there.
         changing.runtime.refreshInventoryPreview();
         return afterChange(outcome);
+    }
+
+    Outcome enforceUndisturbed(bool on) {
+        const HeldBackSignals untilRecorded;
+        return m_session->runtime.setEnforceActions(on);
     }
 
     ExitStatus schedule() {
@@ -188,6 +250,7 @@ class CommandRunner {
             if (outcome != ExitStatus::done)
                 return outcome;
         }
+        sayUnreadable();
         const QList<ModePreset> &modes = changing.runtime.modes();
         const auto wanted = changing.runtime.scheduledPrivacyModeState(m_surroundings.runtime.clock());
         return answer([&] { return toJsonValue(modes); },
@@ -195,13 +258,24 @@ class CommandRunner {
     }
 
     ExitStatus switchPresets(CommandSession &changing) {
-        if (!m_surroundings.defaults.isWritable())
-            return couldNotSaveDefaults();
-        if (const Outcome settled = changing.settleFlag(); !settled.settingsSaved)
+        if (const QString obstacle = m_surroundings.defaults.obstacle(); !obstacle.isEmpty())
+            return couldNotSaveDefaults(obstacle);
+        if (const Outcome settled = changing.settleFlag(); !settled.isKept())
             return outcomeOf(settled);
-        Outcome outcome;
-        for (const QString &id : m_call.ids)
-            outcome &= changing.runtime.setMode(id, *m_call.enable);
+        const bool enabled = *m_call.enable;
+        const QList<ModePreset> before = changing.runtime.modes();
+        const auto isSo = [&](const QString &id) {
+            return std::any_of(before.cbegin(), before.cend(), [&](const ModePreset &mode) {
+                return mode.id == id && mode.enabled == enabled;
+            });
+        };
+        const Outcome outcome = changing.runtime.setModes(m_call.ids, enabled);
+        if (outcome.isKept()) {
+            remarkUnchanged(isSo, enabled ? u"enabled already"_s : u"disabled already"_s);
+            if (outcome.switchedBySchedules)
+                remark(*outcome.switchedBySchedules ? u"The schedules turned Privacy Mode on."_s
+                                                    : u"The schedules turned Privacy Mode off."_s);
+        }
         return outcomeOf(outcome);
     }
 
@@ -229,6 +303,7 @@ class CommandRunner {
     ExitStatus diagnostics() {
         const CommandSession &looking = sessionThatLooks();
         const MacProtectionRuntime &runtime = looking.runtime;
+        sayUnreadable();
         m_surroundings.out.write(
             diagnosticsTextFor({looking.monitoredBy().has_value(), runtime.enforceActions(),
                                 runtime.protectedDefinitionIDs().size(), runtime.runningAppCount(),
@@ -245,23 +320,19 @@ class CommandRunner {
 
     /// Says what could not be kept.
     ExitStatus outcomeOf(const Outcome &outcome) {
-        const QString &folder = m_surroundings.supportFolder;
-        if (!outcome.settingsSaved)
-            return m_surroundings.couldNot(u"The settings in "_s + folder +
-                                           u" are not what was asked for: they cannot be written, or another "
-                                           u"program changed them meanwhile."_s);
-        if (!outcome.defaultsSaved)
-            return couldNotSaveDefaults();
-        if (!outcome.changesRecorded)
-            return m_surroundings.couldNot(
-                u"It was done but could not be recorded, because the activity log in "_s + folder +
-                u" cannot be written."_s);
+        if (!outcome.settings.isKept())
+            return m_surroundings.couldNot(u"The settings are not what was asked for: "_s +
+                                           outcome.settings.problem);
+        if (!outcome.defaults.isKept())
+            return couldNotSaveDefaults(outcome.defaults.problem);
+        if (!outcome.log.isKept())
+            return m_surroundings.couldNot(u"It was done but could not be recorded: "_s +
+                                           outcome.log.problem);
         return ExitStatus::done;
     }
 
-    ExitStatus couldNotSaveDefaults() {
-        return m_surroundings.couldNot(u"The change could not be saved, because "_s +
-                                       m_surroundings.defaultsLocation + u" cannot be written."_s);
+    ExitStatus couldNotSaveDefaults(const QString &problem) {
+        return m_surroundings.couldNot(u"The change could not be saved: "_s + problem);
     }
 
     const Invocation &m_call;

@@ -32,7 +32,10 @@ ExitStatus CommandSurroundings::couldNot(const QString &sentence) const {
 CommandSession::CommandSession(CommandSurroundings &commandSurroundings, Desktop desktop)
     : surroundings(commandSurroundings)
     , runtime(surroundings.defaults, runtimeSurroundings(surroundings.runtime, desktop))
-    , flag(surroundings.defaults, runtime) {}
+    , flag(surroundings.defaults, runtime) {
+    QObject::connect(&runtime, &MacProtectionRuntime::fileSetAside,
+                     [&all = surroundings](const QString &sentence) { all.say(sentence); });
+}
 
 std::optional<QString> CommandSession::monitoredBy() const {
     return MonitoringClaim::currentHolder(surroundings.supportFolder);
@@ -54,11 +57,12 @@ StatusReport CommandSession::status() const {
         runtime.matches(),
         runtime.modes(),
         runtime.scheduledPrivacyModeState(surroundings.runtime.clock()),
+        runtime.devices(),
     };
 }
 
 Outcome CommandSession::settleFlag() {
-    if (!monitoredBy() && surroundings.runtime.settingsStore->load().isEnabled != flag.isOn())
+    if (!monitoredBy() && runtime.isSavedOn() != flag.isOn())
         return runtime.updatePrivacyMode(flag.isOn(), false);
     return {};
 }

@@ -56,6 +56,9 @@ QString protectionSentence(const StatusReport &status) {
         if (!out.contains(definition.id))
             in.append(definition.id);
     }
+    if (in.isEmpty())
+        return u"none of "_s + QString::number(out.size()) + u" known applications, only unknown ones: "_s +
+               status.protectedDefinitionIDs.join(u", "_s);
     const QString numbers = QString::number(in.size()) + u" of "_s + QString::number(in.size() + out.size()) +
                             u" known applications"_s;
     if (out.isEmpty())

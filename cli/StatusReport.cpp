@@ -36,7 +36,7 @@ QJsonObject StatusReport::toJson() const {
         // "No opinion" is an answer; the key is always there.
         {u"scheduledPrivacyModeState"_s,
          scheduledPrivacyModeState ? QJsonValue(*scheduledPrivacyModeState) : QJsonValue(QJsonValue::Null)},
-        {u"devices"_s, toJsonValue(devicesFor(privacyModeOn, enforceActions))},
+        {u"devices"_s, toJsonValue(devices)},
     };
 }
 

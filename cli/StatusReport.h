@@ -23,6 +23,8 @@ struct StatusReport {
     QList<shared::ModePreset> modes;
     /// Absent when no enabled preset has an opinion.
     std::optional<bool> scheduledPrivacyModeState;
+    /// As the saved settings have it, by which launches and checks go.
+    QList<shared::ProtectionDevice> devices;
 
     QString monitorLabel() const;
     QStringList enabledModeIDs() const;

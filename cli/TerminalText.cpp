@@ -64,6 +64,13 @@ bool takesNoRoom(char32_t character) {
            category == QChar::Other_Format;
 }
 
+/// One cell that is very long puts only its own line out of order.
+qsizetype countedWidth(const Cell &cell) {
+    constexpr qsizetype widest = 48;
+    const qsizetype width = displayWidth(visibleText(cell.text));
+    return width > widest ? 0 : width;
+}
+
 QString selectGraphicRendition(TextColour colour) {
     switch (colour) {
     case TextColour::plain:
@@ -113,7 +120,7 @@ QString alignedLines(const QList<QList<Cell>> &rows, const Palette &palette) {
     for (const QList<Cell> &row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
         for (qsizetype i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths.at(i), displayWidth(visibleText(row.at(i).text)));
+            widths[i] = std::max(widths.at(i), countedWidth(row.at(i)));
     }
 
     QString lines;
@@ -126,7 +133,7 @@ QString alignedLines(const QList<QList<Cell>> &rows, const Palette &palette) {
                 lines += QString(owed, u' ') + palette.paint(row.at(i).colour, text);
                 owed = 0;
             }
-            owed += widths.at(i) - displayWidth(text) + 2;
+            owed += std::max<qsizetype>(widths.at(i) - displayWidth(text), 0) + 2;
         }
         lines += u'\n';
     }

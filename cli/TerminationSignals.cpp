@@ -3,9 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <csignal>
 
 namespace kestrin::cli {
 
@@ -22,6 +20,12 @@ void noteSignal(int) {
     // A full pipe wakes the loop as well as one more byte would.
     [[maybe_unused]] const ssize_t ignored = ::write(wakeUpDescriptor, &byte, 1);
     errno = before;
+}
+
+volatile std::sig_atomic_t heldBack = 0;
+
+void holdBack(int number) {
+    heldBack = number;
 }
 
 bool isIgnored(int number) {
@@ -68,6 +72,22 @@ TerminationSignals::~TerminationSignals() {
     wakeUpDescriptor = readableDescriptor = -1;
     ::close(m_pipe[0]);
     ::close(m_pipe[1]);
+}
+
+HeldBackSignals::HeldBackSignals() {
+    heldBack = 0;
+    for (std::size_t i = 0; i < caught.size(); ++i) {
+        ::sigaction(caught.at(i), nullptr, &m_before.at(i));
+        if (m_before.at(i).sa_handler == SIG_DFL)
+            handle(caught.at(i), holdBack);
+    }
+}
+
+HeldBackSignals::~HeldBackSignals() {
+    for (std::size_t i = 0; i < caught.size(); ++i)
+        ::sigaction(caught.at(i), &m_before.at(i), nullptr);
+    if (heldBack != 0)
+        ::raise(heldBack);
 }
 
 int TerminationSignals::descriptor() {

@@ -2,6 +2,9 @@
 
 #include <QSocketNotifier>
 
+#include <array>
+#include <csignal>
+
 namespace kestrin::cli {
 
 /// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal on the main thread, for as long as the object lives. One
@@ -23,6 +26,18 @@ class TerminationSignals : public QObject {
     /// A handler may do next to nothing, but it may write to a pipe, which wakes the event loop.
     int m_pipe[2] = {-1, -1};
     QSocketNotifier m_notifier;
+};
+
+/// While it lives these signals end nothing; one that has come takes effect when it is gone.
+class HeldBackSignals {
+  public:
+    HeldBackSignals();
+    HeldBackSignals(const HeldBackSignals &) = delete;
+    HeldBackSignals &operator=(const HeldBackSignals &) = delete;
+    ~HeldBackSignals();
+
+  private:
+    std::array<struct sigaction, 3> m_before{};
 };
 
 } // namespace kestrin::cli

@@ -63,18 +63,17 @@ class EventPrinter {
 };
 
 ExitStatus refuse(const CommandSurroundings &surroundings, const MonitoringClaim &claim) {
-    if (claim.holder)
-        return surroundings.couldNot(u"Only one program can watch at a time, and "_s + *claim.holder +
+    if (claim.holder())
+        return surroundings.couldNot(u"Only one program can watch at a time, and "_s + *claim.holder() +
                                      u" is watching already."_s);
-    return surroundings.couldNot(u"Nothing can be watched, because "_s + surroundings.supportFolder +
-                                 u" cannot be written."_s);
+    return surroundings.couldNot(claim.obstacle());
 }
 
 } // namespace
 
 ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
-    const MonitoringClaim claim = MonitoringClaim::make(surroundings.supportFolder, u"kestrinctl watch"_s);
-    if (!claim.lock)
+    const MonitoringClaim claim(surroundings.supportFolder, u"kestrinctl watch"_s);
+    if (!claim.isHeld())
         return refuse(surroundings, claim);
 
     bool ended = false;
@@ -82,6 +81,7 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
         ended = true;
         QCoreApplication::quit();
     };
+    QObject::connect(&claim, &MonitoringClaim::lost, end);
     TerminationSignals signalsToEnd;
     QObject::connect(&signalsToEnd, &TerminationSignals::received, end);
     // A pipe whose reader has gone says so at once; without this it would be noticed at the next event.
@@ -92,6 +92,8 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     CommandSession session(surroundings, CommandSession::Desktop::seen);
     if (const QString limitation = surroundings.runtime.workspace.limitation(); !limitation.isEmpty())
         surroundings.say(limitation);
+    QObject::connect(&session.runtime, &MacProtectionRuntime::storageFailed,
+                     [&surroundings](const QString &sentence) { surroundings.say(sentence); });
     EventPrinter printer(session.runtime, surroundings.out, surroundings.palette, json);
     QObject::connect(&session.runtime, &MacProtectionRuntime::recentEventsChanged,
                      [&printer] { printer.printNew(); });
@@ -105,7 +107,7 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
         QCoreApplication::exec();
     // An event may have been recorded just before the end without having been noticed yet.
     printer.printRest();
-    return ExitStatus::done;
+    return claim.isHeld() ? ExitStatus::done : surroundings.couldNot(claim.lossSentence());
 }
 
 } // namespace kestrin::cli

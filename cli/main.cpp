@@ -3,6 +3,8 @@
 #include "cli/CommandRunner.h"
 #include "cli/StandardStreams.h"
 #include "desktop/Platform.h"
+#include "foundation/BaseDirectories.h"
+#include "foundation/PrivateFolder.h"
 #include "runtime/FileStores.h"
 
 #include <QCoreApplication>
@@ -12,8 +14,10 @@
 int main(int argc, char *argv[]) {
     using namespace kestrin;
     using namespace kestrin::cli;
+    using namespace kestrin::foundation;
     using namespace kestrin::runtime;
     using namespace kestrin::desktop;
+    ignoreRelativeBaseDirectories();
     prepareStandardStreams();
     preferUtf8();
     prepareEventLoop();
@@ -25,6 +29,7 @@ int main(int argc, char *argv[]) {
     const auto defaults = makeUserDefaults();
     const auto loginItem = makeLoginItem();
     const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
+    closeToOthers(folder);
     CommandSurroundings surroundings{
         .defaults = *defaults,
         .defaultsLocation = userDefaultsLocation(),

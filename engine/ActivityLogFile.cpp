@@ -4,9 +4,8 @@
 #include "foundation/JsonDecoding.h"
 #include "foundation/PrivateFile.h"
 
-#include <unistd.h>
+#include <QFile>
 
-#include <cerrno>
 #include <cstring>
 #include <functional>
 #include <memory>
@@ -67,13 +66,9 @@ bool read(json::od::value &value, const json::ReadContext &context, EventReader 
 /// the end, -1 when they cannot be had.
 using Source = std::function<qsizetype(char *, std::size_t)>;
 
-Source fileSource(int descriptor) {
-    return [descriptor](char *target, std::size_t size) {
-        ssize_t got = 0;
-        do {
-            got = ::read(descriptor, target, size);
-        } while (got < 0 && errno == EINTR);
-        return qsizetype{got};
+Source fileSource(ReadableFile &file) {
+    return [&file](char *target, std::size_t size) {
+        return file.read(target, static_cast<qsizetype>(size));
     };
 }
 
@@ -145,19 +140,18 @@ class WindowedLog {
 
 std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit,
                                                           std::size_t windowSize) {
-    qint64 size = 0;
-    const int descriptor = openForReading(path, size);
-    if (descriptor < 0)
-        return std::nullopt;
-    EventReader reader(limit);
-    const bool complete = WindowedLog(fileSource(descriptor), windowSize).readWith(reader);
-    ::close(descriptor);
-    if (complete)
-        return reader.takeEvents();
+    {
+        ReadableFile file(QFile::encodeName(path), logSizeLimit);
+        if (file.state() != FileState::readable)
+            return std::nullopt;
+        EventReader reader(limit);
+        if (WindowedLog(fileSource(file), windowSize).readWith(reader))
+            return reader.takeEvents();
+    }
 
     // Malformed, or laid out so that it cannot be cut: the text as a whole decides.
-    const std::optional<QByteArray> text = readWholeFile(path, logTextSpare);
-    return text ? eventsOfActivityLog(*text, limit) : std::nullopt;
+    const FileText text = readFile(path, logSizeLimit, logTextSpare);
+    return text.state == FileState::readable ? eventsOfActivityLog(text.bytes, limit) : std::nullopt;
 }
 
 bool isActivityLog(const QByteArray &text) {

@@ -14,6 +14,9 @@ namespace kestrin::engine {
 /// of the time that the whole text at once does.
 inline constexpr std::size_t logWindowSize = 128 * 1024;
 
+/// A log that is larger is neither read nor added to: that is more than two million events.
+inline constexpr qint64 logSizeLimit = qint64{256} * 1024 * 1024;
+
 /// The newest `limit` events of the file; none when the file is missing or anything in it is malformed. The
 /// whole file is checked.
 std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit,

@@ -1,9 +1,6 @@
 #include "engine/JSONMacActivityLogStore.h"
 
 #include "engine/ActivityLogFile.h"
-#include "foundation/FileLock.h"
-#include "foundation/FileReading.h"
-#include "foundation/PrivateFile.h"
 
 #include <limits>
 
@@ -20,33 +17,40 @@ bool isCompact(const QByteArray &log) {
     return log.startsWith("[{") && log.endsWith("}]") && !log.contains('\n');
 }
 
-bool writeWithEvent(const QString &path, const MacProtectionEvent &event) {
-    const QByteArray text = readWholeFile(path, logTextSpare).value_or(QByteArray());
-    if (!text.isEmpty() && isCompact(text)) {
-        const QByteArray newest = encodeJson(event);
-        // It is nearly always in order, and the disk takes longer than to make sure of that.
-        PrivateFileReplacement next(path, {"[", viewOf(newest), ",", viewOf(text).substr(1)});
-        if (isActivityLog(text))
-            return next.commit();
-    }
-    QList<MacProtectionEvent> events;
-    if (!text.isEmpty())
-        events = eventsOfActivityLog(text, std::numeric_limits<qsizetype>::max()).value_or(events);
-    events.prepend(event);
-    return replacePrivateFile(path, {viewOf(encodeJson(events))});
-}
-
 } // namespace
 
-bool JSONMacActivityLogStore::tryAppend(const MacProtectionEvent &event) {
-    const auto lock = FileLock::lockFolderOf(m_path);
-    return lock && writeWithEvent(m_path, event);
+JSONMacActivityLogStore::JSONMacActivityLogStore(const QUrl &url) : m_file{url.toLocalFile(), logSizeLimit} {}
+
+StoreResult JSONMacActivityLogStore::tryAppend(const MacProtectionEvent &event) {
+    StoredFileChange change(m_file, logTextSpare);
+    const QByteArray &text = change.former();
+    if (isCompact(text)) {
+        const QByteArray newest = encodeJson(event);
+        // It is nearly always in order, and the disk takes longer than to make sure of that.
+        change.write({"[", viewOf(newest), ",", viewOf(text).substr(1)});
+        if (isActivityLog(text))
+            return change.commit();
+    }
+    std::optional<QList<MacProtectionEvent>> stored;
+    if (!text.isEmpty())
+        stored = eventsOfActivityLog(text, std::numeric_limits<qsizetype>::max());
+    const bool isDamaged = !stored && !text.isEmpty();
+    QList<MacProtectionEvent> events = stored.value_or(QList<MacProtectionEvent>());
+    events.prepend(event);
+    return change.replaceBy(encodeJson(events), isDamaged);
 }
 
 QList<MacProtectionEvent> JSONMacActivityLogStore::recent(qsizetype limit) {
     if (limit < 0)
         qFatal("The limit of an activity log query must not be negative.");
-    return readNewestEvents(m_path, limit).value_or(QList<MacProtectionEvent>());
+    return readNewestEvents(m_file.path, limit).value_or(QList<MacProtectionEvent>());
+}
+
+QString JSONMacActivityLogStore::problem() {
+    const FileText text = m_file.read(logTextSpare);
+    if (text.state != FileState::readable)
+        return m_file.problemOf(text);
+    return text.bytes.isEmpty() || isActivityLog(text.bytes) ? QString() : m_file.damageSentence();
 }
 
 } // namespace kestrin::engine

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/MacActivityLogStoring.h"
+#include "foundation/StoredFile.h"
 
 #include <QUrl>
 
@@ -10,19 +11,20 @@ namespace kestrin::engine {
 ///
 /// Every call reads the file, so that stores over one file, in one process or in several, see each other's
 /// events; appends of several processes wait for each other. Reading is all or nothing: a file with one
-/// malformed event reads as empty, and the next append replaces it. A failed write leaves the file as it was.
-/// Synchronous, any thread.
+/// malformed event reads as empty, and the next append sets it aside. A failed write leaves the file as it
+/// was. Synchronous, any thread.
 class JSONMacActivityLogStore final : public MacActivityLogStoring {
   public:
     /// Touches no file. `url` names a local file.
-    explicit JSONMacActivityLogStore(const QUrl &url) : m_path(url.toLocalFile()) {}
+    explicit JSONMacActivityLogStore(const QUrl &url) ;
 
-    [[nodiscard]] bool tryAppend(const MacProtectionEvent &event) override;
+    [[nodiscard]] foundation::StoreResult tryAppend(const MacProtectionEvent &event) override;
     QList<MacProtectionEvent> recent(qsizetype limit) override;
-    QString file() const override { return m_path; }
+    QString problem() override;
+    QString file() const override { return m_file.path; }
 
   private:
-    QString m_path;
+    const foundation::StoredFile m_file;
 };
 
 } // namespace kestrin::engine

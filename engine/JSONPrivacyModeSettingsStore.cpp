@@ -1,43 +1,32 @@
 #include "engine/JSONPrivacyModeSettingsStore.h"
 
-#include "foundation/FileLock.h"
-#include "foundation/FileReading.h"
-#include "foundation/PrivateFile.h"
-
-#include <QFile>
-
 namespace kestrin::engine {
 
 using namespace foundation;
 
-namespace {
-
-constexpr QFile::Permissions ownersAlone =
-    QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
-
-} // namespace
-
-PrivacyModeSettings JSONPrivacyModeSettingsStore::load() {
-    return decoded(readWholeFile(m_path));
+std::optional<PrivacyModeSettings> JSONPrivacyModeSettingsStore::stored() {
+    return decodeJson<PrivacyModeSettings>(m_file.read().bytes);
 }
 
-PrivacyModeSettings JSONPrivacyModeSettingsStore::decoded(const std::optional<QByteArray> &text) const {
-    return text ? decodeJson<PrivacyModeSettings>(*text).value_or(m_fallback) : m_fallback;
-}
-
-bool JSONPrivacyModeSettingsStore::update(const std::function<void(PrivacyModeSettings &)> &change) {
-    // Without the lock nothing can be written, but the caller still gets to see the settings.
-    const auto lock = FileLock::lockFolderOf(m_path);
-    const std::optional<QByteArray> former = readWholeFile(m_path);
-    const PrivacyModeSettings before = decoded(former);
-    PrivacyModeSettings settings = before;
-    change(settings);
+StoreResult JSONPrivacyModeSettingsStore::update(const Change &change) {
+    StoredFileChange file(m_file);
+    const auto before = decodeJson<PrivacyModeSettings>(file.former());
+    PrivacyModeSettings settings = before.value_or(m_fallback);
+    change(settings, before.has_value());
     const QByteArray text = encodeJson(settings, JsonLayout::pretty);
     // Nobody need wait for the disk, nor hear of it, where everything is as it was.
-    if (lock && former == text && QFile::permissions(m_path) == ownersAlone)
-        return true;
-    const bool isSaved = lock && replacePrivateFile(m_path, {viewOf(text)});
-    return isSaved || settings == before;
+    if (file.former() == text && file.text().isPrivate)
+        return {};
+    const StoreResult result = file.replaceBy(text, !before && !file.former().isEmpty());
+    return settings == before ? StoreResult() : result;
+}
+
+QString JSONPrivacyModeSettingsStore::problem() {
+    const FileText text = m_file.read();
+    if (text.state != FileState::readable)
+        return m_file.problemOf(text);
+    const bool isUsable = text.bytes.isEmpty() || decodeJson<PrivacyModeSettings>(text.bytes);
+    return isUsable ? QString() : m_file.damageSentence();
 }
 
 } // namespace kestrin::engine

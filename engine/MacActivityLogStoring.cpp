@@ -2,9 +2,9 @@
 
 namespace kestrin::engine {
 
-bool InMemoryMacActivityLogStore::tryAppend(const MacProtectionEvent &event) {
+foundation::StoreResult InMemoryMacActivityLogStore::tryAppend(const MacProtectionEvent &event) {
     m_events.prepend(event);
-    return true;
+    return {};
 }
 
 QList<MacProtectionEvent> InMemoryMacActivityLogStore::recent(qsizetype limit) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/MacProtectionEvent.h"
+#include "foundation/StoreResult.h"
 
 #include <QList>
 
@@ -14,11 +15,13 @@ class MacActivityLogStoring {
     /// Records the event as the newest.
     void append(const MacProtectionEvent &event) { static_cast<void>(tryAppend(event)); }
     /// The same, for those who have to know whether it is recorded now.
-    [[nodiscard]] virtual bool tryAppend(const MacProtectionEvent &event) = 0;
+    [[nodiscard]] virtual foundation::StoreResult tryAppend(const MacProtectionEvent &event) = 0;
     /// The newest events, at most `limit` of them. A negative limit is a programming error and stops the
     /// program.
     virtual QList<MacProtectionEvent> recent(qsizetype limit) = 0;
 
+    /// Why what is recorded cannot be read now and reads as nothing, as a sentence; empty when it can be.
+    virtual QString problem() { return {}; }
     /// The file that changes when other processes record something; empty where they cannot.
     virtual QString file() const { return {}; }
 };
@@ -29,7 +32,7 @@ class InMemoryMacActivityLogStore : public MacActivityLogStoring {
     /// `events` come newest first.
     explicit InMemoryMacActivityLogStore(const QList<MacProtectionEvent> &events = {}) : m_events(events) {}
 
-    [[nodiscard]] bool tryAppend(const MacProtectionEvent &event) override;
+    [[nodiscard]] foundation::StoreResult tryAppend(const MacProtectionEvent &event) override;
     QList<MacProtectionEvent> recent(qsizetype limit) override;
 
   private:

@@ -46,11 +46,11 @@ PrivacyModeCheck PrivacyModeController::check(const PrivacyModeSettings &setting
     return {{matches, events}, record(events)};
 }
 
-bool PrivacyModeController::record(const QList<MacProtectionEvent> &events) {
-    bool areRecorded = true;
+StoreResult PrivacyModeController::record(const QList<MacProtectionEvent> &events) {
+    StoreResult recorded;
     for (const MacProtectionEvent &event : events)
-        areRecorded = m_logStore->tryAppend(event) && areRecorded;
-    return areRecorded;
+        recorded &= m_logStore->tryAppend(event);
+    return recorded;
 }
 
 void PrivacyModeController::appendMatchEvents(const RiskAppMatch &match, bool dryRun,

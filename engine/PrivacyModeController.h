@@ -15,7 +15,7 @@ namespace kestrin::engine {
 /// One check, and whether all of its events are in the log now.
 struct PrivacyModeCheck {
     PrivacyModeRunResult result;
-    bool isRecorded = false;
+    foundation::StoreResult recorded;
 };
 
 /// Performs one check of the running applications. Keeps nothing between checks; shares its services with
@@ -39,7 +39,7 @@ class PrivacyModeController {
     PrivacyModeCheck check(const PrivacyModeSettings &settings, bool dryRun);
 
   private:
-    bool record(const QList<MacProtectionEvent> &events);
+    foundation::StoreResult record(const QList<MacProtectionEvent> &events);
     void appendMatchEvents(const RiskAppMatch &match, bool dryRun, QList<MacProtectionEvent> &events);
 
     const RiskAppCatalog m_catalog;

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "engine/PrivacyModeSettings.h"
+#include "foundation/StoreResult.h"
 
 #include <functional>
+#include <optional>
 
 namespace kestrin::engine {
 
@@ -11,14 +13,20 @@ class PrivacyModeSettingsStoring {
   public:
     virtual ~PrivacyModeSettingsStoring() = default;
     virtual PrivacyModeSettings load() = 0;
+    /// The settings that somebody has chosen; none where nothing is stored that could be used.
+    virtual std::optional<PrivacyModeSettings> stored() { return load(); }
     void save(const PrivacyModeSettings &settings) {
-        static_cast<void>(update([&](PrivacyModeSettings &stored) { stored = settings; }));
+        static_cast<void>(update([&](PrivacyModeSettings &stored, bool) { stored = settings; }));
     }
 
-    /// Loads, changes and saves. Where processes share the settings, no other one saves in between. Returns
-    /// whether they read as changed now: what could not be saved is no matter where nothing was changed.
-    [[nodiscard]] virtual bool update(const std::function<void(PrivacyModeSettings &)> &change) = 0;
+    /// Is given the settings and whether they are stored ones.
+    using Change = std::function<void(PrivacyModeSettings &, bool areStored)>;
+    /// Loads, changes and saves. Where processes share the settings, no other one saves in between. What
+    /// could not be saved is no matter where stored settings were not changed.
+    [[nodiscard]] virtual foundation::StoreResult update(const Change &change) = 0;
 
+    /// Why what is stored cannot be used now, as a sentence; empty when it can be.
+    virtual QString problem() { return {}; }
     /// The file that changes when other processes save; empty where they cannot.
     virtual QString file() const { return {}; }
 };
@@ -29,9 +37,9 @@ class InMemoryPrivacyModeSettingsStore : public PrivacyModeSettingsStoring {
     explicit InMemoryPrivacyModeSettingsStore(const PrivacyModeSettings &initial) : settings(initial) {}
 
     PrivacyModeSettings load() override { return settings; }
-    [[nodiscard]] bool update(const std::function<void(PrivacyModeSettings &)> &change) override {
-        change(settings);
-        return true;
+    [[nodiscard]] foundation::StoreResult update(const Change &change) override {
+        change(settings, true);
+        return {};
     }
 
     PrivacyModeSettings settings;

@@ -1,28 +1,27 @@
 #include "foundation/FileLock.h"
 
-#include "foundation/FileReading.h"
+#include "foundation/LockFile.h"
 #include "foundation/PrivateFile.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <thread>
+#include <cstring>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace kestrin::foundation {
 
 namespace {
 
-bool lockNow(int descriptor) {
-    while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+bool lockNow(int descriptor, int kind) {
+    while (::flock(descriptor, kind | LOCK_NB) != 0) {
         if (errno != EINTR)
             return false;
     }
@@ -31,42 +30,16 @@ bool lockNow(int descriptor) {
 
 } // namespace
 
-std::optional<FileLock> FileLock::lockFolder(const QString &folder, std::chrono::milliseconds patience) {
-    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+std::optional<FileLock> FileLock::tryLockFile(const QString &path, const QByteArray &note, QString &problem) {
+    const int descriptor = openLockFile(path, problem);
     if (descriptor < 0)
         return std::nullopt;
     FileLock lock(descriptor);
-
-    // The holder is another process in the middle of one read and one write: short naps beat a blocking wait,
-    // which would hang with a holder that was stopped.
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    auto nap = std::chrono::microseconds(50);
-    while (!lockNow(descriptor)) {
-        // File systems without locks have no second process that could wait either.
+    if (!lockNow(descriptor, LOCK_EX)) {
         if (errno != EWOULDBLOCK)
-            return lock;
-        if (std::chrono::steady_clock::now() >= deadline)
-            return std::nullopt;
-        std::this_thread::sleep_for(nap);
-        nap = std::min(nap * 2, std::chrono::microseconds(2000));
+            problem = path + u" cannot be locked: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
+        return std::nullopt;
     }
-    return lock;
-}
-
-std::optional<FileLock> FileLock::lockFolderOf(const QString &path) {
-    using namespace std::chrono_literals;
-    const QString folder = QFileInfo(path).absolutePath();
-    return QDir().mkpath(folder) ? lockFolder(folder, 10s) : std::nullopt;
-}
-
-std::optional<FileLock> FileLock::tryLockFile(const QString &path, const QByteArray &note) {
-    const int descriptor = ::open(QFile::encodeName(path).constData(),
-                                  O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-    if (descriptor < 0)
-        return std::nullopt;
-    FileLock lock(descriptor);
-    if (!lockNow(descriptor))
-        return std::nullopt;
     // The note is a courtesy; the lock holds without it.
     if (::ftruncate(descriptor, 0) == 0)
         writeAll(descriptor, viewOf(note));
@@ -74,14 +47,21 @@ std::optional<FileLock> FileLock::tryLockFile(const QString &path, const QByteAr
 }
 
 std::optional<QByteArray> FileLock::holderOf(const QString &path) {
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    const int descriptor =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0)
         return std::nullopt;
     const FileLock own(descriptor);
-    // A shared lock is enough to find out, and two askers do not see each other.
-    if (::flock(descriptor, LOCK_SH | LOCK_NB) == 0 || errno != EWOULDBLOCK)
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
-    return readWholeFile(path).value_or(QByteArray());
+    // A shared lock is enough to find out, and two askers do not see each other.
+    if (lockNow(descriptor, LOCK_SH) || errno != EWOULDBLOCK)
+        return std::nullopt;
+    QByteArray note(256, '\0');
+    const ssize_t got = ::pread(descriptor, note.data(), static_cast<std::size_t>(note.size()), 0);
+    note.truncate(std::max<ssize_t>(got, 0));
+    return note;
 }
 
 FileLock::FileLock(FileLock &&other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
@@ -94,6 +74,10 @@ FileLock &FileLock::operator=(FileLock &&other) noexcept {
 FileLock::~FileLock() {
     if (m_descriptor >= 0)
         ::close(m_descriptor);
+}
+
+bool FileLock::isAt(const QString &path) const {
+    return isStillAt(path, m_descriptor);
 }
 
 } // namespace kestrin::foundation

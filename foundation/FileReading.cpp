@@ -8,29 +8,87 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
 
 namespace kestrin::foundation {
 
 namespace {
 
-int openRegularFile(const QByteArray &path, struct stat &status) {
-    const int descriptor = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor >= 0 && (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
-        ::close(descriptor);
-        return -1;
+FileState stateFor(int error) {
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+        return FileState::missing;
+    case EACCES:
+    case EPERM:
+        return FileState::denied;
+    case ENXIO: // a socket
+    case ENODEV:
+    case ELOOP: // links that lead to each other
+        return FileState::notAFile;
+    default:
+        return FileState::failed;
     }
-    return descriptor;
 }
 
-/// Reads until the room is full or the file ends, and returns how much that was; -1 when it cannot be read.
-qsizetype readInto(int descriptor, char *room, qsizetype size) {
+QString kindOf(const QString &path) {
+    struct stat status {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return u"a link that leads to itself"_s;
+    if (S_ISDIR(status.st_mode))
+        return u"a folder"_s;
+    if (S_ISFIFO(status.st_mode))
+        return u"a pipe"_s;
+    return S_ISSOCK(status.st_mode) ? u"a socket"_s : u"a device"_s;
+}
+
+QString sizeText(qint64 bytes) {
+    constexpr qint64 mebibyte = 1024 * 1024;
+    return QString::number(bytes / mebibyte) + u" MiB"_s;
+}
+
+} // namespace
+
+ReadableFile::ReadableFile(const QByteArray &path, qint64 limit) {
+    do {
+        m_descriptor = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    } while (m_descriptor < 0 && errno == EINTR);
+    struct stat status {};
+    if (m_descriptor < 0 || ::fstat(m_descriptor, &status) != 0) {
+        fail(errno);
+        return;
+    }
+    m_stamp = FileStamp::of(status);
+    m_isPrivate = (status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == (S_IRUSR | S_IWUSR);
+    if (!S_ISREG(status.st_mode))
+        m_state = FileState::notAFile;
+    else if (status.st_size > limit)
+        m_state = FileState::tooLarge;
+}
+
+ReadableFile::~ReadableFile() {
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
+void ReadableFile::fail(int error) {
+    m_error = error;
+    // What is open already is there, whatever the error.
+    m_state = m_descriptor < 0 ? stateFor(error) : FileState::failed;
+}
+
+qsizetype ReadableFile::read(char *room, qsizetype size) {
     qsizetype used = 0;
     while (used < size) {
-        const ssize_t got = ::read(descriptor, room + used, static_cast<std::size_t>(size - used));
+        const ssize_t got = ::read(m_descriptor, room + used, static_cast<std::size_t>(size - used));
         if (got < 0 && errno == EINTR)
             continue;
-        if (got < 0)
+        if (got < 0) {
+            fail(errno);
             return -1;
+        }
         if (got == 0)
             break;
         used += got;
@@ -38,49 +96,53 @@ qsizetype readInto(int descriptor, char *room, qsizetype size) {
     return used;
 }
 
-} // namespace
-
-int openForReading(const QString &path, qint64 &size) {
-    struct stat status {};
-    const int descriptor = openRegularFile(QFile::encodeName(path), status);
-    size = status.st_size;
-    return descriptor;
-}
-
-std::optional<QByteArray> readWholeFile(const QString &path, qsizetype spare) {
-    qint64 size = 0;
-    const int descriptor = openForReading(path, size);
-    if (descriptor < 0)
-        return std::nullopt;
-    QByteArray bytes;
+FileText readFile(const QString &path, qint64 limit, qsizetype spare) {
+    ReadableFile file(QFile::encodeName(path), limit);
+    FileText text{file.state(), {}, file.error(), file.isPrivate()};
     qsizetype used = 0;
-    qsizetype got = 0;
     // One byte more than the size tells, so that the first round finds the end.
-    for (qsizetype room = size + 1;; room = 4096) {
-        bytes.resize(used + room + spare);
-        got = readInto(descriptor, bytes.data() + used, room);
-        used += got;
+    for (qsizetype room = file.stamp().size + 1; text.state == FileState::readable; room = 4096) {
+        text.bytes.resize(used + room + spare);
+        const qsizetype got = file.read(text.bytes.data() + used, room);
+        used += std::max<qsizetype>(got, 0);
+        text.state = used > limit ? FileState::tooLarge : file.state();
+        text.error = file.error();
         if (got < room)
             break;
     }
-    ::close(descriptor);
-    if (got < 0)
-        return std::nullopt;
-    bytes.truncate(used);
-    return bytes;
+    text.bytes.truncate(text.state == FileState::readable ? used : 0);
+    return text;
+}
+
+QString describe(const QString &path, FileState state, int error, qint64 limit) {
+    switch (state) {
+    case FileState::readable:
+    case FileState::missing:
+        break;
+    case FileState::notAFile:
+        return path + u" is "_s + kindOf(path) + u" and not a file."_s;
+    case FileState::tooLarge:
+        return path + u" is larger than the "_s + sizeText(limit) + u" that Kestrin reads."_s;
+    case FileState::denied:
+    case FileState::failed:
+        return path + u" cannot be read: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
+    }
+    return {};
+}
+
+std::optional<QByteArray> readWholeFile(const QString &path) {
+    const FileText text = readFile(path, std::numeric_limits<qint64>::max());
+    return text.state == FileState::readable ? std::optional(text.bytes) : std::nullopt;
 }
 
 std::optional<FileStamp> readFileHead(const QByteArray &path, qsizetype limit, QByteArray &head) {
     head.resize(0);
-    struct stat status {};
-    const int descriptor = openRegularFile(path, status);
-    if (descriptor < 0)
+    ReadableFile file(path);
+    if (file.state() != FileState::readable)
         return std::nullopt;
     head.resize(limit);
-    const qsizetype used = readInto(descriptor, head.data(), limit);
-    ::close(descriptor);
-    head.truncate(std::max<qsizetype>(used, 0));
-    return used < 0 ? std::nullopt : std::optional(FileStamp::of(status));
+    head.truncate(std::max<qsizetype>(file.read(head.data(), limit), 0));
+    return file.state() == FileState::readable ? std::optional(file.stamp()) : std::nullopt;
 }
 
 } // namespace kestrin::foundation

@@ -10,7 +10,7 @@ namespace kestrin::foundation {
 
 /// Tells when the file at a path is created, replaced, changed or removed, by whichever process, this one
 /// included, without polling; of a link, when it leads to another file. The file's folder is watched, and
-/// made first when it is missing. Several changes may be told as one. Main thread only.
+/// made when it is missing, also later. Several changes may be told as one. Main thread only.
 class FileWatch : public QObject {
     Q_OBJECT
 
@@ -24,6 +24,7 @@ class FileWatch : public QObject {
     void changed();
 
   private:
+    void watchFolder();
     bool adopt();
     void compare();
 

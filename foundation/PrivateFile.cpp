@@ -1,7 +1,9 @@
 #include "foundation/PrivateFile.h"
 
+#include "foundation/PrivateFolder.h"
+
+#include <QDateTime>
 #include <QFile>
-#include <QFileInfo>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,9 +11,69 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace kestrin::foundation {
+
+namespace {
+
+struct Free {
+    void operator()(char *text) const { std::free(text); }
+};
+
+/// Where a file is or may be made: where a symbolic link leads to, unless it leads nowhere. Empty, with errno,
+/// when that cannot be told or something that is no file is there.
+QByteArray followedPath(const QByteArray &path) {
+    struct stat status {};
+    if (::lstat(path.constData(), &status) != 0)
+        return errno == ENOENT ? path : QByteArray();
+    QByteArray target = path;
+    if (S_ISLNK(status.st_mode)) {
+        const std::unique_ptr<char, Free> end(::realpath(path.constData(), nullptr));
+        if (!end || ::lstat(end.get(), &status) != 0)
+            return errno == ENOENT ? path : QByteArray();
+        target = end.get();
+    }
+    errno = EEXIST;
+    return S_ISREG(status.st_mode) ? target : QByteArray();
+}
+
+/// Opens a new file of this name. A file that a killed process left there makes way; nothing else does.
+int openTemporary(const QByteArray &path) {
+    const auto open = [&] {
+        return ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                      S_IRUSR | S_IWUSR);
+    };
+    const int descriptor = open();
+    struct stat status {};
+    if (descriptor >= 0 || errno != EEXIST || ::lstat(path.constData(), &status) != 0)
+        return descriptor;
+    if (S_ISREG(status.st_mode))
+        return ::unlink(path.constData()) == 0 ? open() : -1;
+    errno = EEXIST;
+    return -1;
+}
+
+/// A name beside the file that nobody has. The lock keeps others from taking it meanwhile.
+QByteArray freeNameBeside(const QByteArray &path) {
+    const QByteArray now =
+        QDateTime::currentDateTime().toString(u"yyyy-MM-ddTHH-mm-ss"_s).toLatin1();
+    const QByteArray name = path + ".damaged-" + now;
+    struct stat status {};
+    for (int number = 1; number < 100; ++number) {
+        QByteArray candidate = number == 1 ? name : name + '-' + QByteArray::number(number);
+        if (::lstat(candidate.constData(), &status) != 0)
+            return errno == ENOENT ? candidate : QByteArray();
+    }
+    errno = EEXIST;
+    return {};
+}
+
+} // namespace
 
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
@@ -25,28 +87,31 @@ bool writeAll(int descriptor, std::string_view bytes) {
     return true;
 }
 
-QString followedPath(const QString &path) {
-    const QFileInfo info(path);
-    return info.isSymLink() && info.isFile() ? info.canonicalFilePath() : path;
-}
-
 PrivateFileReplacement::PrivateFileReplacement(const QString &path,
                                                std::initializer_list<std::string_view> pieces)
-    : m_target(QFile::encodeName(followedPath(path)))
+    : m_target(followedPath(QFile::encodeName(path)))
     , m_temporary(m_target + ".new") {
+    if (m_target.isEmpty()) {
+        fail();
+        return;
+    }
+    m_folder = ::open(folderOf(m_target).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (m_folder < 0) {
+        fail();
+        return;
+    }
     // One fixed name: the lock keeps others out, and what a killed process left behind is cleaned up by the
     // next write instead of piling up.
-    ::unlink(m_temporary.constData());
-    m_descriptor = ::open(m_temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
-                          S_IRUSR | S_IWUSR);
-    if (m_descriptor < 0)
+    m_descriptor = openTemporary(m_temporary);
+    if (m_descriptor < 0) {
+        fail();
         return;
+    }
     for (const std::string_view piece : pieces) {
-        if (writeAll(m_descriptor, piece))
-            continue;
-        ::close(std::exchange(m_descriptor, -1));
-        ::unlink(m_temporary.constData());
-        return;
+        if (!writeAll(m_descriptor, piece)) {
+            fail();
+            return;
+        }
     }
 #ifdef SYNC_FILE_RANGE_WRITE
     // Only a beginning; whether the bytes have arrived is asked when they are committed.
@@ -55,20 +120,69 @@ PrivateFileReplacement::PrivateFileReplacement(const QString &path,
 }
 
 PrivateFileReplacement::~PrivateFileReplacement() {
+    fail();
+    if (m_folder >= 0)
+        ::close(m_folder);
+}
+
+/// Takes back what is not in its place yet.
+void PrivateFileReplacement::fail() {
+    m_error = errno;
     if (m_descriptor < 0)
         return;
-    ::close(m_descriptor);
+    ::close(std::exchange(m_descriptor, -1));
     ::unlink(m_temporary.constData());
 }
 
-bool PrivateFileReplacement::commit() {
-    if (m_descriptor < 0 || ::fsync(m_descriptor) != 0)
+bool PrivateFileReplacement::sync() {
+    while (m_descriptor >= 0 && ::fsync(m_descriptor) != 0) {
+        if (errno != EINTR)
+            fail();
+    }
+    return m_descriptor >= 0;
+}
+
+bool PrivateFileReplacement::moveIn() {
+    if (::rename(m_temporary.constData(), m_target.constData()) != 0) {
+        fail();
         return false;
-    const bool isClosed = ::close(std::exchange(m_descriptor, -1)) == 0;
-    if (isClosed && ::rename(m_temporary.constData(), m_target.constData()) == 0)
+    }
+    // The bytes are on the disk, so closing can tell nothing new.
+    ::close(std::exchange(m_descriptor, -1));
+    if (syncFolder(m_folder))
         return true;
-    ::unlink(m_temporary.constData());
+    m_error = errno;
     return false;
+}
+
+bool PrivateFileReplacement::moveOldAside() {
+    m_aside = freeNameBeside(m_target);
+    if (!m_aside.isEmpty() && ::rename(m_target.constData(), m_aside.constData()) == 0)
+        return true;
+    m_aside.clear();
+    fail();
+    return false;
+}
+
+bool PrivateFileReplacement::commit() {
+    return sync() && moveIn();
+}
+
+bool PrivateFileReplacement::commitBesideOld() {
+    if (!sync() || !moveOldAside())
+        return false;
+    if (moveIn())
+        return true;
+    // Back to where it was, unless the new one is there already.
+    struct stat status {};
+    if (::lstat(m_target.constData(), &status) != 0 &&
+        ::rename(m_aside.constData(), m_target.constData()) == 0)
+        m_aside.clear();
+    return false;
+}
+
+QString PrivateFileReplacement::keptOld() const {
+    return QFile::decodeName(m_aside);
 }
 
 bool replacePrivateFile(const QString &path, std::initializer_list<std::string_view> pieces) {

@@ -18,10 +18,10 @@ inline std::string_view viewOf(const QByteArray &bytes) {
 bool writeAll(int descriptor, std::string_view bytes);
 
 /// Puts the pieces, one after the other, in the place of the file at `path`. Whatever happens and whenever
-/// the process or the machine stops, the path names either the old file or the complete new one. The new file
-/// is readable and writable by its owner only. A symbolic link that leads to a file is followed; anything
-/// else at the path that is no file makes the call fail, and a failed call changes nothing. The caller holds
-/// the lock of the folder (FileLock::lockFolder), so that two writers never meet.
+/// the process or the machine stops, the path names either the old file or the complete new one, and after a
+/// success it is the new one for good. The new file is readable and writable by its owner only. A symbolic
+/// link that leads to a file is followed, a broken one replaced; anything else at the path that is no file
+/// makes the call fail. A failed call changes nothing. The caller keeps other writers out (FolderLock), so that two never meet.
 bool replacePrivateFile(const QString &path, std::initializer_list<std::string_view> pieces);
 
 /// The same in two steps, for those who have something left to find out while the disk is already at work.
@@ -36,14 +36,27 @@ class PrivateFileReplacement {
 
     /// Puts it in the old one's place, once. False when something has failed, now or before.
     bool commit();
+    /// The same, and keeps the old one beside it under a name of its own, which no file has so far.
+    bool commitBesideOld();
+
+    /// The system's number of what has failed.
+    int error() const { return m_error; }
+    /// Where the old one is now, if it was kept.
+    QString keptOld() const;
 
   private:
+    void fail();
+    bool sync();
+    bool moveIn();
+    bool moveOldAside();
+
     QByteArray m_target;
     QByteArray m_temporary;
+    QByteArray m_aside;
+    /// Of the folder that both are in.
+    int m_folder = -1;
     int m_descriptor = -1;
+    int m_error = 0;
 };
-
-/// Where the file really is: `path` itself, or what a symbolic link to an existing file leads to.
-QString followedPath(const QString &path);
 
 } // namespace kestrin::foundation

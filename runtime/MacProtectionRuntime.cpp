@@ -3,6 +3,7 @@
 #include "engine/NSWorkspaceAppInventoryService.h"
 #include "engine/NSWorkspaceRiskAppActionPerformer.h"
 #include "foundation/FileWatch.h"
+#include "runtime/ReportedStores.h"
 #include "runtime/StatusSummaries.h"
 
 #include <QDir>
@@ -24,6 +25,12 @@ namespace {
 
 constexpr qsizetype recentEventLimit = 8;
 
+QString nameOf(const RiskAppCatalog &catalog, const QString &id) {
+    const auto found = std::find_if(catalog.definitions.cbegin(), catalog.definitions.cend(),
+                                    [&](const RiskAppDefinition &definition) { return definition.id == id; });
+    return found == catalog.definitions.cend() ? u"Protected app"_s : found->displayName;
+}
+
 } // namespace
 
 const QString MacProtectionRuntime::enforceActionsKey = u"kestrin.mac.enforceActions"_s;
@@ -38,8 +45,10 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
     , m_catalog{RiskAppCatalog::defaultDefinitions()}
     , m_inventoryService(std::make_shared<NSWorkspaceAppInventoryService>(m_workspace))
     , m_actionPerformer(std::make_shared<NSWorkspaceRiskAppActionPerformer>(m_workspace))
-    , m_settingsStore(std::move(surroundings.settingsStore))
-    , m_logStore(std::move(surroundings.logStore))
+    , m_settingsStore(std::make_shared<RememberedSettings>(
+          std::move(surroundings.settingsStore), [this](const StoreResult &result) { report(result); }))
+    , m_logStore(std::make_shared<ReportedLog>(std::move(surroundings.logStore),
+                                               [this](const StoreResult &result) { report(result); }))
     , m_defaults(defaults) {
     m_storedDefinitionIDs = m_settingsStore->load().protectedDefinitionIDs;
     m_protectedDefinitionIDs =
@@ -48,6 +57,8 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
     m_enforceActions = m_defaults.boolean(enforceActionsKey).value_or(false);
     m_recentEvents = m_logStore->recent(recentEventLimit);
     refreshInventoryPreview();
+    // Nobody could hear of them yet.
+    m_toldProblems.clear();
 }
 
 MacProtectionRuntime::~MacProtectionRuntime() {
@@ -97,6 +108,8 @@ QString MacProtectionRuntime::diagnosticsText() const {
 
 void MacProtectionRuntime::start(bool privacyModeOn, const PrivacyModeSetter &setPrivacyMode) {
     setPrivacyModeSetter(setPrivacyMode);
+    for (const QString &sentence : unreadable())
+        report({sentence, {}});
     updateSettings([&](PrivacyModeSettings &settings) { settings.isEnabled = privacyModeOn; });
     Q_EMIT summariesChanged();
     refreshInventoryPreview();
@@ -113,44 +126,50 @@ void MacProtectionRuntime::setPrivacyModeSetter(const PrivacyModeSetter &setPriv
 Outcome MacProtectionRuntime::updatePrivacyMode(bool privacyModeOn, bool recordChange) {
     Outcome outcome;
     bool wasOn = privacyModeOn;
-    outcome.settingsSaved = updateSettings(
+    outcome.settings = updateSettings(
         [&](PrivacyModeSettings &settings) { wasOn = std::exchange(settings.isEnabled, privacyModeOn); });
     Q_EMIT summariesChanged();
     if (recordChange && wasOn != privacyModeOn)
-        outcome.changesRecorded = recordEvent(
+        outcome.log = recordEvent(
             privacyModeOn ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
             privacyModeOn ? u"Privacy Mode is on for this Mac."_s : u"Privacy Mode is off for this Mac."_s);
     refreshInventoryPreview();
     return outcome;
 }
 
-Outcome MacProtectionRuntime::setProtectedDefinition(const QString &id, bool enabled) {
+Outcome MacProtectionRuntime::setProtectedDefinitions(const QStringList &ids, bool enabled) {
     Outcome outcome;
-    if (m_protectedDefinitionIDs.contains(id) == enabled)
+    const auto isNews = [&](const QString &id) { return m_protectedDefinitionIDs.contains(id) != enabled; };
+    if (std::none_of(ids.cbegin(), ids.cend(), isNews))
         return outcome;
-    outcome.settingsSaved = updateSettings([&](PrivacyModeSettings &) {
-        if (enabled)
-            m_protectedDefinitionIDs.insert(id);
-        else
-            m_protectedDefinitionIDs.remove(id);
+    QStringList changed;
+    outcome.settings = updateSettings([&](PrivacyModeSettings &) {
+        for (const QString &id : ids) {
+            if (!isNews(id))
+                continue;
+            if (enabled)
+                m_protectedDefinitionIDs.insert(id);
+            else
+                m_protectedDefinitionIDs.remove(id);
+            changed.append(id);
+        }
     });
     Q_EMIT protectedDefinitionIDsChanged();
-
-    const auto found = std::find_if(m_catalog.definitions.cbegin(), m_catalog.definitions.cend(),
-                                    [&](const RiskAppDefinition &definition) { return definition.id == id; });
-    const QString name = found == m_catalog.definitions.cend() ? u"Protected app"_s : found->displayName;
     const QString change = enabled ? u" added to Mac Privacy Mode."_s : u" removed from Mac Privacy Mode."_s;
-    outcome.changesRecorded = recordEvent(MacProtectionEventKind::riskAppMatched, name + change, name);
+    for (const QString &id : std::as_const(changed)) {
+        const QString name = nameOf(m_catalog, id);
+        outcome.log &= recordEvent(MacProtectionEventKind::riskAppMatched, name + change, name);
+    }
     refreshInventoryPreview();
     return outcome;
 }
 
 Outcome MacProtectionRuntime::applyRecommendedRiskApps() {
     Outcome outcome;
-    outcome.settingsSaved =
+    outcome.settings =
         updateSettings([this](PrivacyModeSettings &) { m_protectedDefinitionIDs = defaultDefinitionIDs(); });
     Q_EMIT protectedDefinitionIDsChanged();
-    outcome.changesRecorded =
+    outcome.log =
         recordEvent(MacProtectionEventKind::riskAppMatched, u"Recommended Mac protected app list applied."_s);
     refreshInventoryPreview();
     return outcome;
@@ -161,13 +180,14 @@ Outcome MacProtectionRuntime::setEnforceActions(bool enforceActions) {
     m_enforceActions = enforceActions;
     Q_EMIT enforceActionsChanged();
     Q_EMIT summariesChanged();
-    outcome.defaultsSaved = m_defaults.setBoolean(enforceActionsKey, enforceActions);
+    outcome.defaults = m_defaults.setBoolean(enforceActionsKey, enforceActions);
+    report(outcome.defaults);
     configureRelaunchMonitor();
-    const bool isRecorded =
+    outcome.log =
         recordEvent(enforceActions ? MacProtectionEventKind::quitRequested : MacProtectionEventKind::dryRun,
                     enforceActions ? u"Mac app actions are enforcing for selected protected apps."_s
                                    : u"Mac app actions switched to preview mode."_s);
-    outcome.changesRecorded = performCheck(!enforceActions).isRecorded && isRecorded;
+    outcome.log &= performCheck(!enforceActions).recorded;
     return outcome;
 }
 
@@ -232,12 +252,27 @@ void MacProtectionRuntime::tellQuitRequests(const QList<MacProtectionEvent> &eve
     }
 }
 
-bool MacProtectionRuntime::recordEvent(MacProtectionEventKind kind, const QString &message,
-                                       const std::optional<QString> &appName) {
-    const bool isRecorded =
+StoreResult MacProtectionRuntime::recordEvent(MacProtectionEventKind kind, const QString &message,
+                                              const std::optional<QString> &appName) {
+    StoreResult recorded =
         m_logStore->tryAppend(MacProtectionEvent::create(m_clock(), kind, message, appName));
     reloadRecentEvents();
-    return isRecorded;
+    return recorded;
+}
+
+QStringList MacProtectionRuntime::unreadable() const {
+    QStringList sentences{m_settingsStore->problem(), m_defaults.problem(), m_logStore->problem()};
+    sentences.removeAll(QString());
+    return sentences;
+}
+
+void MacProtectionRuntime::report(const StoreResult &result) {
+    if (!result.notice.isEmpty())
+        Q_EMIT fileSetAside(result.notice);
+    if (result.isKept() || m_toldProblems.contains(result.problem))
+        return;
+    m_toldProblems.insert(result.problem);
+    Q_EMIT storageFailed(result.problem);
 }
 
 void MacProtectionRuntime::reloadRecentEvents() {
@@ -262,21 +297,21 @@ void MacProtectionRuntime::setMonitoring() {
 }
 
 /// Changes the settings, the selection included, while nobody else can.
-bool MacProtectionRuntime::updateSettings(const std::function<void(PrivacyModeSettings &)> &change) {
+StoreResult MacProtectionRuntime::updateSettings(const std::function<void(PrivacyModeSettings &)> &change) {
     bool isAdopted = false;
-    const bool isSaved = m_settingsStore->update([&](PrivacyModeSettings &settings) {
-        // What another process has selected since is not to be undone.
-        isAdopted = settings.protectedDefinitionIDs != m_storedDefinitionIDs;
+    StoreResult saved = m_settingsStore->update([&](PrivacyModeSettings &settings, bool areStored) {
+        // What another process has selected since is not to be undone. A fallback is nobody's choice.
+        isAdopted = areStored && settings.protectedDefinitionIDs != m_storedDefinitionIDs;
         if (isAdopted)
             m_protectedDefinitionIDs = settings.protectedDefinitionIDs;
         change(settings);
         settings.protectedDefinitionIDs = m_protectedDefinitionIDs;
     });
-    if (isSaved)
+    if (saved.isKept())
         m_storedDefinitionIDs = m_protectedDefinitionIDs;
     if (isAdopted)
         Q_EMIT protectedDefinitionIDsChanged();
-    return isSaved;
+    return saved;
 }
 
 void MacProtectionRuntime::followOtherProcesses() {

@@ -48,7 +48,7 @@ class MacProtectionRuntime : public QObject {
     Q_OBJECT
 
   public:
-    using PrivacyModeSetter = std::function<void(bool)>;
+    using PrivacyModeSetter = std::function<Outcome(bool)>;
 
     /// The user default that keeps the choice between previewing and enforcing; absent for previewing.
     static const QString enforceActionsKey;
@@ -98,7 +98,11 @@ class MacProtectionRuntime : public QObject {
     /// Saves the flag, records the change (if it is one, and if wanted) and refreshes the preview. Takes no
     /// action.
     Outcome updatePrivacyMode(bool privacyModeOn, bool recordEvent);
-    Outcome setProtectedDefinition(const QString &id, bool enabled);
+    Outcome setProtectedDefinition(const QString &id, bool enabled) {
+        return setProtectedDefinitions({id}, enabled);
+    }
+    /// Several as one change, each recorded.
+    Outcome setProtectedDefinitions(const QStringList &ids, bool enabled);
     /// Selects the whole default catalog.
     Outcome applyRecommendedRiskApps();
     /// Stores the choice, replaces the monitor, records an event and runs a check, also when the value stays
@@ -116,17 +120,31 @@ class MacProtectionRuntime : public QObject {
 
     /// The seed presets with the stored switches.
     static QList<shared::ModePreset> loadModes(const UserDefaults &defaults);
-    /// What follows from the switch at this time of day is no part of the outcome.
-    Outcome setMode(const QString &id, bool enabled);
+    Outcome setMode(const QString &id, bool enabled) { return setModes({id}, enabled); }
+    /// Several as one change, each recorded, and one evaluation.
+    Outcome setModes(const QStringList &ids, bool enabled);
     /// What the enabled presets want at this moment's local time of day; absent when none has an opinion.
     std::optional<bool> scheduledPrivacyModeState(const QDateTime &date) const;
     /// Brings Privacy Mode to what the presets want, if that differs from the saved flag.
-    void evaluateSchedules(const QDateTime &date);
+    Outcome evaluateSchedules(const QDateTime &date);
     /// Evaluates now, every minute, and when the local time has jumped. Does nothing at all while the timer
     /// runs.
     void startScheduleTimer();
 
+    // What is stored
+
+    /// Whether Privacy Mode is on in the settings, by which launches and checks go. Loads them.
+    bool isSavedOn() const { return m_settingsStore->load().isEnabled; }
+    /// Why stored values cannot be read now, a sentence for each.
+    QStringList unreadable() const;
+    /// Tells of what was stored for this runtime by others.
+    void report(const foundation::StoreResult &result);
+
   Q_SIGNALS:
+    /// A file that could not be used was set aside; a sentence.
+    void fileSetAside(const QString &sentence);
+    /// Something could not be stored, or what is stored cannot be read. A sentence, and each once.
+    void storageFailed(const QString &sentence);
     void recentEventsChanged();
     void isMonitoringChanged();
     void matchesChanged();
@@ -141,8 +159,8 @@ class MacProtectionRuntime : public QObject {
     void summariesChanged();
 
   private:
-    bool recordEvent(engine::MacProtectionEventKind kind, const QString &message,
-                     const std::optional<QString> &appName = std::nullopt);
+    foundation::StoreResult recordEvent(engine::MacProtectionEventKind kind, const QString &message,
+                                        const std::optional<QString> &appName = std::nullopt);
     void reloadRecentEvents();
     void publishPreview(qint64 runningAppCount, const QList<engine::RiskAppMatch> &matches);
     void setMonitoring();
@@ -151,7 +169,7 @@ class MacProtectionRuntime : public QObject {
     void refreshLater();
     void refresh();
     void tellQuitRequests(const QList<engine::MacProtectionEvent> &events);
-    bool updateSettings(const std::function<void(engine::PrivacyModeSettings &)> &change);
+    foundation::StoreResult updateSettings(const std::function<void(engine::PrivacyModeSettings &)> &change);
     void followOtherProcesses();
     void adoptStoredSelection();
     void adoptStoredModes();
@@ -188,6 +206,8 @@ class MacProtectionRuntime : public QObject {
     std::unique_ptr<QTimer> m_scheduleTimer;
     std::unique_ptr<TimeChangeWatch> m_timeWatch;
     PrivacyModeSetter m_privacyModeSetter;
+    /// The problems that were told.
+    QSet<QString> m_toldProblems;
     bool m_isRefreshPosted = false;
     /// What the monitor has recorded since the last refresh.
     QList<engine::MacProtectionEvent> m_reactions;

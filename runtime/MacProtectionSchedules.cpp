@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -35,6 +36,25 @@ QList<ModePreset> seedModes(const std::optional<QStringList> &enabledModeIDs) {
     for (ModePreset &mode : modes)
         mode.enabled = enabled.contains(mode.id);
     return modes;
+}
+
+/// Presets after a switch, and the names of those that it changed.
+struct SwitchedModes {
+    QList<ModePreset> modes;
+    QStringList names;
+};
+
+SwitchedModes switchedModes(const QList<ModePreset> &modes, const QStringList &ids, bool enabled) {
+    SwitchedModes switched{modes, {}};
+    for (const QString &id : ids) {
+        const auto found = std::find_if(switched.modes.begin(), switched.modes.end(),
+                                        [&](const ModePreset &mode) { return mode.id == id; });
+        if (found != switched.modes.end() && found->enabled != enabled) {
+            found->enabled = enabled;
+            switched.names.append(found->name);
+        }
+    }
+    return switched;
 }
 
 /// The minute of the day at which an hour begins.
@@ -68,34 +88,28 @@ QList<ModePreset> MacProtectionRuntime::loadModes(const UserDefaults &defaults) 
     return seedModes(defaults.stringArray(enabledModeIDsKey));
 }
 
-Outcome MacProtectionRuntime::setMode(const QString &id, bool enabled) {
+Outcome MacProtectionRuntime::setModes(const QStringList &ids, bool enabled) {
     Outcome outcome;
-    const auto isIt = [&](const ModePreset &mode) { return mode.id == id; };
-    const auto found = std::find_if(m_modes.cbegin(), m_modes.cend(), isIt);
-    if (found == m_modes.cend() || found->enabled == enabled)
+    if (switchedModes(m_modes, ids, enabled).names.isEmpty())
         return outcome;
-    const QString name = found->name;
-    const auto change = [&] { std::find_if(m_modes.begin(), m_modes.end(), isIt)->enabled = enabled; };
-    change();
-    Q_EMIT modesChanged();
-    bool isAdopted = false;
-    outcome.defaultsSaved = m_defaults.updateStringArray(enabledModeIDsKey, [&](const auto &stored) {
+    QStringList names;
+    outcome.defaults = m_defaults.updateStringArray(enabledModeIDsKey, [&](const auto &stored) {
         // What another process has switched since is not to be undone.
-        isAdopted = stored != m_storedModeIDs;
-        if (isAdopted) {
-            m_modes = seedModes(stored);
-            change();
-        }
+        const QList<ModePreset> before = stored == m_storedModeIDs ? m_modes : seedModes(stored);
+        const SwitchedModes switched = switchedModes(before, ids, enabled);
+        m_modes = switched.modes;
+        names = switched.names;
         return enabledIDs(m_modes);
     });
-    if (outcome.defaultsSaved)
+    report(outcome.defaults);
+    if (outcome.defaults.isKept())
         m_storedModeIDs = enabledIDs(m_modes);
-    if (isAdopted)
-        Q_EMIT modesChanged();
-    outcome.changesRecorded =
-        recordEvent(enabled ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
-                    name + (enabled ? u" enabled."_s : u" disabled."_s));
-    evaluateSchedules(m_clock());
+    Q_EMIT modesChanged();
+    for (const QString &name : std::as_const(names))
+        outcome.log &= recordEvent(enabled ? MacProtectionEventKind::privacyModeOn
+                                           : MacProtectionEventKind::privacyModeOff,
+                                   name + (enabled ? u" enabled."_s : u" disabled."_s));
+    outcome &= evaluateSchedules(m_clock());
     return outcome;
 }
 
@@ -119,16 +133,19 @@ std::optional<bool> MacProtectionRuntime::scheduledPrivacyModeState(const QDateT
                        [&](const ModePreset &mode) { return takesPart(mode) && isActive(mode, minute); });
 }
 
-void MacProtectionRuntime::evaluateSchedules(const QDateTime &date) {
+Outcome MacProtectionRuntime::evaluateSchedules(const QDateTime &date) {
+    Outcome outcome;
     const std::optional<bool> wanted = scheduledPrivacyModeState(date);
-    if (!wanted || *wanted == m_settingsStore->load().isEnabled)
-        return;
-    recordEvent(*wanted ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
+    if (!wanted || *wanted == isSavedOn())
+        return outcome;
+    // The presets' own switches are nobody's choice where somebody's cannot be read.
+    if (!m_storedModeIDs && !m_defaults.problem().isEmpty())
+        return outcome;
+    outcome.log = recordEvent(*wanted ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
                 *wanted ? u"Schedule turned Privacy Mode on."_s : u"Schedule turned Privacy Mode off."_s);
-    if (m_privacyModeSetter)
-        m_privacyModeSetter(*wanted);
-    else
-        updatePrivacyMode(*wanted, true);
+    outcome &= m_privacyModeSetter ? m_privacyModeSetter(*wanted) : updatePrivacyMode(*wanted, true);
+    outcome.switchedBySchedules = wanted;
+    return outcome;
 }
 
 void MacProtectionRuntime::startScheduleTimer() {

@@ -1,8 +1,12 @@
 #include "runtime/MonitoringClaim.h"
 
-#include <QCoreApplication>
-#include <QDir>
+#include "foundation/PrivateFolder.h"
 
+#include <QCoreApplication>
+#include <QFile>
+
+#include <cerrno>
+#include <cstring>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -20,19 +24,52 @@ QString lockPath(const QString &supportFolder) {
 
 } // namespace
 
-MonitoringClaim MonitoringClaim::make(const QString &supportFolder, const QString &program) {
-    QDir().mkpath(supportFolder);
-    const QString note = program + u", process "_s + QString::number(QCoreApplication::applicationPid());
-    MonitoringClaim claim;
+MonitoringClaim::MonitoringClaim(const QString &supportFolder, const QString &program)
+    : m_folder(supportFolder)
+    , m_program(program) {
+    claim();
+    if (!isHeld())
+        return;
+    m_watch = std::make_unique<FileWatch>(lockPath(m_folder));
+    connect(m_watch.get(), &FileWatch::changed, this, &MonitoringClaim::keep);
+}
+
+void MonitoringClaim::claim() {
+    m_lock.reset();
+    m_holder.reset();
+    m_problem.clear();
+    if (!makePrivateFolder(QFile::encodeName(m_folder))) {
+        m_problem = m_folder + u" cannot be written: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
+        return;
+    }
+    const QString note =
+        m_program + u", process "_s + QString::number(QCoreApplication::applicationPid());
     // Who only asks for the holder is in the way for an instant, and is gone when one looks who it was.
-    for (int attempt = 0; attempt < 5 && !claim.lock && !claim.holder; ++attempt) {
+    for (int attempt = 0; attempt < 5 && !m_lock && !m_holder && m_problem.isEmpty(); ++attempt) {
         if (attempt > 0)
             std::this_thread::sleep_for(10ms);
-        claim.lock = FileLock::tryLockFile(lockPath(supportFolder), note.toUtf8());
-        if (!claim.lock)
-            claim.holder = currentHolder(supportFolder);
+        m_lock = FileLock::tryLockFile(lockPath(m_folder), note.toUtf8(), m_problem);
+        if (!m_lock && m_problem.isEmpty())
+            m_holder = currentHolder(m_folder);
     }
-    return claim;
+}
+
+void MonitoringClaim::keep() {
+    if (!m_lock || m_lock->isAt(lockPath(m_folder)))
+        return;
+    claim();
+    if (!m_lock)
+        Q_EMIT lost();
+}
+
+QString MonitoringClaim::obstacle() const {
+    return u"Nothing can be watched: "_s +
+           (m_problem.isEmpty() ? m_folder + u" is claimed by other programs again and again."_s : m_problem);
+}
+
+QString MonitoringClaim::lossSentence() const {
+    return m_holder ? u"Privacy Mode is watched by "_s + *m_holder + u" now, so it is not watched here any more."_s
+                    : obstacle();
 }
 
 std::optional<QString> MonitoringClaim::currentHolder(const QString &supportFolder) {

@@ -1,22 +1,29 @@
 #pragma once
 
+#include "foundation/StoreResult.h"
+
+#include <optional>
+
 namespace kestrin::runtime {
 
 /// What became of the changes that an operation made. The operation does not fail by it: whatever follows
 /// from a change that could not be kept has followed all the same.
 struct Outcome {
-    /// The settings are what they were to become.
-    bool settingsSaved = true;
-    /// So are the user defaults.
-    bool defaultsSaved = true;
-    /// The changes are in the activity log.
-    bool changesRecorded = true;
+    foundation::StoreResult settings;
+    foundation::StoreResult defaults;
+    foundation::StoreResult log;
+    /// What the schedules have made of Privacy Mode, if they have switched it.
+    std::optional<bool> switchedBySchedules;
+
+    bool isKept() const { return settings.isKept() && defaults.isKept() && log.isKept(); }
 
     /// Of several operations.
     Outcome &operator&=(const Outcome &other) {
-        settingsSaved = settingsSaved && other.settingsSaved;
-        defaultsSaved = defaultsSaved && other.defaultsSaved;
-        changesRecorded = changesRecorded && other.changesRecorded;
+        settings &= other.settings;
+        defaults &= other.defaults;
+        log &= other.log;
+        if (other.switchedBySchedules)
+            switchedBySchedules = other.switchedBySchedules;
         return *this;
     }
 };

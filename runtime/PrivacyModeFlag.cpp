@@ -6,6 +6,8 @@
 
 namespace kestrin::runtime {
 
+using namespace foundation;
+
 const QString PrivacyModeFlag::key = QStringLiteral("kestrin.mac.privacyModeOn");
 
 PrivacyModeFlag::PrivacyModeFlag(UserDefaults &defaults, MacProtectionRuntime &runtime, QObject *parent)
@@ -13,7 +15,7 @@ PrivacyModeFlag::PrivacyModeFlag(UserDefaults &defaults, MacProtectionRuntime &r
     , m_defaults(defaults)
     , m_runtime(runtime)
     , m_known(isOn()) {
-    m_runtime.setPrivacyModeSetter([this](bool on) { setOn(on); });
+    m_runtime.setPrivacyModeSetter([this](bool on) { return setOn(on); });
 }
 
 PrivacyModeFlag::~PrivacyModeFlag() {
@@ -21,7 +23,10 @@ PrivacyModeFlag::~PrivacyModeFlag() {
 }
 
 bool PrivacyModeFlag::isOn() const {
-    return m_defaults.boolean(key).value_or(true);
+    if (const auto stored = m_defaults.boolean(key))
+        return *stored;
+    // Without anything stored it is on. What cannot be read is nobody's choice.
+    return m_defaults.problem().isEmpty() || m_runtime.isSavedOn();
 }
 
 Outcome PrivacyModeFlag::setOn(bool on) {
@@ -29,13 +34,16 @@ Outcome PrivacyModeFlag::setOn(bool on) {
     // recorded.
     Outcome outcome = m_runtime.updatePrivacyMode(on, true);
     // A flag that the engine does not follow would be a lie.
-    if (!outcome.settingsSaved)
+    if (!outcome.settings.isKept())
         return outcome;
     const bool before = std::exchange(m_known, on);
-    // Without anything stored it is on.
-    outcome.defaultsSaved = m_defaults.setBoolean(key, on) || isOn() == on;
-    if (!outcome.defaultsSaved)
+    const StoreResult stored = m_defaults.setBoolean(key, on);
+    m_runtime.report(stored);
+    const bool readsSo = m_defaults.problem().isEmpty() && isOn() == on;
+    if (!stored.isKept() && !readsSo) {
+        outcome.defaults = stored;
         m_known = before;
+    }
     if (m_known != before)
         Q_EMIT changed();
     return outcome;
@@ -43,7 +51,7 @@ Outcome PrivacyModeFlag::setOn(bool on) {
 
 void PrivacyModeFlag::startRuntime() {
     connect(&m_defaults, &UserDefaults::changed, this, &PrivacyModeFlag::follow, Qt::UniqueConnection);
-    m_runtime.start(isOn(), [this](bool on) { setOn(on); });
+    m_runtime.start(isOn(), [this](bool on) { return setOn(on); });
 }
 
 void PrivacyModeFlag::follow(const QString &changedKey) {

@@ -2,7 +2,9 @@
 
 namespace kestrin::runtime {
 
-bool UserDefaults::setStringArray(const QString &key, const QStringList &value) {
+using namespace foundation;
+
+StoreResult UserDefaults::setStringArray(const QString &key, const QStringList &value) {
     return updateStringArray(key, [&](const auto &) { return value; });
 }
 
@@ -16,20 +18,20 @@ std::optional<QStringList> InMemoryUserDefaults::stringArray(const QString &key)
     return value.typeId() == QMetaType::QStringList ? std::optional(value.toStringList()) : std::nullopt;
 }
 
-bool InMemoryUserDefaults::setBoolean(const QString &key, bool value) {
+StoreResult InMemoryUserDefaults::setBoolean(const QString &key, bool value) {
     return set(key, value);
 }
 
-bool InMemoryUserDefaults::updateStringArray(const QString &key, const StringArrayChange &change) {
+StoreResult InMemoryUserDefaults::updateStringArray(const QString &key, const StringArrayChange &change) {
     return set(key, change(stringArray(key)));
 }
 
-bool InMemoryUserDefaults::set(const QString &key, const QVariant &value) {
+StoreResult InMemoryUserDefaults::set(const QString &key, const QVariant &value) {
     const QVariant before = m_values.value(key);
     m_values.insert(key, value);
     if (value != before)
         Q_EMIT changed(key);
-    return true;
+    return {};
 }
 
 } // namespace kestrin::runtime

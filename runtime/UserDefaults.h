@@ -1,6 +1,8 @@
 // The user's preferences: typed values under string keys, shared by every process of the user.
 #pragma once
 
+#include "foundation/StoreResult.h"
+
 #include <QHash>
 #include <QObject>
 #include <QStringList>
@@ -24,16 +26,17 @@ class UserDefaults : public QObject {
     virtual std::optional<bool> boolean(const QString &key) const = 0;
     /// The list of strings stored under `key`; absent when there is no value or one of another type.
     virtual std::optional<QStringList> stringArray(const QString &key) const = 0;
-    /// Returns whether the value is stored now.
-    virtual bool setBoolean(const QString &key, bool value) = 0;
-    /// The same.
-    bool setStringArray(const QString &key, const QStringList &value);
+    virtual foundation::StoreResult setBoolean(const QString &key, bool value) = 0;
+    foundation::StoreResult setStringArray(const QString &key, const QStringList &value);
     /// Puts what `change` makes of the stored list in its place. Where a file is shared by processes, no
-    /// other one stores in between; the user defaults of macOS know no such lock. Returns whether the new
-    /// list is stored now.
-    virtual bool updateStringArray(const QString &key, const StringArrayChange &change) = 0;
-    /// Whether values can be stored now, as far as can be told without storing one.
-    virtual bool isWritable() const { return true; }
+    /// other one stores in between; the user defaults of macOS know no such lock.
+    virtual foundation::StoreResult updateStringArray(const QString &key, const StringArrayChange &change) = 0;
+    /// Why values cannot be stored now, as far as can be told without storing one, as a sentence; empty when
+    /// they can be.
+    virtual QString obstacle() const { return {}; }
+    /// Why what is stored cannot be used now, as a sentence; empty when it can be. Values read as they were
+    /// last, or as absent, then.
+    virtual QString problem() const { return {}; }
 
   Q_SIGNALS:
     /// The value under `key` is another one than before, whoever changed it: this object, another one over
@@ -50,11 +53,11 @@ class InMemoryUserDefaults : public UserDefaults {
 
     std::optional<bool> boolean(const QString &key) const override;
     std::optional<QStringList> stringArray(const QString &key) const override;
-    bool setBoolean(const QString &key, bool value) override;
-    bool updateStringArray(const QString &key, const StringArrayChange &change) override;
+    foundation::StoreResult setBoolean(const QString &key, bool value) override;
+    foundation::StoreResult updateStringArray(const QString &key, const StringArrayChange &change) override;
 
   private:
-    bool set(const QString &key, const QVariant &value);
+    foundation::StoreResult set(const QString &key, const QVariant &value);
 
     QHash<QString, QVariant> m_values;
 };

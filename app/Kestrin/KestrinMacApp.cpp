@@ -5,6 +5,8 @@
 #include "design/KestrinAppearance.h"
 #include "desktop/Platform.h"
 #include "desktop/appearance/Appearance.h"
+#include "foundation/BaseDirectories.h"
+#include "foundation/PrivateFolder.h"
 #include "runtime/FileStores.h"
 #include "runtime/MonitoringClaim.h"
 
@@ -17,6 +19,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
 using namespace kestrin::app;
 using namespace kestrin::foundation;
 using namespace kestrin::runtime;
@@ -25,6 +28,7 @@ using namespace kestrin::desktop;
 
 namespace {
 
+constexpr int claimLost = 1;
 constexpr int wrongUsage = 2;
 
 QStringList argumentsOf(int argc, char **argv) {
@@ -87,6 +91,7 @@ int giveWay(const QString &holder, const LaunchOptions &options, const Launch &l
 } // namespace
 
 int main(int argc, char **argv) {
+    ignoreRelativeBaseDirectories();
     QCoreApplication::setApplicationName(u"Kestrin"_s); // as screen readers say it
     QCoreApplication::setApplicationVersion(QStringLiteral(KESTRIN_VERSION));
     QGuiApplication::setApplicationDisplayName(u"Kestrin"_s);
@@ -120,12 +125,21 @@ int main(int argc, char **argv) {
     KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow, *loginItem);
 
     const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
-    const MonitoringClaim claim = MonitoringClaim::make(folder, u"Kestrin"_s);
-    if (claim.holder)
-        return giveWay(*claim.holder, options, launch);
+    closeToOthers(folder);
+    const MonitoringClaim claim(folder, u"Kestrin"_s);
+    if (claim.holder())
+        return giveWay(*claim.holder(), options, launch);
+    if (!claim.isHeld()) {
+        launch.refuse(claim.obstacle());
+        return 1;
+    }
+    QObject::connect(&claim, &MonitoringClaim::lost, &application, [] { QCoreApplication::exit(claimLost); });
     kestrin.protect(*defaults, {.workspace = *workspace,
                                 .settingsStore = settingsStoreIn(folder),
                                 .logStore = activityLogIn(folder),
                                 .watchTime = makeTimeChangeWatch});
-    return QGuiApplication::exec();
+    const int result = QGuiApplication::exec();
+    if (!claim.isHeld())
+        launch.refuse(claim.lossSentence());
+    return result;
 }

@@ -1,12 +1,8 @@
 #include "desktop/defaults/JSONUserDefaults.h"
 
-#include "foundation/FileLock.h"
-#include "foundation/FileReading.h"
-#include "foundation/PrivateFile.h"
+#include "foundation/PrivateFolder.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMetaMethod>
@@ -15,6 +11,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <utility>
 
 namespace kestrin::desktop {
@@ -23,6 +21,16 @@ using namespace foundation;
 using namespace runtime;
 
 namespace {
+
+/// None when what is there cannot be used.
+std::optional<QJsonObject> valuesIn(const FileText &text) {
+    const bool isNothingStored =
+        text.state == FileState::missing || (text.state == FileState::readable && text.bytes.isEmpty());
+    if (isNothingStored)
+        return QJsonObject();
+    const QJsonDocument document = QJsonDocument::fromJson(text.bytes);
+    return document.isObject() ? std::optional(document.object()) : std::nullopt;
+}
 
 std::optional<QStringList> strings(const QJsonValue &value) {
     const QJsonArray array = value.toArray();
@@ -40,7 +48,7 @@ std::optional<QStringList> strings(const QJsonValue &value) {
 
 JSONUserDefaults::JSONUserDefaults(const QString &path, QObject *parent)
     : UserDefaults(parent)
-    , m_path(path) {}
+    , m_file{path, sizeLimit} {}
 
 QString JSONUserDefaults::standardPath() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
@@ -56,49 +64,64 @@ std::optional<QStringList> JSONUserDefaults::stringArray(const QString &key) con
     return strings(load().value(key));
 }
 
-bool JSONUserDefaults::setBoolean(const QString &key, bool value) {
+StoreResult JSONUserDefaults::setBoolean(const QString &key, bool value) {
     return update(key, [value](const auto &) { return value; });
 }
 
-bool JSONUserDefaults::updateStringArray(const QString &key, const StringArrayChange &change) {
+StoreResult JSONUserDefaults::updateStringArray(const QString &key, const StringArrayChange &change) {
     return update(key, [&change](const QJsonValue &stored) {
         return QJsonArray::fromStringList(change(strings(stored)));
     });
 }
 
-bool JSONUserDefaults::isWritable() const {
-    const QString folder = QFileInfo(m_path).absolutePath();
-    return QDir().mkpath(folder) && ::access(QFile::encodeName(folder).constData(), W_OK) == 0;
+QString JSONUserDefaults::obstacle() const {
+    const QByteArray folder = folderOf(QFile::encodeName(m_file.path));
+    if (!makePrivateFolder(folder) || ::access(folder.constData(), W_OK) != 0)
+        return QFile::decodeName(folder) + QStringLiteral(" cannot be written: ") +
+               QString::fromLocal8Bit(std::strerror(errno)) + u'.';
+    // What may not be read is set aside, so it is not in the way.
+    const FileText text = m_file.read();
+    return text.state == FileState::denied ? QString() : m_file.problemOf(text);
 }
 
-QJsonObject JSONUserDefaults::load() const {
-    return QJsonDocument::fromJson(readWholeFile(m_path).value_or(QByteArray())).object();
+QString JSONUserDefaults::problem() const {
+    const FileText text = m_file.read();
+    if (text.state != FileState::readable)
+        return m_file.problemOf(text);
+    return valuesIn(text) ? QString() : m_file.damageSentence();
 }
 
-bool JSONUserDefaults::update(const QString &key,
-                              const std::function<QJsonValue(const QJsonValue &)> &change) {
+const QJsonObject &JSONUserDefaults::load() const {
+    if (const auto values = valuesIn(m_file.read()))
+        m_read = *values;
+    return m_read;
+}
+
+StoreResult JSONUserDefaults::update(const QString &key,
+                                     const std::function<QJsonValue(const QJsonValue &)> &change) {
+    StoreResult result;
     {
-        const auto lock = FileLock::lockFolderOf(m_path);
-        QJsonObject values = load();
+        StoredFileChange file(m_file);
+        const auto stored = valuesIn(file.text());
+        QJsonObject values = stored.value_or(m_read);
         const QJsonValue former = values.value(key);
         const QJsonValue value = change(former);
-        if (value == former)
-            return true;
+        if (stored && value == former)
+            return {};
         if (!m_watch)
             m_known = values;
         values.insert(key, value);
-        const QByteArray text = QJsonDocument(values).toJson();
-        if (!lock || !replacePrivateFile(m_path, {viewOf(text)}))
-            return false;
+        result = file.replaceBy(QJsonDocument(values).toJson(), !stored);
     }
-    tellDifferences();
-    return true;
+    if (result.isKept())
+        tellDifferences();
+    return result;
 }
 
 void JSONUserDefaults::connectNotify(const QMetaMethod &signal) {
     if (m_watch || signal != QMetaMethod::fromSignal(&UserDefaults::changed))
         return;
-    m_watch = std::make_unique<FileWatch>(m_path);
+    m_watch = std::make_unique<FileWatch>(m_file.path);
     m_known = load();
     connect(m_watch.get(), &FileWatch::changed, this, &JSONUserDefaults::tellDifferences);
 }

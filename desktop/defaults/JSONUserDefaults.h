@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/FileWatch.h"
+#include "foundation/StoredFile.h"
 #include "runtime/UserDefaults.h"
 
 #include <QJsonObject>
@@ -14,11 +15,15 @@ namespace kestrin::desktop {
 ///
 /// Every read asks the file, so that what another process stored is seen at once. Once somebody listens to
 /// `changed` the file is watched; an event loop has to run for changes of other processes to be told. Keys
-/// and values that this class does not know stay as they are. A file that is no JSON object reads as empty.
+/// and values that this class does not know stay as they are. A file that is no JSON object is nobody's
+/// choice: values read as they were last, or as absent, and the next one that is stored sets it aside.
 class JSONUserDefaults final : public runtime::UserDefaults {
     Q_OBJECT
 
   public:
+    /// Preferences that are larger are none of ours.
+    static constexpr qint64 sizeLimit = 1024 * 1024;
+
     /// Touches no file.
     explicit JSONUserDefaults(const QString &path, QObject *parent = nullptr);
 
@@ -27,20 +32,24 @@ class JSONUserDefaults final : public runtime::UserDefaults {
 
     std::optional<bool> boolean(const QString &key) const override;
     std::optional<QStringList> stringArray(const QString &key) const override;
-    bool setBoolean(const QString &key, bool value) override;
-    bool updateStringArray(const QString &key, const StringArrayChange &change) override;
+    foundation::StoreResult setBoolean(const QString &key, bool value) override;
+    foundation::StoreResult updateStringArray(const QString &key, const StringArrayChange &change) override;
     /// Makes the folder when it is missing.
-    bool isWritable() const override;
+    QString obstacle() const override;
+    QString problem() const override;
 
   protected:
     void connectNotify(const QMetaMethod &signal) override;
 
   private:
-    QJsonObject load() const;
-    bool update(const QString &key, const std::function<QJsonValue(const QJsonValue &)> &change);
+    const QJsonObject &load() const;
+    foundation::StoreResult update(const QString &key,
+                                   const std::function<QJsonValue(const QJsonValue &)> &change);
     void tellDifferences();
 
-    QString m_path;
+    const foundation::StoredFile m_file;
+    /// What was read last.
+    mutable QJsonObject m_read;
     /// What listeners have been told of.
     QJsonObject m_known;
     std::unique_ptr<foundation::FileWatch> m_watch;

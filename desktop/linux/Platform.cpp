@@ -4,11 +4,14 @@
 #include "desktop/defaults/JSONUserDefaults.h"
 #include "desktop/login/FileLoginItem.h"
 #include "desktop/x11/X11Workspace.h"
+#include "foundation/PrivateFolder.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 namespace kestrin::desktop {
 
+using namespace foundation;
 using namespace engine;
 using namespace runtime;
 
@@ -19,7 +22,9 @@ std::unique_ptr<Workspace> makeWorkspace() {
 }
 
 std::unique_ptr<UserDefaults> makeUserDefaults() {
-    return std::make_unique<JSONUserDefaults>(JSONUserDefaults::standardPath());
+    const QString path = JSONUserDefaults::standardPath();
+    closeToOthers(QFileInfo(path).path());
+    return std::make_unique<JSONUserDefaults>(path);
 }
 
 QString userDefaultsLocation() {

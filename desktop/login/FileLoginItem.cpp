@@ -1,8 +1,9 @@
 #include "desktop/login/FileLoginItem.h"
 
-#include "foundation/FileLock.h"
 #include "foundation/FileReading.h"
+#include "foundation/FolderLock.h"
 #include "foundation/PrivateFile.h"
+#include "foundation/PrivateFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -67,7 +68,9 @@ bool FileLoginItem::isForAllUsers() const {
 void FileLoginItem::write(bool enabled) const {
     // Where the program is does not matter to a file that says that it is not started.
     const QByteArray text = m_file.text(hasProgram() ? m_program : u"kestrin"_s, enabled);
-    if (const auto lock = FileLock::lockFolderOf(path()))
+    const QString folder = m_file.folders.first();
+    const FolderLock lock(QDir::cleanPath(folder + u'/' + m_file.lockFolder));
+    if (lock.isHeld() && makePrivateFolder(QFile::encodeName(folder)))
         replacePrivateFile(path(), {viewOf(text)});
 }
 

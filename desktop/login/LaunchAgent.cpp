@@ -60,6 +60,7 @@ LoginFile launchAgent() {
             {u"Kestrin"_s, u"../"_s + bundled, QDir::homePath() + u"/Applications/"_s + bundled,
              u"/Applications/"_s + bundled},
             {QDir::homePath() + u"/Library/LaunchAgents"_s},
+            u"../Application Support/Kestrin"_s,
             agentText,
             agentStarts};
 }

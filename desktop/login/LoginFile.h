@@ -15,6 +15,8 @@ struct LoginFile {
     /// Where the file may be: first the user's own folder, then those for all users. Only the first file
     /// counts.
     QStringList folders;
+    /// The folder whose lock writers take, seen from the user's own folder.
+    QString lockFolder;
     /// What to write so that `program`, an absolute path, is started in the background, or is not although a
     /// folder for all users says so.
     QByteArray (*text)(const QString &program, bool starts) = nullptr;

@@ -21,9 +21,9 @@ class NSUserDefaultsStore final : public runtime::UserDefaults {
 
     std::optional<bool> boolean(const QString &key) const override;
     std::optional<QStringList> stringArray(const QString &key) const override;
-    bool setBoolean(const QString &key, bool value) override;
+    foundation::StoreResult setBoolean(const QString &key, bool value) override;
     /// The system has no lock that would keep other processes away meanwhile.
-    bool updateStringArray(const QString &key, const StringArrayChange &change) override;
+    foundation::StoreResult updateStringArray(const QString &key, const StringArrayChange &change) override;
 
   protected:
     void connectNotify(const QMetaMethod &signal) override;

@@ -16,6 +16,10 @@ using namespace runtime;
 
 namespace {
 
+StoreResult resultOf(bool isStored) {
+    return {isStored ? QString() : QStringLiteral("The preferences cannot be written."), {}};
+}
+
 NSString *applicationDomain() {
     return @KESTRIN_BUNDLE_IDENTIFIER;
 }
@@ -114,22 +118,22 @@ std::optional<QStringList> NSUserDefaultsStore::stringArray(const QString &key) 
     }
 }
 
-bool NSUserDefaultsStore::setBoolean(const QString &key, bool value) {
+StoreResult NSUserDefaultsStore::setBoolean(const QString &key, bool value) {
     if (boolean(key) == value)
-        return true;
+        return {};
     bool isStored = false;
     @autoreleasepool {
         isStored = d->set(key, [NSNumber numberWithBool:value]);
     }
     tellDifferences();
-    return isStored;
+    return resultOf(isStored);
 }
 
-bool NSUserDefaultsStore::updateStringArray(const QString &key, const StringArrayChange &change) {
+StoreResult NSUserDefaultsStore::updateStringArray(const QString &key, const StringArrayChange &change) {
     const std::optional<QStringList> former = stringArray(key);
     const QStringList value = change(former);
     if (former == value)
-        return true;
+        return {};
     bool isStored = false;
     @autoreleasepool {
         NSMutableArray *array = [NSMutableArray array];
@@ -138,7 +142,7 @@ bool NSUserDefaultsStore::updateStringArray(const QString &key, const StringArra
         isStored = d->set(key, array);
     }
     tellDifferences();
-    return isStored;
+    return resultOf(isStored);
 }
 
 void NSUserDefaultsStore::connectNotify(const QMetaMethod &signal) {

@@ -48,6 +48,10 @@ KestrinApplication::~KestrinApplication() {
 void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundings surroundings) {
     m_protection.emplace(defaults, std::move(surroundings));
     connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
+    connect(&m_protection->runtime, &MacProtectionRuntime::fileSetAside, this,
+            &KestrinApplication::showSentence);
+    connect(&m_protection->runtime, &MacProtectionRuntime::storageFailed, this,
+            &KestrinApplication::showSentence);
     connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
     connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     if (m_start == Start::withWindow)
@@ -97,9 +101,15 @@ void KestrinApplication::tell(const MacProtectionEvent &event) {
     const bool isSeen = m_window && m_window->window().isActive();
     if (isSeen || !m_notices || !m_quitNotices.isDue(event, std::chrono::steady_clock::now()))
         return;
-    if (!m_notices->show(event.message) && m_tray)
+    showSentence(event.message);
+}
+
+void KestrinApplication::showSentence(const QString &sentence) {
+    if (!m_notices)
+        m_notices.emplace();
+    if (!m_notices->show(sentence) && m_tray)
         QMetaObject::invokeMethod(m_tray.get(), "showMessage", Q_ARG(QString, u"Kestrin"_s),
-                                  Q_ARG(QString, event.message));
+                                  Q_ARG(QString, sentence));
 }
 
 } // namespace kestrin::app

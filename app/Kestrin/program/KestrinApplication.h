@@ -39,6 +39,7 @@ class KestrinApplication : public QObject {
     void takeWindowClosed();
     void followTray();
     void tell(const engine::MacProtectionEvent &event);
+    void showSentence(const QString &sentence);
 
     const Start m_start;
     desktop::RunningInstance m_instance;

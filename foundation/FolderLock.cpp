@@ -1,0 +1,192 @@
+#include "foundation/FolderLock.h"
+
+#include "foundation/Deadline.h"
+#include "foundation/LockFile.h"
+#include "foundation/PrivateFolder.h"
+
+#include <QFile>
+#include <QHash>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <optional>
+#include <thread>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin::foundation {
+
+namespace {
+
+// Locks of the open file, so that closing another descriptor of it gives nothing back. Where the system has
+// none it is the process that holds them.
+#ifdef F_OFD_SETLK
+constexpr int setLock = F_OFD_SETLK;
+constexpr int getLock = F_OFD_GETLK;
+#else
+constexpr int setLock = F_SETLK;
+constexpr int getLock = F_GETLK;
+#endif
+
+/// Whoever looks for a place locks this byte, for that moment.
+constexpr off_t door = 0;
+constexpr off_t firstPlace = 1;
+
+/// Up to the end of all places when there is no length.
+struct flock span(short type, off_t start, off_t length = 0) {
+    struct flock lock {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = start;
+    lock.l_len = length;
+    return lock;
+}
+
+int control(int descriptor, int command, struct flock &lock) {
+    int result = 0;
+    do {
+        result = ::fcntl(descriptor, command, &lock);
+    } while (result != 0 && errno == EINTR);
+    return result;
+}
+
+bool isTaken(int error) {
+    return error == EAGAIN || error == EACCES;
+}
+
+/// The places of one lock file.
+class Queue {
+  public:
+    Queue(int descriptor, const Deadline &deadline, std::optional<off_t> &stuck)
+        : m_descriptor(descriptor)
+        , m_deadline(deadline)
+        , m_stuck(stuck) {}
+
+    /// 0 when it is our turn, otherwise the system's number of what is in the way; ETIMEDOUT for a holder.
+    int waitForTurn() {
+        if (const int error = enter(); error != 0)
+            return error;
+        return wait([this] { return lowestTaken(); });
+    }
+
+  private:
+    /// Takes the first place behind everybody else.
+    int enter() {
+        struct flock lock = span(F_WRLCK, door, 1);
+        const int error = wait([&]() -> std::optional<off_t> {
+            if (control(m_descriptor, setLock, lock) == 0)
+                return std::nullopt;
+            m_error = isTaken(errno) ? 0 : errno;
+            return door;
+        });
+        if (error != 0)
+            return error;
+        m_place = firstPlace;
+        while (const auto taken = firstTaken(m_place, 0))
+            m_place = *taken + 1;
+        struct flock place = span(F_WRLCK, m_place, 1);
+        if (m_error == 0 && control(m_descriptor, setLock, place) != 0)
+            m_error = errno;
+        lock.l_type = F_UNLCK;
+        control(m_descriptor, setLock, lock);
+        return m_error;
+    }
+
+    /// A place that somebody else has in this range.
+    std::optional<off_t> firstTaken(off_t start, off_t length) {
+        struct flock lock = span(F_WRLCK, start, length);
+        if (control(m_descriptor, getLock, lock) != 0) {
+            m_error = errno;
+            return std::nullopt;
+        }
+        return lock.l_type == F_UNLCK ? std::nullopt : std::optional(lock.l_start);
+    }
+
+    /// The place of whoever has the turn, if he is in front of us.
+    std::optional<off_t> lowestTaken() {
+        std::optional<off_t> lowest;
+        for (off_t end = m_place; end > firstPlace; end = *lowest) {
+            const auto taken = firstTaken(firstPlace, end - firstPlace);
+            if (!taken)
+                break;
+            lowest = taken;
+        }
+        return lowest;
+    }
+
+    /// Waits until `holder` finds nobody, in naps, because a blocking wait could not be given up.
+    template <typename Holder>
+    int wait(const Holder &holder) {
+        auto nap = std::chrono::microseconds(50);
+        while (const std::optional<off_t> place = holder()) {
+            if (m_error != 0)
+                return m_error;
+            if (m_stuck == place || m_deadline.remaining().count() == 0) {
+                m_stuck = place;
+                return ETIMEDOUT;
+            }
+            std::this_thread::sleep_for(nap);
+            nap = std::min(nap * 2, std::chrono::microseconds(2000));
+        }
+        return m_error;
+    }
+
+    const int m_descriptor;
+    const Deadline &m_deadline;
+    std::optional<off_t> &m_stuck;
+    off_t m_place = firstPlace;
+    int m_error = 0;
+};
+
+/// File systems without locks have no second process that could wait either.
+bool meansNoLocks(int error) {
+    return error == EINVAL || error == EOPNOTSUPP || error == ENOSYS;
+}
+
+/// The places of holders who were waited for in vain, by lock file.
+std::optional<off_t> &stuckHolder(const QString &path) {
+    thread_local QHash<QString, std::optional<off_t>> holders;
+    return holders[path];
+}
+
+} // namespace
+
+FolderLock::FolderLock(const QString &folder) {
+    if (!makePrivateFolder(QFile::encodeName(folder))) {
+        m_problem = folder + u" cannot be written: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
+        return;
+    }
+    const QString path = folder + u"/store.lock"_s;
+    std::optional<off_t> &stuck = stuckHolder(path);
+    const Deadline deadline(patience);
+    while (true) {
+        m_descriptor = openLockFile(path, m_problem);
+        if (m_descriptor < 0)
+            return;
+        const int error = Queue(m_descriptor, deadline, stuck).waitForTurn();
+        if (meansNoLocks(error) || (error == 0 && isStillAt(path, m_descriptor))) {
+            stuck.reset();
+            return;
+        }
+        ::close(std::exchange(m_descriptor, -1));
+        // Somebody has removed the file, with its folder, while we waited: then there is a new one.
+        if (error == 0 && deadline.remaining().count() > 0)
+            continue;
+        m_problem = error == 0 || error == ETIMEDOUT
+                        ? u"Another program keeps the files in "_s + folder + u" locked."_s
+                        : path + u" cannot be locked: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
+        return;
+    }
+}
+
+FolderLock::~FolderLock() {
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
+} // namespace kestrin::foundation

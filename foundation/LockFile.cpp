@@ -1,0 +1,66 @@
+#include "foundation/LockFile.h"
+
+#include "foundation/FileReading.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin::foundation {
+
+namespace {
+
+QString reasonFor(const QString &path, int error) {
+    switch (error) {
+    case EISDIR:
+    case ENXIO:
+    case ENODEV:
+        return describe(path, FileState::notAFile, error, 0);
+    case ELOOP:
+        return path + u" is a link and not a file."_s;
+    default:
+        return path + u" cannot be opened: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
+    }
+}
+
+} // namespace
+
+int openLockFile(const QString &path, QString &problem) {
+    int descriptor = -1;
+    do {
+        descriptor = ::open(QFile::encodeName(path).constData(),
+                            O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY,
+                            S_IRUSR | S_IWUSR);
+    } while (descriptor < 0 && errno == EINTR);
+    struct stat status {};
+    if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
+        problem = reasonFor(path, errno);
+    else if (!S_ISREG(status.st_mode))
+        problem = describe(path, FileState::notAFile, 0, 0);
+    else if (status.st_uid != ::geteuid())
+        problem = path + u" belongs to another user."_s;
+    else if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0 && ::fchmod(descriptor, S_IRUSR | S_IWUSR) != 0)
+        problem = reasonFor(path, errno);
+    if (!problem.isEmpty() && descriptor >= 0) {
+        ::close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
+bool isStillAt(const QString &path, int descriptor) {
+    struct stat opened {};
+    struct stat named {};
+    return ::fstat(descriptor, &opened) == 0 &&
+           ::stat(QFile::encodeName(path).constData(), &named) == 0 && opened.st_dev == named.st_dev &&
+           opened.st_ino == named.st_ino;
+}
+
+} // namespace kestrin::foundation

@@ -1,0 +1,64 @@
+#include "foundation/StoredFile.h"
+
+#include "foundation/PrivateFolder.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin::foundation {
+
+QString StoredFile::problemOf(const FileText &text) const {
+    return describe(path, text.state, text.error, limit);
+}
+
+StoredFileChange::StoredFileChange(const StoredFile &file, qsizetype spare)
+    : m_file(file)
+    , m_lock(QFile::decodeName(folderOf(QFile::encodeName(file.path))))
+    , m_text(file.read(spare)) {
+    // One that may not be read is set aside when it is replaced.
+    if (!m_lock.isHeld())
+        m_result.problem = m_lock.problem();
+    else if (m_text.state != FileState::denied)
+        m_result.problem = m_file.problemOf(m_text);
+}
+
+void StoredFileChange::write(std::initializer_list<std::string_view> pieces) {
+    m_replacement.reset();
+    if (!isPossible())
+        return;
+    std::size_t size = 0;
+    for (const std::string_view piece : pieces)
+        size += piece.size();
+    // What is larger could be written, but not read any more.
+    if (size > static_cast<std::size_t>(m_file.limit)) {
+        m_result.problem = m_file.path + u" is full: Kestrin reads no file that is larger."_s;
+        return;
+    }
+    m_replacement = std::make_unique<PrivateFileReplacement>(m_file.path, pieces);
+}
+
+StoreResult StoredFileChange::commit(bool keepOld) {
+    if (!m_replacement)
+        return m_result;
+    const bool isDenied = m_text.state == FileState::denied;
+    if (!(keepOld || isDenied ? m_replacement->commitBesideOld() : m_replacement->commit()))
+        m_result.problem = m_file.path + u" cannot be written: "_s +
+                           QString::fromLocal8Bit(std::strerror(m_replacement->error())) + u'.';
+    if (const QString kept = m_replacement->keptOld(); !kept.isEmpty())
+        m_result.notice = m_file.path +
+                          (isDenied ? u" could not be read"_s : u" did not read as it should"_s) +
+                          u"; it is kept as "_s + QFileInfo(kept).fileName() + u'.';
+    m_replacement.reset();
+    return m_result;
+}
+
+StoreResult StoredFileChange::replaceBy(const QByteArray &text, bool keepOld) {
+    write({viewOf(text)});
+    return commit(keepOld);
+}
+
+} // namespace kestrin::foundation

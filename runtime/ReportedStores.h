@@ -1,0 +1,45 @@
+// The stores as the runtime hands them to the engine: it hears what becomes of everything that is stored.
+#pragma once
+
+#include "engine/MacActivityLogStoring.h"
+#include "engine/PrivacyModeSettingsStoring.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace kestrin::runtime {
+
+using StoreReport = std::function<void(const foundation::StoreResult &)>;
+
+class ReportedLog final : public engine::MacActivityLogStoring {
+  public:
+    ReportedLog(std::shared_ptr<engine::MacActivityLogStoring> log, StoreReport report);
+
+    [[nodiscard]] foundation::StoreResult tryAppend(const engine::MacProtectionEvent &event) override;
+    QList<engine::MacProtectionEvent> recent(qsizetype limit) override { return m_log->recent(limit); }
+    QString problem() override { return m_log->problem(); }
+    QString file() const override { return m_log->file(); }
+
+  private:
+    const std::shared_ptr<engine::MacActivityLogStoring> m_log;
+    const StoreReport m_report;
+};
+
+/// Settings that cannot be used any more are nobody's choice: then those that were read or saved last hold.
+class RememberedSettings final : public engine::PrivacyModeSettingsStoring {
+  public:
+    RememberedSettings(std::shared_ptr<engine::PrivacyModeSettingsStoring> settings, StoreReport report);
+
+    engine::PrivacyModeSettings load() override;
+    [[nodiscard]] foundation::StoreResult update(const Change &change) override;
+    QString problem() override { return m_settings->problem(); }
+    QString file() const override { return m_settings->file(); }
+
+  private:
+    const std::shared_ptr<engine::PrivacyModeSettingsStoring> m_settings;
+    const StoreReport m_report;
+    std::optional<engine::PrivacyModeSettings> m_last;
+};
+
+} // namespace kestrin::runtime
