@@ -129,7 +129,7 @@ class Enforcing {
             m_defaults, MacProtectionSurroundings{.workspace = *m_workspace,
                                                   .settingsStore = settingsStoreIn(folder),
                                                   .logStore = activityLogIn(folder)});
-        m_runtime->start(true, [](bool) {});
+        m_runtime->start(true, [](bool) { return Outcome(); });
         QObject::connect(m_runtime.get(), &MacProtectionRuntime::recentEventsChanged, [this] { note(); });
     }
 

@@ -211,7 +211,8 @@ class CommandRunner {
         if (unchanged.isEmpty())
             return;
         const QString all = unchanged.size() == m_call.ids.size() ? u"Nothing was changed: "_s : QString();
-        remark(all + unchanged.join(u", "_s) + (unchanged.size() == 1 ? u" is "_s : u" are "_s) + state + u'.');
+        remark(all + unchanged.join(u", "_s) + (unchanged.size() == 1 ? u" is "_s : u" are "_s) + state +
+               u'.');
     }
 
     ExitStatus recommended() { return afterChange(sessionThatLooks().runtime.applyRecommendedRiskApps()); }

@@ -67,9 +67,8 @@ bool read(json::od::value &value, const json::ReadContext &context, EventReader 
 using Source = std::function<qsizetype(char *, std::size_t)>;
 
 Source fileSource(ReadableFile &file) {
-    return [&file](char *target, std::size_t size) {
-        return file.read(target, static_cast<qsizetype>(size));
-    };
+    return
+        [&file](char *target, std::size_t size) { return file.read(target, static_cast<qsizetype>(size)); };
 }
 
 Source textSource(std::string_view text) {

@@ -16,7 +16,7 @@ namespace kestrin::engine {
 class JSONMacActivityLogStore final : public MacActivityLogStoring {
   public:
     /// Touches no file. `url` names a local file.
-    explicit JSONMacActivityLogStore(const QUrl &url) ;
+    explicit JSONMacActivityLogStore(const QUrl &url);
 
     [[nodiscard]] foundation::StoreResult tryAppend(const MacProtectionEvent &event) override;
     QList<MacProtectionEvent> recent(qsizetype limit) override;

@@ -6,8 +6,8 @@
 namespace kestrin::foundation {
 
 void ignoreRelativeBaseDirectories() {
-    for (const char *const name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME",
-                                   "XDG_RUNTIME_DIR"}) {
+    for (const char *const name :
+         {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"}) {
         if (const QByteArray value = qgetenv(name); !value.isEmpty() && !value.startsWith('/'))
             qunsetenv(name);
     }

@@ -177,9 +177,10 @@ FolderLock::FolderLock(const QString &folder) {
         // Somebody has removed the file, with its folder, while we waited: then there is a new one.
         if (error == 0 && deadline.remaining().count() > 0)
             continue;
-        m_problem = error == 0 || error == ETIMEDOUT
-                        ? u"Another program keeps the files in "_s + folder + u" locked."_s
-                        : path + u" cannot be locked: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
+        m_problem =
+            error == 0 || error == ETIMEDOUT
+                ? u"Another program keeps the files in "_s + folder + u" locked."_s
+                : path + u" cannot be locked: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
         return;
     }
 }

@@ -35,9 +35,9 @@ QString reasonFor(const QString &path, int error) {
 int openLockFile(const QString &path, QString &problem) {
     int descriptor = -1;
     do {
-        descriptor = ::open(QFile::encodeName(path).constData(),
-                            O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY,
-                            S_IRUSR | S_IWUSR);
+        descriptor =
+            ::open(QFile::encodeName(path).constData(),
+                   O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, S_IRUSR | S_IWUSR);
     } while (descriptor < 0 && errno == EINTR);
     struct stat status {};
     if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
@@ -58,9 +58,8 @@ int openLockFile(const QString &path, QString &problem) {
 bool isStillAt(const QString &path, int descriptor) {
     struct stat opened {};
     struct stat named {};
-    return ::fstat(descriptor, &opened) == 0 &&
-           ::stat(QFile::encodeName(path).constData(), &named) == 0 && opened.st_dev == named.st_dev &&
-           opened.st_ino == named.st_ino;
+    return ::fstat(descriptor, &opened) == 0 && ::stat(QFile::encodeName(path).constData(), &named) == 0 &&
+           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
 } // namespace kestrin::foundation

@@ -25,8 +25,8 @@ struct Free {
     void operator()(char *text) const { std::free(text); }
 };
 
-/// Where a file is or may be made: where a symbolic link leads to, unless it leads nowhere. Empty, with errno,
-/// when that cannot be told or something that is no file is there.
+/// Where a file is or may be made: where a symbolic link leads to, unless it leads nowhere. Empty, with
+/// errno, when that cannot be told or something that is no file is there.
 QByteArray followedPath(const QByteArray &path) {
     struct stat status {};
     if (::lstat(path.constData(), &status) != 0)
@@ -60,8 +60,7 @@ int openTemporary(const QByteArray &path) {
 
 /// A name beside the file that nobody has. The lock keeps others from taking it meanwhile.
 QByteArray freeNameBeside(const QByteArray &path) {
-    const QByteArray now =
-        QDateTime::currentDateTime().toString(u"yyyy-MM-ddTHH-mm-ss"_s).toLatin1();
+    const QByteArray now = QDateTime::currentDateTime().toString(u"yyyy-MM-ddTHH-mm-ss"_s).toLatin1();
     const QByteArray name = path + ".damaged-" + now;
     struct stat status {};
     for (int number = 1; number < 100; ++number) {

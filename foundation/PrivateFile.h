@@ -21,7 +21,8 @@ bool writeAll(int descriptor, std::string_view bytes);
 /// the process or the machine stops, the path names either the old file or the complete new one, and after a
 /// success it is the new one for good. The new file is readable and writable by its owner only. A symbolic
 /// link that leads to a file is followed, a broken one replaced; anything else at the path that is no file
-/// makes the call fail. A failed call changes nothing. The caller keeps other writers out (FolderLock), so that two never meet.
+/// makes the call fail. A failed call changes nothing. The caller keeps other writers out (FolderLock), so
+/// that two never meet.
 bool replacePrivateFile(const QString &path, std::initializer_list<std::string_view> pieces);
 
 /// The same in two steps, for those who have something left to find out while the disk is already at work.

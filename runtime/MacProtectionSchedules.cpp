@@ -141,8 +141,9 @@ Outcome MacProtectionRuntime::evaluateSchedules(const QDateTime &date) {
     // The presets' own switches are nobody's choice where somebody's cannot be read.
     if (!m_storedModeIDs && !m_defaults.problem().isEmpty())
         return outcome;
-    outcome.log = recordEvent(*wanted ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
-                *wanted ? u"Schedule turned Privacy Mode on."_s : u"Schedule turned Privacy Mode off."_s);
+    outcome.log =
+        recordEvent(*wanted ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
+                    *wanted ? u"Schedule turned Privacy Mode on."_s : u"Schedule turned Privacy Mode off."_s);
     outcome &= m_privacyModeSetter ? m_privacyModeSetter(*wanted) : updatePrivacyMode(*wanted, true);
     outcome.switchedBySchedules = wanted;
     return outcome;

@@ -39,11 +39,11 @@ void MonitoringClaim::claim() {
     m_holder.reset();
     m_problem.clear();
     if (!makePrivateFolder(QFile::encodeName(m_folder))) {
-        m_problem = m_folder + u" cannot be written: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
+        m_problem =
+            m_folder + u" cannot be written: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
         return;
     }
-    const QString note =
-        m_program + u", process "_s + QString::number(QCoreApplication::applicationPid());
+    const QString note = m_program + u", process "_s + QString::number(QCoreApplication::applicationPid());
     // Who only asks for the holder is in the way for an instant, and is gone when one looks who it was.
     for (int attempt = 0; attempt < 5 && !m_lock && !m_holder && m_problem.isEmpty(); ++attempt) {
         if (attempt > 0)
@@ -68,8 +68,9 @@ QString MonitoringClaim::obstacle() const {
 }
 
 QString MonitoringClaim::lossSentence() const {
-    return m_holder ? u"Privacy Mode is watched by "_s + *m_holder + u" now, so it is not watched here any more."_s
-                    : obstacle();
+    return m_holder
+               ? u"Privacy Mode is watched by "_s + *m_holder + u" now, so it is not watched here any more."_s
+               : obstacle();
 }
 
 std::optional<QString> MonitoringClaim::currentHolder(const QString &supportFolder) {

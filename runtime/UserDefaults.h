@@ -30,7 +30,8 @@ class UserDefaults : public QObject {
     foundation::StoreResult setStringArray(const QString &key, const QStringList &value);
     /// Puts what `change` makes of the stored list in its place. Where a file is shared by processes, no
     /// other one stores in between; the user defaults of macOS know no such lock.
-    virtual foundation::StoreResult updateStringArray(const QString &key, const StringArrayChange &change) = 0;
+    virtual foundation::StoreResult updateStringArray(const QString &key,
+                                                      const StringArrayChange &change) = 0;
     /// Why values cannot be stored now, as far as can be told without storing one, as a sentence; empty when
     /// they can be.
     virtual QString obstacle() const { return {}; }

@@ -70,7 +70,12 @@ LoginFile autostartEntry() {
     QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
     for (QString &folder : folders)
         folder += u"/autostart"_s;
-    return {QStringLiteral(KESTRIN_DESKTOP_ID ".desktop"), {u"kestrin"_s}, folders, u"../Kestrin"_s, entryText, entryStarts};
+    return {QStringLiteral(KESTRIN_DESKTOP_ID ".desktop"),
+            {u"kestrin"_s},
+            folders,
+            u"../Kestrin"_s,
+            entryText,
+            entryStarts};
 }
 
 } // namespace kestrin::desktop

@@ -183,7 +183,8 @@ void CommandLineTest::json() {
     QVERIFY(result && result->matches.size() == 1 && result->events.size() == 3);
     QCOMPARE(samples::messages(result->events), home.story());
     // A check that found nothing to mend stores nothing but what it recorded.
-    QCOMPARE(QDir(home.support()).entryList(QDir::Files), QStringList{u"activity-log.json"_s});
+    QCOMPARE(QDir(home.support()).entryList(QDir::Files),
+             (QStringList{u"activity-log.json"_s, u"store.lock"_s}));
 
     const QJsonArray log = home.call(u"log --json --limit 2"_s).array();
     QVERIFY(log.size() == 2 && log.first()[u"message"_s].toString() == home.story().last());

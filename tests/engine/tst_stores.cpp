@@ -96,11 +96,12 @@ class StoresTest : public QObject {
     QString folder() const { return m_folder->filePath(u"a/b"_s); }
     QString path() const { return folder() + u"/activity-log.json"_s; }
     JSONMacActivityLogStore store() const { return JSONMacActivityLogStore(QUrl::fromLocalFile(path())); }
-    /// Whether nothing but the log itself is in its folder.
-    bool isAlone() const {
+    QStringList entries() const {
         return QDir(folder()).entryList(QDir::AllEntries | QDir::System | QDir::Hidden |
-                                        QDir::NoDotAndDotDot) == QStringList{u"activity-log.json"_s};
+                                        QDir::NoDotAndDotDot);
     }
+    /// Whether nothing but the log itself and the lock is in its folder.
+    bool isAlone() const { return entries() == QStringList{u"activity-log.json"_s, u"store.lock"_s}; }
     void append(const QString &message) const { store().append(samples::event(message)); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -273,9 +274,9 @@ void StoresTest::twoWriters() {
     QVERIFY(samples::inTwoProcesses([&](const QString &name) {
         for (int i = 0; i < count; ++i) {
             const QString id = name + QString::number(i);
-            const bool isSaved =
-                settings.update([&](auto &stored) { stored.protectedDefinitionIDs.insert(id); });
-            if (!log.tryAppend(samples::event(id)) || !isSaved)
+            const auto saved =
+                settings.update([&](auto &stored, bool) { stored.protectedDefinitionIDs.insert(id); });
+            if (!log.tryAppend(samples::event(id)) || !saved)
                 qFatal("Nothing could be written.");
         }
     }));

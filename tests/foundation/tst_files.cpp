@@ -1,63 +1,258 @@
-// Watching files and locking between processes.
+// Files of ours: watched, locked between processes, and never erased for what is wrong with them.
 
-#include "foundation/FileLock.h"
 #include "foundation/FileWatch.h"
-#include "foundation/PrivateFile.h"
+#include "foundation/PrivateFolder.h"
+#include "foundation/StoredFile.h"
+#include "tests/support/Files.h"
 #include "tests/support/Witness.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::foundation;
 
+namespace {
+
+unsigned modeOf(const QString &path) {
+    struct stat status {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 0777U : 0;
+}
+
+void makeSocket(const QString &path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    QFile::encodeName(path).toStdString().copy(address.sun_path, sizeof address.sun_path - 1);
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    if (::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+        qFatal("No socket could be made.");
+    ::close(descriptor);
+}
+
+void makePipe(const QString &path) {
+    if (::mkfifo(QFile::encodeName(path).constData(), 0600) != 0)
+        qFatal("No pipe could be made.");
+}
+
+} // namespace
+
 class FilesTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void watchTellsEveryKindOfChange();
-    void folderLock();
+    void whatIsStoredIsNeverErased_data();
+    void whatIsStoredIsNeverErased();
+    void damagedOnesDoNotReplaceEachOther();
+    void closedToOthers();
+    void nobodyOvertakes();
+    void stoppedHolder();
+    void strangeLocks();
 
   private:
-    QTemporaryDir m_folder;
+    QString folder() const { return m_folder->filePath(u"ours"_s); }
+    QString path() const { return folder() + u"/file.json"_s; }
+    QStringList entries() const {
+        QStringList names = QDir(folder()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+        names.removeAll(u"store.lock"_s);
+        return names;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 void FilesTest::watchTellsEveryKindOfChange() {
-    const QString path = m_folder.filePath(u"new/file.json"_s);
-    FileWatch watch(path); // makes the folder
+    const QString file = m_folder->filePath(u"new/file.json"_s);
+    FileWatch watch(file); // makes the folder
     QSignalSpy spy(&watch, &FileWatch::changed);
 
-    QVERIFY(replacePrivateFile(path, {"created"}));
+    QVERIFY(replacePrivateFile(file, {"created"}));
     QTRY_COMPARE(spy.size(), 1);
-    QVERIFY(replacePrivateFile(path, {"repl", "aced"}));
+    QVERIFY(replacePrivateFile(file, {"repl", "aced"}));
     QTRY_COMPARE(spy.size(), 2);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::Append) && file.write(" in place") > 0);
-    file.close();
+    QFile inPlace(file);
+    QVERIFY(inPlace.open(QIODevice::Append) && inPlace.write(" in place") > 0);
+    inPlace.close();
     QTRY_COMPARE(spy.size(), 3);
-    QVERIFY(QFile::remove(path));
+    QVERIFY(QFile::remove(file));
     QTRY_COMPARE(spy.size(), 4);
-    QVERIFY(replacePrivateFile(path, {"again"}));
+    QVERIFY(replacePrivateFile(file, {"again"}));
     QTRY_COMPARE(spy.size(), 5);
     // What the owner knows already is no news, and neighbours are none of its business.
-    QVERIFY(replacePrivateFile(path, {"known"}));
+    QVERIFY(replacePrivateFile(file, {"known"}));
     watch.acknowledge();
-    QVERIFY(replacePrivateFile(m_folder.filePath(u"new/other.json"_s), {"x"}));
+    QVERIFY(replacePrivateFile(m_folder->filePath(u"new/other.json"_s), {"x"}));
     QVERIFY(samples::everythingIsTold());
     QCOMPARE(spy.size(), 5);
-    QVERIFY(replacePrivateFile(path, {"news"}));
+    QVERIFY(replacePrivateFile(file, {"news"}));
     QTRY_COMPARE(spy.size(), 6);
+    // Nor is it deaf once its folder was removed.
+    QVERIFY(QDir(m_folder->filePath(u"new"_s)).removeRecursively());
+    QTRY_VERIFY(spy.size() > 6 && QFile::exists(m_folder->filePath(u"new"_s)));
+    spy.clear();
+    QVERIFY(replacePrivateFile(file, {"after all"}));
+    QTRY_COMPARE(spy.size(), 1);
 }
 
-void FilesTest::folderLock() {
-    using namespace std::chrono_literals;
-    {
-        const auto lock = FileLock::lockFolder(m_folder.path(), 0ms);
-        QVERIFY(lock && !FileLock::lockFolder(m_folder.path(), 20ms));
+void FilesTest::whatIsStoredIsNeverErased_data() {
+    using Make = void (*)(const QString &);
+    QTest::addColumn<Make>("make");
+    QTest::addColumn<QString>("sentence"); // part of why it is left alone; empty when it is written
+    const auto row = [](const char *name, Make make, const QString &sentence = {}) {
+        QTest::newRow(name) << make << sentence;
+    };
+    row("missing", [](const QString &) {});
+    row("empty", [](const QString &place) { samples::write(place, ""); });
+    row("text", [](const QString &place) { samples::write(place, "old"); });
+    row("broken link", [](const QString &place) { QFile::link(place + u".nowhere"_s, place); });
+    row("what a killed writer left", [](const QString &place) { samples::write(place + u".new"_s, "ne"); });
+    row(
+        "folder", [](const QString &place) { QDir().mkpath(place); }, u"is a folder and not a file."_s);
+    row("pipe", makePipe, u"is a pipe and not a file."_s);
+    row("socket", makeSocket, u"is a socket and not a file."_s);
+    row(
+        "device", [](const QString &place) { QFile::link(u"/dev/zero"_s, place); },
+        u"is a device and not a file."_s);
+    row(
+        "link to itself", [](const QString &place) { QFile::link(place, place); },
+        u"a link that leads to itself"_s);
+    row(
+        "too large", [](const QString &place) { samples::write(place, "123456789"); },
+        u"is larger than the 0 MiB that Kestrin reads."_s);
+    row(
+        "pipe in the way of the new one", [](const QString &place) { makePipe(place + u".new"_s); },
+        u"cannot be written: File exists."_s);
+}
+
+void FilesTest::whatIsStoredIsNeverErased() {
+    using Make = void (*)(const QString &);
+    QFETCH(Make, make);
+    QFETCH(QString, sentence);
+    QVERIFY(makePrivateFolder(QFile::encodeName(folder())));
+    make(path());
+    const StoredFile file{path(), 8};
+    const QStringList before = entries();
+    const StoreResult result = StoredFileChange(file).replaceBy("new", false);
+    if (sentence.isEmpty()) {
+        QVERIFY2(result.isKept(), qUtf8Printable(result.problem));
+        QCOMPARE(file.read().bytes, QByteArray("new"));
+        QCOMPARE(entries(), QStringList{u"file.json"_s});
+    } else {
+        QVERIFY2(result.problem.startsWith(path()) && result.problem.contains(sentence),
+                 qUtf8Printable(result.problem));
+        QCOMPARE(entries(), before);
     }
-    QVERIFY(FileLock::lockFolder(m_folder.path(), 0ms));
+    QVERIFY(result.notice.isEmpty());
+}
+
+void FilesTest::damagedOnesDoNotReplaceEachOther() {
+    for (const char *text : {"{", "[", "("}) {
+        samples::write(path(), text);
+        const StoreResult result = StoredFileChange({path(), 8}).replaceBy("ok", true);
+        QVERIFY(result.isKept() && result.notice.startsWith(path() + u" did not read as it should"_s));
+    }
+    QStringList kept = entries();
+    QCOMPARE(kept.takeFirst(), u"file.json"_s);
+    QByteArray texts;
+    for (const QString &name : std::as_const(kept))
+        texts += name.startsWith(u"file.json.damaged-20"_s) ? samples::contents(folder() + u'/' + name) : "?";
+    QCOMPARE(texts.size(), 3);
+    QVERIFY(texts.contains('{') && texts.contains('[') && texts.contains('('));
+}
+
+void FilesTest::closedToOthers() {
+    samples::write(path(), "old");
+    QFile::setPermissions(folder(), QFile::permissions(folder()) | QFile::ReadOther | QFile::ExeOther);
+    QFile::setPermissions(path(), QFile::permissions(path()) | QFile::ReadGroup | QFile::ReadOther);
+    closeToOthers(folder());
+    QCOMPARE(modeOf(folder()), 0700U);
+    QCOMPARE(modeOf(path()), 0600U);
+    // So is everything that is made.
+    QVERIFY(FolderLock(m_folder->filePath(u"a/b"_s)).isHeld());
+    QCOMPARE(modeOf(m_folder->filePath(u"a"_s)), 0700U);
+    QCOMPARE(modeOf(m_folder->filePath(u"a/b"_s)), 0700U);
+    QCOMPARE(modeOf(m_folder->filePath(u"a/b/store.lock"_s)), 0600U);
+}
+
+void FilesTest::nobodyOvertakes() {
+    // The other one comes back as soon as it has left, and still everybody else gets his turn.
+    std::atomic<bool> enough = false;
+    std::thread greedy([&] {
+        while (!enough) {
+            const FolderLock lock(folder());
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    });
+    int turns = 0;
+    for (int i = 0; i < 20; ++i)
+        turns += FolderLock(folder()).isHeld() ? 1 : 0;
+    enough = true;
+    greedy.join();
+    QCOMPARE(turns, 20);
+}
+
+void FilesTest::stoppedHolder() {
+    int ends[2] = {-1, -1};
+    QCOMPARE(::pipe(ends), 0);
+    const pid_t holder = ::fork();
+    if (holder == 0) {
+        const FolderLock lock(folder());
+        [[maybe_unused]] const auto told = ::write(ends[1], "x", 1);
+        ::pause();
+    }
+    char byte = 0;
+    QCOMPARE(::read(ends[0], &byte, 1), 1);
+    ::kill(holder, SIGSTOP);
+    QElapsedTimer time;
+    time.start();
+    const auto lock = [this] { return std::make_unique<FolderLock>(folder()); };
+    QVERIFY(lock()->problem().contains(u"locked"_s));
+    const qint64 first = time.restart();
+    QVERIFY2(first >= 1000 && first < 5000, qPrintable(QString::number(first)));
+    // Several changes in a row cost one second.
+    for (int i = 0; i < 5; ++i)
+        QVERIFY(!lock()->isHeld());
+    QVERIFY(time.elapsed() < 1000);
+    ::kill(holder, SIGKILL);
+    ::waitpid(holder, nullptr, 0);
+    QVERIFY(lock()->isHeld());
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+void FilesTest::strangeLocks() {
+    const std::pair<QString, void (*)(const QString &)> cases[] = {
+        {u"is a folder and not a file."_s, [](const QString &name) { QDir().mkpath(name); }},
+        {u"is a pipe and not a file."_s, makePipe},
+        {u"is a socket and not a file."_s, makeSocket},
+        {u"is a link and not a file."_s, [](const QString &name) { QFile::link(u"/dev/null"_s, name); }},
+    };
+    for (const auto &[sentence, make] : cases) {
+        init();
+        QVERIFY(makePrivateFolder(QFile::encodeName(folder())));
+        const QString place = folder() + u"/store.lock"_s;
+        make(place);
+        QCOMPARE(FolderLock(folder()).problem(), place + u' ' + sentence);
+    }
+    // One that somebody takes away is found out.
+    init();
+    const FolderLock lost(folder());
+    QVERIFY(QDir(folder()).removeRecursively());
+    QVERIFY(FolderLock(folder()).isHeld());
 }
 
 QTEST_GUILESS_MAIN(FilesTest)

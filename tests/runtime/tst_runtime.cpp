@@ -128,7 +128,7 @@ void RuntimeTest::operations() {
     QVERIFY(asks([&] { runtime.evaluateSchedules(home.now); }, {u"load"_s}));
     home.defaults.setBoolean(PrivacyModeFlag::key, true);
     home.asked();
-    runtime.setPrivacyModeSetter([&flag](bool on) { flag.setOn(on); });
+    runtime.setPrivacyModeSetter([&flag](bool on) { return flag.setOn(on); });
     home.now.setTime(QTime(18, 0));
     QVERIFY(asks([&] { runtime.evaluateSchedules(home.now); },
                  QStringList{u"load"_s, u"log Schedule turned Privacy Mode off."_s, u"read 8"_s,
@@ -197,7 +197,7 @@ void RuntimeTest::startingOverFiles() {
         QCOMPARE(runtime.protectedDefinitionIDs(), defaultDefinitionIDs());
         // To construct it touches nothing.
         QVERIFY(!runtime.isMonitoring() && !QFile::exists(home.support()));
-        runtime.start(false, [](bool) {});
+        runtime.start(false, [](bool) { return Outcome(); });
         QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, defaultDefinitionIDs()}));
         QCOMPARE(runtime.monitorLabel(), u"Preview"_s);
 
@@ -230,7 +230,7 @@ void RuntimeTest::publishedEvents() {
     QCOMPARE(runtime.actionEventCount(), 4);
 
     // The log's watch hears of what the runtime itself records; that is read once all the same.
-    runtime.start(true, [](bool) {});
+    runtime.start(true, [](bool) { return Outcome(); });
     QSignalSpy readings(&runtime, &MacProtectionRuntime::recentEventsChanged);
     home.workspace.launch(samples::running(u"FaceTime"_s, 12));
     QTRY_COMPARE(readings.size(), 1);
@@ -284,7 +284,7 @@ void RuntimeTest::twoProcesses() {
     JSONUserDefaults theirDefaults(home.preferences());
     MacProtectionRuntime ours(home.defaults, home.surroundings());
     MacProtectionRuntime theirs(theirDefaults, home.surroundings());
-    ours.start(true, [](bool) {});
+    ours.start(true, [](bool) { return Outcome(); });
     // No event loop runs in between, so neither hears of the other's changes by itself.
     theirs.setProtectedDefinition(u"zoom"_s, false);
     ours.setProtectedDefinition(u"teams"_s, false);

@@ -92,6 +92,7 @@ void SchedulesTest::ticksAndTimeJumps() {
     const auto setter = [&](bool on) {
         asked.append(on);
         home.settings->save({on, {}});
+        return Outcome();
     };
     MacProtectionSurroundings surroundings = home.surroundings();
     QCOMPARE(surroundings.scheduleInterval, std::chrono::seconds(60));

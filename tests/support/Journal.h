@@ -50,11 +50,11 @@ class JournalSettings final : public engine::InMemoryPrivacyModeSettingsStore {
         m_journal.append(u"load"_s);
         return settings;
     }
-    [[nodiscard]] bool update(const std::function<void(engine::PrivacyModeSettings &)> &change) override {
-        change(settings);
+    [[nodiscard]] foundation::StoreResult update(const Change &change) override {
+        change(settings, true);
         m_journal.append(u"save %1 %2"_s.arg(settings.isEnabled ? u"on"_s : u"off"_s)
                              .arg(settings.protectedDefinitionIDs.size()));
-        return true;
+        return {};
     }
 
   private:
@@ -66,7 +66,7 @@ class JournalLog final : public engine::InMemoryMacActivityLogStore {
   public:
     explicit JournalLog(QStringList &journal) : m_journal(journal) {}
 
-    [[nodiscard]] bool tryAppend(const engine::MacProtectionEvent &event) override {
+    [[nodiscard]] foundation::StoreResult tryAppend(const engine::MacProtectionEvent &event) override {
         m_journal.append(u"log "_s + event.message);
         return InMemoryMacActivityLogStore::tryAppend(event);
     }
