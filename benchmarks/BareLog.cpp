@@ -3,6 +3,7 @@
 #include "benchmarks/Run.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -11,7 +12,9 @@
 
 namespace kestrin::bench {
 
-BareLog::BareLog(const QString &path) : m_path(QFile::encodeName(path)) {}
+BareLog::BareLog(const QString &path)
+    : m_path(QFile::encodeName(path))
+    , m_folder(QFile::encodeName(QFileInfo(path).path())) {}
 
 void BareLog::readIntoNewMemory() {
     forget();
@@ -38,6 +41,9 @@ void BareLog::replace() {
         ::fsync(descriptor) != 0 || ::close(descriptor) != 0 ||
         ::rename(m_temporary.constData(), m_path.constData()) != 0)
         giveUp("the log cannot be written.");
+    const int folder = ::open(m_folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0 || ::fsync(folder) != 0 || ::close(folder) != 0)
+        giveUp("the log's folder cannot be written.");
 }
 
 void BareLog::reserve() {

@@ -19,7 +19,7 @@ class BareLog {
     void readIntoKnownMemory();
 
     /// What an append cannot do without: the whole file is read, and one of the same size that is safely on
-    /// the disk takes its place.
+    /// the disk takes its place, and that is safely on the disk too.
     void replace();
 
   private:
@@ -27,6 +27,7 @@ class BareLog {
     void forget();
 
     QByteArray m_path;
+    QByteArray m_folder;
     QByteArray m_temporary = m_path + ".bare";
     std::size_t m_size = 0;
     std::size_t m_capacity = 0;

@@ -138,8 +138,9 @@ class CommandRunner {
             return m_surroundings.couldNot(u"Nothing was checked: "_s + problem);
         if (const Outcome settled = checking.settleFlag(); !settled.isKept())
             return outcomeOf(settled);
-        sayUnreadable();
         const PrivacyModeCheck check = performCheck(previews);
+        if (check.recorded.isKept())
+            sayUnreadable();
         // What was done is told in any case.
         answer([&] { return toJsonValue(check.result); },
                [&] {

@@ -1,5 +1,7 @@
 #include "foundation/FileReading.h"
 
+#include "foundation/Uninterrupted.h"
+
 #include <QFile>
 
 #include <fcntl.h>
@@ -52,9 +54,8 @@ QString sizeText(qint64 bytes) {
 } // namespace
 
 ReadableFile::ReadableFile(const QByteArray &path, qint64 limit) {
-    do {
-        m_descriptor = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    } while (m_descriptor < 0 && errno == EINTR);
+    m_descriptor =
+        uninterrupted([&] { return ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); });
     struct stat status {};
     if (m_descriptor < 0 || ::fstat(m_descriptor, &status) != 0) {
         fail(errno);
@@ -82,9 +83,8 @@ void ReadableFile::fail(int error) {
 qsizetype ReadableFile::read(char *room, qsizetype size) {
     qsizetype used = 0;
     while (used < size) {
-        const ssize_t got = ::read(m_descriptor, room + used, static_cast<std::size_t>(size - used));
-        if (got < 0 && errno == EINTR)
-            continue;
+        const ssize_t got = uninterrupted(
+            [&] { return ::read(m_descriptor, room + used, static_cast<std::size_t>(size - used)); });
         if (got < 0) {
             fail(errno);
             return -1;

@@ -3,6 +3,7 @@
 #include "foundation/Deadline.h"
 #include "foundation/LockFile.h"
 #include "foundation/PrivateFolder.h"
+#include "foundation/Uninterrupted.h"
 
 #include <QFile>
 #include <QHash>
@@ -48,11 +49,7 @@ struct flock span(short type, off_t start, off_t length = 0) {
 }
 
 int control(int descriptor, int command, struct flock &lock) {
-    int result = 0;
-    do {
-        result = ::fcntl(descriptor, command, &lock);
-    } while (result != 0 && errno == EINTR);
-    return result;
+    return uninterrupted([&] { return ::fcntl(descriptor, command, &lock); });
 }
 
 bool isTaken(int error) {

@@ -1,6 +1,7 @@
 #include "foundation/LockFile.h"
 
 #include "foundation/FileReading.h"
+#include "foundation/Uninterrupted.h"
 
 #include <QFile>
 
@@ -33,12 +34,10 @@ QString reasonFor(const QString &path, int error) {
 } // namespace
 
 int openLockFile(const QString &path, QString &problem) {
-    int descriptor = -1;
-    do {
-        descriptor =
-            ::open(QFile::encodeName(path).constData(),
-                   O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, S_IRUSR | S_IWUSR);
-    } while (descriptor < 0 && errno == EINTR);
+    const int descriptor = uninterrupted([name = QFile::encodeName(path)] {
+        return ::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY,
+                      S_IRUSR | S_IWUSR);
+    });
     struct stat status {};
     if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
         problem = reasonFor(path, errno);

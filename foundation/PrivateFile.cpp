@@ -1,6 +1,7 @@
 #include "foundation/PrivateFile.h"
 
 #include "foundation/PrivateFolder.h"
+#include "foundation/Uninterrupted.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -45,8 +46,10 @@ QByteArray followedPath(const QByteArray &path) {
 /// Opens a new file of this name. A file that a killed process left there makes way; nothing else does.
 int openTemporary(const QByteArray &path) {
     const auto open = [&] {
-        return ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
-                      S_IRUSR | S_IWUSR);
+        return uninterrupted([&] {
+            return ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                          S_IRUSR | S_IWUSR);
+        });
     };
     const int descriptor = open();
     struct stat status {};
@@ -76,9 +79,8 @@ QByteArray freeNameBeside(const QByteArray &path) {
 
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
+        const ssize_t written =
+            uninterrupted([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
         if (written <= 0)
             return false;
         bytes.remove_prefix(static_cast<std::size_t>(written));
@@ -94,7 +96,8 @@ PrivateFileReplacement::PrivateFileReplacement(const QString &path,
         fail();
         return;
     }
-    m_folder = ::open(folderOf(m_target).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    m_folder = uninterrupted(
+        [&] { return ::open(folderOf(m_target).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     if (m_folder < 0) {
         fail();
         return;
@@ -134,10 +137,8 @@ void PrivateFileReplacement::fail() {
 }
 
 bool PrivateFileReplacement::sync() {
-    while (m_descriptor >= 0 && ::fsync(m_descriptor) != 0) {
-        if (errno != EINTR)
-            fail();
-    }
+    if (m_descriptor >= 0 && uninterrupted([this] { return ::fsync(m_descriptor); }) != 0)
+        fail();
     return m_descriptor >= 0;
 }
 

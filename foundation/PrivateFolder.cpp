@@ -1,5 +1,7 @@
 #include "foundation/PrivateFolder.h"
 
+#include "foundation/Uninterrupted.h"
+
 #include <QFile>
 
 #include <dirent.h>
@@ -47,11 +49,7 @@ QByteArray folderOf(const QByteArray &path) {
 }
 
 bool syncFolder(int descriptor) {
-    int result = 0;
-    do {
-        result = ::fsync(descriptor);
-    } while (result != 0 && errno == EINTR);
-    return result == 0 || errno == EINVAL || errno == ENOTSUP;
+    return uninterrupted([&] { return ::fsync(descriptor); }) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
 bool makePrivateFolder(const QByteArray &path) {

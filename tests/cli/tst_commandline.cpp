@@ -105,6 +105,8 @@ class CommandLineTest : public QObject {
     void people();
     void actingByTheFlag();
     void unwritable();
+    void unreadable();
+    void changesInWords();
     void following();
     void completions();
 };
@@ -261,11 +263,71 @@ void CommandLineTest::unwritable() {
             const bool isNamed = answer.err.contains(file.startsWith(u"config"_s) ? path : home.support());
             QVERIFY2(isNamed && answer.isOneSentence(), qUtf8Printable(call + u": "_s + answer.err));
         }
-        QCOMPARE(home.call(u"log"_s).status, ExitStatus::done);
+        const Answer log = home.call(u"log"_s);
+        QVERIFY(log.err.isEmpty() || (log.status == ExitStatus::couldNot && log.err.startsWith(path)));
         // Nobody is asked to quit for a choice that could not be kept.
         QVERIFY(home.workspace.terminationRequests().isEmpty());
         QVERIFY(!home.story().contains(u"Mac app actions are enforcing for selected protected apps."_s));
     }
+}
+
+void CommandLineTest::unreadable() {
+    Home home;
+    QCOMPARE(home.call(u"enforce on"_s).status, ExitStatus::done);
+    const qsizetype asked = home.workspace.terminationRequests().size();
+    samples::write(home.settings.file(), "{");
+    const QString sentence = home.settings.file() + u" does not read as it should.\n"_s;
+    // Nobody is asked to quit because it cannot be read who is not to be.
+    for (const QString &call : {u"check"_s, u"enforce on"_s}) {
+        const Answer answer = home.call(call);
+        QVERIFY(answer.status == ExitStatus::couldNot && answer.err.endsWith(sentence));
+        QCOMPARE(home.workspace.terminationRequests().size(), asked);
+    }
+    for (const QString &call : {u"status"_s, u"catalog"_s, u"check --preview"_s}) {
+        const Answer answer = home.call(call);
+        QVERIFY(answer.status == ExitStatus::done && answer.err == sentence);
+    }
+    const Answer mended = home.call(u"unprotect zoom"_s);
+    QVERIFY(mended.status == ExitStatus::done && mended.isOneSentence());
+    QVERIFY(mended.err.contains(u"it is kept as privacy-mode-settings.json.damaged-"));
+    QCOMPARE(home.call(u"status"_s).err, QString());
+}
+
+void CommandLineTest::changesInWords() {
+    const QString before = u"schedule disable sleep away"_s;
+    const std::tuple<QStringList, QString, QString> cases[] = {
+        {{}, u"protect zoom teams"_s, u"Nothing was changed: zoom, teams are protected already."_s},
+        {{u"unprotect zoom"_s}, u"unprotect zoom"_s, u"Nothing was changed: zoom is not protected."_s},
+        {{u"unprotect zoom"_s}, u"protect zoom teams"_s, u"teams is protected already."_s},
+        {{},
+         u"unprotect "_s + definitionIDs().join(u' '),
+         u"Nothing is selected now, and that protects everything"_s},
+        {{before}, u"schedule disable sleep"_s, u"Nothing was changed: sleep is disabled already."_s},
+        {{before, u"off"_s}, u"schedule enable away"_s, u"The schedules turned Privacy Mode on."_s},
+    };
+    for (const auto &[preparation, call, sentence] : cases) {
+        for (const bool json : {false, true}) {
+            Home home;
+            for (const QString &words : preparation)
+                QCOMPARE(home.call(words).status, ExitStatus::done);
+            const Answer answer = home.call(json ? call + u" --json"_s : call);
+            QVERIFY(answer.status == ExitStatus::done);
+            const QString &told = json ? answer.err : answer.out;
+            QVERIFY2(told.startsWith(sentence), qUtf8Printable(answer.err + answer.out));
+            QVERIFY(json == !QJsonDocument::fromJson(answer.out.toUtf8()).isNull());
+        }
+    }
+    // The devices go by what is saved, as checks do.
+    Home home;
+    home.settings.save({false, {u"skype"_s}});
+    const QJsonObject status = home.call(u"status --json"_s).object();
+    QVERIFY(status[u"privacyModeOn"_s].toBool());
+    QCOMPARE(status[u"devices"_s][0][u"detail"_s], QJsonValue(u"Privacy Mode paused on this Mac"_s));
+    QVERIFY(
+        home.call(u"status"_s).out.contains(u"none of 12 known applications, only unknown ones: skype\n"));
+    // One name that is very long disturbs no other line.
+    home.workspace.add(samples::running(QString(300, u'x'), 12, u"long"_s));
+    QVERIFY(home.call(u"apps"_s).out.contains(u"\n10       Zoom    us.zoom.xos\n"));
 }
 
 void CommandLineTest::following() {

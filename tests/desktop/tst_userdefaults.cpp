@@ -4,12 +4,14 @@
 #include "tests/support/Files.h"
 #include "tests/support/Witness.h"
 
+#include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
+using namespace kestrin::foundation;
 using namespace kestrin::runtime;
 using namespace kestrin::desktop;
 
@@ -21,6 +23,7 @@ class UserDefaultsTest : public QObject {
     void typesAreKept();
     void foreignValues();
     void changesOfOthersAreTold();
+    void unreadable();
     void twoWriters();
 
   private:
@@ -78,6 +81,28 @@ void UserDefaultsTest::changesOfOthersAreTold() {
     QVERIFY(QFile::remove(m_path));
     QTRY_COMPARE(spy.size(), 4);
     QCOMPARE(mine.boolean(u"a"_s), std::nullopt);
+}
+
+void UserDefaultsTest::unreadable() {
+    JSONUserDefaults defaults(m_path);
+    QSignalSpy spy(&defaults, &UserDefaults::changed);
+    QVERIFY(defaults.setBoolean(u"a"_s, true) && defaults.setBoolean(u"b"_s, false));
+    spy.clear();
+    // Nobody has chosen what cannot be read, so everything stays as it was, also what is stored next.
+    samples::write(m_path, R"({"a":fal)");
+    QVERIFY(samples::everythingIsTold());
+    QVERIFY(spy.isEmpty() && defaults.problem().startsWith(m_path) && defaults.obstacle().isEmpty());
+    QCOMPARE(defaults.boolean(u"a"_s), true);
+    const StoreResult stored = defaults.setBoolean(u"b"_s, true);
+    QVERIFY(stored.isKept() && stored.notice.contains(u".damaged-"));
+    QCOMPARE(spy.size(), 1);
+    JSONUserDefaults others(m_path);
+    QVERIFY(others.boolean(u"a"_s) == true && others.boolean(u"b"_s) == true);
+    // What is no file is neither replaced nor written to.
+    QVERIFY(QFile::remove(m_path) && QDir().mkpath(m_path));
+    for (const QString &sentence : {defaults.obstacle(), defaults.setBoolean(u"b"_s, false).problem})
+        QCOMPARE(sentence, m_path + u" is a folder and not a file."_s);
+    QVERIFY(QDir().rmdir(m_path));
 }
 
 void UserDefaultsTest::twoWriters() {

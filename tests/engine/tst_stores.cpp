@@ -165,9 +165,16 @@ void StoresTest::reading() {
     const QStringList old(count, u"Old."_s);
     QCOMPARE(samples::messages(store().recent(8)), old);
     QCOMPARE(contents(path()), text);
-    append(u"New."_s);
+    // What does not read is told, and kept beside the new file.
+    const bool isDamaged = count == 0 && !text.isEmpty();
+    QCOMPARE(store().problem().isEmpty(), !isDamaged);
+    const StoreResult appended = store().tryAppend(samples::event(u"New."_s));
+    QVERIFY(appended.isKept() && appended.notice.isEmpty() == !isDamaged);
     QCOMPARE(samples::messages(store().recent(8)), QStringList{u"New."_s} + old);
-    QVERIFY(!contents(path()).contains('\n'));
+    QVERIFY(!contents(path()).contains('\n') && store().problem().isEmpty());
+    const QString aside = entries().value(1);
+    QCOMPARE(isDamaged ? contents(folder() + u'/' + aside) : text, text);
+    QCOMPARE(entries().size(), isDamaged ? 3 : 2);
 }
 
 void StoresTest::windowsAgreeWithTheWhole() {
@@ -204,9 +211,14 @@ void StoresTest::unusablePlaces() {
     init();
     QVERIFY(QDir().mkpath(folder()));
     QCOMPARE(::mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
-    QVERIFY(store().recent(8).isEmpty());
-    append(u"A"_s);
+    QVERIFY(store().recent(8).isEmpty() && !store().tryAppend(samples::event(u"A"_s)));
     QVERIFY(isAlone());
+    init();
+    // A file that nobody could read, but that takes no room.
+    append(u"Old."_s);
+    QVERIFY(QFile::resize(path(), qint64{1} << 40));
+    QVERIFY(store().recent(8).isEmpty() && store().problem().contains(u"larger than the 256 MiB"));
+    QVERIFY(!store().tryAppend(samples::event(u"A"_s)) && QFileInfo(path()).size() == qint64{1} << 40);
     init();
     append(u"Old."_s);
     QVERIFY(QFile::setPermissions(folder(), QFile::ReadOwner | QFile::ExeOwner));
@@ -314,12 +326,21 @@ void StoresTest::settings() {
 
     write(file, R"({"protectedDefinitionIDs":["zoom","a","zoom"],"isEnabled":false,"version":{"n":2}})");
     QCOMPARE(settings.load(), (PrivacyModeSettings{false, {u"a"_s, u"zoom"_s}}));
-    for (const char *unusable : {R"({"isEnabled":false})", R"({"isEnabled":0,"protectedDefinitionIDs":[]})",
-                                 R"({"isEnabled":false,"protectedDefinitionIDs":["a",1]})",
-                                 R"({"isEnabled":false,"protectedDefinitionIDs":[)", ""}) {
+    for (const QByteArray unusable :
+         {R"({"isEnabled":false})", R"({"isEnabled":0,"protectedDefinitionIDs":[]})",
+          R"({"isEnabled":false,"protectedDefinitionIDs":["a",1]})",
+          R"({"isEnabled":false,"protectedDefinitionIDs":[)", ""}) {
         write(file, unusable);
         QCOMPARE(settings.load(), fallback);
-        QCOMPARE(contents(file), QByteArray(unusable));
+        QCOMPARE(contents(file), unusable);
+        QVERIFY(!settings.stored() && settings.problem().isEmpty() == unusable.isEmpty());
+        // Even what is not changed has to be kept then.
+        const StoreResult saved = settings.update([](PrivacyModeSettings &, bool areStored) {
+            if (areStored)
+                qFatal("A fallback is nobody's choice.");
+        });
+        QVERIFY(saved.isKept() && saved.notice.isEmpty() == unusable.isEmpty());
+        QCOMPARE(settings.stored(), fallback);
     }
 }
 

@@ -1,6 +1,7 @@
 // What the runtime asks of its surroundings, and in which order; what it records and publishes; and several
 // processes over the same files.
 
+#include "runtime/MonitoringClaim.h"
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/Home.h"
 #include "tests/support/MemoryHome.h"
@@ -8,6 +9,8 @@
 
 #include <QSignalSpy>
 #include <QTest>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -54,6 +57,9 @@ class RuntimeTest : public QObject {
     void publishedEvents();
     void otherProcesses();
     void twoProcesses();
+    void unreadable();
+    void severalAsOne();
+    void claims();
 };
 
 void RuntimeTest::operations() {
@@ -298,6 +304,84 @@ void RuntimeTest::twoProcesses() {
     ours.setMode(u"manual"_s, true);
     QCOMPARE(home.defaults.stringArray(modesKey), (QStringList{u"travel"_s, u"manual"_s}));
     QCOMPARE(ours.enabledScheduleCount(), 2);
+}
+
+void RuntimeTest::unreadable() {
+    // Settings that cannot be read any more are nobody's choice: what was selected stays selected, whoever
+    // asks, and is stored as soon as that is possible.
+    Home home;
+    const QString file = home.settings.file();
+    MacProtectionRuntime runtime(home.defaults, home.surroundings());
+    PrivacyModeFlag flag(home.defaults, runtime);
+    flag.startRuntime();
+    for (const QString &id : defaultDefinitionIDs() - QSet<QString>{u"facetime"_s})
+        runtime.setProtectedDefinition(id, false);
+    QSignalSpy failed(&runtime, &MacProtectionRuntime::storageFailed);
+    QSignalSpy setAside(&runtime, &MacProtectionRuntime::fileSetAside);
+    samples::write(file, "{");
+    QTRY_COMPARE(failed.size(), 1);
+    QVERIFY(samples::everythingIsTold());
+    QCOMPARE(runtime.protectedDefinitionIDs(), QSet<QString>{u"facetime"_s});
+    QCOMPARE(matchIDs(runtime), QString());
+    home.workspace.launch(samples::running(u"Zoom"_s, 12));
+    QVERIFY(!home.story().contains(u"Zoom relaunched while Privacy Mode is on."_s));
+    QVERIFY(flag.setOn(false).isKept());
+    QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, {u"facetime"_s}}));
+    QVERIFY(setAside.size() == 1 && failed.size() == 1);
+
+    // What is asked for but cannot be kept is told, and neither the flag nor the file says otherwise.
+    QVERIFY(QFile::remove(file) && QDir().mkpath(file));
+    QCOMPARE(flag.setOn(true).settings.problem, file + u" is a folder and not a file."_s);
+    QVERIFY(!flag.isOn());
+}
+
+void RuntimeTest::severalAsOne() {
+    MemoryHome home;
+    MacProtectionRuntime runtime(home.defaults, home.surroundings());
+    runtime.setModes({u"sleep"_s, u"away"_s}, true);
+    home.asked();
+    // At noon only Away wants it on; nobody wants anything when both are disabled.
+    for (const QStringList &order :
+         {QStringList{u"sleep"_s, u"away"_s}, QStringList{u"away"_s, u"sleep"_s}}) {
+        const Outcome disabled = runtime.setModes(order + QStringList{u"travel"_s, u"unknown"_s}, false);
+        QVERIFY(disabled.isKept() && !disabled.switchedBySchedules && home.settings->settings.isEnabled);
+        QCOMPARE(home.asked().filter(u"store "_s), QStringList{u"store enabledModeIDs"_s});
+        runtime.setModes(order, true);
+        home.asked();
+    }
+    QCOMPARE(runtime.setModes({u"away"_s}, false).switchedBySchedules, false);
+    home.asked();
+    runtime.setProtectedDefinitions({u"zoom"_s, u"teams"_s, u"zoom"_s}, false);
+    QCOMPARE(home.asked().mid(0, 3),
+             (QStringList{u"save off 10"_s, u"log Zoom removed from Mac Privacy Mode."_s, u"read 8"_s}));
+    QCOMPARE(home.story().last(), u"Microsoft Teams removed from Mac Privacy Mode."_s);
+}
+
+void RuntimeTest::claims() {
+    const samples::Home home;
+    const QString file = home.support() + u"/monitor.lock"_s;
+    // What is in the way of the claim is in everybody's way.
+    QVERIFY(QDir().mkpath(file));
+    QCOMPARE(MonitoringClaim(home.support(), u"a"_s).obstacle(),
+             u"Nothing can be watched: "_s + file + u" is a folder and not a file."_s);
+    QVERIFY(QDir().rmdir(file));
+    QCOMPARE(::mkfifo(QFile::encodeName(file).constData(), 0600), 0);
+    QVERIFY(!MonitoringClaim(home.support(), u"a"_s).isHeld());
+    QVERIFY(!MonitoringClaim::currentHolder(home.support()) && QFile::remove(file));
+
+    // A claim survives its folder.
+    const MonitoringClaim first(home.support(), u"first"_s);
+    QSignalSpy lost(&first, &MonitoringClaim::lost);
+    QVERIFY(first.isHeld() && QDir(home.support()).removeRecursively());
+    QTRY_VERIFY(MonitoringClaim::currentHolder(home.support()));
+    const MonitoringClaim second(home.support(), u"second"_s);
+    QVERIFY(second.holder().value_or(QString()).startsWith(u"first, process "));
+    QVERIFY(first.isHeld() && lost.isEmpty());
+    // Unless somebody else is faster.
+    QVERIFY(QFile::remove(file));
+    const MonitoringClaim faster(home.support(), u"faster"_s);
+    QTRY_COMPARE(lost.size(), 1);
+    QVERIFY(faster.isHeld() && !first.isHeld() && first.lossSentence().contains(u"faster, process "));
 }
 
 QTEST_GUILESS_MAIN(RuntimeTest)
