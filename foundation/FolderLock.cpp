@@ -1,6 +1,5 @@
 #include "foundation/FolderLock.h"
 
-#include "foundation/Deadline.h"
 #include "foundation/LockFile.h"
 #include "foundation/PrivateFolder.h"
 #include "foundation/Uninterrupted.h"
@@ -154,32 +153,35 @@ std::optional<off_t> &stuckHolder(const QString &path) {
 } // namespace
 
 FolderLock::FolderLock(const QString &folder) {
+    const Deadline deadline(patience);
+    while (!isSettled(folder, deadline) && deadline.remaining().count() > 0) {
+    }
+}
+
+/// Tries to hold the lock. Whether that has come to an end, good or bad: somebody may remove the folder at
+/// any moment, and then there is a new file to be locked.
+bool FolderLock::isSettled(const QString &folder, const Deadline &deadline) {
+    m_problem.clear();
     if (!makePrivateFolder(QFile::encodeName(folder))) {
         m_problem = folder + u" cannot be written: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
-        return;
+        return true;
     }
     const QString path = folder + u"/store.lock"_s;
+    m_descriptor = openLockFile(path, m_problem);
+    if (m_descriptor < 0)
+        return QFile::exists(folder);
     std::optional<off_t> &stuck = stuckHolder(path);
-    const Deadline deadline(patience);
-    while (true) {
-        m_descriptor = openLockFile(path, m_problem);
-        if (m_descriptor < 0)
-            return;
-        const int error = Queue(m_descriptor, deadline, stuck).waitForTurn();
-        if (meansNoLocks(error) || (error == 0 && isStillAt(path, m_descriptor))) {
-            stuck.reset();
-            return;
-        }
-        ::close(std::exchange(m_descriptor, -1));
-        // Somebody has removed the file, with its folder, while we waited: then there is a new one.
-        if (error == 0 && deadline.remaining().count() > 0)
-            continue;
-        m_problem =
-            error == 0 || error == ETIMEDOUT
-                ? u"Another program keeps the files in "_s + folder + u" locked."_s
-                : path + u" cannot be locked: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
-        return;
+    const int error = Queue(m_descriptor, deadline, stuck).waitForTurn();
+    const bool isGone = error == 0 && !isStillAt(path, m_descriptor);
+    if (meansNoLocks(error) || (error == 0 && !isGone)) {
+        stuck.reset();
+        return true;
     }
+    ::close(std::exchange(m_descriptor, -1));
+    m_problem = isGone || error == ETIMEDOUT
+                    ? u"Another program keeps the files in "_s + folder + u" locked."_s
+                    : path + u" cannot be locked: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
+    return !isGone;
 }
 
 FolderLock::~FolderLock() {

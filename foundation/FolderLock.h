@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/Deadline.h"
+
 #include <QString>
 
 #include <chrono>
@@ -29,6 +31,8 @@ class FolderLock {
     const QString &problem() const { return m_problem; }
 
   private:
+    bool isSettled(const QString &folder, const Deadline &deadline);
+
     int m_descriptor = -1;
     QString m_problem;
 };

@@ -35,19 +35,20 @@ MonitoringClaim::MonitoringClaim(const QString &supportFolder, const QString &pr
 }
 
 void MonitoringClaim::claim() {
+    const QString note = m_program + u", process "_s + QString::number(QCoreApplication::applicationPid());
     m_lock.reset();
     m_holder.reset();
-    m_problem.clear();
-    if (!makePrivateFolder(QFile::encodeName(m_folder))) {
-        m_problem =
-            m_folder + u" cannot be written: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
-        return;
-    }
-    const QString note = m_program + u", process "_s + QString::number(QCoreApplication::applicationPid());
-    // Who only asks for the holder is in the way for an instant, and is gone when one looks who it was.
-    for (int attempt = 0; attempt < 5 && !m_lock && !m_holder && m_problem.isEmpty(); ++attempt) {
+    // Who only asks for the holder is in the way for an instant, and is gone when one looks who it was; so is
+    // who removes the folder.
+    for (int attempt = 0; attempt < 5 && !m_lock && !m_holder; ++attempt) {
         if (attempt > 0)
             std::this_thread::sleep_for(10ms);
+        m_problem.clear();
+        if (!makePrivateFolder(QFile::encodeName(m_folder))) {
+            m_problem =
+                m_folder + u" cannot be written: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
+            continue;
+        }
         m_lock = FileLock::tryLockFile(lockPath(m_folder), note.toUtf8(), m_problem);
         if (!m_lock && m_problem.isEmpty())
             m_holder = currentHolder(m_folder);

@@ -1,9 +1,11 @@
 // The executable itself, in a home of its own without a desktop session.
 
 #include "engine/JSONMacActivityLogStore.h"
+#include "foundation/FolderLock.h"
 #include "tests/support/Files.h"
 #include "tests/support/Samples.h"
 
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -14,6 +16,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
 #include <csignal>
 
@@ -114,6 +117,7 @@ class KestrinctlTest : public QObject {
     void callsWithoutADesktop();
     void watching();
     void endings();
+    void interruptedWhileRecording();
     void stuckReader();
     void streams();
 };
@@ -182,6 +186,32 @@ void KestrinctlTest::endings() {
         home.log.append(samples::event(u"the last one"_s));
         QCOMPARE(watch.end(signalNumber), 0);
         QVERIFY(watch.process.readAllStandardOutput().contains("the last one"));
+    }
+}
+
+void KestrinctlTest::interruptedWhileRecording() {
+    // What was done is recorded first, however long that takes, and then the signal has its way.
+    for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
+        Home home;
+        QProcess call;
+        call.setProcessEnvironment(home.environment);
+        {
+            const FolderLock lock(home.support());
+            call.start(QStringLiteral(KESTRINCTL), {u"enforce"_s, u"off"_s});
+            QVERIFY(call.waitForStarted());
+            const QString files = u"/proc/%1/fd"_s.arg(call.processId());
+            const auto waitsForTheLock = [&] {
+                const QFileInfoList open = QDir(files).entryInfoList(QDir::AllEntries | QDir::System);
+                return std::any_of(open.cbegin(), open.cend(), [&](const QFileInfo &file) {
+                    return file.symLinkTarget() == home.support() + u"/store.lock"_s;
+                });
+            };
+            QTRY_VERIFY(waitsForTheLock());
+            ::kill(static_cast<pid_t>(call.processId()), signalNumber);
+        }
+        QVERIFY(call.waitForFinished());
+        QCOMPARE(call.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(home.log.recent(9).size(), 2);
     }
 }
 
