@@ -18,6 +18,7 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace kestrin::foundation {
 
@@ -144,33 +145,46 @@ bool meansNoLocks(int error) {
     return error == EINVAL || error == EOPNOTSUPP || error == ENOSYS;
 }
 
-/// The places of holders who were waited for in vain, by lock file.
-std::optional<off_t> &stuckHolder(const QString &path) {
-    thread_local QHash<QString, std::optional<off_t>> holders;
-    return holders[path];
+/// Who was waited for in vain.
+struct Impatience {
+    /// Their places, by lock file.
+    QHash<QString, std::optional<off_t>> holders;
+    /// The lock file at which that was last, and until when others are not waited for either.
+    QString path;
+    Deadline end{0ms};
+};
+
+Impatience &impatience() {
+    thread_local Impatience ours;
+    return ours;
+}
+
+std::chrono::milliseconds patienceFor(const QString &path) {
+    const bool hasWaited = impatience().path != path && impatience().end.remaining() > 0ms;
+    return hasWaited ? 0ms : FolderLock::patience;
 }
 
 } // namespace
 
 FolderLock::FolderLock(const QString &folder) {
-    const Deadline deadline(patience);
-    while (!isSettled(folder, deadline) && deadline.remaining().count() > 0) {
+    const QString path = folder + u"/store.lock"_s;
+    const Deadline deadline(patienceFor(path));
+    while (!isSettled(folder, path, deadline) && deadline.remaining() > 0ms) {
     }
 }
 
 /// Tries to hold the lock. Whether that has come to an end, good or bad: somebody may remove the folder at
 /// any moment, and then there is a new file to be locked.
-bool FolderLock::isSettled(const QString &folder, const Deadline &deadline) {
+bool FolderLock::isSettled(const QString &folder, const QString &path, const Deadline &deadline) {
     m_problem.clear();
     if (!makePrivateFolder(QFile::encodeName(folder))) {
         m_problem = folder + u" cannot be written: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
         return true;
     }
-    const QString path = folder + u"/store.lock"_s;
     m_descriptor = openLockFile(path, m_problem);
     if (m_descriptor < 0)
         return QFile::exists(folder);
-    std::optional<off_t> &stuck = stuckHolder(path);
+    std::optional<off_t> &stuck = impatience().holders[path];
     const int error = Queue(m_descriptor, deadline, stuck).waitForTurn();
     const bool isGone = error == 0 && !isStillAt(path, m_descriptor);
     if (meansNoLocks(error) || (error == 0 && !isGone)) {
@@ -178,6 +192,10 @@ bool FolderLock::isSettled(const QString &folder, const Deadline &deadline) {
         return true;
     }
     ::close(std::exchange(m_descriptor, -1));
+    if (error == ETIMEDOUT) {
+        impatience().path = path;
+        impatience().end = Deadline(patience);
+    }
     m_problem = isGone || error == ETIMEDOUT
                     ? u"Another program keeps the files in "_s + folder + u" locked."_s
                     : path + u" cannot be locked: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';

@@ -15,7 +15,8 @@ namespace kestrin::foundation {
 /// locking one byte of it, and it is his turn when nobody is in front of him any more: nobody overtakes.
 /// Holders are in the middle of one read and one write; after a second of waiting they are taken to have been
 /// stopped, and writing beside them could lose something. Whoever has waited for that long does not wait for
-/// the same holder again, so that several changes in a row cost one second and not several. Any thread.
+/// the same holder again, nor right then for one of another folder, so that several changes in a row cost one
+/// second and not several. Any thread.
 class FolderLock {
   public:
     static constexpr std::chrono::milliseconds patience{1000};
@@ -31,7 +32,7 @@ class FolderLock {
     const QString &problem() const { return m_problem; }
 
   private:
-    bool isSettled(const QString &folder, const Deadline &deadline);
+    bool isSettled(const QString &folder, const QString &path, const Deadline &deadline);
 
     int m_descriptor = -1;
     QString m_problem;
