@@ -19,7 +19,6 @@
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
-using namespace kestrin::foundation;
 using namespace kestrin::app;
 using namespace kestrin::foundation;
 using namespace kestrin::runtime;
