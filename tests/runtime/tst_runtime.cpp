@@ -182,7 +182,7 @@ void RuntimeTest::checks() {
         home.settings->settings.isEnabled = on;
         // It counts what it lists itself, and the controller matches what runs a little later.
         const qint64 running = home.workspace.InMemoryWorkspace::runningApplications().size();
-        home.workspace.arriving = {samples::running(u"FaceTime"_s, 20)};
+        home.workspace.arriving = samples::running(u"FaceTime"_s, 20);
         runtime.runLiveCheck();
         QCOMPARE(runtime.runningAppCount(), running);
         QCOMPARE(matchIDs(runtime), on ? u"zoom-10,facetime-20"_s : QString());

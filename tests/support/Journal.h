@@ -5,6 +5,7 @@
 #include "engine/workspace/InMemoryWorkspace.h"
 #include "tests/support/Samples.h"
 
+#include <optional>
 #include <utility>
 
 namespace kestrin::samples {
@@ -17,8 +18,8 @@ class JournalWorkspace final : public engine::InMemoryWorkspace {
     QList<engine::WorkspaceApplication> runningApplications() override {
         m_journal.append(u"list"_s);
         const auto listed = InMemoryWorkspace::runningApplications();
-        if (!arriving.isEmpty())
-            add(arriving.takeFirst());
+        if (arriving)
+            add(*std::exchange(arriving, std::nullopt));
         return listed;
     }
     [[nodiscard]] engine::Termination terminate(qint32 processIdentifier) override {
@@ -32,8 +33,8 @@ class JournalWorkspace final : public engine::InMemoryWorkspace {
         return subscription;
     }
 
-    /// One more of these runs after each listing.
-    QList<engine::WorkspaceApplication> arriving;
+    /// Runs after the next listing.
+    std::optional<engine::WorkspaceApplication> arriving;
 
   private:
     QStringList &m_journal;
