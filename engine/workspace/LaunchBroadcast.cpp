@@ -36,8 +36,8 @@ std::unique_ptr<LaunchSubscription> LaunchBroadcast::subscribe(Workspace::Launch
 void LaunchBroadcast::tell(Launch launch, const WorkspaceApplication &application) {
     m_firstUntold = launch + 1;
     const std::shared_ptr<Handlers> current = m_handlers;
-    const Handlers handlers = *current;
-    for (const Handler &handler : handlers) {
+    // A copy, for a handler may subscribe others.
+    for (const Handler &handler : Handlers(*current)) {
         const bool isSubscribed =
             std::any_of(current->cbegin(), current->cend(),
                         [&handler](const Handler &other) { return other.number == handler.number; });
