@@ -139,24 +139,31 @@ QPainterPath SurfacePaint::outline(double inset) const {
     return ContinuousRectangle{inside, std::max(0.0, radius - inset)}.path({inset, inset});
 }
 
-QImage SurfacePaint::paint() const {
+QImage SurfacePaint::filled(const QPainterPath &path, const QColor &color) const {
     QImage image(static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height())),
                  QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (strokeWidth <= 0) {
-        painter.fillPath(outline(0), fill);
-        return image;
-    }
-    painter.fillPath(outline(0), stroke);
-    // The fill takes the place of the stroke, so that it shows through neither at a translucent fill nor at
-    // the softened edge.
+    painter.fillPath(path, color);
+    return image;
+}
+
+QImage SurfacePaint::paint() const {
+    if (strokeWidth <= 0)
+        return filled(outline(0), fill);
     const QPainterPath inside = outline(strokeWidth);
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    painter.fillPath(inside, Qt::black);
+    // Walked the other way round, so that what it covers is taken away exactly, also of a pixel's part.
+    QPainterPath ring = outline(0);
+    ring.setFillRule(Qt::WindingFill);
+    ring.addPath(inside.toReversed());
+    QImage image = filled(ring, stroke);
+    // Where both cover a part of a pixel, the parts add up: neither shines through the other. Painting the
+    // fill into the ring with that mode would not do, since it adds up whole colours before it asks how much
+    // is covered.
+    QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_Plus);
-    painter.fillPath(inside, fill);
+    painter.drawImage(0, 0, filled(inside, fill));
     return image;
 }
 

@@ -31,8 +31,11 @@ struct SurfacePaint {
     double strokeWidth = 0; ///< inside the edge; 0 for none
 
     bool operator==(const SurfacePaint &) const = default;
-    QPainterPath outline(double inset) const;
     QImage paint() const;
+
+  private:
+    QPainterPath outline(double inset) const;
+    QImage filled(const QPainterPath &path, const QColor &color) const;
 };
 
 /// A soft shadow of a continuous rectangle, on an image that is larger by `margin` on every side.

@@ -286,6 +286,16 @@ void DesignTest::strokeIsInsideAndSharp() {
         for (const int line : {0, 1, 2, 40})
             QCOMPARE(image.pixelColor(40, line), line < scale ? QColor(Qt::red) : glass);
     }
+    // Nor are there gaps or specks between the two, where a corner covers its pixels in parts.
+    const QColor ground(241, 244, 249);
+    const QImage one = SurfacePaint{{80, 80}, 14, false, ground, ground, 0}.paint();
+    for (const double stroke : {1.0, 1.5, 2.0}) {
+        const QImage two = SurfacePaint{{80, 80}, 14, false, ground, ground, stroke}.paint();
+        for (int i = 0; i < 14; ++i) {
+            for (int j = 0; j < 14; ++j)
+                QVERIFY(std::abs(qAlpha(two.pixel(i, j)) - qAlpha(one.pixel(i, j))) <= 3);
+        }
+    }
 }
 
 void DesignTest::stretchedAsPaintedWhole() {
