@@ -1,6 +1,8 @@
 // Text that is safe and pleasant to look at on a terminal.
 #pragma once
 
+#include "foundation/VisibleText.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -8,11 +10,9 @@
 
 namespace kestrin::cli {
 
-/// The text with every character that could steer a terminal or reorder what is read (control characters,
-/// line separators, bidirectional controls) spelled out: "\u202e". Lone surrogates too.
-QString visibleText(const QString &text);
+using foundation::visibleText;
 
-/// The same for JSON, where the spelling means the character itself. Line breaks between values stay.
+/// Visible text for JSON, where the spelling means the character itself. Line breaks between values stay.
 QByteArray visibleJson(const QByteArray &json);
 
 /// How many columns of a terminal the text takes. Wide for most East Asian text and pictographs.

@@ -160,8 +160,8 @@ void CommandLineTest::help() {
 }
 
 void CommandLineTest::escapes() {
-    QCOMPARE(visibleText(u"a\tb\n\x1b[31m\u007f\u009bc\u2028\u202eexe\u2066\u200f"_s),
-             u"a\\u0009b\\u000a\\u001b[31m\\u007f\\u009bc\\u2028\\u202eexe\\u2066\\u200f"_s);
+    QCOMPARE(visibleText(u"a\t\0b\n\x1b[31m\u007f\u009bc\u2028\u202eexe\u2066\u200f"_s),
+             u"a\\u0009\\u0000b\\u000a\\u001b[31m\\u007f\\u009bc\\u2028\\u202eexe\\u2066\\u200f"_s);
     QCOMPARE(visibleText(QString(QChar(0xd800)) + u"x"_s + QChar(0xdc00)), u"\\ud800x\\udc00"_s);
     const QString harmless = u"Zoé – 日本 \U0001F469\u200D\U0001F4BB العربية"_s;
     QCOMPARE(visibleText(harmless), harmless);
