@@ -44,6 +44,11 @@ FittedText::FittedText(QQuickItem *parent) : QQuickItem(parent) {
         connect(this, changed, this, &FittedText::measure);
 }
 
+QString FittedText::directedText() const {
+    constexpr QChar leftToRightMark(0x200e);
+    return m_text.isRightToLeft() ? leftToRightMark + m_text : m_text;
+}
+
 void FittedText::componentComplete() {
     QQuickItem::componentComplete();
     measure();
@@ -59,7 +64,7 @@ void FittedText::measure() {
     if (!isComponentComplete())
         return;
     const QFont font = KestrinFonts::font(m_size, static_cast<KestrinWeight>(m_weight));
-    const qreal width = std::ceil(lineWidth(font, m_text));
+    const qreal width = std::ceil(lineWidth(font, directedText()));
     const qreal height = std::ceil(QFontMetricsF(font).height());
     if (width != m_naturalWidth || height != m_naturalHeight) {
         m_naturalWidth = width;
@@ -78,9 +83,9 @@ void FittedText::fit() {
 
     // A sixty-fourth less than there is, because Qt counts in these and would cut a text that just fits.
     const double room = width() - 1.0 / 64;
-    const double wanted = lineWidth(natural, m_text);
+    const double wanted = lineWidth(natural, directedText());
     const QFont tight = tightened(natural, m_size * tightest);
-    const double least = lineWidth(tight, m_text);
+    const double least = lineWidth(tight, directedText());
     if (least > room)
         return use(tight, std::max(m_minimumScale, room / least));
     const double gainOfUnit = (wanted - least) / (natural.letterSpacing() - tight.letterSpacing());

@@ -14,6 +14,7 @@ class FittedText : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text MEMBER m_text NOTIFY textChanged)
+    Q_PROPERTY(QString directedText READ directedText NOTIFY textChanged)
     Q_PROPERTY(qreal size MEMBER m_size NOTIFY sizeChanged)
     Q_PROPERTY(int weight MEMBER m_weight NOTIFY weightChanged)
     Q_PROPERTY(qreal minimumScale MEMBER m_minimumScale NOTIFY minimumScaleChanged)
@@ -27,6 +28,9 @@ class FittedText : public QQuickItem {
   public:
     explicit FittedText(QQuickItem *parent = nullptr);
 
+    /// The text as it is to be drawn: from left to right as a whole, like the interface that it is part of,
+    /// also where it begins with what is written the other way.
+    QString directedText() const;
     QFont fittedFont() const { return m_font; }
     /// How much smaller than the font says it has to be drawn; 1 where it did not have to shrink. It is not
     /// in the font, because Qt Quick rounds the sizes of fonts.

@@ -40,6 +40,6 @@ FittedText {
         // The sharpest, unless it is scaled.
         renderType: root.scaleFactor < 1 ? Text.QtRendering : Text.NativeRendering
         color: KestrinColors.textPrimary
-        text: root.text
+        text: root.directedText
     }
 }

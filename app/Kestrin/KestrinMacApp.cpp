@@ -7,6 +7,7 @@
 #include "desktop/appearance/Appearance.h"
 #include "foundation/BaseDirectories.h"
 #include "foundation/PrivateFolder.h"
+#include "foundation/VisibleText.h"
 #include "runtime/FileStores.h"
 #include "runtime/MonitoringClaim.h"
 
@@ -56,7 +57,9 @@ struct Launch {
     /// Then nobody reads standard error.
     bool isFromMenu = !activationToken.isEmpty() || qEnvironmentVariableIsSet("GIO_LAUNCHED_DESKTOP_FILE");
 
-    void refuse(const QString &reason) const {
+    void refuse(const QString &sentence) const {
+        // It may name a process, which can be called anything.
+        const QString reason = visibleText(sentence);
         print(stderr, reason);
         if (isFromMenu)
             showNotice(reason);
@@ -99,7 +102,7 @@ int main(int argc, char **argv) {
     // Before the application, which needs a display.
     const LaunchOptions options = LaunchOptions::read(argumentsOf(argc, argv));
     if (!options.complaint.isEmpty()) {
-        print(stderr, options.complaint);
+        print(stderr, visibleText(options.complaint));
         return wrongUsage;
     }
     if (options.help) {

@@ -42,6 +42,7 @@ class PartsTest : public QObject {
   private Q_SLOTS:
     void listChanges();
     void noticesOnceInTenSeconds();
+    void namesFromOutside();
 };
 
 void PartsTest::listChanges() {
@@ -98,6 +99,24 @@ void PartsTest::noticesOnceInTenSeconds() {
     QVERIFY(!isDue(Kind::quitRequested, {}, 60s));
     QVERIFY(!isDue(Kind::actionFailed, u"Zoom"_s, 60s));
     QVERIFY(!isDue(Kind::dryRun, u"Zoom"_s, 60s));
+}
+
+void PartsTest::namesFromOutside() {
+    struct Case {
+        QString name;
+        QString shown;
+    };
+    for (const Case &each : {Case{u"Zoom"_s, u"Zoom"_s}, Case{{}, {}},
+                             Case{u"A\u202egpj\n\0."_s, u"A\\u202egpj\\u000a\\u0000."_s},
+                             // Kept apart, and only with controls of our own.
+                             Case{u"\u05d6\u05d5\u05dd!"_s, u"\u2068\u05d6\u05d5\u05dd!\u2069"_s},
+                             Case{u"\u05d6\u2069!"_s, u"\u2068\u05d6\\u2069!\u2069"_s}}) {
+        const auto event = MacProtectionEvent::create(systemTime(), MacProtectionEventKind::quitRequested,
+                                                      each.name + u" was asked\n."_s, each.name);
+        const PageRow row = rowOf(event);
+        QCOMPARE(row.title, each.shown);
+        QCOMPARE(row.subtitle, each.shown + u" was asked\\u000a."_s);
+    }
 }
 
 QTEST_GUILESS_MAIN(PartsTest)

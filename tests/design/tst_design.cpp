@@ -263,6 +263,7 @@ void DesignTest::textFits() {
     stage.root().setProperty("lineLimit", 0);
     stage.root().setProperty("text", u"זום"_s);
     QCOMPARE(stage.find("QQuickText")->property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignLeft));
+    QVERIFY(!stage.find("QQuickText")->property("text").toString().isRightToLeft());
     const qreal height = stage.root().implicitHeight();
     stage.root().setProperty("lineSpacing", 5);
     QVERIFY(stage.root().implicitHeight() > height);

@@ -1,6 +1,7 @@
 #include "app/Kestrin/program/KestrinApplication.h"
 
 #include "app/Kestrin/program/ModuleObjects.h"
+#include "app/Kestrin/rows/ShownText.h"
 #include "design/KestrinIconMark.h"
 
 #include <QGuiApplication>
@@ -101,7 +102,7 @@ void KestrinApplication::tell(const MacProtectionEvent &event) {
     const bool isSeen = m_window && m_window->window().isActive();
     if (isSeen || !m_notices || !m_quitNotices.isDue(event, std::chrono::steady_clock::now()))
         return;
-    showSentence(event.message);
+    showSentence(shownMessage(event));
 }
 
 void KestrinApplication::showSentence(const QString &sentence) {

@@ -1,5 +1,6 @@
 #include "app/Kestrin/rows/PageRows.h"
 
+#include "app/Kestrin/rows/ShownText.h"
 #include "design/KestrinTone.h"
 #include "runtime/StatusSummaries.h"
 
@@ -104,7 +105,7 @@ PageRow rowOf(const RiskAppMatch &match) {
     const RiskAppAction action = match.definition.defaultAction;
     const ActionLook look = lookOf(action);
     return {.id = match.id(),
-            .title = match.app.localizedName,
+            .title = shownName(match.app.localizedName),
             .subtitle = labelsOf(match.definition.categories),
             .status = userLabel(action),
             .icon = look.icon,
@@ -123,8 +124,8 @@ PageRow rowOf(const ModePreset &preset) {
 PageRow rowOf(const MacProtectionEvent &event) {
     const EventLook look = lookOf(event.kind);
     return {.id = event.id.toString(QUuid::WithoutBraces),
-            .title = event.appName.value_or(look.title),
-            .subtitle = event.message,
+            .title = event.appName ? shownName(*event.appName) : look.title,
+            .subtitle = shownMessage(event),
             .status = timeOfDayLabelFor(event.date),
             .icon = look.icon,
             .tone = static_cast<int>(look.tone)};
