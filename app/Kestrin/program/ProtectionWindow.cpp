@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QScreen>
 
 using namespace Qt::StringLiterals;
 
@@ -16,10 +17,19 @@ using namespace design;
 
 namespace {
 
+constexpr QSize least(1040, 680);
+constexpr QSize usual(1180, 760);
+// What the desktop will put around the window is not known before it is shown; few title bars are higher.
+constexpr QSize frame(2, 40);
+
+QSize fitted(const QScreen &screen) {
+    return usual.boundedTo(screen.availableSize() - frame).expandedTo(least);
+}
+
 std::unique_ptr<QQuickWindow> makeWindow() {
     auto window = std::make_unique<QQuickWindow>();
-    window->resize(1180, 760);
-    window->setMinimumSize({1040, 680});
+    window->setMinimumSize(least);
+    window->resize(fitted(*window->screen()));
     window->setTitle(QGuiApplication::applicationDisplayName());
     const auto paint = [&window = *window] { window.setColor(KestrinColors::shared().warmIvory()); };
     QObject::connect(&KestrinColors::shared(), &KestrinColors::changed, window.get(), paint);
