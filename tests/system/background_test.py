@@ -176,7 +176,7 @@ class BackgroundTest(unittest.TestCase):
         self.assertIn('"privacyModeOn":false', kestrinctl("status", "--json").replace(" ", ""))
         kestrinctl("on")
         wait("The icon does not follow another program.", lambda: tray.menu()["Privacy Mode"][1])
-        tray.choose("Run Mac Check")
+        tray.choose("Run Check")
         wait("The menu does not check.", lambda: "Evaluating" in kestrinctl("log", "--limit", "1"))
         tray.choose("Start at Login")
         wait("The menu does not choose start at login.",

@@ -372,6 +372,8 @@ class WindowTest(unittest.TestCase):
         # Which is active at noon, while the others rest.
         kestrin.click("check box", "Away Mode")
         kestrin.show("Home", "You are protected")
+        press("ctrl+w")
+        self.assertEqual(kestrin.process.wait(LIMIT), 0)
 
 
 if __name__ == "__main__":

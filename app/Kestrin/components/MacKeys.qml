@@ -24,6 +24,11 @@ Item {
     }
 
     Shortcut {
+        sequence: "Ctrl+W"
+        onActivated: root.Window.window.close()
+    }
+
+    Shortcut {
         sequence: "Ctrl+Q"
         onActivated: Qt.quit()
     }

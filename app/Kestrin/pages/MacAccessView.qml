@@ -10,7 +10,7 @@ MacPage {
     signal chosen(section: int)
 
     title: "Access"
-    subtitle: "Review what Kestrin can see and do on this Mac."
+    subtitle: "Review what Kestrin can see and do on this computer."
 
     Row {
         width: parent.width

@@ -32,8 +32,8 @@ Item {
     KestrinSurface {
         anchors.fill: parent
         radius: 8
-        visible: root.selected
-        color: Qt.alpha(KestrinColors.freshGreen, 0.16)
+        visible: root.selected || pointer.containsMouse
+        color: Qt.alpha(KestrinColors.freshGreen, root.selected ? 0.16 : 0.07)
     }
 
     KestrinSymbol {
@@ -64,7 +64,10 @@ Item {
     }
 
     MouseArea {
+        id: pointer
+
         anchors.fill: parent
+        hoverEnabled: true
         onClicked: mouse => mouse.modifiers & Qt.ControlModifier && root.selected ? root.deselected() : root.chosen()
     }
 }

@@ -34,7 +34,7 @@ SystemTrayIcon {
             onTriggered: root.protection.privacyModeOn = !root.protection.privacyModeOn
         }
         MenuItem {
-            text: "Run Mac Check"
+            text: "Run Check"
             onTriggered: root.protection.runLiveCheck()
         }
         MenuSeparator {}
