@@ -15,12 +15,10 @@ Item {
     implicitWidth: column.implicitWidth + 2 * padding
     implicitHeight: column.implicitHeight + 2 * padding
 
-    KestrinSurface {
+    KestrinPanel {
         anchors.fill: parent
         radius: 14
         color: KestrinColors.surface
-        strokeColor: KestrinColors.border
-        strokeWidth: 1
         shadowColor: Qt.rgba(0, 0, 0, 0.035)
         shadowBlur: 16
         shadowOffset: 8

@@ -18,12 +18,9 @@ Item {
     Accessible.role: Accessible.StaticText
     Accessible.name: title + ", " + value
 
-    KestrinSurface {
+    KestrinPanel {
         anchors.fill: parent
         radius: 16
-        color: KestrinColors.surfaceMuted
-        strokeColor: KestrinColors.border
-        strokeWidth: 1
     }
 
     Column {

@@ -43,6 +43,8 @@ KestrinPressable {
         height: 30
         radius: 17
         color: root.on ? KestrinColors.freshGreen : KestrinColors.offGraySoft
+        strokeColor: KestrinColors.textMuted
+        strokeWidth: KestrinAppearance.highContrast ? 1 : 0
 
         KestrinSurface {
             x: root.on ? parent.width - width - 3 : 3

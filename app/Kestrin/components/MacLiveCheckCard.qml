@@ -147,12 +147,9 @@ Column {
         visible: root.privacyModeOn && root.protection.matchCount > 0
         implicitHeight: list.implicitHeight + 2 * list.anchors.margins
 
-        KestrinSurface {
+        KestrinPanel {
             anchors.fill: parent
             radius: 8
-            color: KestrinColors.surfaceMuted
-            strokeColor: KestrinColors.border
-            strokeWidth: 1
         }
 
         Column {

@@ -24,12 +24,9 @@ MacRow {
     Accessible.role: Accessible.StaticText
     Accessible.name: title + ", " + status + ", " + subtitle
 
-    KestrinSurface {
+    KestrinPanel {
         z: -1
         anchors.fill: parent
         radius: 8
-        color: KestrinColors.surfaceMuted
-        strokeColor: KestrinColors.border
-        strokeWidth: 1
     }
 }

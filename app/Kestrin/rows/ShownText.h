@@ -5,8 +5,8 @@
 
 namespace kestrin::app {
 
-/// An application's name: visible, and where it is written from right to left kept apart from what stands around it,
-/// so that neither turns the other round.
+/// An application's name: visible, and where it is written from right to left kept apart from what stands
+/// around it, so that neither turns the other round.
 QString shownName(const QString &name);
 
 /// An event's message, with the application's name in it shown as such.
