@@ -16,16 +16,20 @@ class DesktopPreferences : public QObject {
 
     /// Absent also where the user prefers neither.
     std::optional<bool> prefersDark() const { return m_prefersDark; }
-    std::optional<bool> animations() const { return m_animations; }
+    std::optional<bool> reducedMotion() const { return m_reducedMotion; }
     std::optional<bool> highContrast() const { return m_highContrast; }
+    /// How much larger than usual texts are to be; absent also where everything is drawn that much larger
+    /// anyway.
+    std::optional<double> textScale() const { return m_textScale; }
 
   Q_SIGNALS:
     void changed();
 
   protected:
     std::optional<bool> m_prefersDark;
-    std::optional<bool> m_animations;
+    std::optional<bool> m_reducedMotion;
     std::optional<bool> m_highContrast;
+    std::optional<double> m_textScale;
 };
 
 /// A desktop that says what its owner lets it say.
@@ -35,11 +39,12 @@ class InMemoryDesktopPreferences final : public DesktopPreferences {
   public:
     using DesktopPreferences::DesktopPreferences;
 
-    void say(std::optional<bool> prefersDark, std::optional<bool> animations = {},
-             std::optional<bool> highContrast = {}) {
+    void say(std::optional<bool> prefersDark, std::optional<bool> reducedMotion = {},
+             std::optional<bool> highContrast = {}, std::optional<double> textScale = {}) {
         m_prefersDark = prefersDark;
-        m_animations = animations;
+        m_reducedMotion = reducedMotion;
         m_highContrast = highContrast;
+        m_textScale = textScale;
         Q_EMIT changed();
     }
 };

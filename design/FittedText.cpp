@@ -1,5 +1,6 @@
 #include "design/FittedText.h"
 
+#include "design/KestrinAppearance.h"
 #include "design/KestrinFonts.h"
 
 #include <QFontMetricsF>
@@ -13,7 +14,7 @@ namespace kestrin::design {
 namespace {
 
 // How far letters may be pulled together before they are made smaller; of the font's size.
-constexpr double tightest = 0.02;
+constexpr double tightest = 0.04;
 
 // Measured as the text will be laid out. QFontMetricsF is off by a fraction, enough for a text to be cut or
 // wrapped in the room that it asked for.
@@ -42,11 +43,21 @@ FittedText::FittedText(QQuickItem *parent) : QQuickItem(parent) {
     for (const auto changed : {&FittedText::textChanged, &FittedText::sizeChanged, &FittedText::weightChanged,
                                &FittedText::minimumScaleChanged, &FittedText::lineLimitChanged})
         connect(this, changed, this, &FittedText::measure);
+    connect(&KestrinAppearance::shared(), &KestrinAppearance::textScaleChanged, this, &FittedText::measure);
 }
 
 QString FittedText::directedText() const {
     constexpr QChar leftToRightMark(0x200e);
     return m_text.isRightToLeft() ? leftToRightMark + m_text : m_text;
+}
+
+QFont FittedText::naturalFont() const {
+    return KestrinFonts::font(m_size * KestrinAppearance::shared().textScale(),
+                              static_cast<KestrinWeight>(m_weight));
+}
+
+double FittedText::leastScale() const {
+    return m_minimumScale / KestrinAppearance::shared().textScale();
 }
 
 void FittedText::componentComplete() {
@@ -63,12 +74,15 @@ void FittedText::geometryChange(const QRectF &newGeometry, const QRectF &oldGeom
 void FittedText::measure() {
     if (!isComponentComplete())
         return;
-    const QFont font = KestrinFonts::font(m_size, static_cast<KestrinWeight>(m_weight));
+    const QFont font = naturalFont();
     const qreal width = std::ceil(lineWidth(font, directedText()));
     const qreal height = std::ceil(QFontMetricsF(font).height());
-    if (width != m_naturalWidth || height != m_naturalHeight) {
+    const qreal least =
+        std::ceil(lineWidth(tightened(font, font.pixelSize() * tightest), directedText()) * leastScale());
+    if (width != m_naturalWidth || height != m_naturalHeight || least != m_leastWidth) {
         m_naturalWidth = width;
         m_naturalHeight = height;
+        m_leastWidth = least;
         Q_EMIT naturalSizeChanged();
     }
     fit();
@@ -77,17 +91,17 @@ void FittedText::measure() {
 void FittedText::fit() {
     if (!isComponentComplete())
         return;
-    const QFont natural = KestrinFonts::font(m_size, static_cast<KestrinWeight>(m_weight));
+    const QFont natural = naturalFont();
     if (m_lineLimit != 1 || width() >= m_naturalWidth || width() <= 0)
         return use(natural, 1);
 
     // A sixty-fourth less than there is, because Qt counts in these and would cut a text that just fits.
     const double room = width() - 1.0 / 64;
     const double wanted = lineWidth(natural, directedText());
-    const QFont tight = tightened(natural, m_size * tightest);
+    const QFont tight = tightened(natural, natural.pixelSize() * tightest);
     const double least = lineWidth(tight, directedText());
     if (least > room)
-        return use(tight, std::max(m_minimumScale, room / least));
+        return use(tight, std::max(leastScale(), room / least));
     const double gainOfUnit = (wanted - least) / (natural.letterSpacing() - tight.letterSpacing());
     use(wanted <= room ? natural : tightened(natural, (wanted - room) / gainOfUnit), 1);
 }

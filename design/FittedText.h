@@ -23,6 +23,7 @@ class FittedText : public QQuickItem {
     Q_PROPERTY(qreal scaleFactor READ scaleFactor NOTIFY fitted)
     Q_PROPERTY(qreal fittedWidth READ fittedWidth NOTIFY fitted)
     Q_PROPERTY(qreal naturalWidth READ naturalWidth NOTIFY naturalSizeChanged)
+    Q_PROPERTY(qreal leastWidth READ leastWidth NOTIFY naturalSizeChanged)
     Q_PROPERTY(qreal naturalHeight READ naturalHeight NOTIFY naturalSizeChanged)
 
   public:
@@ -39,6 +40,8 @@ class FittedText : public QQuickItem {
     qreal fittedWidth() const { return m_fittedWidth; }
     /// Of the text in one line, or of its longest line where it has several.
     qreal naturalWidth() const { return m_naturalWidth; }
+    /// The least that the text can be fitted to before it is cut.
+    qreal leastWidth() const { return m_leastWidth; }
     /// Of one line.
     qreal naturalHeight() const { return m_naturalHeight; }
 
@@ -56,6 +59,9 @@ class FittedText : public QQuickItem {
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
 
   private:
+    QFont naturalFont() const;
+    /// Where there is no room for large text, it may become as small as usual text may.
+    double leastScale() const;
     void measure();
     void fit();
     void use(const QFont &font, qreal scaleFactor);
@@ -69,6 +75,7 @@ class FittedText : public QQuickItem {
     qreal m_scaleFactor = 1;
     qreal m_fittedWidth = 0;
     qreal m_naturalWidth = 0;
+    qreal m_leastWidth = 0;
     qreal m_naturalHeight = 0;
 };
 

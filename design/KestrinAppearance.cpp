@@ -7,11 +7,19 @@
 #include <QJSEngine>
 #include <QPalette>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace kestrin::design {
+
+namespace {
+
+// What desktops call large text. Sizes of buttons, pills and columns are given, and leave room for no more.
+constexpr double largestText = 1.25;
+
+} // namespace
 
 KestrinAppearance &KestrinAppearance::shared() {
     static KestrinAppearance *const appearance = new KestrinAppearance(qApp);
@@ -62,12 +70,15 @@ bool KestrinAppearance::eventFilter(QObject *watched, QEvent *event) {
 void KestrinAppearance::refresh() {
     if (std::exchange(m_dark, resolveDark()) != m_dark)
         Q_EMIT darkChanged();
-    const bool reducedMotion = m_desktop && m_desktop->animations() == false;
+    const bool reducedMotion = m_desktop && m_desktop->reducedMotion() == true;
     if (std::exchange(m_reducedMotion, reducedMotion) != m_reducedMotion)
         Q_EMIT reducedMotionChanged();
     const bool highContrast = m_desktop && m_desktop->highContrast() == true;
     if (std::exchange(m_highContrast, highContrast) != m_highContrast)
         Q_EMIT highContrastChanged();
+    const double textScale = m_desktop ? std::clamp(m_desktop->textScale().value_or(1), 1.0, largestText) : 1;
+    if (std::exchange(m_textScale, textScale) != m_textScale)
+        Q_EMIT textScaleChanged();
 }
 
 bool KestrinAppearance::resolveDark() const {

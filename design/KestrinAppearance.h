@@ -23,6 +23,7 @@ class KestrinAppearance : public QObject {
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
     Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY reducedMotionChanged)
     Q_PROPERTY(bool highContrast READ highContrast NOTIFY highContrastChanged)
+    Q_PROPERTY(double textScale READ textScale NOTIFY textScaleChanged)
 
   public:
     enum Preference {
@@ -51,6 +52,8 @@ class KestrinAppearance : public QObject {
     /// The desktop's user does not want things to move.
     bool reducedMotion() const { return m_reducedMotion; }
     bool highContrast() const { return m_highContrast; }
+    /// How much larger than usual texts are: as the desktop says, within what the pages have room for.
+    double textScale() const { return m_textScale; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -58,6 +61,7 @@ class KestrinAppearance : public QObject {
     void darkChanged();
     void reducedMotionChanged();
     void highContrastChanged();
+    void textScaleChanged();
 
   private:
     void refresh();
@@ -68,6 +72,7 @@ class KestrinAppearance : public QObject {
     bool m_dark = false;
     bool m_reducedMotion = false;
     bool m_highContrast = false;
+    double m_textScale = 1;
 };
 
 } // namespace kestrin::design

@@ -64,7 +64,7 @@ KestrinPressable {
                 anchors.verticalCenter: parent.verticalCenter
                 width: Math.min(implicitWidth, Math.max(row.room - 2 * root.margin,
                                                         Math.min(row.room - 2 * root.leastMargin,
-                                                                 implicitWidth * minimumScale)))
+                                                                 leastWidth)))
                 text: root.title
                 size: root.textSize
                 weight: root.textWeight

@@ -4,7 +4,8 @@
 
 namespace kestrin::foundation {
 
-/// The text with every character that could forge lines, steer a terminal or reorder what is read spelled out:
+/// The text with every character that could forge lines, steer a terminal or reorder what is read spelled
+/// out:
 /// "\u202e". These are control characters (NUL too), line separators, bidirectional controls and lone
 /// surrogates. Line feeds stay where `keepsLines`, for texts that are laid out by them. For whoever shows a
 /// text that came from outside; what is stored stays as it came.

@@ -8,6 +8,7 @@
 #include <QDBusMetaType>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QGuiApplication>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +29,11 @@ const QString gnomeAccessibilitySpace = u"org.gnome.desktop.a11y.interface"_s;
 // Values of "color-scheme"; 0 is no preference.
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
+
+/// On X11 desktops put the factor into the display's resolution, by which Qt draws the whole window larger.
+bool isTextScaledByDisplay() {
+    return QGuiApplication::platformName() == "xcb"_L1;
+}
 
 } // namespace
 
@@ -73,12 +79,19 @@ void SettingsPortal::take(const QString &space, const QString &key, const QVaria
         m_prefersDark = scheme == preferDark    ? std::optional(true)
                         : scheme == preferLight ? std::optional(false)
                                                 : std::nullopt;
+    } else if (space == appearanceSpace && key == "reduced-motion"_L1) {
+        m_motion.portals = value.toBool();
     } else if (space == gnomeSpace && key == "enable-animations"_L1) {
-        m_animations = value.toBool();
-    } else if ((space == appearanceSpace && key == "contrast"_L1) ||
-               (space == gnomeAccessibilitySpace && key == "high-contrast"_L1)) {
-        m_highContrast = value.toBool();
+        m_motion.gnomes = !value.toBool();
+    } else if (space == appearanceSpace && key == "contrast"_L1) {
+        m_contrast.portals = value.toBool();
+    } else if (space == gnomeAccessibilitySpace && key == "high-contrast"_L1) {
+        m_contrast.gnomes = value.toBool();
+    } else if (space == gnomeSpace && key == "text-scaling-factor"_L1 && !isTextScaledByDisplay()) {
+        m_textScale = value.toDouble();
     }
+    m_reducedMotion = m_motion.isWished();
+    m_highContrast = m_contrast.isWished();
 }
 
 } // namespace kestrin::desktop

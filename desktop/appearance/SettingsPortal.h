@@ -25,6 +25,17 @@ class SettingsPortal : public design::DesktopPreferences {
   private:
     void readAll();
     void take(const QString &space, const QString &key, const QVariant &value);
+
+    /// What the portal says in its own name, and GNOME's setting, which is older and known to more portals.
+    /// One of them is enough.
+    struct Wish {
+        bool portals = false;
+        bool gnomes = false;
+
+        bool isWished() const { return portals || gnomes; }
+    };
+    Wish m_motion;
+    Wish m_contrast;
 };
 
 } // namespace kestrin::desktop

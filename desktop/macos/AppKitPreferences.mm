@@ -85,7 +85,7 @@ void AppKitPreferences::read() {
     @autoreleasepool {
         m_prefersDark = isDark([[NSApplication sharedApplication] effectiveAppearance]);
         NSWorkspace *workspace = [NSWorkspace sharedWorkspace];
-        m_animations = ![workspace accessibilityDisplayShouldReduceMotion];
+        m_reducedMotion = [workspace accessibilityDisplayShouldReduceMotion];
         m_highContrast = [workspace accessibilityDisplayShouldIncreaseContrast];
     }
 }

@@ -4,6 +4,7 @@
 //   kestrin-pictures --renew STORED               those that are kept with the source
 //   kestrin-pictures --compare STORED DIFFERENT   compares with those; what looks different goes to a folder
 
+#include "design/DesktopPreferences.h"
 #include "design/KestrinAppearance.h"
 #include "tests/app/StoredPictures.h"
 #include "tests/support/WindowHome.h"
@@ -77,6 +78,12 @@ QList<Scene> scenes() {
                                     u"A\u202egpj.diova"_s, u"Zoom\n\nYou are safe"_s})
             home.workspace.launch(samples::running(name, pid++, u"us.zoom.xos"_s));
     };
+    const auto eased = [afternoon](samples::WindowHome &home) {
+        auto desktop = std::make_unique<InMemoryDesktopPreferences>();
+        desktop->say({}, {}, true, 1.25);
+        KestrinAppearance::shared().follow(std::move(desktop));
+        afternoon(home);
+    };
     const auto nothing = [](samples::WindowHome &home) { home.open(); };
     const auto off = [afternoon](samples::WindowHome &home) {
         afternoon(home);
@@ -97,6 +104,13 @@ QList<Scene> scenes() {
         {u"schedule-none"_s, MacSection::Schedule, nothing},
         {u"activity-empty"_s, MacSection::Activity, nothing},
         {u"access-enforcing"_s, MacSection::Access, enforcing},
+        {u"home-eased"_s, MacSection::Home, eased},
+        {u"devices-eased"_s, MacSection::Devices, eased},
+        {u"apps-eased"_s, MacSection::Apps, eased},
+        {u"schedule-eased"_s, MacSection::Schedule, eased},
+        {u"activity-eased"_s, MacSection::Activity, eased},
+        {u"access-eased"_s, MacSection::Access, eased},
+        {u"connect-eased"_s, MacSection::Connect, eased},
         {u"apps-names"_s, MacSection::Apps, names},
         {u"activity-names"_s, MacSection::Activity, names},
         {u"connect-enforcing"_s, MacSection::Connect, enforcing},
@@ -104,6 +118,7 @@ QList<Scene> scenes() {
 }
 
 QImage draw(const Scene &scene, const QString &appearance, QSize size) {
+    KestrinAppearance::shared().follow(nullptr);
     KestrinAppearance::shared().setPreference(*KestrinAppearance::preferenceFromText(appearance));
     samples::WindowHome home;
     scene.prepare(home);

@@ -1,6 +1,9 @@
 // The window over an in-memory desktop: what the pages count and list, and what each control does. How they
 // look in which state is seen by pictures.cpp.
 
+#include "design/DesktopPreferences.h"
+#include "design/FittedText.h"
+#include "design/KestrinAppearance.h"
 #include "design/KestrinTone.h"
 #include "tests/support/WindowHome.h"
 
@@ -133,8 +136,12 @@ void WindowTest::home() {
     QCOMPARE(desk.workspace.subscriberCount(), 0);
 }
 
-// Where there is the least room.
+// Where there is the least room, and texts are as large as they can be.
 void WindowTest::nothingIsCut() {
+    auto large = std::make_unique<InMemoryDesktopPreferences>();
+    large->say({}, {}, {}, 2);
+    KestrinAppearance::shared().follow(std::move(large));
+    const auto usual = qScopeGuard([] { KestrinAppearance::shared().follow(nullptr); });
     const Desk desk(MacSection::Home);
     desk.window().resize(1040, 680);
     for (int section = 0; section < 7; ++section) {
@@ -143,6 +150,12 @@ void WindowTest::nothingIsCut() {
         QVERIFY(!texts.isEmpty());
         for (const QQuickItem *const text : texts)
             QVERIFY2(!text->property("truncated").toBool(), qPrintable(text->property("text").toString()));
+        for (const char *const type : {"KestrinPrimaryButton", "KestrinSecondaryButton"}) {
+            for (const QQuickItem *const button : desk.all(type)) {
+                const QQuickItem *const label = button->findChild<FittedText *>();
+                QVERIFY(button->width() - label->mapToItem(button, {label->width(), 0}).x() >= 6);
+            }
+        }
     }
 }
 

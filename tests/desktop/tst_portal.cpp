@@ -25,9 +25,13 @@ class Portal : public QObject {
   public Q_SLOTS:
     QMap<QString, QVariantMap> ReadAll(const QStringList &) {
         return {
-            {u"org.freedesktop.appearance"_s, {{u"color-scheme"_s, 1U}, {u"contrast"_s, 1U}}},
+            {u"org.freedesktop.appearance"_s,
+             {{u"color-scheme"_s, 1U}, {u"contrast"_s, 1U}, {u"reduced-motion"_s, 1U}}},
             {u"org.gnome.desktop.interface"_s,
-             {{u"enable-animations"_s, false}, {u"color-scheme"_s, u"default"_s}}},
+             {{u"enable-animations"_s, true},
+              {u"color-scheme"_s, u"default"_s},
+              {u"text-scaling-factor"_s, 1.5}}},
+            {u"org.gnome.desktop.a11y.interface"_s, {{u"high-contrast"_s, false}}},
         };
     }
 };
@@ -73,6 +77,9 @@ void PortalTest::firstAnswerAndChanges() {
     change(u"contrast"_s, 0);
     QTRY_VERIFY(!appearance.highContrast());
     QVERIFY(appearance.isDark() && appearance.reducedMotion());
+    QCOMPARE(appearance.textScale(), 1.25); // no more than there is room for
+    change(u"reduced-motion"_s, 0);
+    QTRY_VERIFY(!appearance.reducedMotion());
     change(u"color-scheme"_s, 0);
     QTRY_VERIFY(!appearance.isDark());
 }

@@ -103,7 +103,7 @@ void DesktopTest::preferencesAreFollowed() {
         reduced = motion;
         contrast = increase;
         postOnWorkspaceCentre(NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification, nil, nil);
-        QCOMPARE(staying.animations(), !motion);
+        QCOMPARE(staying.reducedMotion(), bool(motion));
         QCOMPARE(staying.highContrast(), bool(increase));
     }
     QCOMPARE(spy.size(), 4);
