@@ -3,6 +3,7 @@
 #include "app/Kestrin/program/ModuleObjects.h"
 #include "app/Kestrin/rows/ShownText.h"
 #include "design/KestrinIconMark.h"
+#include "foundation/VisibleText.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
@@ -11,6 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace kestrin::app {
 
+using namespace foundation;
 using namespace engine;
 using namespace runtime;
 using namespace design;
@@ -49,10 +51,10 @@ KestrinApplication::~KestrinApplication() {
 void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundings surroundings) {
     m_protection.emplace(defaults, std::move(surroundings));
     connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
-    connect(&m_protection->runtime, &MacProtectionRuntime::fileSetAside, this,
-            &KestrinApplication::showSentence);
-    connect(&m_protection->runtime, &MacProtectionRuntime::storageFailed, this,
-            &KestrinApplication::showSentence);
+    // These name files.
+    const auto showVisibly = [this](const QString &sentence) { showSentence(visibleText(sentence)); };
+    connect(&m_protection->runtime, &MacProtectionRuntime::fileSetAside, this, showVisibly);
+    connect(&m_protection->runtime, &MacProtectionRuntime::storageFailed, this, showVisibly);
     connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
     connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     if (m_start == Start::withWindow)
