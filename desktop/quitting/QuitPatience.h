@@ -21,7 +21,9 @@ class QuitPatience {
         if (begin - m_lastTalk >= inAll)
             m_left = inAll;
         const auto patience = std::min(busPatience, duration_cast<milliseconds>(m_left));
-        const bool isAccepted = patience.count() > 0 && desktop::acceptsQuitCommand(target, patience);
+        if (patience.count() == 0)
+            return false;
+        const bool isAccepted = desktop::acceptsQuitCommand(target, patience);
         m_lastTalk = steady_clock::now();
         m_left = std::max(m_left - (m_lastTalk - begin), nanoseconds::zero());
         return isAccepted;

@@ -6,7 +6,10 @@
 
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <utility>
+
+using namespace std::chrono_literals;
 
 namespace kestrin::desktop {
 
@@ -76,6 +79,7 @@ void X11Launches::stopWatching() {
     }
     m_watcher.reset();
     m_launches.clear();
+    m_limit = {};
     m_heldBack.stop();
 }
 
@@ -117,8 +121,8 @@ void X11Launches::findLaunches() {
         if (m_limit.admits(application.process, startOfProcess(application.process), now))
             m_launches.append({m_subscribers.notice(), application});
     }
-    if (const auto due = m_limit.nextDue(); due && !m_heldBack.isActive())
-        m_heldBack.start(std::chrono::ceil<std::chrono::milliseconds>(*due - now));
+    if (const auto due = m_limit.nextDue())
+        m_heldBack.start(std::max(std::chrono::ceil<std::chrono::milliseconds>(*due - now), 0ms));
     expectEvents();
 }
 

@@ -40,7 +40,12 @@ void LaunchLimitTest::aNewProcessIsAlwaysLaunched() {
         QVERIFY(limit.admits(7, began, start));
         QVERIFY(!limit.admits(7, began, start + 1ms));
     }
-    QVERIFY(limit.admits(8, 3, start));
+    QVERIFY(limit.admits(8, 3, start + 1s));
+    // Who is due first need not be held back first.
+    QVERIFY(!limit.admits(8, 3, start + 2s));
+    QCOMPARE(limit.nextDue(), start + 5s);
+    QCOMPARE(limit.takeDue(start + 5s), QList<qint32>{7});
+    QCOMPARE(limit.nextDue(), start + 6s);
 }
 
 QTEST_GUILESS_MAIN(LaunchLimitTest)
