@@ -62,7 +62,7 @@ StatusReport CommandSession::status() const {
 }
 
 Outcome CommandSession::settleFlag() {
-    if (!monitoredBy() && runtime.isSavedOn() != flag.isOn())
+    if (!monitoredBy() && runtime.isSavedOn() != flag.isOn() && runtime.areSettingsChosen())
         return runtime.updatePrivacyMode(flag.isOn(), false);
     return {};
 }

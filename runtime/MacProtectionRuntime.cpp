@@ -44,9 +44,10 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
     , m_workspace(surroundings.workspace)
     , m_catalog{RiskAppCatalog::defaultDefinitions()}
     , m_inventoryService(std::make_shared<NSWorkspaceAppInventoryService>(m_workspace))
-    , m_actionPerformer(std::make_shared<NSWorkspaceRiskAppActionPerformer>(m_workspace))
     , m_settingsStore(std::make_shared<RememberedSettings>(
           std::move(surroundings.settingsStore), [this](const StoreResult &result) { report(result); }))
+    , m_actionPerformer(std::make_shared<CarefulPerformer>(
+          std::make_shared<NSWorkspaceRiskAppActionPerformer>(m_workspace), m_settingsStore))
     , m_logStore(std::make_shared<ReportedLog>(std::move(surroundings.logStore),
                                                [this](const StoreResult &result) { report(result); }))
     , m_defaults(defaults) {
@@ -110,7 +111,8 @@ void MacProtectionRuntime::start(bool privacyModeOn, const PrivacyModeSetter &se
     setPrivacyModeSetter(setPrivacyMode);
     for (const QString &sentence : unreadable())
         report({sentence, {}});
-    updateSettings([&](PrivacyModeSettings &settings) { settings.isEnabled = privacyModeOn; });
+    if (areSettingsChosen())
+        updateSettings([&](PrivacyModeSettings &settings) { settings.isEnabled = privacyModeOn; });
     Q_EMIT summariesChanged();
     refreshInventoryPreview();
     configureRelaunchMonitor();

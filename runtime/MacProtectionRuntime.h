@@ -4,6 +4,7 @@
 #include "engine/PrivacyModeSettingsStoring.h"
 #include "engine/RiskAppRelaunchMonitor.h"
 #include "runtime/Outcome.h"
+#include "runtime/ReportedStores.h"
 #include "runtime/TimeChangeWatch.h"
 #include "runtime/UserDefaults.h"
 #include "shared/DomainRecords.h"
@@ -135,6 +136,9 @@ class MacProtectionRuntime : public QObject {
 
     /// Whether Privacy Mode is on in the settings, by which launches and checks go. Loads them.
     bool isSavedOn() const { return m_settingsStore->load().isEnabled; }
+    /// Whether somebody has chosen the settings that were loaded last. By others nobody is asked to quit, and
+    /// nothing but the user's own changes makes them the stored ones.
+    bool areSettingsChosen() const { return m_settingsStore->areChosen(); }
     /// Why stored values cannot be read now, a sentence for each.
     QStringList unreadable() const;
     /// Tells of what was stored for this runtime by others.
@@ -195,8 +199,8 @@ class MacProtectionRuntime : public QObject {
     engine::Workspace &m_workspace;
     const engine::RiskAppCatalog m_catalog;
     const std::shared_ptr<engine::MacAppInventoryService> m_inventoryService;
+    const std::shared_ptr<RememberedSettings> m_settingsStore;
     const std::shared_ptr<engine::RiskAppActionPerforming> m_actionPerformer;
-    const std::shared_ptr<engine::PrivacyModeSettingsStoring> m_settingsStore;
     const std::shared_ptr<engine::MacActivityLogStoring> m_logStore;
     /// Present for the stores that are files, once started.
     std::unique_ptr<foundation::FileWatch> m_settingsWatch;

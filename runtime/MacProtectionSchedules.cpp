@@ -138,14 +138,16 @@ Outcome MacProtectionRuntime::evaluateSchedules(const QDateTime &date) {
     const std::optional<bool> wanted = scheduledPrivacyModeState(date);
     if (!wanted || *wanted == isSavedOn())
         return outcome;
-    // The presets' own switches are nobody's choice where somebody's cannot be read.
-    if (!m_storedModeIDs && !m_defaults.problem().isEmpty())
+    // What holds where somebody's choice cannot be read is nobody's: neither do the presets' own switches
+    // count, nor is it stored.
+    if (!areSettingsChosen() || (!m_storedModeIDs && !m_defaults.problem().isEmpty()))
         return outcome;
     outcome.log =
         recordEvent(*wanted ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
                     *wanted ? u"Schedule turned Privacy Mode on."_s : u"Schedule turned Privacy Mode off."_s);
     outcome &= m_privacyModeSetter ? m_privacyModeSetter(*wanted) : updatePrivacyMode(*wanted, true);
-    outcome.switchedBySchedules = wanted;
+    if (outcome.settings.isKept())
+        outcome.switchedBySchedules = wanted;
     return outcome;
 }
 

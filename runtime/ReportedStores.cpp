@@ -2,6 +2,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace kestrin::runtime {
 
 using namespace foundation;
@@ -23,11 +25,15 @@ RememberedSettings::RememberedSettings(std::shared_ptr<PrivacyModeSettingsStorin
     , m_report(std::move(report)) {}
 
 PrivacyModeSettings RememberedSettings::load() {
-    if (const auto stored = m_settings->stored()) {
+    auto stored = m_settings->stored();
+    const QString problem = stored ? QString() : m_settings->problem();
+    // What was in the way may have gone by now.
+    if (!stored && problem.isEmpty())
+        stored = m_settings->stored();
+    if (stored)
         m_last = stored;
-        return *stored;
-    }
-    m_report({m_settings->problem(), {}});
+    m_areChosen = m_last || problem.isEmpty();
+    m_report({problem, {}});
     return m_last ? *m_last : m_settings->load();
 }
 
@@ -39,10 +45,24 @@ StoreResult RememberedSettings::update(const Change &change) {
         change(settings, areStored);
         changed = settings;
     });
-    if (result.isKept())
+    if (result.isKept()) {
         m_last = changed;
+        m_areChosen = true;
+    }
     m_report(result);
     return result;
+}
+
+CarefulPerformer::CarefulPerformer(std::shared_ptr<RiskAppActionPerforming> performer,
+                                   std::shared_ptr<const RememberedSettings> settings)
+    : m_performer(std::move(performer))
+    , m_settings(std::move(settings)) {}
+
+RiskAppActionResult CarefulPerformer::requestQuit(const RunningMacApp &app) {
+    if (m_settings->areChosen())
+        return m_performer->requestQuit(app);
+    return {RiskAppActionStatus::failed,
+            app.localizedName + u" was not asked to quit, because the settings cannot be read."_s};
 }
 
 } // namespace kestrin::runtime

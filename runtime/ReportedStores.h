@@ -3,6 +3,7 @@
 
 #include "engine/MacActivityLogStoring.h"
 #include "engine/PrivacyModeSettingsStoring.h"
+#include "engine/RiskAppActionPerforming.h"
 
 #include <functional>
 #include <memory>
@@ -36,10 +37,28 @@ class RememberedSettings final : public engine::PrivacyModeSettingsStoring {
     QString problem() override { return m_settings->problem(); }
     QString file() const override { return m_settings->file(); }
 
+    /// Whether somebody has chosen what was loaded last. A fallback for what cannot be used is nobody's
+    /// choice.
+    bool areChosen() const { return m_areChosen; }
+
   private:
     const std::shared_ptr<engine::PrivacyModeSettingsStoring> m_settings;
     const StoreReport m_report;
     std::optional<engine::PrivacyModeSettings> m_last;
+    bool m_areChosen = true;
+};
+
+/// Asks nobody to quit by settings that nobody has chosen.
+class CarefulPerformer final : public engine::RiskAppActionPerforming {
+  public:
+    CarefulPerformer(std::shared_ptr<engine::RiskAppActionPerforming> performer,
+                     std::shared_ptr<const RememberedSettings> settings);
+
+    engine::RiskAppActionResult requestQuit(const engine::RunningMacApp &app) override;
+
+  private:
+    const std::shared_ptr<engine::RiskAppActionPerforming> m_performer;
+    const std::shared_ptr<const RememberedSettings> m_settings;
 };
 
 } // namespace kestrin::runtime

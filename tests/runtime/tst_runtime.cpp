@@ -58,6 +58,7 @@ class RuntimeTest : public QObject {
     void otherProcesses();
     void twoProcesses();
     void unreadable();
+    void nobodysChoice();
     void severalAsOne();
     void claims();
 };
@@ -333,6 +334,35 @@ void RuntimeTest::unreadable() {
     QVERIFY(QFile::remove(file) && QDir().mkpath(file));
     QCOMPARE(flag.setOn(true).settings.problem, file + u" is a folder and not a file."_s);
     QVERIFY(!flag.isOn());
+}
+
+void RuntimeTest::nobodysChoice() {
+    // Settings that never could be read ask nobody to quit, and neither a start nor a schedule stores them.
+    for (const bool isFolder : {false, true}) {
+        Home home;
+        const QString file = home.settings.file();
+        home.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, true);
+        home.defaults.setStringArray(modesKey, {u"focus"_s});
+        if (isFolder)
+            QVERIFY(QDir().mkpath(file));
+        else
+            samples::write(file, "{");
+        MacProtectionRuntime runtime(home.defaults, home.surroundings());
+        PrivacyModeFlag flag(home.defaults, runtime);
+        flag.startRuntime();
+        home.workspace.launch(samples::running(u"FaceTime"_s, 12));
+        runtime.runLiveCheck();
+        QVERIFY(home.workspace.terminationRequests().isEmpty());
+        QCOMPARE(home.story().count(u"Zoom was not asked to quit, because the settings cannot be read."_s),
+                 1);
+        QVERIFY(isFolder ? QFileInfo(file).isDir() : samples::contents(file) == "{");
+
+        QCOMPARE(flag.setOn(false).isKept(), !isFolder);
+        QCOMPARE(runtime.setMode(u"away"_s, true).switchedBySchedules,
+                 isFolder ? std::nullopt : std::optional(true));
+        runtime.runLiveCheck();
+        QCOMPARE(home.workspace.terminationRequests().isEmpty(), isFolder);
+    }
 }
 
 void RuntimeTest::severalAsOne() {
