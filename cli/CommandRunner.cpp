@@ -88,9 +88,14 @@ class CommandRunner {
     }
 
     /// Where what follows is not what was stored.
+    void sayProblem(const QString &problem) {
+        if (!problem.isEmpty())
+            m_surroundings.say(problem);
+    }
+
     void sayUnreadable() {
-        for (const QString &sentence : m_session->runtime.unreadable())
-            m_surroundings.say(sentence);
+        sayProblem(m_surroundings.runtime.settingsStore->problem());
+        sayProblem(m_surroundings.defaults.problem());
     }
 
     CommandSession &session(Desktop desktop) {
@@ -118,7 +123,7 @@ class CommandRunner {
 
     ExitStatus catalog() {
         const MacProtectionRuntime &runtime = session(Desktop::ignored).runtime;
-        sayUnreadable();
+        sayProblem(m_surroundings.runtime.settingsStore->problem());
         return answer([&] { return toJsonValue(runtime.catalog()); },
                       [&] {
                           return catalogText(runtime.catalog(), runtime.protectedDefinitionIDs(),
@@ -252,7 +257,7 @@ class CommandRunner {
             if (outcome != ExitStatus::done)
                 return outcome;
         }
-        sayUnreadable();
+        sayProblem(m_surroundings.defaults.problem());
         const QList<ModePreset> &modes = changing.runtime.modes();
         const auto wanted = changing.runtime.scheduledPrivacyModeState(m_surroundings.runtime.clock());
         return answer([&] { return toJsonValue(modes); },

@@ -45,11 +45,14 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
     , m_catalog{RiskAppCatalog::defaultDefinitions()}
     , m_inventoryService(std::make_shared<NSWorkspaceAppInventoryService>(m_workspace))
     , m_settingsStore(std::make_shared<RememberedSettings>(
-          std::move(surroundings.settingsStore), [this](const StoreResult &result) { report(result); }))
+          std::move(surroundings.settingsStore),
+          [this](const StoreResult &loaded) { report(StoreUse::loading, loaded); },
+          [this](const StoreResult &saved) { report(StoreUse::saving, saved); }))
     , m_actionPerformer(std::make_shared<CarefulPerformer>(
           std::make_shared<NSWorkspaceRiskAppActionPerformer>(m_workspace), m_settingsStore))
-    , m_logStore(std::make_shared<ReportedLog>(std::move(surroundings.logStore),
-                                               [this](const StoreResult &result) { report(result); }))
+    , m_logStore(
+          std::make_shared<ReportedLog>(std::move(surroundings.logStore),
+                                        [this](const StoreResult &result) { report(StoreUse::log, result); }))
     , m_defaults(defaults) {
     m_storedDefinitionIDs = m_settingsStore->load().protectedDefinitionIDs;
     m_protectedDefinitionIDs =
@@ -109,8 +112,9 @@ QString MacProtectionRuntime::diagnosticsText() const {
 
 void MacProtectionRuntime::start(bool privacyModeOn, const PrivacyModeSetter &setPrivacyMode) {
     setPrivacyModeSetter(setPrivacyMode);
-    for (const QString &sentence : unreadable())
-        report({sentence, {}});
+    report(StoreUse::loading, {m_settingsStore->problem(), {}});
+    report(StoreUse::defaults, {m_defaults.problem(), {}});
+    report(StoreUse::log, {m_logStore->problem(), {}});
     if (areSettingsChosen())
         updateSettings([&](PrivacyModeSettings &settings) { settings.isEnabled = privacyModeOn; });
     Q_EMIT summariesChanged();
@@ -262,19 +266,15 @@ StoreResult MacProtectionRuntime::recordEvent(MacProtectionEventKind kind, const
     return recorded;
 }
 
-QStringList MacProtectionRuntime::unreadable() const {
-    QStringList sentences{m_settingsStore->problem(), m_defaults.problem(), m_logStore->problem()};
-    sentences.removeAll(QString());
-    return sentences;
-}
-
-void MacProtectionRuntime::report(const StoreResult &result) {
+void MacProtectionRuntime::report(StoreUse use, const StoreResult &result) {
     if (!result.notice.isEmpty())
         Q_EMIT fileSetAside(result.notice);
-    if (result.isKept() || m_toldProblems.contains(result.problem))
-        return;
-    m_toldProblems.insert(result.problem);
-    Q_EMIT storageFailed(result.problem);
+    if (result.isKept())
+        m_toldProblems.removeIf([use](const auto &told) { return told.value() == use; });
+    else if (!m_toldProblems.contains(result.problem)) {
+        m_toldProblems.insert(result.problem, use);
+        Q_EMIT storageFailed(result.problem);
+    }
 }
 
 void MacProtectionRuntime::reloadRecentEvents() {

@@ -9,6 +9,7 @@
 #include "runtime/UserDefaults.h"
 #include "shared/DomainRecords.h"
 
+#include <QHash>
 #include <QObject>
 #include <QSet>
 #include <QUrl>
@@ -139,15 +140,14 @@ class MacProtectionRuntime : public QObject {
     /// Whether somebody has chosen the settings that were loaded last. By others nobody is asked to quit, and
     /// nothing but the user's own changes makes them the stored ones.
     bool areSettingsChosen() const { return m_settingsStore->areChosen(); }
-    /// Why stored values cannot be read now, a sentence for each.
-    QStringList unreadable() const;
-    /// Tells of what was stored for this runtime by others.
-    void report(const foundation::StoreResult &result);
+    /// Tells of what became of the user defaults that others stored for this runtime.
+    void report(const foundation::StoreResult &result) { report(StoreUse::defaults, result); }
 
   Q_SIGNALS:
     /// A file that could not be used was set aside; a sentence.
     void fileSetAside(const QString &sentence);
-    /// Something could not be stored, or what is stored cannot be read. A sentence, and each once.
+    /// Something could not be stored, or what is stored cannot be read. A sentence, and each once until it is
+    /// over.
     void storageFailed(const QString &sentence);
     void recentEventsChanged();
     void isMonitoringChanged();
@@ -163,6 +163,10 @@ class MacProtectionRuntime : public QObject {
     void summariesChanged();
 
   private:
+    /// What succeeds or fails by itself.
+    enum class StoreUse { loading, saving, defaults, log };
+
+    void report(StoreUse use, const foundation::StoreResult &result);
     foundation::StoreResult recordEvent(engine::MacProtectionEventKind kind, const QString &message,
                                         const std::optional<QString> &appName = std::nullopt);
     void reloadRecentEvents();
@@ -210,8 +214,8 @@ class MacProtectionRuntime : public QObject {
     std::unique_ptr<QTimer> m_scheduleTimer;
     std::unique_ptr<TimeChangeWatch> m_timeWatch;
     PrivacyModeSetter m_privacyModeSetter;
-    /// The problems that were told.
-    QSet<QString> m_toldProblems;
+    /// The problems that were told and are not over.
+    QHash<QString, StoreUse> m_toldProblems;
     bool m_isRefreshPosted = false;
     /// What the monitor has recorded since the last refresh.
     QList<engine::MacProtectionEvent> m_reactions;

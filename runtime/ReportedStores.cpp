@@ -20,9 +20,10 @@ StoreResult ReportedLog::tryAppend(const MacProtectionEvent &event) {
 }
 
 RememberedSettings::RememberedSettings(std::shared_ptr<PrivacyModeSettingsStoring> settings,
-                                       StoreReport report)
+                                       StoreReport loaded, StoreReport saved)
     : m_settings(std::move(settings))
-    , m_report(std::move(report)) {}
+    , m_loaded(std::move(loaded))
+    , m_saved(std::move(saved)) {}
 
 PrivacyModeSettings RememberedSettings::load() {
     auto stored = m_settings->stored();
@@ -33,7 +34,7 @@ PrivacyModeSettings RememberedSettings::load() {
     if (stored)
         m_last = stored;
     m_areChosen = m_last || problem.isEmpty();
-    m_report({problem, {}});
+    m_loaded({problem, {}});
     return m_last ? *m_last : m_settings->load();
 }
 
@@ -49,7 +50,7 @@ StoreResult RememberedSettings::update(const Change &change) {
         m_last = changed;
         m_areChosen = true;
     }
-    m_report(result);
+    m_saved(result);
     return result;
 }
 

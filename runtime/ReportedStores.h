@@ -30,7 +30,8 @@ class ReportedLog final : public engine::MacActivityLogStoring {
 /// Settings that cannot be used any more are nobody's choice: then those that were read or saved last hold.
 class RememberedSettings final : public engine::PrivacyModeSettingsStoring {
   public:
-    RememberedSettings(std::shared_ptr<engine::PrivacyModeSettingsStoring> settings, StoreReport report);
+    RememberedSettings(std::shared_ptr<engine::PrivacyModeSettingsStoring> settings, StoreReport loaded,
+                       StoreReport saved);
 
     engine::PrivacyModeSettings load() override;
     [[nodiscard]] foundation::StoreResult update(const Change &change) override;
@@ -43,7 +44,8 @@ class RememberedSettings final : public engine::PrivacyModeSettingsStoring {
 
   private:
     const std::shared_ptr<engine::PrivacyModeSettingsStoring> m_settings;
-    const StoreReport m_report;
+    const StoreReport m_loaded;
+    const StoreReport m_saved;
     std::optional<engine::PrivacyModeSettings> m_last;
     bool m_areChosen = true;
 };

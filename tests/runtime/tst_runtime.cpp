@@ -329,6 +329,9 @@ void RuntimeTest::unreadable() {
     QVERIFY(flag.setOn(false).isKept());
     QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, {u"facetime"_s}}));
     QVERIFY(setAside.size() == 1 && failed.size() == 1);
+    // That was over, so the same again is news.
+    samples::write(file, "{");
+    QTRY_COMPARE(failed.size(), 2);
 
     // What is asked for but cannot be kept is told, and neither the flag nor the file says otherwise.
     QVERIFY(QFile::remove(file) && QDir().mkpath(file));
