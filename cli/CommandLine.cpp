@@ -162,6 +162,7 @@ class Parser {
         else if (unknown != ids.cend())
             fail(quoted(*unknown) + u" is not "_s + what + u"; accepted are "_s + listed(accepted) + u'.');
         m_result.ids = ids;
+        m_result.ids.removeDuplicates();
     }
 
     void settleOnOrOff() {

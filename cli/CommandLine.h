@@ -15,7 +15,7 @@ struct Invocation {
     Action action = Action::run;
     /// Null only for the help and the version of the whole program.
     const CommandDescription *command = nullptr;
-    /// The identifiers of `protect`, `unprotect` and `schedule`, in the order given.
+    /// The identifiers of `protect`, `unprotect` and `schedule`, in the order given and each once.
     QStringList ids;
     /// What `enforce`, `schedule` or `autostart` switches to; absent when nothing is to be changed.
     std::optional<bool> enable;

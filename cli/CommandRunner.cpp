@@ -9,9 +9,6 @@
 #include "foundation/JsonEncoding.h"
 #include "runtime/StatusSummaries.h"
 
-#include <algorithm>
-#include <iterator>
-
 using namespace Qt::StringLiterals;
 
 namespace kestrin::cli {
@@ -198,11 +195,9 @@ class CommandRunner {
 
     ExitStatus select(bool isProtected) {
         CommandSession &changing = sessionThatLooks();
-        const QSet<QString> before = changing.runtime.protectedDefinitionIDs();
-        const auto isSo = [&](const QString &id) { return before.contains(id) == isProtected; };
         const Outcome outcome = changing.runtime.setProtectedDefinitions(m_call.ids, isProtected);
         if (outcome.isKept()) {
-            remarkUnchanged(isSo, isProtected ? u"protected already"_s : u"not protected"_s);
+            remarkUnchanged(outcome, isProtected ? u"protected already"_s : u"not protected"_s);
             if (changing.runtime.protectedDefinitionIDs().isEmpty())
                 remark(u"Nothing is selected now, and that protects everything; \"kestrinctl off\" turns "
                        "Privacy Mode off."_s);
@@ -210,10 +205,9 @@ class CommandRunner {
         return afterChange(outcome);
     }
 
-    template <typename IsSo>
-    void remarkUnchanged(const IsSo &isSo, const QString &state) {
-        QStringList unchanged;
-        std::copy_if(m_call.ids.cbegin(), m_call.ids.cend(), std::back_inserter(unchanged), isSo);
+    void remarkUnchanged(const Outcome &outcome, const QString &state) {
+        QStringList unchanged = m_call.ids;
+        unchanged.removeIf([&](const QString &id) { return outcome.changed.contains(id); });
         if (unchanged.isEmpty())
             return;
         const QString all = unchanged.size() == m_call.ids.size() ? u"Nothing was changed: "_s : QString();
@@ -270,15 +264,9 @@ class CommandRunner {
         if (const Outcome settled = changing.settleFlag(); !settled.isKept())
             return outcomeOf(settled);
         const bool enabled = *m_call.enable;
-        const QList<ModePreset> before = changing.runtime.modes();
-        const auto isSo = [&](const QString &id) {
-            return std::any_of(before.cbegin(), before.cend(), [&](const ModePreset &mode) {
-                return mode.id == id && mode.enabled == enabled;
-            });
-        };
         const Outcome outcome = changing.runtime.setModes(m_call.ids, enabled);
         if (outcome.isKept()) {
-            remarkUnchanged(isSo, enabled ? u"enabled already"_s : u"disabled already"_s);
+            remarkUnchanged(outcome, enabled ? u"enabled already"_s : u"disabled already"_s);
             if (outcome.switchedBySchedules)
                 remark(*outcome.switchedBySchedules ? u"The schedules turned Privacy Mode on."_s
                                                     : u"The schedules turned Privacy Mode off."_s);

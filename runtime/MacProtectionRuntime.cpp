@@ -116,7 +116,7 @@ void MacProtectionRuntime::start(bool privacyModeOn, const PrivacyModeSetter &se
     report(StoreUse::defaults, {m_defaults.problem(), {}});
     report(StoreUse::log, {m_logStore->problem(), {}});
     if (areSettingsChosen())
-        updateSettings([&](PrivacyModeSettings &settings) { settings.isEnabled = privacyModeOn; });
+        updateSettings([&](PrivacyModeSettings &settings, bool) { settings.isEnabled = privacyModeOn; });
     Q_EMIT summariesChanged();
     refreshInventoryPreview();
     configureRelaunchMonitor();
@@ -132,8 +132,9 @@ void MacProtectionRuntime::setPrivacyModeSetter(const PrivacyModeSetter &setPriv
 Outcome MacProtectionRuntime::updatePrivacyMode(bool privacyModeOn, bool recordChange) {
     Outcome outcome;
     bool wasOn = privacyModeOn;
-    outcome.settings = updateSettings(
-        [&](PrivacyModeSettings &settings) { wasOn = std::exchange(settings.isEnabled, privacyModeOn); });
+    outcome.settings = updateSettings([&](PrivacyModeSettings &settings, bool) {
+        wasOn = std::exchange(settings.isEnabled, privacyModeOn);
+    });
     Q_EMIT summariesChanged();
     if (recordChange && wasOn != privacyModeOn)
         outcome.log = recordEvent(
@@ -146,23 +147,24 @@ Outcome MacProtectionRuntime::updatePrivacyMode(bool privacyModeOn, bool recordC
 Outcome MacProtectionRuntime::setProtectedDefinitions(const QStringList &ids, bool enabled) {
     Outcome outcome;
     const auto isNews = [&](const QString &id) { return m_protectedDefinitionIDs.contains(id) != enabled; };
-    if (std::none_of(ids.cbegin(), ids.cend(), isNews))
+    // What is so only as long as nobody's choice can be read becomes one.
+    const bool isReadable = m_settingsStore->problem().isEmpty();
+    if (isReadable && std::none_of(ids.cbegin(), ids.cend(), isNews))
         return outcome;
-    QStringList changed;
-    outcome.settings = updateSettings([&](PrivacyModeSettings &) {
+    outcome.settings = updateSettings([&](PrivacyModeSettings &, bool areStored) {
         for (const QString &id : ids) {
-            if (!isNews(id))
+            if ((isReadable || areStored) && !isNews(id))
                 continue;
             if (enabled)
                 m_protectedDefinitionIDs.insert(id);
             else
                 m_protectedDefinitionIDs.remove(id);
-            changed.append(id);
+            outcome.changed.append(id);
         }
     });
     Q_EMIT protectedDefinitionIDsChanged();
     const QString change = enabled ? u" added to Mac Privacy Mode."_s : u" removed from Mac Privacy Mode."_s;
-    for (const QString &id : std::as_const(changed)) {
+    for (const QString &id : std::as_const(outcome.changed)) {
         const QString name = nameOf(m_catalog, id);
         outcome.log &= recordEvent(MacProtectionEventKind::riskAppMatched, name + change, name);
     }
@@ -173,7 +175,7 @@ Outcome MacProtectionRuntime::setProtectedDefinitions(const QStringList &ids, bo
 Outcome MacProtectionRuntime::applyRecommendedRiskApps() {
     Outcome outcome;
     outcome.settings =
-        updateSettings([this](PrivacyModeSettings &) { m_protectedDefinitionIDs = defaultDefinitionIDs(); });
+        updateSettings([this](auto &, bool) { m_protectedDefinitionIDs = defaultDefinitionIDs(); });
     Q_EMIT protectedDefinitionIDsChanged();
     outcome.log =
         recordEvent(MacProtectionEventKind::riskAppMatched, u"Recommended Mac protected app list applied."_s);
@@ -299,14 +301,14 @@ void MacProtectionRuntime::setMonitoring() {
 }
 
 /// Changes the settings, the selection included, while nobody else can.
-StoreResult MacProtectionRuntime::updateSettings(const std::function<void(PrivacyModeSettings &)> &change) {
+StoreResult MacProtectionRuntime::updateSettings(const PrivacyModeSettingsStoring::Change &change) {
     bool isAdopted = false;
     StoreResult saved = m_settingsStore->update([&](PrivacyModeSettings &settings, bool areStored) {
         // What another process has selected since is not to be undone. A fallback is nobody's choice.
         isAdopted = areStored && settings.protectedDefinitionIDs != m_storedDefinitionIDs;
         if (isAdopted)
             m_protectedDefinitionIDs = settings.protectedDefinitionIDs;
-        change(settings);
+        change(settings, areStored);
         settings.protectedDefinitionIDs = m_protectedDefinitionIDs;
     });
     if (saved.isKept())

@@ -177,7 +177,7 @@ class MacProtectionRuntime : public QObject {
     void refreshLater();
     void refresh();
     void tellQuitRequests(const QList<engine::MacProtectionEvent> &events);
-    foundation::StoreResult updateSettings(const std::function<void(engine::PrivacyModeSettings &)> &change);
+    foundation::StoreResult updateSettings(const engine::PrivacyModeSettingsStoring::Change &change);
     void followOtherProcesses();
     void adoptStoredSelection();
     void adoptStoredModes();

@@ -38,21 +38,25 @@ QList<ModePreset> seedModes(const std::optional<QStringList> &enabledModeIDs) {
     return modes;
 }
 
-/// Presets after a switch, and the names of those that it changed.
+/// Presets after a switch, and those that it changed.
 struct SwitchedModes {
     QList<ModePreset> modes;
     QStringList names;
+    QStringList ids;
 };
 
-SwitchedModes switchedModes(const QList<ModePreset> &modes, const QStringList &ids, bool enabled) {
-    SwitchedModes switched{modes, {}};
+/// Those that nobody has chosen are changed also if they stay as they are.
+SwitchedModes switchedModes(const QList<ModePreset> &modes, const QStringList &ids, bool enabled,
+                            bool areChosen) {
+    SwitchedModes switched{modes, {}, {}};
     for (const QString &id : ids) {
         const auto found = std::find_if(switched.modes.begin(), switched.modes.end(),
                                         [&](const ModePreset &mode) { return mode.id == id; });
-        if (found != switched.modes.end() && found->enabled != enabled) {
-            found->enabled = enabled;
-            switched.names.append(found->name);
-        }
+        if (found == switched.modes.end() || (areChosen && found->enabled == enabled))
+            continue;
+        found->enabled = enabled;
+        switched.names.append(found->name);
+        switched.ids.append(id);
     }
     return switched;
 }
@@ -90,15 +94,17 @@ QList<ModePreset> MacProtectionRuntime::loadModes(const UserDefaults &defaults) 
 
 Outcome MacProtectionRuntime::setModes(const QStringList &ids, bool enabled) {
     Outcome outcome;
-    if (switchedModes(m_modes, ids, enabled).names.isEmpty())
+    const bool isReadable = m_defaults.problem().isEmpty();
+    if (switchedModes(m_modes, ids, enabled, isReadable).ids.isEmpty())
         return outcome;
     QStringList names;
     outcome.defaults = m_defaults.updateStringArray(enabledModeIDsKey, [&](const auto &stored) {
         // What another process has switched since is not to be undone.
         const QList<ModePreset> before = stored == m_storedModeIDs ? m_modes : seedModes(stored);
-        const SwitchedModes switched = switchedModes(before, ids, enabled);
+        const SwitchedModes switched = switchedModes(before, ids, enabled, isReadable || stored);
         m_modes = switched.modes;
         names = switched.names;
+        outcome.changed = switched.ids;
         return enabledIDs(m_modes);
     });
     report(outcome.defaults);

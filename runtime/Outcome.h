@@ -2,6 +2,8 @@
 
 #include "foundation/StoreResult.h"
 
+#include <QStringList>
+
 #include <optional>
 
 namespace kestrin::runtime {
@@ -12,6 +14,8 @@ struct Outcome {
     foundation::StoreResult settings;
     foundation::StoreResult defaults;
     foundation::StoreResult log;
+    /// The identifiers, of those that were given, whose choice was another one or none that could be read.
+    QStringList changed;
     /// What the schedules have made of Privacy Mode, if they have switched it.
     std::optional<bool> switchedBySchedules;
 
@@ -22,6 +26,7 @@ struct Outcome {
         settings &= other.settings;
         defaults &= other.defaults;
         log &= other.log;
+        changed += other.changed;
         if (other.switchedBySchedules)
             switchedBySchedules = other.switchedBySchedules;
         return *this;

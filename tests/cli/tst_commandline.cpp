@@ -287,16 +287,26 @@ void CommandLineTest::unreadable() {
         const Answer answer = home.call(call);
         QVERIFY(answer.status == ExitStatus::done && answer.err == sentence);
     }
-    const Answer mended = home.call(u"unprotect zoom"_s);
-    QVERIFY(mended.status == ExitStatus::done && mended.isOneSentence());
-    QVERIFY(mended.err.contains(u"it is kept as privacy-mode-settings.json.damaged-"));
-    QCOMPARE(home.call(u"status"_s).err, QString());
+    // What is so by a fallback is not so yet.
+    for (const auto &[call, file] : {std::pair{u"protect zoom"_s, home.settings.file()},
+                                     std::pair{u"unprotect zoom"_s, home.settings.file()},
+                                     std::pair{u"schedule enable sleep"_s, home.preferences()}}) {
+        samples::write(file, "{");
+        const Answer mended = home.call(call);
+        QVERIFY(mended.status == ExitStatus::done && mended.isOneSentence());
+        QVERIFY(mended.err.contains(QFileInfo(file).fileName() + u".damaged-"_s));
+        QVERIFY(!mended.out.contains(u"Nothing was changed"));
+        QCOMPARE(home.call(u"status"_s).err, QString());
+    }
+    // The log is no matter to those who do not show it.
+    samples::write(home.log.file(), "{");
+    QCOMPARE(home.call(u"catalog"_s).err + home.call(u"schedule"_s).err, QString());
 }
 
 void CommandLineTest::changesInWords() {
     const QString before = u"schedule disable sleep away"_s;
     const std::tuple<QStringList, QString, QString> cases[] = {
-        {{}, u"protect zoom teams"_s, u"Nothing was changed: zoom, teams are protected already."_s},
+        {{}, u"protect zoom teams zoom"_s, u"Nothing was changed: zoom, teams are protected already."_s},
         {{u"unprotect zoom"_s}, u"unprotect zoom"_s, u"Nothing was changed: zoom is not protected."_s},
         {{u"unprotect zoom"_s}, u"protect zoom teams"_s, u"teams is protected already."_s},
         {{},
