@@ -189,7 +189,7 @@ class CommandRunner {
         CommandSession &changing = sessionThatLooks();
         // Nothing is to follow from a switch that could not be kept.
         if (const QString obstacle = m_surroundings.defaults.obstacle(); !obstacle.isEmpty())
-            return couldNotSaveDefaults(obstacle);
+            return couldNotSave(obstacle);
         return afterChange(changing.flag.setOn(on));
     }
 
@@ -226,7 +226,7 @@ class CommandRunner {
             m_surroundings.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, on);
         changing.runtime.report(stored);
         if (!stored.isKept())
-            return couldNotSaveDefaults(stored.problem);
+            return couldNotSave(stored.problem);
         if (const QString problem = m_surroundings.runtime.settingsStore->problem(); on && !problem.isEmpty())
             return m_surroundings.couldNot(u"The choice is stored, and nothing was checked: "_s + problem);
         if (const Outcome settled = changing.settleFlag(); !settled.isKept())
@@ -260,7 +260,7 @@ class CommandRunner {
 
     ExitStatus switchPresets(CommandSession &changing) {
         if (const QString obstacle = m_surroundings.defaults.obstacle(); !obstacle.isEmpty())
-            return couldNotSaveDefaults(obstacle);
+            return couldNotSave(obstacle);
         if (const Outcome settled = changing.settleFlag(); !settled.isKept())
             return outcomeOf(settled);
         const bool enabled = *m_call.enable;
@@ -291,6 +291,8 @@ class CommandRunner {
         if (*m_call.enable && !item.hasProgram())
             return m_surroundings.couldNot(u"Kestrin cannot start at login, because its window, the program "
                                            "kestrin, is neither beside kestrinctl nor in PATH."_s);
+        if (const QString obstacle = item.obstacle(); !obstacle.isEmpty())
+            return couldNotSave(obstacle);
         return m_surroundings.couldNot(u"The change could not be saved, because "_s + item.path() +
                                        u" cannot be written."_s);
     }
@@ -319,14 +321,14 @@ class CommandRunner {
             return m_surroundings.couldNot(u"The settings are not what was asked for: "_s +
                                            outcome.settings.problem);
         if (!outcome.defaults.isKept())
-            return couldNotSaveDefaults(outcome.defaults.problem);
+            return couldNotSave(outcome.defaults.problem);
         if (!outcome.log.isKept())
             return m_surroundings.couldNot(u"It was done but could not be recorded: "_s +
                                            outcome.log.problem);
         return ExitStatus::done;
     }
 
-    ExitStatus couldNotSaveDefaults(const QString &problem) {
+    ExitStatus couldNotSave(const QString &problem) {
         return m_surroundings.couldNot(u"The change could not be saved: "_s + problem);
     }
 

@@ -130,8 +130,8 @@ QString describe(const QString &path, FileState state, int error, qint64 limit) 
     return {};
 }
 
-std::optional<QByteArray> readWholeFile(const QString &path) {
-    const FileText text = readFile(path, std::numeric_limits<qint64>::max());
+std::optional<QByteArray> readWholeFile(const QString &path, qint64 limit) {
+    const FileText text = readFile(path, limit);
     return text.state == FileState::readable ? std::optional(text.bytes) : std::nullopt;
 }
 

@@ -65,8 +65,8 @@ FileText readFile(const QString &path, qint64 limit, qsizetype spare = 0);
 /// where there is no file.
 QString describe(const QString &path, FileState state, int error, qint64 limit);
 
-/// The bytes of a regular file; none when it cannot be read to its end.
-std::optional<QByteArray> readWholeFile(const QString &path);
+/// The bytes of a regular file; none when it is larger than `limit` or cannot be read to its end.
+std::optional<QByteArray> readWholeFile(const QString &path, qint64 limit);
 
 /// At most the first `limit` bytes of a regular file, into a buffer that may be used again and again. Returns
 /// the file's stamp; none when it cannot be read, and then the buffer is empty.

@@ -16,6 +16,8 @@ class LoginItem {
     virtual bool hasProgram() const = 0;
     /// Where the choice is kept, for messages.
     virtual QString path() const = 0;
+    /// What is at that place and is left alone, because it is no file, as a sentence; empty when nothing is.
+    virtual QString obstacle() const { return {}; }
     virtual bool isEnabled() const = 0;
     /// Returns whether it is so afterwards. Switching on what is on already names the program anew.
     virtual bool setEnabled(bool enabled) = 0;

@@ -18,6 +18,13 @@ namespace kestrin::desktop {
 
 using namespace foundation;
 
+namespace {
+
+// What is larger starts nothing of ours.
+constexpr qint64 sizeLimit = 64 * 1024;
+
+} // namespace
+
 FileLoginItem::FileLoginItem(const QString &program, const LoginFile &file)
     : m_program(program)
     , m_file(file) {}
@@ -40,12 +47,21 @@ bool FileLoginItem::isEnabled() const {
         const QString candidate = folder + u'/' + m_file.name;
         // One that cannot be read hides those behind it all the same.
         if (QFileInfo::exists(candidate))
-            return m_file.starts(readWholeFile(candidate).value_or(QByteArray()));
+            return m_file.starts(readWholeFile(candidate, sizeLimit).value_or(QByteArray()));
     }
     return false;
 }
 
+QString FileLoginItem::obstacle() const {
+    const QFileInfo present(path());
+    if (!present.exists() || present.isSymLink() || present.isFile())
+        return {};
+    return describe(path(), FileState::notAFile, 0, sizeLimit);
+}
+
 bool FileLoginItem::setEnabled(bool enabled) {
+    if (!obstacle().isEmpty())
+        return false;
     const bool isOwn = QFileInfo::exists(path());
     if (enabled) {
         if (hasProgram() && (isOwn || !isEnabled()))

@@ -18,6 +18,7 @@ class FileLoginItem final : public runtime::LoginItem {
     bool hasProgram() const override { return !m_program.isEmpty(); }
     /// The user's own file, which is there only if there is something to say.
     QString path() const override;
+    QString obstacle() const override;
     bool isEnabled() const override;
     /// It is not as asked for when the file cannot be written. Naming the program anew happens in the user's
     /// own file, if there is one.

@@ -20,12 +20,13 @@ constexpr const char kdeQuit[] = "file_quit";
 
 // More than any honest application has.
 constexpr qsizetype mostChildren = 16;
+constexpr qint64 largestMemoryMap = 256 * 1024 * 1024;
 
 /// Since Qt 6 QCoreApplication::quit asks the windows first. Before that it ends the program, and what is not
 /// saved is lost.
 bool asksBeforeItQuits(qint32 process) {
     static const QRegularExpression library(u"/libQt([6-9]|[1-9][0-9]+)Core\\.so"_s);
-    const auto memoryMap = readWholeFile(u"/proc/%1/maps"_s.arg(process));
+    const auto memoryMap = readWholeFile(u"/proc/%1/maps"_s.arg(process), largestMemoryMap);
     return memoryMap && library.match(QString::fromUtf8(*memoryMap)).hasMatch();
 }
 

@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::desktop;
@@ -40,6 +42,7 @@ class LoginItemTest : public QObject {
   private Q_SLOTS:
     void commands();
     void precedence();
+    void obstacles();
     void launchAgents();
 };
 
@@ -100,6 +103,29 @@ void LoginItemTest::precedence() {
         QVERIFY2(item.setEnabled(true) && item.isEnabled(), what);
         QCOMPARE(samples::contents(places.all()), all.isEmpty() ? QByteArray("(no file)") : all);
     }
+}
+
+void LoginItemTest::obstacles() {
+    // What is no file is nobody's switch: it is named and stays.
+    const Places places;
+    FileLoginItem item(places.install(u"bin"_s), places.file);
+    QVERIFY(QDir().mkpath(places.own()));
+    QVERIFY(!item.setEnabled(false) && !item.setEnabled(true) && QFileInfo(places.own()).isDir());
+    QCOMPARE(item.obstacle(), places.own() + u" is a folder and not a file."_s);
+    QVERIFY(QDir().rmdir(places.own()));
+    QCOMPARE(::mkfifo(QFile::encodeName(places.own()), S_IRUSR | S_IWUSR), 0);
+    QVERIFY(!item.setEnabled(false) && !item.setEnabled(true) && item.obstacle().contains(u"a pipe"_s));
+
+    // More than fits into memory, most of which is a hole.
+    QFile large(places.own());
+    QVERIFY(large.remove() && large.open(QFile::WriteOnly) && large.resize(qint64(1) << 40));
+    QVERIFY(!item.isEnabled() && item.setEnabled(true) && item.isEnabled());
+
+    // A link goes, what it leads to stays.
+    QVERIFY(item.setEnabled(false) && !QFile::exists(places.own()));
+    const QString folder = QFileInfo(places.own()).path();
+    QVERIFY(QFile::link(folder, places.own()) && item.setEnabled(false));
+    QVERIFY(!QFileInfo(places.own()).isSymLink() && QFileInfo(folder).isDir());
 }
 
 void LoginItemTest::launchAgents() {
