@@ -250,6 +250,8 @@ class CommandRunner {
             const ExitStatus outcome = switchPresets(changing);
             if (outcome != ExitStatus::done)
                 return outcome;
+            // By these the schedules switch nothing.
+            sayProblem(m_surroundings.runtime.settingsStore->problem());
         }
         sayProblem(m_surroundings.defaults.problem());
         const QList<ModePreset> &modes = changing.runtime.modes();
@@ -262,7 +264,7 @@ class CommandRunner {
         if (const QString obstacle = m_surroundings.defaults.obstacle(); !obstacle.isEmpty())
             return couldNotSave(obstacle);
         if (const Outcome settled = changing.settleFlag(); !settled.isKept())
-            return outcomeOf(settled);
+            return m_surroundings.couldNot(u"The presets were not changed: "_s + settled.settings.problem);
         const bool enabled = *m_call.enable;
         const Outcome outcome = changing.runtime.setModes(m_call.ids, enabled);
         if (outcome.isKept()) {
@@ -271,6 +273,10 @@ class CommandRunner {
                 remark(*outcome.switchedBySchedules ? u"The schedules turned Privacy Mode on."_s
                                                     : u"The schedules turned Privacy Mode off."_s);
         }
+        if (outcome.defaults.isKept() && !outcome.settings.isKept())
+            return m_surroundings.couldNot(
+                u"The presets are stored, but Privacy Mode could not be switched by them: "_s +
+                outcome.settings.problem);
         return outcomeOf(outcome);
     }
 

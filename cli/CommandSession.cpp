@@ -3,6 +3,8 @@
 #include "engine/workspace/InMemoryWorkspace.h"
 #include "runtime/MonitoringClaim.h"
 
+#include <algorithm>
+
 namespace kestrin::cli {
 
 using namespace engine;
@@ -42,16 +44,20 @@ std::optional<QString> CommandSession::monitoredBy() const {
 }
 
 StatusReport CommandSession::status() const {
+    // Not the runtime's, which fills an empty selection when a program starts.
+    const QSet<QString> selection = surroundings.runtime.settingsStore->load().protectedDefinitionIDs;
+    QStringList isProtected(selection.cbegin(), selection.cend());
+    std::sort(isProtected.begin(), isProtected.end());
     QStringList unprotected;
     for (const RiskAppDefinition &definition : runtime.catalog().definitions) {
-        if (!runtime.protectedDefinitionIDs().contains(definition.id))
+        if (!selection.contains(definition.id))
             unprotected.append(definition.id);
     }
     return {
         flag.isOn(),
         runtime.enforceActions(),
         monitoredBy(),
-        runtime.sortedProtectedDefinitionIDs(),
+        isProtected,
         unprotected,
         runtime.runningAppCount(),
         runtime.matches(),

@@ -15,6 +15,7 @@ struct StatusReport {
     bool enforceActions = false;
     /// Who watches now, in his own words; absent when nobody does.
     std::optional<QString> monitoredBy;
+    /// What is selected; nothing protects everything.
     QStringList protectedDefinitionIDs;
     /// The rest of the catalog, in its order.
     QStringList unprotectedDefinitionIDs;

@@ -249,7 +249,7 @@ void CommandLineTest::unwritable() {
         {u"data/Kestrin/activity-log.json"_s,
          {u"off"_s, u"unprotect zoom"_s, u"recommended"_s, u"enforce off"_s, u"schedule enable focus"_s,
           u"check --preview"_s}},
-        {u"data/Kestrin/privacy-mode-settings.json"_s, {u"off"_s, u"unprotect zoom"_s}},
+        {u"data/Kestrin/privacy-mode-settings.json"_s, {u"off"_s, u"unprotect zoom"_s, u"protect zoom"_s}},
         {u"config/user-defaults.json"_s, {u"enforce on"_s, u"schedule enable focus"_s, u"off"_s}},
     };
     for (const auto &[file, calls] : places) {
@@ -298,6 +298,12 @@ void CommandLineTest::unreadable() {
         QVERIFY(!mended.out.contains(u"Nothing was changed"));
         QCOMPARE(home.call(u"status"_s).err, QString());
     }
+    // A preset is no setting, but switches them.
+    QVERIFY(QFile::remove(home.settings.file()) && QDir().mkpath(home.settings.file()));
+    const Answer enabled = home.call(u"schedule enable focus"_s);
+    QVERIFY(enabled.status == ExitStatus::done && enabled.isOneSentence());
+    QCOMPARE(home.call(u"schedule"_s).err, QString());
+    QVERIFY(QDir().rmdir(home.settings.file()));
     // The log is no matter to those who do not show it.
     samples::write(home.log.file(), "{");
     QCOMPARE(home.call(u"catalog"_s).err + home.call(u"schedule"_s).err, QString());
@@ -325,6 +331,9 @@ void CommandLineTest::changesInWords() {
             const QString &told = json ? answer.err : answer.out;
             QVERIFY2(told.startsWith(sentence), qUtf8Printable(answer.err + answer.out));
             QVERIFY(json == !QJsonDocument::fromJson(answer.out.toUtf8()).isNull());
+            // The next call sees what this one has told.
+            const QString shown = call.startsWith(u"schedule"_s) ? u"schedule"_s : u"status"_s;
+            QVERIFY(answer.out.endsWith(home.call(json ? shown + u" --json"_s : shown).out));
         }
     }
     // The devices go by what is saved, as checks do.
