@@ -5,7 +5,6 @@
 #include "foundation/Uninterrupted.h"
 
 #include <QFile>
-#include <QHash>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -59,27 +58,27 @@ bool isTaken(int error) {
 /// The places of one lock file.
 class Queue {
   public:
-    Queue(int descriptor, const Deadline &deadline, std::optional<off_t> &stuck)
-        : m_descriptor(descriptor)
-        , m_deadline(deadline)
-        , m_stuck(stuck) {}
+    Queue(int descriptor, const Deadline &deadline) : m_descriptor(descriptor), m_deadline(deadline) {}
 
     /// 0 when it is our turn, otherwise the system's number of what is in the way; ETIMEDOUT for a holder.
     int waitForTurn() {
         if (const int error = enter(); error != 0)
             return error;
-        return wait([this] { return lowestTaken(); });
+        // No length would mean all places.
+        return wait([this] {
+            return m_place > firstPlace && firstTaken(firstPlace, m_place - firstPlace).has_value();
+        });
     }
 
   private:
     /// Takes the first place behind everybody else.
     int enter() {
         struct flock lock = span(F_WRLCK, door, 1);
-        const int error = wait([&]() -> std::optional<off_t> {
+        const int error = wait([&] {
             if (control(m_descriptor, setLock, lock) == 0)
-                return std::nullopt;
+                return false;
             m_error = isTaken(errno) ? 0 : errno;
-            return door;
+            return true;
         });
         if (error != 0)
             return error;
@@ -104,29 +103,15 @@ class Queue {
         return lock.l_type == F_UNLCK ? std::nullopt : std::optional(lock.l_start);
     }
 
-    /// The place of whoever has the turn, if he is in front of us.
-    std::optional<off_t> lowestTaken() {
-        std::optional<off_t> lowest;
-        for (off_t end = m_place; end > firstPlace; end = *lowest) {
-            const auto taken = firstTaken(firstPlace, end - firstPlace);
-            if (!taken)
-                break;
-            lowest = taken;
-        }
-        return lowest;
-    }
-
-    /// Waits until `holder` finds nobody, in naps, because a blocking wait could not be given up.
-    template <typename Holder>
-    int wait(const Holder &holder) {
+    /// Waits while somebody is in the way, in naps, because a blocking wait could not be given up.
+    template <typename InTheWay>
+    int wait(const InTheWay &isInTheWay) {
         auto nap = std::chrono::microseconds(50);
-        while (const std::optional<off_t> place = holder()) {
+        while (isInTheWay()) {
             if (m_error != 0)
                 return m_error;
-            if (m_stuck == place || m_deadline.remaining().count() == 0) {
-                m_stuck = place;
+            if (m_deadline.remaining() == 0ms)
                 return ETIMEDOUT;
-            }
             std::this_thread::sleep_for(nap);
             nap = std::min(nap * 2, std::chrono::microseconds(2000));
         }
@@ -135,7 +120,6 @@ class Queue {
 
     const int m_descriptor;
     const Deadline &m_deadline;
-    std::optional<off_t> &m_stuck;
     off_t m_place = firstPlace;
     int m_error = 0;
 };
@@ -145,32 +129,19 @@ bool meansNoLocks(int error) {
     return error == EINVAL || error == EOPNOTSUPP || error == ENOSYS;
 }
 
-/// Who was waited for in vain.
-struct Impatience {
-    /// Their places, by lock file.
-    QHash<QString, std::optional<off_t>> holders;
-    /// The lock file at which that was last, and until when others are not waited for either.
-    QString path;
-    Deadline end{0ms};
-};
-
-Impatience &impatience() {
-    thread_local Impatience ours;
-    return ours;
-}
-
-std::chrono::milliseconds patienceFor(const QString &path) {
-    const bool hasWaited = impatience().path != path && impatience().end.remaining() > 0ms;
-    return hasWaited ? 0ms : FolderLock::patience;
-}
+/// Until then this thread does not wait any more, because it has waited in vain.
+thread_local Deadline impatience{0ms};
 
 } // namespace
 
 FolderLock::FolderLock(const QString &folder) {
     const QString path = folder + u"/store.lock"_s;
-    const Deadline deadline(patienceFor(path));
+    const bool isPatient = impatience.remaining() == 0ms;
+    const Deadline deadline(isPatient ? patience : 0ms);
     while (!isSettled(folder, path, deadline) && deadline.remaining() > 0ms) {
     }
+    if (isPatient && !isHeld() && deadline.remaining() == 0ms)
+        impatience = Deadline(patience);
 }
 
 /// Tries to hold the lock. Whether that has come to an end, good or bad: somebody may remove the folder at
@@ -184,18 +155,11 @@ bool FolderLock::isSettled(const QString &folder, const QString &path, const Dea
     m_descriptor = openLockFile(path, m_problem);
     if (m_descriptor < 0)
         return QFile::exists(folder);
-    std::optional<off_t> &stuck = impatience().holders[path];
-    const int error = Queue(m_descriptor, deadline, stuck).waitForTurn();
+    const int error = Queue(m_descriptor, deadline).waitForTurn();
     const bool isGone = error == 0 && !isStillAt(path, m_descriptor);
-    if (meansNoLocks(error) || (error == 0 && !isGone)) {
-        stuck.reset();
+    if (meansNoLocks(error) || (error == 0 && !isGone))
         return true;
-    }
     ::close(std::exchange(m_descriptor, -1));
-    if (error == ETIMEDOUT) {
-        impatience().path = path;
-        impatience().end = Deadline(patience);
-    }
     m_problem = isGone || error == ETIMEDOUT
                     ? u"Another program keeps the files in "_s + folder + u" locked."_s
                     : path + u" cannot be locked: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';

@@ -14,9 +14,9 @@ namespace kestrin::foundation {
 /// The lock is the file "store.lock" in the folder. Who comes takes the first place behind everybody else by
 /// locking one byte of it, and it is his turn when nobody is in front of him any more: nobody overtakes.
 /// Holders are in the middle of one read and one write; after a second of waiting they are taken to have been
-/// stopped, and writing beside them could lose something. Whoever has waited for that long does not wait for
-/// the same holder again, nor right then for one of another folder, so that several changes in a row cost one
-/// second and not several. Any thread.
+/// stopped, and writing beside them could lose something. A thread that has waited for that long waits for
+/// nobody during the next second, so that several changes in a row cost one second and not several. Any
+/// thread.
 class FolderLock {
   public:
     static constexpr std::chrono::milliseconds patience{1000};

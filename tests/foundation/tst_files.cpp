@@ -19,6 +19,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <semaphore>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -229,7 +230,18 @@ void FilesTest::stoppedHolder() {
     QVERIFY(time.elapsed() < 1000);
     ::kill(holder, SIGKILL);
     ::waitpid(holder, nullptr, 0);
-    QVERIFY(lock()->isHeld());
+    // Whoever comes to the same place later is waited for again.
+    std::this_thread::sleep_for(FolderLock::patience);
+    std::binary_semaphore isThere(0);
+    std::thread stranger([&] {
+        const FolderLock held(folder());
+        isThere.release();
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    });
+    isThere.acquire();
+    const bool isHeld = lock()->isHeld();
+    stranger.join();
+    QVERIFY(isHeld);
     ::close(ends[0]);
     ::close(ends[1]);
 }
