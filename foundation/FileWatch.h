@@ -4,13 +4,15 @@
 #include "foundation/FileStamp.h"
 
 #include <QFileSystemWatcher>
+#include <QHash>
 #include <QObject>
 
 namespace kestrin::foundation {
 
 /// Tells when the file at a path is created, replaced, changed or removed, by whichever process, this one
 /// included, without polling; of a link, when it leads to another file. The file's folder is watched, and
-/// made when it is missing, also later. Several changes may be told as one. Main thread only.
+/// made when it is missing, also later. So are the folders above it that this user can move, because it goes
+/// with them. Several changes may be told as one. Main thread only.
 class FileWatch : public QObject {
     Q_OBJECT
 
@@ -24,12 +26,15 @@ class FileWatch : public QObject {
     void changed();
 
   private:
-    void watchFolder();
+    void watch(const QString &path);
+    void watchFolders();
     bool adopt();
     void compare();
 
     QString m_path;
     QFileSystemWatcher m_watcher;
+    /// What was at the watched paths.
+    QHash<QString, quint64> m_inodes;
     FileStamp m_known;
 };
 
