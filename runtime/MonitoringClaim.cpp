@@ -32,6 +32,8 @@ MonitoringClaim::MonitoringClaim(const QString &supportFolder, const QString &pr
         return;
     m_watch = std::make_unique<FileWatch>(lockPath(m_folder));
     connect(m_watch.get(), &FileWatch::changed, this, &MonitoringClaim::keep);
+    // It may have been removed before it was watched.
+    keep();
 }
 
 void MonitoringClaim::claim() {
@@ -50,16 +52,21 @@ void MonitoringClaim::claim() {
             continue;
         }
         m_lock = FileLock::tryLockFile(lockPath(m_folder), note.toUtf8(), m_problem);
+        if (m_lock && !m_lock->isAt(lockPath(m_folder)))
+            m_lock.reset();
         if (!m_lock && m_problem.isEmpty())
             m_holder = currentHolder(m_folder);
     }
 }
 
 void MonitoringClaim::keep() {
-    if (!m_lock || m_lock->isAt(lockPath(m_folder)))
-        return;
-    claim();
-    if (!m_lock)
+    const bool wasHeld = isHeld();
+    // The watch has to know each new file, or it would not tell that this one is gone too.
+    while (m_lock && !m_lock->isAt(lockPath(m_folder))) {
+        claim();
+        m_watch->acknowledge();
+    }
+    if (wasHeld && !isHeld())
         Q_EMIT lost();
 }
 

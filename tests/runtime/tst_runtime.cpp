@@ -11,6 +11,10 @@
 #include <QTest>
 
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -61,6 +65,7 @@ class RuntimeTest : public QObject {
     void nobodysChoice();
     void severalAsOne();
     void claims();
+    void claimsAreSeen();
 };
 
 void RuntimeTest::operations() {
@@ -415,6 +420,23 @@ void RuntimeTest::claims() {
     const MonitoringClaim faster(home.support(), u"faster"_s);
     QTRY_COMPARE(lost.size(), 1);
     QVERIFY(faster.isHeld() && !first.isHeld() && first.lossSentence().contains(u"faster, process "));
+}
+
+void RuntimeTest::claimsAreSeen() {
+    const samples::Home home;
+    const QByteArray file = QFile::encodeName(home.support()) + "/monitor.lock";
+    // However it is removed while it is made.
+    for (int i = 0; i < 50; ++i) {
+        std::atomic<bool> enough = false;
+        std::thread remover([&] {
+            while (!enough)
+                ::unlink(file.constData());
+        });
+        const MonitoringClaim claim(home.support(), u"a"_s);
+        enough = true;
+        remover.join();
+        QTRY_COMPARE(MonitoringClaim::currentHolder(home.support()).has_value(), claim.isHeld());
+    }
 }
 
 QTEST_GUILESS_MAIN(RuntimeTest)
