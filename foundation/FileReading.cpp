@@ -35,15 +35,24 @@ FileState stateFor(int error) {
     }
 }
 
-QString kindOf(const QString &path) {
-    struct stat status {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return u"a link that leads to itself"_s;
-    if (S_ISDIR(status.st_mode))
+QString kindOf(mode_t mode) {
+    if (S_ISLNK(mode))
+        return u"a link"_s;
+    if (S_ISDIR(mode))
         return u"a folder"_s;
-    if (S_ISFIFO(status.st_mode))
+    if (S_ISFIFO(mode))
         return u"a pipe"_s;
-    return S_ISSOCK(status.st_mode) ? u"a socket"_s : u"a device"_s;
+    return S_ISSOCK(mode) ? u"a socket"_s : u"a device"_s;
+}
+
+QString kindBehind(const QString &path) {
+    struct stat status {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? kindOf(status.st_mode)
+                                                                     : u"a link that leads to itself"_s;
+}
+
+QString isNoFile(const QString &path, const QString &kind) {
+    return path + u" is "_s + kind + u" and not a file."_s;
 }
 
 QString sizeText(qint64 bytes) {
@@ -120,7 +129,7 @@ QString describe(const QString &path, FileState state, int error, qint64 limit) 
     case FileState::missing:
         break;
     case FileState::notAFile:
-        return path + u" is "_s + kindOf(path) + u" and not a file."_s;
+        return isNoFile(path, kindBehind(path));
     case FileState::tooLarge:
         return path + u" is larger than the "_s + sizeText(limit) + u" that Kestrin reads."_s;
     case FileState::denied:
@@ -128,6 +137,13 @@ QString describe(const QString &path, FileState state, int error, qint64 limit) 
         return path + u" cannot be read: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
     }
     return {};
+}
+
+QString describeObstacle(const QString &path) {
+    struct stat status {};
+    const bool isInTheWay =
+        ::lstat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISREG(status.st_mode);
+    return isInTheWay ? isNoFile(path, kindOf(status.st_mode)) : QString();
 }
 
 std::optional<QByteArray> readWholeFile(const QString &path, qint64 limit) {

@@ -19,16 +19,10 @@ namespace kestrin::foundation {
 namespace {
 
 QString reasonFor(const QString &path, int error) {
-    switch (error) {
-    case EISDIR:
-    case ENXIO:
-    case ENODEV:
-        return describe(path, FileState::notAFile, error, 0);
-    case ELOOP:
-        return path + u" is a link and not a file."_s;
-    default:
-        return path + u" cannot be opened: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
-    }
+    const QString obstacle = describeObstacle(path);
+    return obstacle.isEmpty()
+               ? path + u" cannot be opened: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.'
+               : obstacle;
 }
 
 } // namespace
@@ -42,7 +36,7 @@ int openLockFile(const QString &path, QString &problem) {
     if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
         problem = reasonFor(path, errno);
     else if (!S_ISREG(status.st_mode))
-        problem = describe(path, FileState::notAFile, 0, 0);
+        problem = reasonFor(path, EEXIST);
     else if (status.st_uid != ::geteuid())
         problem = path + u" belongs to another user."_s;
     else if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0 && ::fchmod(descriptor, S_IRUSR | S_IWUSR) != 0)

@@ -1,5 +1,6 @@
 #include "foundation/PrivateFile.h"
 
+#include "foundation/FileReading.h"
 #include "foundation/PrivateFolder.h"
 #include "foundation/Uninterrupted.h"
 
@@ -107,6 +108,7 @@ PrivateFileReplacement::PrivateFileReplacement(const QString &path,
     m_descriptor = openTemporary(m_temporary);
     if (m_descriptor < 0) {
         fail();
+        m_obstacle = describeObstacle(QFile::decodeName(m_temporary));
         return;
     }
     for (const std::string_view piece : pieces) {

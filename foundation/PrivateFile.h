@@ -42,6 +42,8 @@ class PrivateFileReplacement {
 
     /// The system's number of what has failed.
     int error() const { return m_error; }
+    /// What has the new file's name, as a sentence, if something that is no file does.
+    const QString &obstacle() const { return m_obstacle; }
     /// Where the old one is now, if it was kept.
     QString keptOld() const;
 
@@ -58,6 +60,7 @@ class PrivateFileReplacement {
     int m_folder = -1;
     int m_descriptor = -1;
     int m_error = 0;
+    QString m_obstacle;
 };
 
 } // namespace kestrin::foundation

@@ -46,8 +46,10 @@ StoreResult StoredFileChange::commit(bool keepOld) {
         return m_result;
     const bool isDenied = m_text.state == FileState::denied;
     if (!(keepOld || isDenied ? m_replacement->commitBesideOld() : m_replacement->commit()))
-        m_result.problem = m_file.path + u" cannot be written: "_s +
-                           QString::fromLocal8Bit(std::strerror(m_replacement->error())) + u'.';
+        m_result.problem = !m_replacement->obstacle().isEmpty()
+                               ? m_replacement->obstacle()
+                               : m_file.path + u" cannot be written: "_s +
+                                     QString::fromLocal8Bit(std::strerror(m_replacement->error())) + u'.';
     if (const QString kept = m_replacement->keptOld(); !kept.isEmpty())
         m_result.notice = m_file.path +
                           (isDenied ? u" could not be read"_s : u" did not read as it should"_s) +

@@ -151,7 +151,11 @@ void FilesTest::whatIsStoredIsNeverErased_data() {
         u"is larger than the 0 MiB that Kestrin reads."_s);
     row(
         "pipe in the way of the new one", [](const QString &place) { makePipe(place + u".new"_s); },
-        u"cannot be written: File exists."_s);
+        u".new is a pipe and not a file."_s);
+    row(
+        "link in the way of the new one",
+        [](const QString &place) { QFile::link(u"/dev/null"_s, place + u".new"_s); },
+        u".new is a link and not a file."_s);
 }
 
 void FilesTest::whatIsStoredIsNeverErased() {
