@@ -18,11 +18,19 @@ namespace kestrin::foundation {
 
 namespace {
 
+QString belongsToAnother(const QString &path) {
+    return path + u" belongs to another user."_s;
+}
+
 QString reasonFor(const QString &path, int error) {
-    const QString obstacle = describeObstacle(path);
-    return obstacle.isEmpty()
-               ? path + u" cannot be opened: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.'
-               : obstacle;
+    if (const QString obstacle = describeObstacle(path); !obstacle.isEmpty())
+        return obstacle;
+    struct stat status {};
+    const bool isOurs = ::lstat(QFile::encodeName(path).constData(), &status) != 0 ||
+                        status.st_uid == ::geteuid();
+    return error == EACCES && !isOurs
+               ? belongsToAnother(path)
+               : path + u" cannot be opened: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
 }
 
 } // namespace
@@ -38,7 +46,7 @@ int openLockFile(const QString &path, QString &problem) {
     else if (!S_ISREG(status.st_mode))
         problem = reasonFor(path, EEXIST);
     else if (status.st_uid != ::geteuid())
-        problem = path + u" belongs to another user."_s;
+        problem = belongsToAnother(path);
     else if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0 && ::fchmod(descriptor, S_IRUSR | S_IWUSR) != 0)
         problem = reasonFor(path, errno);
     if (!problem.isEmpty() && descriptor >= 0) {

@@ -1,5 +1,6 @@
 // Files of ours: watched, locked between processes, and never erased for what is wrong with them.
 
+#include "foundation/FileLock.h"
 #include "foundation/FileWatch.h"
 #include "foundation/PrivateFolder.h"
 #include "foundation/StoredFile.h"
@@ -279,6 +280,14 @@ void FilesTest::strangeLocks() {
         make(place);
         QCOMPARE(FolderLock(folder()).problem(), place + u' ' + sentence);
     }
+    // One that belongs to somebody else, whom this user cannot be then.
+    const bool isRoot = ::geteuid() == 0;
+    QVERIFY(!isRoot || ::seteuid(65534) == 0);
+    QString problem;
+    const bool isLocked = FileLock::tryLockFile(u"/etc/passwd"_s, {}, problem).has_value();
+    QVERIFY(!isRoot || ::seteuid(0) == 0);
+    QVERIFY(!isLocked);
+    QCOMPARE(problem, u"/etc/passwd belongs to another user."_s);
     // One that somebody takes away is found out.
     init();
     const FolderLock lost(folder());
