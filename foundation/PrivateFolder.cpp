@@ -9,8 +9,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
+#include <string_view>
 
 namespace kestrin::foundation {
 
@@ -18,9 +20,34 @@ namespace {
 
 constexpr mode_t forOthers = S_IRWXG | S_IRWXO;
 
+/// How the names begin of what Kestrin stores, of new files and of those that were set aside.
+constexpr std::string_view namesOfOurs[] = {"activity-log.json", "privacy-mode-settings.json",
+                                            "user-defaults.json", "monitor.lock", "store.lock"};
+
 struct CloseFolder {
     void operator()(DIR *folder) const { ::closedir(folder); }
 };
+
+std::unique_ptr<DIR, CloseFolder> openFolder(const QByteArray &path) {
+    const int descriptor = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    std::unique_ptr<DIR, CloseFolder> folder(descriptor < 0 ? nullptr : ::fdopendir(descriptor));
+    if (!folder && descriptor >= 0)
+        ::close(descriptor);
+    return folder;
+}
+
+bool isNameOfOurs(std::string_view name) {
+    return std::ranges::any_of(namesOfOurs, [&](std::string_view ours) { return name.starts_with(ours); });
+}
+
+bool isOpenToOthers(const struct stat &status) {
+    return status.st_uid == ::geteuid() && (status.st_mode & forOthers) != 0;
+}
+
+/// What else a mode tells stays.
+mode_t closedMode(const struct stat &status) {
+    return status.st_mode & ~(S_IFMT | forOthers);
+}
 
 bool makeOne(const QByteArray &path) {
     if (::mkdir(path.constData(), S_IRWXU) == 0) {
@@ -65,23 +92,23 @@ bool makePrivateFolder(const QByteArray &path) {
 }
 
 void closeToOthers(const QString &folder) {
-    const std::unique_ptr<DIR, CloseFolder> opened(::opendir(QFile::encodeName(folder).constData()));
+    const auto opened = openFolder(QFile::encodeName(folder));
     if (!opened)
         return;
     const int descriptor = ::dirfd(opened.get());
     struct stat status {};
     if (::fstat(descriptor, &status) != 0 || status.st_uid != ::geteuid())
         return;
-    if ((status.st_mode & forOthers) != 0)
-        ::fchmod(descriptor, status.st_mode & S_IRWXU);
+    if (isOpenToOthers(status))
+        ::fchmod(descriptor, closedMode(status));
     while (const dirent *const entry = ::readdir(opened.get())) {
-        const bool isOpen = ::fstatat(descriptor, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-                            S_ISREG(status.st_mode) && (status.st_mode & forOthers) != 0;
-        if (!isOpen || status.st_uid != ::geteuid())
+        if (!isNameOfOurs(entry->d_name) ||
+            ::fstatat(descriptor, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
             continue;
         // One that does not let itself be closed is closed when it is written next.
-        [[maybe_unused]] const int ignored =
-            ::fchmodat(descriptor, entry->d_name, status.st_mode & S_IRWXU, 0);
+        if (S_ISREG(status.st_mode) && isOpenToOthers(status))
+            [[maybe_unused]] const int ignored =
+                ::fchmodat(descriptor, entry->d_name, closedMode(status), AT_SYMLINK_NOFOLLOW);
     }
 }
 

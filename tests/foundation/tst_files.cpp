@@ -32,7 +32,7 @@ namespace {
 
 unsigned modeOf(const QString &path) {
     struct stat status {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 0777U : 0;
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777U : 0;
 }
 
 void makeSocket(const QString &path) {
@@ -196,12 +196,22 @@ void FilesTest::damagedOnesDoNotReplaceEachOther() {
 }
 
 void FilesTest::closedToOthers() {
-    samples::write(path(), "old");
-    QFile::setPermissions(folder(), QFile::permissions(folder()) | QFile::ReadOther | QFile::ExeOther);
-    QFile::setPermissions(path(), QFile::permissions(path()) | QFile::ReadGroup | QFile::ReadOther);
+    const QString log = folder() + u"/activity-log.json.damaged-2026-11-25T19-04-11"_s;
+    const QString strange = folder() + u"/notes.txt"_s;
+    const QString link = m_folder->filePath(u"link"_s);
+    for (const QString &file : {log, strange}) {
+        samples::write(file, "old");
+        QCOMPARE(::chmod(QFile::encodeName(file).constData(), 0644), 0);
+    }
+    QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 02755), 0);
+    QVERIFY(QFile::link(folder(), link));
+    closeToOthers(link);
+    QCOMPARE(modeOf(folder()), 02755U);
+    QCOMPARE(modeOf(log), 0644U);
     closeToOthers(folder());
-    QCOMPARE(modeOf(folder()), 0700U);
-    QCOMPARE(modeOf(path()), 0600U);
+    QCOMPARE(modeOf(folder()), 02700U);
+    QCOMPARE(modeOf(log), 0600U);
+    QCOMPARE(modeOf(strange), 0644U);
     // So is everything that is made.
     QVERIFY(FolderLock(m_folder->filePath(u"a/b"_s)).isHeld());
     QCOMPARE(modeOf(m_folder->filePath(u"a"_s)), 0700U);
