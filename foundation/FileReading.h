@@ -65,8 +65,8 @@ FileText readFile(const QString &path, qint64 limit, qsizetype spare = 0);
 /// where there is no file.
 QString describe(const QString &path, FileState state, int error, qint64 limit);
 
-/// What has the name of a file of ours and is none, as a sentence that names it; a link is not followed. Empty
-/// where nothing is in the way.
+/// What has the name of a file of ours and is none, as a sentence that names it; a link is not followed.
+/// Empty where nothing is in the way.
 QString describeObstacle(const QString &path);
 
 /// The bytes of a regular file; none when it is larger than `limit` or cannot be read to its end.

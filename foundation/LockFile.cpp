@@ -26,8 +26,8 @@ QString reasonFor(const QString &path, int error) {
     if (const QString obstacle = describeObstacle(path); !obstacle.isEmpty())
         return obstacle;
     struct stat status {};
-    const bool isOurs = ::lstat(QFile::encodeName(path).constData(), &status) != 0 ||
-                        status.st_uid == ::geteuid();
+    const bool isOurs =
+        ::lstat(QFile::encodeName(path).constData(), &status) != 0 || status.st_uid == ::geteuid();
     return error == EACCES && !isOurs
                ? belongsToAnother(path)
                : path + u" cannot be opened: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';

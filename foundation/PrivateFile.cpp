@@ -157,13 +157,29 @@ bool PrivateFileReplacement::moveIn() {
     return false;
 }
 
-bool PrivateFileReplacement::moveOldAside() {
+/// Gives the old one a second name, since it keeps its own until the new one takes it. Where that is not
+/// possible (FAT has no second names, and nobody may give one to a file of somebody else) it moves.
+bool PrivateFileReplacement::keepOldAside() {
     m_aside = freeNameBeside(m_target);
-    if (!m_aside.isEmpty() && ::rename(m_target.constData(), m_aside.constData()) == 0)
+    if (!m_aside.isEmpty() && ::link(m_target.constData(), m_aside.constData()) == 0)
         return true;
-    m_aside.clear();
+    const bool mayMove = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS;
+    if (!m_aside.isEmpty() && mayMove && ::rename(m_target.constData(), m_aside.constData()) == 0)
+        return true;
     fail();
+    m_aside.clear();
     return false;
+}
+
+/// Unless the new one is in its place already.
+void PrivateFileReplacement::takeBackAside() {
+    const quint64 aside = FileStamp::of(m_aside).inode;
+    const quint64 target = FileStamp::of(m_target).inode;
+    const bool isBack = target == aside
+                            ? ::unlink(m_aside.constData()) == 0
+                            : target == 0 && ::rename(m_aside.constData(), m_target.constData()) == 0;
+    if (isBack)
+        m_aside.clear();
 }
 
 bool PrivateFileReplacement::commit() {
@@ -171,15 +187,11 @@ bool PrivateFileReplacement::commit() {
 }
 
 bool PrivateFileReplacement::commitBesideOld() {
-    if (!sync() || !moveOldAside())
+    if (!sync() || !keepOldAside())
         return false;
     if (moveIn())
         return true;
-    // Back to where it was, unless the new one is there already.
-    struct stat status {};
-    if (::lstat(m_target.constData(), &status) != 0 &&
-        ::rename(m_aside.constData(), m_target.constData()) == 0)
-        m_aside.clear();
+    takeBackAside();
     return false;
 }
 

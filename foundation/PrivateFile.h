@@ -21,8 +21,9 @@ bool writeAll(int descriptor, std::string_view bytes);
 /// the process or the machine stops, the path names either the old file or the complete new one, and after a
 /// success it is the new one for good. The new file is readable and writable by its owner only. A symbolic
 /// link that leads to a file is followed, a broken one replaced; anything else at the path that is no file
-/// makes the call fail. A failed call changes nothing. The caller keeps other writers out (FolderLock), so
-/// that two never meet.
+/// makes the call fail. A failed call changes nothing, unless it is the folder that cannot be synced in the
+/// end: then the new file is there, and may be lost with the power. The caller keeps other writers out
+/// (FolderLock), so that two never meet.
 bool replacePrivateFile(const QString &path, std::initializer_list<std::string_view> pieces);
 
 /// The same in two steps, for those who have something left to find out while the disk is already at work.
@@ -37,7 +38,8 @@ class PrivateFileReplacement {
 
     /// Puts it in the old one's place, once. False when something has failed, now or before.
     bool commit();
-    /// The same, and keeps the old one beside it under a name of its own, which no file has so far.
+    /// The same, and keeps the old one beside it under a name of its own, which no file has so far. Where the
+    /// system gives a file no second name there is a moment in which the path names none.
     bool commitBesideOld();
 
     /// The system's number of what has failed.
@@ -51,7 +53,8 @@ class PrivateFileReplacement {
     void fail();
     bool sync();
     bool moveIn();
-    bool moveOldAside();
+    bool keepOldAside();
+    void takeBackAside();
 
     QByteArray m_target;
     QByteArray m_temporary;

@@ -106,8 +106,8 @@ void closeToOthers(const QString &folder) {
             ::fstatat(descriptor, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
             continue;
         // One that does not let itself be closed is closed when it is written next.
-        if (S_ISREG(status.st_mode) && isOpenToOthers(status))
-            [[maybe_unused]] const int ignored =
+        if (S_ISREG(status.st_mode) && isOpenToOthers(status)) [[maybe_unused]]
+            const int ignored =
                 ::fchmodat(descriptor, entry->d_name, closedMode(status), AT_SYMLINK_NOFOLLOW);
     }
 }

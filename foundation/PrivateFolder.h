@@ -10,8 +10,8 @@ namespace kestrin::foundation {
 /// now. One that is there stays as it is. Sets errno.
 bool makePrivateFolder(const QByteArray &path);
 
-/// Closes a folder of this user, and the files in it that have names of ours, to everybody else. A link is not
-/// followed: where it leads to may be shared. For a folder that is ours alone, at the start of a program:
+/// Closes a folder of this user, and the files in it that have names of ours, to everybody else. A link is
+/// not followed: where it leads to may be shared. For a folder that is ours alone, at the start of a program:
 /// older versions were not strict about it.
 void closeToOthers(const QString &folder);
 
