@@ -115,8 +115,7 @@ void MacProtectionRuntime::start(bool privacyModeOn, const PrivacyModeSetter &se
     report(StoreUse::loading, {m_settingsStore->problem(), {}});
     report(StoreUse::defaults, {m_defaults.problem(), {}});
     report(StoreUse::log, {m_logStore->problem(), {}});
-    if (areSettingsChosen())
-        updateSettings([&](PrivacyModeSettings &settings, bool) { settings.isEnabled = privacyModeOn; });
+    updateSettings([&](PrivacyModeSettings &settings, bool) { settings.isEnabled = privacyModeOn; });
     Q_EMIT summariesChanged();
     refreshInventoryPreview();
     configureRelaunchMonitor();

@@ -137,8 +137,8 @@ class MacProtectionRuntime : public QObject {
 
     /// Whether Privacy Mode is on in the settings, by which launches and checks go. Loads them.
     bool isSavedOn() const { return m_settingsStore->load().isEnabled; }
-    /// Whether somebody has chosen the settings that were loaded last. By others nobody is asked to quit, and
-    /// nothing but the user's own changes makes them the stored ones.
+    /// Whether the settings that were loaded last are stored ones, or nothing is stored. By a fallback that
+    /// could not be stored either nobody is asked to quit.
     bool areSettingsChosen() const { return m_settingsStore->areChosen(); }
     /// Tells of what became of the user defaults that others stored for this runtime.
     void report(const foundation::StoreResult &result) { report(StoreUse::defaults, result); }
