@@ -3,14 +3,12 @@
 #include "benchmarks/Run.h"
 #include "benchmarks/XDisplay.h"
 
-#include <QSysInfo>
-
 using namespace Qt::StringLiterals;
 
 namespace kestrin::bench {
 
 QString optionsOf(const QString &windowClass) {
-    return u"--class %1/%1 --type NORMAL --machine %2"_s.arg(windowClass, QSysInfo::machineHostName());
+    return u"--class %1/%1 --type NORMAL"_s.arg(windowClass);
 }
 
 std::list<samples::SampleApp> openWindows(const QStringList &classes) {
