@@ -9,12 +9,17 @@ using namespace engine;
 
 void ApplicationRecords::refreshForAll() {
     refresh();
-    m_starts.clear();
+    m_seen.clear();
 }
 
 bool ApplicationRecords::isGone(qint32 process) const {
-    const auto start = m_starts.constFind(process);
-    return start != m_starts.cend() && *start != startOfProcess(process);
+    // Asking a process for its start takes longer than all the rest of its record, so only the one is asked
+    // that matters. What began after it was seen is another one.
+    const auto seen = m_seen.constFind(process);
+    if (seen == m_seen.cend())
+        return false;
+    const quint64 start = startOfProcess(process);
+    return start == 0 || start > *seen;
 }
 
 std::optional<WorkspaceApplication> ApplicationRecords::recordOf(qint32 processIdentifier,
@@ -22,7 +27,7 @@ std::optional<WorkspaceApplication> ApplicationRecords::recordOf(qint32 processI
     const auto process = ProcessIdentity::of(processIdentifier);
     if (process.forwardsWindows())
         return std::nullopt;
-    m_starts.insert(processIdentifier, startOfProcess(processIdentifier));
+    m_seen.insert(processIdentifier, ticksNow());
     const auto identity = ApplicationIdentity::of(claims, process, m_entries);
     WorkspaceApplication record;
     if (!identity.name.isEmpty())

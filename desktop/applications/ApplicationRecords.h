@@ -28,8 +28,8 @@ class ApplicationRecords {
 
   private:
     DesktopEntryIndex m_entries;
-    /// When the processes of the records began.
-    QHash<qint32, quint64> m_starts;
+    /// When the records of the processes were made, in ticks as startOfProcess counts them.
+    QHash<qint32, quint64> m_seen;
 };
 
 } // namespace kestrin::desktop

@@ -5,6 +5,9 @@
 #include <QFile>
 #include <QRegularExpression>
 
+#include <unistd.h>
+
+#include <ctime>
 #include <filesystem>
 #include <system_error>
 
@@ -89,6 +92,14 @@ quint64 startOfProcess(qint32 processIdentifier) {
     // The second field is the program's name in brackets, which may hold any of both; the start is the 22nd.
     const QList<QByteArray> afterName = status.sliced(status.lastIndexOf(')') + 1).split(' ');
     return afterName.value(20).toULongLong();
+}
+
+quint64 ticksNow() {
+    static const auto ticksASecond = static_cast<quint64>(::sysconf(_SC_CLK_TCK));
+    timespec now{};
+    ::clock_gettime(CLOCK_BOOTTIME, &now);
+    return static_cast<quint64>(now.tv_sec) * ticksASecond +
+           static_cast<quint64>(now.tv_nsec) * ticksASecond / 1'000'000'000;
 }
 
 QString snapIdOfSecurityLabel(QByteArrayView label) {
