@@ -24,7 +24,6 @@ class UserDefaultsTest : public QObject {
     void foreignValues();
     void changesOfOthersAreTold();
     void unreadable();
-    void twoWriters();
 
   private:
     QTemporaryDir m_folder;
@@ -103,26 +102,6 @@ void UserDefaultsTest::unreadable() {
     for (const QString &sentence : {defaults.obstacle(), defaults.setBoolean(u"b"_s, false).problem})
         QCOMPARE(sentence, m_path + u" is a folder and not a file."_s);
     QVERIFY(QDir().rmdir(m_path));
-}
-
-void UserDefaultsTest::twoWriters() {
-    JSONUserDefaults defaults(m_path);
-    constexpr int count = 100;
-    QVERIFY(samples::inTwoProcesses([&defaults](const QString &name) {
-        for (int i = 0; i < count; ++i) {
-            const QString item = name + QString::number(i);
-            const bool isStored =
-                defaults.setBoolean(item, true) && defaults.updateStringArray(u"all"_s, [&](const auto &all) {
-                    return all.value_or(QStringList()) + QStringList{item};
-                });
-            if (!isStored)
-                qFatal("The preferences could not be stored.");
-        }
-    }));
-    const QStringList all = defaults.stringArray(u"all"_s).value_or(QStringList());
-    QCOMPARE(all.size(), 2 * count);
-    for (const QString &item : all)
-        QCOMPARE(defaults.boolean(item), true);
 }
 
 QTEST_GUILESS_MAIN(UserDefaultsTest)

@@ -3,11 +3,9 @@
 #include "engine/ActivityLogFile.h"
 #include "engine/JSONMacActivityLogStore.h"
 #include "engine/JSONPrivacyModeSettingsStore.h"
-#include "foundation/PrivateFile.h"
 #include "tests/support/Files.h"
 #include "tests/support/Samples.h"
 
-#include <QRandomGenerator>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
@@ -15,13 +13,8 @@
 #include <filesystem>
 
 #include <csignal>
-#include <limits>
 
-#include <poll.h>
-#include <sys/fsuid.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -42,38 +35,6 @@ QList<QUuid> ids(const QList<MacProtectionEvent> &events) {
     return list;
 }
 
-/// A process of its own that appends events until it is killed and tells the id of each once it is stored.
-struct Writer {
-    explicit Writer(const QString &path) {
-        int ends[2] = {-1, -1};
-        if (::pipe(ends) != 0)
-            qFatal("no pipe");
-        process = ::fork();
-        if (process == 0) {
-            while (true) {
-                const auto event = samples::event(u"x"_s);
-                if (JSONMacActivityLogStore(QUrl::fromLocalFile(path)).tryAppend(event))
-                    writeAll(ends[1], viewOf(event.id.toRfc4122()));
-            }
-        }
-        ::close(ends[1]);
-        told = ends[0];
-    }
-    /// Waits until the process has ended, and returns what it told: complete ids, each of them once.
-    QSet<QUuid> acknowledged() const {
-        QSet<QUuid> ids;
-        QByteArray id(16, '\0');
-        while (::read(told, id.data(), 16) == 16)
-            ids.insert(QUuid::fromRfc4122(id));
-        ::close(told);
-        ::waitpid(process, nullptr, 0);
-        return ids;
-    }
-
-    pid_t process = -1;
-    int told = -1;
-};
-
 } // namespace
 
 class StoresTest : public QObject {
@@ -85,11 +46,7 @@ class StoresTest : public QObject {
     void reading_data();
     void reading();
     void windowsAgreeWithTheWhole();
-    void symbolicLinks();
-    void unusablePlaces();
     void noRoom();
-    void killedWhileAppending();
-    void twoWriters();
     void settings();
 
   private:
@@ -190,48 +147,6 @@ void StoresTest::windowsAgreeWithTheWhole() {
     }
 }
 
-void StoresTest::symbolicLinks() {
-    QDir().mkpath(folder());
-    const QString elsewhere = m_folder->filePath(u"elsewhere.json"_s);
-    // A broken link is replaced, a whole one is followed.
-    QVERIFY(QFile::link(elsewhere, path()));
-    append(u"A"_s);
-    QVERIFY(!QFileInfo(path()).isSymLink() && !QFile::exists(elsewhere));
-    QVERIFY(QFile::rename(path(), elsewhere) && QFile::link(elsewhere, path()));
-    append(u"B"_s);
-    QVERIFY(QFileInfo(path()).isSymLink());
-    QCOMPARE(samples::messages(store().recent(8)), (QStringList{u"B"_s, u"A"_s}));
-}
-
-void StoresTest::unusablePlaces() {
-    // An append neither hangs nor crashes, and leaves everything as it was.
-    write(folder(), "I am a file.");
-    QVERIFY(!store().tryAppend(samples::event(u"A"_s)));
-    QCOMPARE(contents(folder()), QByteArray("I am a file."));
-    init();
-    QVERIFY(QDir().mkpath(folder()));
-    QCOMPARE(::mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
-    QVERIFY(store().recent(8).isEmpty() && !store().tryAppend(samples::event(u"A"_s)));
-    QVERIFY(isAlone());
-    init();
-    // A file that nobody could read, but that takes no room.
-    append(u"Old."_s);
-    QVERIFY(QFile::resize(path(), qint64{1} << 40));
-    QVERIFY(store().recent(8).isEmpty() && store().problem().contains(u"larger than the 256 MiB"));
-    QVERIFY(!store().tryAppend(samples::event(u"A"_s)) && QFileInfo(path()).size() == qint64{1} << 40);
-    init();
-    append(u"Old."_s);
-    QVERIFY(QFile::setPermissions(folder(), QFile::ReadOwner | QFile::ExeOwner));
-    // Root may write into read-only folders; somebody else may not.
-    if (::geteuid() == 0)
-        ::setfsuid(65534);
-    QVERIFY(!store().tryAppend(samples::event(u"A"_s)));
-    ::setfsuid(::geteuid());
-    QVERIFY(QFile::setPermissions(folder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    QCOMPARE(samples::messages(store().recent(8)), QStringList{u"Old."_s});
-    QVERIFY(isAlone());
-}
-
 void StoresTest::noRoom() {
     rlimit before{};
     ::getrlimit(RLIMIT_FSIZE, &before);
@@ -245,56 +160,6 @@ void StoresTest::noRoom() {
     QVERIFY(isAlone());
     QVERIFY2(appended > 5 && appended < 40, qPrintable(QString::number(appended)));
     QCOMPARE(store().recent(100).size(), appended);
-}
-
-void StoresTest::killedWhileAppending() {
-    // A seed that was told once gives the same instants again.
-    const QByteArray chosen = qgetenv("KESTRIN_SEED");
-    const quint32 seed = chosen.isEmpty() ? QRandomGenerator::global()->generate() : chosen.toUInt();
-    qInfo("KESTRIN_SEED=%u", seed);
-    QRandomGenerator instants(seed);
-    QSet<QUuid> acknowledged;
-    for (int round = 0; round < 300; ++round) {
-        // A log that grows for ever makes the rounds slower, not better.
-        if (round % 50 == 0) {
-            QFile::remove(path());
-            acknowledged.clear();
-        }
-        const Writer writer(path());
-        // At some instant after its first event.
-        pollfd told{writer.told, POLLIN, 0};
-        QCOMPARE(::poll(&told, 1, 10'000), 1);
-        QTest::qSleep(instants.bounded(6));
-        QCOMPARE(::kill(writer.process, SIGKILL), 0);
-        acknowledged.unite(writer.acknowledged());
-
-        const auto events = readNewestEvents(path(), std::numeric_limits<qsizetype>::max());
-        QVERIFY2(events, "the file does not read after a kill");
-        const QList<QUuid> stored = ids(*events);
-        QVERIFY2(QSet<QUuid>(stored.cbegin(), stored.cend()).contains(acknowledged),
-                 "an acknowledged event is lost");
-    }
-    append(u"After."_s);
-    QVERIFY(isAlone());
-}
-
-void StoresTest::twoWriters() {
-    JSONPrivacyModeSettingsStore settings(QUrl::fromLocalFile(folder() + u"/privacy-mode-settings.json"_s),
-                                          {true, {}});
-    constexpr int count = 200;
-    JSONMacActivityLogStore log = store();
-    QVERIFY(samples::inTwoProcesses([&](const QString &name) {
-        for (int i = 0; i < count; ++i) {
-            const QString id = name + QString::number(i);
-            const auto saved =
-                settings.update([&](auto &stored, bool) { stored.protectedDefinitionIDs.insert(id); });
-            if (!log.tryAppend(samples::event(id)) || !saved)
-                qFatal("Nothing could be written.");
-        }
-    }));
-    const QStringList logged = samples::story(log);
-    QCOMPARE(logged.size(), 2 * count);
-    QCOMPARE(settings.load().protectedDefinitionIDs, QSet<QString>(logged.cbegin(), logged.cend()));
 }
 
 void StoresTest::settings() {

@@ -21,6 +21,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <functional>
 #include <semaphore>
 #include <thread>
 
@@ -50,6 +51,25 @@ void makePipe(const QString &path) {
         qFatal("No pipe could be made.");
 }
 
+void makeFolder(const QString &path) {
+    QDir().mkpath(path);
+}
+
+/// Puts something where a file should be.
+using Make = std::function<void(const QString &path)>;
+
+Make text(const QByteArray &bytes) {
+    return [bytes](const QString &path) { samples::write(path, bytes); };
+}
+
+Make linkTo(const QString &target) {
+    return [target](const QString &path) { QFile::link(target, path); };
+}
+
+Make whereTheNewOneGoes(const Make &make) {
+    return [make](const QString &path) { make(path + u".new"_s); };
+}
+
 } // namespace
 
 class FilesTest : public QObject {
@@ -58,7 +78,6 @@ class FilesTest : public QObject {
   private Q_SLOTS:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void watchTellsEveryKindOfChange();
-    void whatIsStoredIsNeverErased_data();
     void whatIsStoredIsNeverErased();
     void damagedOnesDoNotReplaceEachOther();
     void closedToOthers();
@@ -125,59 +144,49 @@ void FilesTest::watchTellsEveryKindOfChange() {
     QTRY_COMPARE(spy.size(), 2);
 }
 
-void FilesTest::whatIsStoredIsNeverErased_data() {
-    using Make = void (*)(const QString &);
-    QTest::addColumn<Make>("make");
-    QTest::addColumn<QString>("sentence"); // part of why it is left alone; empty when it is written
-    const auto row = [](const char *name, Make make, const QString &sentence = {}) {
-        QTest::newRow(name) << make << sentence;
-    };
-    row("missing", [](const QString &) {});
-    row("empty", [](const QString &place) { samples::write(place, ""); });
-    row("text", [](const QString &place) { samples::write(place, "old"); });
-    row("broken link", [](const QString &place) { QFile::link(place + u".nowhere"_s, place); });
-    row("what a killed writer left", [](const QString &place) { samples::write(place + u".new"_s, "ne"); });
-    row(
-        "folder", [](const QString &place) { QDir().mkpath(place); }, u"is a folder and not a file."_s);
-    row("pipe", makePipe, u"is a pipe and not a file."_s);
-    row("socket", makeSocket, u"is a socket and not a file."_s);
-    row(
-        "device", [](const QString &place) { QFile::link(u"/dev/zero"_s, place); },
-        u"is a device and not a file."_s);
-    row(
-        "link to itself", [](const QString &place) { QFile::link(place, place); },
-        u"a link that leads to itself"_s);
-    row(
-        "too large", [](const QString &place) { samples::write(place, "123456789"); },
-        u"is larger than the 0 MiB that Kestrin reads."_s);
-    row(
-        "pipe in the way of the new one", [](const QString &place) { makePipe(place + u".new"_s); },
-        u".new is a pipe and not a file."_s);
-    row(
-        "link in the way of the new one",
-        [](const QString &place) { QFile::link(u"/dev/null"_s, place + u".new"_s); },
-        u".new is a link and not a file."_s);
-}
-
 void FilesTest::whatIsStoredIsNeverErased() {
-    using Make = void (*)(const QString &);
-    QFETCH(Make, make);
-    QFETCH(QString, sentence);
-    QVERIFY(makePrivateFolder(QFile::encodeName(folder())));
-    make(path());
-    const StoredFile file{path(), 8};
-    const QStringList before = entries();
-    const StoreResult result = StoredFileChange(file).replaceBy("new", false);
-    if (sentence.isEmpty()) {
-        QVERIFY2(result.isKept(), qUtf8Printable(result.problem));
-        QCOMPARE(file.read().bytes, QByteArray("new"));
-        QCOMPARE(entries(), QStringList{u"file.json"_s});
-    } else {
-        QVERIFY2(result.problem.startsWith(path()) && result.problem.contains(sentence),
-                 qUtf8Printable(result.problem));
-        QCOMPARE(entries(), before);
+    struct Case {
+        const char *what;
+        Make make;
+        QString sentence; // part of why it is left alone; empty when it is written
+    };
+    for (const auto &[what, make, sentence] : {
+             Case{"missing", [](const QString &) {}, {}},
+             Case{"empty", text(""), {}},
+             Case{"text", text("old"), {}},
+             Case{"link", linkTo(u"../elsewhere"_s), {}},
+             Case{"broken link", linkTo(u"nowhere"_s), {}},
+             Case{"what a killed writer left", whereTheNewOneGoes(text("ne")), {}},
+             Case{"folder", makeFolder, u"is a folder and not a file."_s},
+             Case{"pipe", makePipe, u"is a pipe and not a file."_s},
+             Case{"socket", makeSocket, u"is a socket and not a file."_s},
+             Case{"device", linkTo(u"/dev/zero"_s), u"is a device and not a file."_s},
+             Case{"link to itself", linkTo(u"file.json"_s), u"a link that leads to itself"_s},
+             Case{"too large", text("123456789"), u"is larger than the 0 MiB that Kestrin reads."_s},
+             Case{"new pipe", whereTheNewOneGoes(makePipe), u".new is a pipe and not a file."_s},
+             Case{"new link", whereTheNewOneGoes(linkTo(u"/dev/null"_s)),
+                  u".new is a link and not a file."_s},
+         }) {
+        init();
+        QVERIFY(makePrivateFolder(QFile::encodeName(folder())));
+        text("old")(m_folder->filePath(u"elsewhere"_s));
+        make(path());
+        const bool isFollowed = QByteArray(what) == "link";
+        const StoredFile file{path(), 8};
+        const QStringList before = entries();
+        const StoreResult result = StoredFileChange(file).replaceBy("new", false);
+        if (sentence.isEmpty()) {
+            QVERIFY2(result.isKept(), what);
+            QCOMPARE(file.read().bytes, QByteArray("new"));
+            QCOMPARE(entries(), QStringList{u"file.json"_s});
+            QVERIFY2(QFileInfo(path()).isSymLink() == isFollowed, what);
+        } else {
+            QVERIFY2(result.problem.startsWith(path()) && result.problem.contains(sentence),
+                     qUtf8Printable(QString::fromLatin1(what) + result.problem));
+            QCOMPARE(entries(), before);
+        }
+        QVERIFY2(result.notice.isEmpty(), what);
     }
-    QVERIFY(result.notice.isEmpty());
 }
 
 void FilesTest::damagedOnesDoNotReplaceEachOther() {
@@ -290,11 +299,11 @@ void FilesTest::stoppedHolder() {
 }
 
 void FilesTest::strangeLocks() {
-    const std::pair<QString, void (*)(const QString &)> cases[] = {
-        {u"is a folder and not a file."_s, [](const QString &name) { QDir().mkpath(name); }},
+    const std::pair<QString, Make> cases[] = {
+        {u"is a folder and not a file."_s, makeFolder},
         {u"is a pipe and not a file."_s, makePipe},
         {u"is a socket and not a file."_s, makeSocket},
-        {u"is a link and not a file."_s, [](const QString &name) { QFile::link(u"/dev/null"_s, name); }},
+        {u"is a link and not a file."_s, linkTo(u"/dev/null"_s)},
     };
     for (const auto &[sentence, make] : cases) {
         init();

@@ -6,8 +6,6 @@
 #include <QFileInfo>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace kestrin::samples {
 
@@ -27,20 +25,6 @@ inline QByteArray contents(const QString &path) {
 inline bool isOwnersAlone(const QString &path) {
     struct stat status {};
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 && (status.st_mode & 0777U) == 0600U;
-}
-
-/// Does the work under one name in a process of its own and, at the same time, under another name here.
-/// Returns whether both came to their end.
-template <typename Work>
-bool inTwoProcesses(const Work &work) {
-    const pid_t other = ::fork();
-    if (other == 0) {
-        work(QStringLiteral("theirs"));
-        ::_exit(0);
-    }
-    work(QStringLiteral("ours"));
-    int status = 0;
-    return ::waitpid(other, &status, 0) == other && WIFEXITED(status);
 }
 
 } // namespace kestrin::samples
