@@ -8,7 +8,6 @@ constexpr int patience = 20'000;
 /// Each runs one test object with the arguments of Qt Test and returns the number of failures.
 int runWorkspaceTests(const QStringList &arguments);
 int runUserDefaultsTests(const QStringList &arguments);
-int runDesktopTests(const QStringList &arguments);
 
 /// What a second process of the user defaults' test does: "describe" tells what is stored, "set" stores true
 /// first.

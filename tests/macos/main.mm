@@ -24,6 +24,6 @@ int main(int argc, char *argv[]) {
             std::fputs(qPrintable(actOnUserDefaults(arguments.value(2))), stdout);
             return 0;
         }
-        return runWorkspaceTests(arguments) + runUserDefaultsTests(arguments) + runDesktopTests(arguments);
+        return runWorkspaceTests(arguments) + runUserDefaultsTests(arguments);
     }
 }

@@ -1,5 +1,5 @@
 // The workspace of macOS: records, quit requests, launches and jumps of the time, as AppKit has them and as
-// the engine and the runtime get them.
+// the engine and the runtime get them. And the icon by which it shows Kestrin.
 
 #include "desktop/clock/SystemTimeChangeWatch.h"
 #include "desktop/macos/AppKitWorkspace.h"
@@ -9,6 +9,8 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -50,6 +52,7 @@ class WorkspaceTest : public QObject {
     void unsubscribingInsideTheHandler();
     void otherNotificationsAreIgnored();
     void jumpsOfTheTimeAreTold();
+    void iconOfTheBundle();
 
   private:
     AppKitWorkspace m_workspace;
@@ -151,6 +154,22 @@ void WorkspaceTest::jumpsOfTheTimeAreTold() {
     watch.reset();
     QCoreApplication::processEvents();
     QCOMPARE(spy.size(), 3);
+}
+
+void WorkspaceTest::iconOfTheBundle() {
+    NSString *name = [[NSBundle mainBundle] objectForInfoDictionaryKey:@"CFBundleIconFile"];
+    NSString *file = [[NSBundle mainBundle] pathForResource:name ofType:nil];
+    QList<NSInteger> sizes;
+    for (NSBitmapImageRep *picture in [NSImageRep imageRepsWithContentsOfFile:file]) {
+        const NSInteger size = [picture pixelsWide];
+        sizes.append(size);
+        QCOMPARE([[picture colorAtX:size / 2 y:size / 2] alphaComponent], 1.0);
+        // Round corners.
+        QCOMPARE([[picture colorAtX:size / 9 y:size / 9] alphaComponent], 0.0);
+    }
+    // Each png2icns puts them in an order of its own.
+    std::ranges::sort(sizes);
+    QCOMPARE(sizes, (QList<NSInteger>{16, 32, 128, 256, 512, 1024}));
 }
 
 } // namespace
