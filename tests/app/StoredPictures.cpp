@@ -2,6 +2,7 @@
 
 #include "design/KestrinFonts.h"
 
+#include <QColor>
 #include <QCryptographicHash>
 #include <QFile>
 
@@ -41,20 +42,17 @@ QImage reduce(const QImage &picture) {
         .convertToFormat(QImage::Format_RGB32);
 }
 
-double squaredDistance(QRgb one, QRgb other) {
-    const auto squared = [](int difference) { return static_cast<double>(difference) * difference; };
-    return (squared(qRed(one) - qRed(other)) + squared(qGreen(one) - qGreen(other)) +
-            squared(qBlue(one) - qBlue(other))) /
-           3;
-}
-
 double distance(const QImage &one, const QImage &other, const QRect &place) {
     double sum = 0;
     for (int y = place.top(); y <= place.bottom(); ++y) {
-        for (int x = place.left(); x <= place.right(); ++x)
-            sum += squaredDistance(one.pixel(x, y), other.pixel(x, y));
+        for (int x = place.left(); x <= place.right(); ++x) {
+            const QColor here(one.pixel(x, y));
+            const QColor there(other.pixel(x, y));
+            sum += std::pow(here.red() - there.red(), 2) + std::pow(here.green() - there.green(), 2) +
+                   std::pow(here.blue() - there.blue(), 2);
+        }
     }
-    return std::sqrt(sum / (place.width() * place.height()));
+    return std::sqrt(sum / (3 * place.width() * place.height()));
 }
 
 /// How far two pictures are apart where they are most, as a person sees it: the root mean square of the

@@ -23,11 +23,13 @@ using namespace kestrin::app;
 
 namespace {
 
-/// What is seen on the pages: a name for the file, the section, and what is done before.
+/// What is seen on the pages: a name for the file, the section, and what is done before. Some are stored, in
+/// one of the appearances.
 struct Scene {
     QString name;
     MacSection section = MacSection::Home;
     std::function<void(samples::WindowHome &)> prepare;
+    QString stored;
 };
 
 void runUsualApplications(samples::WindowHome &home) {
@@ -89,32 +91,29 @@ QList<Scene> scenes() {
         afternoon(home);
         home.shown->protection.state.setPrivacyModeOn(false);
     };
-    return {
-        {u"home"_s, MacSection::Home, afternoon},
-        {u"devices"_s, MacSection::Devices, afternoon},
-        {u"apps"_s, MacSection::Apps, afternoon},
-        {u"schedule"_s, MacSection::Schedule, afternoon},
-        {u"activity"_s, MacSection::Activity, afternoon},
-        {u"access"_s, MacSection::Access, afternoon},
-        {u"connect"_s, MacSection::Connect, afternoon},
-        {u"home-off"_s, MacSection::Home, off},
-        {u"apps-off"_s, MacSection::Apps, off},
-        {u"apps-enforcing"_s, MacSection::Apps, enforcing},
-        {u"apps-empty"_s, MacSection::Apps, nothing},
-        {u"schedule-none"_s, MacSection::Schedule, nothing},
-        {u"activity-empty"_s, MacSection::Activity, nothing},
-        {u"access-enforcing"_s, MacSection::Access, enforcing},
-        {u"home-eased"_s, MacSection::Home, eased},
-        {u"devices-eased"_s, MacSection::Devices, eased},
-        {u"apps-eased"_s, MacSection::Apps, eased},
-        {u"schedule-eased"_s, MacSection::Schedule, eased},
-        {u"activity-eased"_s, MacSection::Activity, eased},
-        {u"access-eased"_s, MacSection::Access, eased},
-        {u"connect-eased"_s, MacSection::Connect, eased},
-        {u"apps-names"_s, MacSection::Apps, names},
-        {u"activity-names"_s, MacSection::Activity, names},
-        {u"connect-enforcing"_s, MacSection::Connect, enforcing},
+    // The stored ones are every page in each of its states, every kind of row, both appearances.
+    QList<Scene> all{
+        {u"home"_s, MacSection::Home, afternoon, u"light"_s},
+        {u"devices"_s, MacSection::Devices, afternoon, u"dark"_s},
+        {u"apps"_s, MacSection::Apps, afternoon, u"dark"_s},
+        {u"schedule"_s, MacSection::Schedule, afternoon, u"light"_s},
+        {u"activity"_s, MacSection::Activity, afternoon, u"dark"_s},
+        {u"access"_s, MacSection::Access, afternoon, u"light"_s},
+        {u"connect"_s, MacSection::Connect, afternoon, u"dark"_s},
+        {u"home-off"_s, MacSection::Home, off, u"dark"_s},
+        {u"apps-off"_s, MacSection::Apps, off, u"dark"_s},
+        {u"apps-enforcing"_s, MacSection::Apps, enforcing, u"light"_s},
+        {u"apps-empty"_s, MacSection::Apps, nothing, u"light"_s},
+        {u"schedule-none"_s, MacSection::Schedule, nothing, u"dark"_s},
+        {u"activity-empty"_s, MacSection::Activity, nothing, u"light"_s},
+        {u"access-enforcing"_s, MacSection::Access, enforcing, u"dark"_s},
+        {u"apps-names"_s, MacSection::Apps, names, {}},
+        {u"activity-names"_s, MacSection::Activity, names, {}},
+        {u"connect-enforcing"_s, MacSection::Connect, enforcing, {}},
     };
+    for (const Scene &page : all.first(7))
+        all.append({page.name + u"-eased"_s, page.section, eased, {}});
+    return all;
 }
 
 QImage draw(const Scene &scene, const QString &appearance, QSize size) {
@@ -156,29 +155,11 @@ int drawAll(const QDir &folder, const QStringList &wanted) {
     return all ? 0 : 1;
 }
 
-/// Every page in each of its states, every kind of row, both appearances.
-const QList<std::pair<QString, QString>> storedScenes{{u"home"_s, u"light"_s},
-                                                      {u"home-off"_s, u"dark"_s},
-                                                      {u"devices"_s, u"dark"_s},
-                                                      {u"apps-enforcing"_s, u"light"_s},
-                                                      {u"apps"_s, u"dark"_s},
-                                                      {u"apps-off"_s, u"dark"_s},
-                                                      {u"apps-empty"_s, u"light"_s},
-                                                      {u"schedule"_s, u"light"_s},
-                                                      {u"schedule-none"_s, u"dark"_s},
-                                                      {u"activity"_s, u"dark"_s},
-                                                      {u"activity-empty"_s, u"light"_s},
-                                                      {u"access"_s, u"light"_s},
-                                                      {u"access-enforcing"_s, u"dark"_s},
-                                                      {u"connect"_s, u"dark"_s}};
-
 /// Draws what is stored and gives it to `take` with its name.
 void drawStored(const std::function<void(const QString &, const QImage &)> &take) {
-    const QList<Scene> all = scenes();
-    for (const auto &stored : storedScenes) {
-        const auto scene = std::find_if(all.begin(), all.end(),
-                                        [&](const Scene &each) { return each.name == stored.first; });
-        take(stored.first + u'-' + stored.second, draw(*scene, stored.second, least));
+    for (const Scene &scene : scenes()) {
+        if (!scene.stored.isEmpty())
+            take(scene.name + u'-' + scene.stored, draw(scene, scene.stored, least));
     }
 }
 
