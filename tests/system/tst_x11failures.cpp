@@ -69,23 +69,35 @@ void X11FailuresTest::noDisplay() {
 }
 
 void X11FailuresTest::noWindowManager() {
-    X11Workspace workspace;
     for (const int signal : {SIGTERM, SIGKILL}) {
-        const SampleApp app;
-        QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
+        X11Workspace workspace;
+        Launches launches(workspace);
+        const SampleApp before(u"--windows 2"_s);
+        SampleApp ends;
+        QTRY_COMPARE(launches.pids.size(), 2);
+        launches.pids.clear();
         display::stopWindowManager(signal);
         // Nobody passes a request on, so it must not be told as delivered. Who took leave took the list
         // along.
-        QCOMPARE(workspace.terminate(app.pid()),
+        QCOMPARE(workspace.terminate(before.pid()),
                  signal == SIGTERM ? Termination::gone : Termination::refused);
         // What was told about the windows stays behind where it could not be taken back.
         QCOMPARE(running(workspace).isEmpty(), signal == SIGTERM);
         QVERIFY(!workspace.limitation().isEmpty());
+
+        // One application ends meanwhile, and one begins.
+        ends.kill();
+        const SampleApp meanwhile;
+        QTRY_COMPARE(meanwhile.said(u"mapped 1"_s), 1);
+        running(workspace);
         display::startWindowManager();
-        QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
+        QTRY_COMPARE(running(workspace).size(), 2);
         QVERIFY(workspace.limitation().isEmpty());
-        QCOMPARE(workspace.terminate(app.pid()), Termination::delivered);
-        QTRY_VERIFY(!app.isRunning());
+        const SampleApp after;
+        QTRY_VERIFY(launches.pids.contains(after.pid()));
+        QCOMPARE(launches.pids, (QList<qint32>{meanwhile.pid(), after.pid()}));
+        QCOMPARE(workspace.terminate(before.pid()), Termination::delivered);
+        QTRY_VERIFY(!before.isRunning());
     }
 }
 

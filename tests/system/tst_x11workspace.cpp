@@ -6,8 +6,6 @@
 
 #include <QTest>
 
-#include <csignal>
-
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::engine;
@@ -40,14 +38,11 @@ class X11WorkspaceTest : public QObject {
     void identities_data();
     void identities();
     void windowsThatVanish();
-    void whichWindowsAreAsked_data();
     void whichWindowsAreAsked();
     void eachProcessIsLaunchedOnce();
-    void whoAlwaysComesBack();
     void unsubscribing();
     void unsubscribingInsideTheHandler();
     void oneTakesTheOthersPlace();
-    void windowManagerRestarts();
 
   private:
     /// Sees an application without telling the subscribers of another workspace about it.
@@ -149,36 +144,32 @@ void X11WorkspaceTest::windowsThatVanish() {
     QTRY_VERIFY(launches.pids.contains(later.pid()));
 }
 
-void X11WorkspaceTest::whichWindowsAreAsked_data() {
-    QTest::addColumn<QString>("options");
-    QTest::addColumn<QList<int>>("asked");
-    QTest::newRow("all") << u"--window --window --window"_s << QList<int>{1, 2, 3};
-    // A kill on behalf of the window that refuses would end the process.
-    QTest::newRow("those that take part") << u"--window --manner no-delete --window"_s << QList<int>{2};
-    QTest::newRow("regular ones") << u"--window --type DOCK --window"_s << QList<int>{2};
-}
-
 void X11WorkspaceTest::whichWindowsAreAsked() {
-    QFETCH(QString, options);
-    QFETCH(QList<int>, asked);
-    const qsizetype windows = options.count(u"--window"_s);
-    X11Workspace workspace;
-    const SampleApp app(options);
-    QTRY_COMPARE(app.said(u"mapped %1"_s.arg(windows)), 1);
-    const SampleApp fence;
-    QTRY_VERIFY(running(workspace).contains(fence.pid()));
-    QCOMPARE(workspace.terminate(app.pid()), Termination::delivered);
-    for (const int number : asked)
-        QTRY_COMPARE(app.said(u"closed %1"_s.arg(number)), 1);
-    // The windows that are left cannot be asked.
-    QTRY_COMPARE(workspace.terminate(app.pid()),
-                 options.contains(u"no-delete"_s) ? Termination::refused : Termination::gone);
-    for (const qint32 nobody : {0, -1})
-        QCOMPARE(workspace.terminate(nobody), Termination::gone);
-    QCOMPARE(workspace.terminate(fence.pid()), Termination::delivered);
-    QTRY_VERIFY(!fence.isRunning());
-    QTRY_COMPARE(app.isRunning(), asked.size() < windows);
-    QCOMPARE(app.said(u"asked 1"_s), asked.contains(1) ? 1 : 0);
+    for (const auto &[options, asked] : {
+             std::pair{u"--window --window --window"_s, QList<int>{1, 2, 3}},
+             // A kill on behalf of the window that refuses would end the process.
+             std::pair{u"--window --manner no-delete --window"_s, QList<int>{2}},
+             std::pair{u"--window --type DOCK --window"_s, QList<int>{2}},
+         }) {
+        const qsizetype windows = options.count(u"--window"_s);
+        X11Workspace workspace;
+        const SampleApp app(options);
+        QTRY_COMPARE(app.said(u"mapped %1"_s.arg(windows)), 1);
+        const SampleApp fence;
+        QTRY_VERIFY(running(workspace).contains(fence.pid()));
+        QCOMPARE(workspace.terminate(app.pid()), Termination::delivered);
+        for (const int number : asked)
+            QTRY_COMPARE(app.said(u"closed %1"_s.arg(number)), 1);
+        // The windows that are left cannot be asked.
+        QTRY_COMPARE(workspace.terminate(app.pid()),
+                     options.contains(u"no-delete"_s) ? Termination::refused : Termination::gone);
+        for (const qint32 nobody : {0, -1})
+            QCOMPARE(workspace.terminate(nobody), Termination::gone);
+        QCOMPARE(workspace.terminate(fence.pid()), Termination::delivered);
+        QTRY_VERIFY(!fence.isRunning());
+        QTRY_COMPARE(app.isRunning(), asked.size() < windows);
+        QCOMPARE(app.said(u"asked 1"_s), asked.contains(1) ? 1 : 0);
+    }
 }
 
 void X11WorkspaceTest::eachProcessIsLaunchedOnce() {
@@ -193,23 +184,6 @@ void X11WorkspaceTest::eachProcessIsLaunchedOnce() {
     QTRY_COMPARE(before.said(u"mapped 2"_s), 1);
     const SampleApp second;
     QTRY_COMPARE(launches.pids, (QList<qint32>{first.pid(), second.pid()}));
-}
-
-void X11WorkspaceTest::whoAlwaysComesBack() {
-    X11Workspace workspace;
-    Launches launches(workspace);
-    const auto asking = workspace.subscribeToLaunches([&](const WorkspaceApplication &application) {
-        QCOMPARE(workspace.terminate(application.processIdentifier), Termination::delivered);
-    });
-    SampleApp app(u"--commands"_s);
-    QTRY_COMPARE(app.said(u"closed 1"_s), 1);
-    QCOMPARE(launches.pids, QList<qint32>{app.pid()});
-    // Sooner than it may be launched again, and still there when it may.
-    app.open();
-    const SampleApp fence;
-    QTRY_COMPARE(launches.pids, (QList<qint32>{app.pid(), fence.pid()}));
-    QTRY_COMPARE_WITH_TIMEOUT(app.said(u"closed 2"_s), 1, 10000);
-    QCOMPARE(launches.pids, (QList<qint32>{app.pid(), fence.pid(), app.pid()}));
 }
 
 void X11WorkspaceTest::unsubscribing() {
@@ -259,30 +233,6 @@ void X11WorkspaceTest::oneTakesTheOthersPlace() {
     const Launches next(workspace);
     QTRY_COMPARE(next.pids, QList<qint32>{unnoticed.pid()});
     QVERIFY(former.pids.isEmpty());
-}
-
-void X11WorkspaceTest::windowManagerRestarts() {
-    for (const int signal : {SIGTERM, SIGKILL}) {
-        X11Workspace workspace;
-        Launches launches(workspace);
-        const SampleApp before(u"--windows 2"_s);
-        SampleApp ends;
-        QTRY_COMPARE(launches.pids.size(), 2);
-        launches.pids.clear();
-
-        samples::display::stopWindowManager(signal);
-        // While nobody manages windows, one application ends and one begins.
-        ends.kill();
-        const SampleApp meanwhile;
-        QTRY_COMPARE(meanwhile.said(u"mapped 1"_s), 1);
-        running(workspace);
-        samples::display::startWindowManager();
-        QTRY_COMPARE(running(workspace).size(), 2);
-
-        const SampleApp after;
-        QTRY_VERIFY(launches.pids.contains(after.pid()));
-        QCOMPARE(launches.pids, (QList<qint32>{meanwhile.pid(), after.pid()}));
-    }
 }
 
 QTEST_GUILESS_MAIN(X11WorkspaceTest)
