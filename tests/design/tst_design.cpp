@@ -104,42 +104,23 @@ class DesignTest : public QObject {
 };
 
 void DesignTest::palette() {
-    struct Row {
-        const char *name;
-        std::array<float, 3> light;
-        std::array<float, 3> dark;
-    };
-    const std::array rows{
-        Row{"deepGreen", {0.004F, 0.102F, 0.286F}, {0.82F, 0.88F, 0.98F}},
-        Row{"freshGreen", {0.082F, 0.54F, 0.345F}, {0.5F, 0.82F, 0.62F}},
-        Row{"warmIvory", {0.957F, 0.965F, 0.98F}, {0.045F, 0.06F, 0.09F}},
-        Row{"softIvory", {0.99F, 0.994F, 1}, {0.07F, 0.09F, 0.13F}},
-        Row{"textPrimary", {0.055F, 0.063F, 0.086F}, {0.925F, 0.94F, 0.97F}},
-        Row{"textSecondary", {0.43F, 0.455F, 0.5F}, {0.68F, 0.71F, 0.76F}},
-        Row{"textMuted", {0.61F, 0.635F, 0.685F}, {0.56F, 0.595F, 0.65F}},
-        Row{"border", {0.875F, 0.89F, 0.925F}, {0.17F, 0.2F, 0.26F}},
-        Row{"divider", {0.9F, 0.91F, 0.935F}, {0.165F, 0.19F, 0.245F}},
-        Row{"surface", {1, 1, 1}, {0.07F, 0.09F, 0.13F}},
-        Row{"surfaceMuted", {0.945F, 0.955F, 0.975F}, {0.095F, 0.12F, 0.17F}},
-        Row{"primaryAction", {0.004F, 0.102F, 0.286F}, {0.59F, 0.71F, 1}},
-        Row{"primaryActionText", {1, 1, 1}, {0.04F, 0.09F, 0.06F}},
-        Row{"protected", {0.12F, 0.62F, 0.35F}, {0.55F, 0.82F, 0.64F}},
-        Row{"attention", {0.788F, 0.522F, 0.141F}, {0.96F, 0.71F, 0.32F}},
-        Row{"attentionSoft", {0.973F, 0.922F, 0.847F}, {0.26F, 0.18F, 0.09F}},
-        Row{"offGray", {0.463F, 0.49F, 0.471F}, {0.62F, 0.66F, 0.63F}},
-        Row{"offGraySoft", {0.925F, 0.93F, 0.94F}, {0.15F, 0.17F, 0.21F}},
-        Row{"risk", {0.851F, 0.29F, 0.29F}, {1, 0.45F, 0.37F}},
-        Row{"riskSoft", {0.992F, 0.925F, 0.925F}, {0.28F, 0.11F, 0.11F}},
-        Row{"link", {0.082F, 0.356F, 0.82F}, {0.48F, 0.72F, 1}},
-        Row{"linkSoft", {0.915F, 0.94F, 0.995F}, {0.08F, 0.145F, 0.275F}},
-        Row{"softGreen", {0.895F, 0.96F, 0.92F}, {0.075F, 0.18F, 0.12F}},
-    };
-    for (const auto appearance : {KestrinAppearance::Light, KestrinAppearance::Dark}) {
-        KestrinAppearance::shared().setPreference(appearance);
-        for (const Row &row : rows) {
-            const auto [red, green, blue] = appearance == KestrinAppearance::Dark ? row.dark : row.light;
-            const auto color = KestrinColors::shared().property(row.name).value<QColor>();
-            QVERIFY2(color == QColor::fromRgbF(red, green, blue), row.name);
+    // In light and in dark appearance.
+    const QString expected =
+        u"deepGreen 011a49 d1e0fa, freshGreen 158a58 80d19e, warmIvory f4f6fa 0b0f17, "
+        "softIvory fcfdff 121721, textPrimary 0e1016 ecf0f7, textSecondary 6e7480 adb5c2, "
+        "textMuted 9ca2af 8f98a6, border dfe3ec 2b3342, divider e6e8ee 2a303e, "
+        "surface ffffff 121721, surfaceMuted f1f4f9 181f2b, primaryAction 011a49 96b5ff, "
+        "primaryActionText ffffff 0a170f, protected 1f9e59 8cd1a3, attention c98524 f5b552, "
+        "attentionSoft f8ebd8 422e17, offGray 767d78 9ea8a1, offGraySoft ecedf0 262b36, "
+        "risk d94a4a ff735e, riskSoft fdecec 471c1c, link 155bd1 7ab8ff, linkSoft e9f0fe 142546, "
+        "softGreen e4f5eb 132e1f"_s;
+    const QStringList rows = expected.split(u", "_s);
+    for (const QString &row : rows) {
+        const QStringList parts = row.split(u' ');
+        for (const auto appearance : {KestrinAppearance::Light, KestrinAppearance::Dark}) {
+            KestrinAppearance::shared().setPreference(appearance);
+            const auto color = KestrinColors::shared().property(parts[0].toLatin1()).value<QColor>();
+            QCOMPARE(color.name(), u'#' + parts[appearance == KestrinAppearance::Dark ? 2 : 1]);
         }
     }
 }
