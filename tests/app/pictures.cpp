@@ -71,15 +71,6 @@ QList<Scene> scenes() {
         afternoon(home);
         home.shown->protection.state.setEnforceActions(true);
     };
-    const auto names = [](samples::WindowHome &home) {
-        home.open();
-        home.runtime().setEnforceActions(true);
-        qint32 pid = 2000;
-        for (const QString &name : {u"\u05d6\u05d5\u05dd \u05dc\u05e4\u05d2\u05d9\u05e9\u05d5\u05ea!"_s,
-                                    u"\u0632\u0648\u0648\u0645 (\u0645\u0643\u0627\u0644\u0645\u0629)"_s,
-                                    u"A\u202egpj.diova"_s, u"Zoom\n\nYou are safe"_s})
-            home.workspace.launch(samples::running(name, pid++, u"us.zoom.xos"_s));
-    };
     const auto eased = [afternoon](samples::WindowHome &home) {
         auto desktop = std::make_unique<InMemoryDesktopPreferences>();
         desktop->say({}, {}, true, 1.25);
@@ -107,8 +98,6 @@ QList<Scene> scenes() {
         {u"schedule-none"_s, MacSection::Schedule, nothing, u"dark"_s},
         {u"activity-empty"_s, MacSection::Activity, nothing, u"light"_s},
         {u"access-enforcing"_s, MacSection::Access, enforcing, u"dark"_s},
-        {u"apps-names"_s, MacSection::Apps, names, {}},
-        {u"activity-names"_s, MacSection::Activity, names, {}},
         {u"connect-enforcing"_s, MacSection::Connect, enforcing, {}},
     };
     for (const Scene &page : all.first(7))

@@ -290,7 +290,6 @@ void WindowTest::listChanges() {
              Case{u"a b c"_s, u"c a b"_s, 0, 0},
              Case{u"a b c"_s, u"b"_s, 0, 2},
              Case{u""_s, u"a b"_s, 2, 0},
-             Case{u"a b"_s, u""_s, 0, 2},
              Case{u"a a b"_s, u"b a"_s, 0, 1},
              Case{u"a b"_s, u"b b a"_s, 1, 0},
          }) {
@@ -306,8 +305,6 @@ void WindowTest::listChanges() {
         QCOMPARE(inserted.size(), insertions);
         QCOMPARE(removed.size(), removals);
         QCOMPARE(changed.size(), 0);
-        if (rows.isEmpty())
-            continue;
         rows.last().on = true;
         model.setRows(rows);
         QCOMPARE(changed.size(), 1);

@@ -22,7 +22,6 @@ class SessionQuittingTest : public QObject {
 
   private Q_SLOTS:
     void initTestCase();
-    void ladder_data();
     void ladder();
     void menus();
     void onlyItsOwnObjects();
@@ -60,41 +59,36 @@ void SessionQuittingTest::initTestCase() {
     QTRY_VERIFY(!m_tray->told(u"bus"_s).isEmpty());
 }
 
-void SessionQuittingTest::ladder_data() {
-    QTest::addColumn<QString>("offers");
-    QTest::addColumn<QString>("heard"); // "" when the window is asked
-
-    QTest::newRow("everything") << u"--gtk accepts --kde accepts --qt accepts --tray accepts"_s << u"gtk"_s;
-    QTest::newRow("action disabled") << u"--gtk disabled --kde accepts --tray accepts"_s << u"kde"_s;
-    QTest::newRow("action refused") << u"--gtk refuses --kde disabled --qt accepts --tray accepts"_s
-                                    << u"qt"_s;
-    QTest::newRow("quit refused") << u"--kde refuses --qt refuses --tray accepts"_s << u"tray Quit"_s;
-    QTest::newRow("ends at once") << u"--gtk leaves --kde accepts --tray accepts"_s << u"gtk"_s;
-    QTest::newRow("tray item disabled") << u"--tray disabled"_s << QString();
-    QTest::newRow("all refuse") << u"--gtk refuses --kde refuses --qt refuses --tray refuses"_s << QString();
-    QTest::newRow("all hang") << u"--gtk hangs --kde hangs --qt hangs --tray hangs"_s << QString();
-    QTest::newRow("all busy") << u"--gtk is-busy --kde is-busy --qt is-busy --tray is-busy"_s << QString();
-    QTest::newRow("action hangs") << u"--gtk hangs --kde accepts"_s << u"kde"_s;
-    // The older Qt would end without asking, so it is not told to.
-    QTest::newRow("older Qt") << u"--qt accepts"_s << QString();
-    QTest::newRow("as a whole") << u"--gtk accepts --windows 3"_s << u"gtk"_s;
-    // Its windows say nothing that helps, as those of a GTK application without the toolkit's own windows.
-    QTest::newRow("by its name") << u"--gtk accepts --bus-name org.example.Talk --claim :9.99"_s << u"gtk"_s;
-}
-
 void SessionQuittingTest::ladder() {
-    QFETCH(QString, offers);
-    QFETCH(QString, heard);
-    const bool isOlder = QByteArray(QTest::currentDataTag()) == "older Qt";
-    const QString library = isOlder ? u"libQt5Core.so.5"_s : u"libQt6Core.so.6"_s;
-    const SampleApp app(offers + u" --map "_s + m_folder.filePath(library));
-    quit(app, offers.contains(u"--tray"_s));
-    // A third of the patience is the least that a silent step may have.
-    if (offers.contains(u"hangs"_s) || offers.contains(u"is-busy"_s))
-        QVERIFY2(m_elapsed >= 100, qPrintable(QString::number(m_elapsed)));
-    QTRY_VERIFY(!app.isRunning());
-    QCOMPARE(app.said(u"asked 1"_s), heard.isEmpty() ? 1 : 0);
-    QCOMPARE(app.told(u"quit"_s), heard);
+    // The older Qt would end without asking, so it is not told to.
+    const QString olderQt = u"--qt accepts"_s;
+    // What it offers and what it hears; nothing when its window is asked.
+    for (const auto &[offers, heard] : {
+             std::pair{u"--gtk accepts --kde accepts --qt accepts --tray accepts"_s, u"gtk"_s},
+             std::pair{u"--gtk disabled --kde accepts --tray accepts"_s, u"kde"_s},
+             std::pair{u"--gtk refuses --kde disabled --qt accepts --tray accepts"_s, u"qt"_s},
+             std::pair{u"--kde refuses --qt refuses --tray accepts"_s, u"tray Quit"_s},
+             std::pair{u"--gtk leaves --kde accepts --tray accepts"_s, u"gtk"_s},
+             std::pair{u"--tray disabled"_s, QString()},
+             std::pair{u"--gtk refuses --kde refuses --qt refuses --tray refuses"_s, QString()},
+             std::pair{u"--gtk hangs --kde hangs --qt hangs --tray hangs"_s, QString()},
+             std::pair{u"--gtk is-busy --kde is-busy --qt is-busy --tray is-busy"_s, QString()},
+             std::pair{u"--gtk hangs --kde accepts"_s, u"kde"_s},
+             std::pair{olderQt, QString()},
+             std::pair{u"--gtk accepts --windows 3"_s, u"gtk"_s},
+             // Its windows say nothing that helps, as those of a GTK application without the toolkit's own.
+             std::pair{u"--gtk accepts --bus-name org.example.Talk --claim :9.99"_s, u"gtk"_s},
+         }) {
+        const QString library = offers == olderQt ? u"libQt5Core.so.5"_s : u"libQt6Core.so.6"_s;
+        const SampleApp app(offers + u" --map "_s + m_folder.filePath(library));
+        quit(app, offers.contains(u"--tray"_s));
+        // A third of the patience is the least that a silent step may have.
+        if (offers.contains(u"hangs"_s) || offers.contains(u"is-busy"_s))
+            QVERIFY2(m_elapsed >= 100, qPrintable(QString::number(m_elapsed)));
+        QTRY_VERIFY2(!app.isRunning(), qPrintable(offers));
+        QVERIFY2(app.said(u"asked 1"_s) == (heard.isEmpty() ? 1 : 0), qPrintable(offers));
+        QVERIFY2(app.told(u"quit"_s) == heard, qPrintable(offers));
+    }
 }
 
 void SessionQuittingTest::menus() {

@@ -33,13 +33,11 @@ class X11WorkspaceTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    void oneApplicationAProcessInTheirOrder();
+    void eachProcessOnceInTheirOrder();
     void regularWindows();
-    void identities_data();
     void identities();
     void windowsThatVanish();
     void whichWindowsAreAsked();
-    void eachProcessIsLaunchedOnce();
     void unsubscribing();
     void unsubscribingInsideTheHandler();
     void oneTakesTheOthersPlace();
@@ -53,22 +51,26 @@ class X11WorkspaceTest : public QObject {
     X11Workspace m_other;
 };
 
-void X11WorkspaceTest::oneApplicationAProcessInTheirOrder() {
+void X11WorkspaceTest::eachProcessOnceInTheirOrder() {
     X11Workspace workspace;
     QVERIFY(workspace.runningApplications().isEmpty());
     QCOMPARE(workspace.limitation(), QString());
+    SampleApp before(u"--commands"_s);
+    QTRY_COMPARE(running(m_other), QList<qint32>{before.pid()});
+    Launches launches(workspace);
     const SampleApp first(u"--windows 3"_s);
-    QTRY_COMPARE(first.said(u"mapped 3"_s), 1);
-    QTRY_COMPARE(running(workspace), QList<qint32>{first.pid()});
-    SampleApp second;
-    QTRY_COMPARE(running(workspace), (QList<qint32>{first.pid(), second.pid()}));
-    const SampleApp third;
-    QTRY_COMPARE(running(workspace), (QList<qint32>{first.pid(), second.pid(), third.pid()}));
+    QTRY_COMPARE(launches.pids, QList<qint32>{first.pid()});
+    // A further window is no launch.
+    before.open();
+    QTRY_COMPARE(before.said(u"mapped 2"_s), 1);
+    const SampleApp second;
+    QTRY_COMPARE(launches.pids, (QList<qint32>{first.pid(), second.pid()}));
+    QCOMPARE(running(workspace), (QList<qint32>{before.pid(), first.pid(), second.pid()}));
     const WorkspaceApplication found = workspace.runningApplications().first();
     QCOMPARE(found.activationPolicy, ActivationPolicy::regular);
     QVERIFY(found.executablePath && found.executablePath->endsWith(u"/sample-app"_s));
-    second.kill();
-    QTRY_COMPARE(running(workspace), (QList<qint32>{first.pid(), third.pid()}));
+    before.kill();
+    QTRY_COMPARE(running(workspace), (QList<qint32>{first.pid(), second.pid()}));
 }
 
 void X11WorkspaceTest::regularWindows() {
@@ -91,7 +93,7 @@ void X11WorkspaceTest::regularWindows() {
     }
 }
 
-void X11WorkspaceTest::identities_data() {
+void X11WorkspaceTest::identities() {
     qputenv("LANG", "de_AT.UTF-8");
     installEntry(u"Zoom"_s, u"Zoom"_s, {u"StartupWMClass=zoom"_s});
     installEntry(u"google-chrome"_s, u"Google Chrome"_s);
@@ -100,30 +102,27 @@ void X11WorkspaceTest::identities_data() {
     installEntry(u"org.example.Notes"_s, u"Notes"_s, {u"Name[de]=Notizen"_s, u"Name[fr]=Notes"_s});
     installEntry(u"org.example.Painter"_s, u"Painter"_s);
 
-    QTest::addColumn<QString>("options");
-    QTest::addColumn<QString>("identity");
-    const QString chrome = u"Google Chrome, com.google.Chrome"_s;
     const QString browser = u" --window --class google-chrome/Google-chrome"_s;
     const QString site = u" --window --class crx_abcdef/Google-chrome"_s;
-    QTest::newRow("browser with a site") << browser + site << chrome;
-    QTest::newRow("site before its browser") << site + browser << chrome;
-    QTest::newRow("catalog application") << u"--class x/ZOOM"_s << u"Zoom, us.zoom.xos"_s;
-    QTest::newRow("GTK application id")
-        << u"--gtk-id org.example.Notes --class other/Other --pid none"_s << u"Notizen, org.example.Notes"_s;
-    QTest::newRow("KDE desktop file") << u"--kde-entry org.example.Painter --class other/Other --pid 1"_s
-                                      << u"Painter, org.example.Painter"_s;
-    QTest::newRow("instance") << u"--class org.example.notes/Unknown"_s << u"Notizen, org.example.Notes"_s;
-    QTest::newRow("never the title") << u"--class none --title Zoom"_s << u"sample-app, no identifier"_s;
-}
-
-void X11WorkspaceTest::identities() {
-    QFETCH(QString, options);
-    X11Workspace workspace;
-    const SampleApp app(options);
-    const auto windows = qMax<qsizetype>(options.count(u"--window"_s), 1);
-    QTRY_COMPARE(app.said(u"mapped %1"_s.arg(windows)), 1);
-    QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
-    QTEST(identity(workspace, app), "identity");
+    for (const auto &[options, expected] : {
+             std::pair{browser + site, u"Google Chrome, com.google.Chrome"_s},
+             std::pair{site + browser, u"Google Chrome, com.google.Chrome"_s},
+             std::pair{u"--class x/ZOOM"_s, u"Zoom, us.zoom.xos"_s},
+             std::pair{u"--gtk-id org.example.Notes --class other/Other --pid none"_s,
+                       u"Notizen, org.example.Notes"_s},
+             std::pair{u"--kde-entry org.example.Painter --class other/Other --pid 1"_s,
+                       u"Painter, org.example.Painter"_s},
+             std::pair{u"--class org.example.notes/Unknown"_s, u"Notizen, org.example.Notes"_s},
+             // Never by the title.
+             std::pair{u"--class none --title Zoom"_s, u"sample-app, no identifier"_s},
+         }) {
+        X11Workspace workspace;
+        const SampleApp app(options);
+        const auto windows = qMax<qsizetype>(options.count(u"--window"_s), 1);
+        QTRY_COMPARE(app.said(u"mapped %1"_s.arg(windows)), 1);
+        QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
+        QCOMPARE(identity(workspace, app), expected);
+    }
 }
 
 void X11WorkspaceTest::windowsThatVanish() {
@@ -170,20 +169,6 @@ void X11WorkspaceTest::whichWindowsAreAsked() {
         QTRY_COMPARE(app.isRunning(), asked.size() < windows);
         QCOMPARE(app.said(u"asked 1"_s), asked.contains(1) ? 1 : 0);
     }
-}
-
-void X11WorkspaceTest::eachProcessIsLaunchedOnce() {
-    SampleApp before(u"--commands"_s);
-    QTRY_COMPARE(running(m_other), QList<qint32>{before.pid()});
-    X11Workspace workspace;
-    Launches launches(workspace);
-    const SampleApp first(u"--windows 3"_s);
-    QTRY_COMPARE(launches.pids, QList<qint32>{first.pid()});
-    // A further window is no launch.
-    before.open();
-    QTRY_COMPARE(before.said(u"mapped 2"_s), 1);
-    const SampleApp second;
-    QTRY_COMPARE(launches.pids, (QList<qint32>{first.pid(), second.pid()}));
 }
 
 void X11WorkspaceTest::unsubscribing() {
