@@ -77,14 +77,14 @@ Difference largestDifference(const QImage &reduced, const QImage &other) {
 
 } // namespace
 
-bool StoredPictures::store(const QString &name, const QImage &picture) const {
+bool storePicture(const QDir &folder, const QString &name, const QImage &picture) {
     QImage reduced = reduce(picture);
     reduced.setText(facesKey, facesOfTexts());
-    return reduced.save(m_folder.filePath(name + u".png"_s));
+    return reduced.save(folder.filePath(name + u".png"_s));
 }
 
-StoredPictures::Verdict StoredPictures::compare(const QString &name, const QImage &picture) const {
-    const QImage stored(m_folder.filePath(name + u".png"_s));
+Verdict comparePicture(const QDir &folder, const QString &name, const QImage &picture) {
+    const QImage stored(folder.filePath(name + u".png"_s));
     const QImage reduced = reduce(picture);
     if (stored.size() != reduced.size()) {
         std::fprintf(stderr, "%s is not stored, or in another size.\n", qPrintable(name));

@@ -9,20 +9,12 @@
 
 namespace kestrin::samples {
 
-class StoredPictures {
-  public:
-    enum class Verdict { same, different, otherFaces, missing };
+enum class Verdict { same, different, otherFaces, missing };
 
-    explicit StoredPictures(const QDir &folder) : m_folder(folder) {}
-
-    /// False when it cannot be written.
-    bool store(const QString &name, const QImage &picture) const;
-    /// Says on standard error what is wrong. Texts that are drawn by other faces than the stored ones cannot
-    /// be compared.
-    Verdict compare(const QString &name, const QImage &picture) const;
-
-  private:
-    QDir m_folder;
-};
+/// False when it cannot be written.
+bool storePicture(const QDir &folder, const QString &name, const QImage &picture);
+/// Says on standard error what is wrong. Texts that are drawn by other faces than the stored ones cannot be
+/// compared.
+Verdict comparePicture(const QDir &folder, const QString &name, const QImage &picture);
 
 } // namespace kestrin::samples

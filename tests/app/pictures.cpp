@@ -153,19 +153,19 @@ void drawStored(const std::function<void(const QString &, const QImage &)> &take
 }
 
 int renew(const QDir &folder) {
-    const samples::StoredPictures stored(folder);
     bool all = folder.mkpath(u"."_s);
-    drawStored([&](const QString &name, const QImage &picture) { all = stored.store(name, picture) && all; });
+    drawStored([&](const QString &name, const QImage &picture) {
+        all = samples::storePicture(folder, name, picture) && all;
+    });
     return all ? 0 : 1;
 }
 
 int compare(const QDir &folder, const QDir &different) {
-    using Verdict = samples::StoredPictures::Verdict;
+    using samples::Verdict;
     constexpr int notCompared = 77;
-    const samples::StoredPictures stored(folder);
     QList<Verdict> verdicts;
     drawStored([&](const QString &name, const QImage &picture) {
-        verdicts.append(stored.compare(name, picture));
+        verdicts.append(samples::comparePicture(folder, name, picture));
         if (verdicts.last() == Verdict::different)
             save(picture, different, name);
     });

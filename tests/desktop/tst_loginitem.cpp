@@ -8,8 +8,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sys/stat.h>
-
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::desktop;
@@ -113,12 +111,10 @@ void LoginItemTest::obstacles() {
     QVERIFY(!item.setEnabled(false) && !item.setEnabled(true) && QFileInfo(places.own()).isDir());
     QCOMPARE(item.obstacle(), places.own() + u" is a folder and not a file."_s);
     QVERIFY(QDir().rmdir(places.own()));
-    QCOMPARE(::mkfifo(QFile::encodeName(places.own()), S_IRUSR | S_IWUSR), 0);
-    QVERIFY(!item.setEnabled(false) && !item.setEnabled(true) && item.obstacle().contains(u"a pipe"_s));
 
     // More than fits into memory, most of which is a hole.
     QFile large(places.own());
-    QVERIFY(large.remove() && large.open(QFile::WriteOnly) && large.resize(qint64(1) << 40));
+    QVERIFY(large.open(QFile::WriteOnly) && large.resize(qint64(1) << 40));
     QVERIFY(!item.isEnabled() && item.setEnabled(true) && item.isEnabled());
 
     // A link goes, what it leads to stays.

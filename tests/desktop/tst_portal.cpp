@@ -1,7 +1,6 @@
 // What the settings portal says about the appearance, on a session bus of the test's own.
 
 #include "design/KestrinAppearance.h"
-#include "design/KestrinColors.h"
 #include "desktop/appearance/Appearance.h"
 
 #include <QDBusConnection>
@@ -55,10 +54,8 @@ class PortalTest : public QObject {
 // First, when nothing else has made the types of its signal known.
 void PortalTest::changesWithoutPortal() {
     KestrinAppearance::shared().follow(makePreferences());
-    const QColor light = KestrinColors::shared().surface();
     change(u"color-scheme"_s, 1);
     QTRY_VERIFY(KestrinAppearance::shared().isDark());
-    QVERIFY(KestrinColors::shared().surface() != light);
 }
 
 void PortalTest::firstAnswerAndChanges() {

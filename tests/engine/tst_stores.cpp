@@ -3,14 +3,13 @@
 #include "engine/ActivityLogFile.h"
 #include "engine/JSONMacActivityLogStore.h"
 #include "engine/JSONPrivacyModeSettingsStore.h"
+#include "foundation/FileStamp.h"
 #include "tests/support/Files.h"
 #include "tests/support/Samples.h"
 
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <filesystem>
 
 #include <csignal>
 
@@ -178,12 +177,9 @@ void StoresTest::settings() {
 
     // What is as it was stays the file that it was, unless others could read it.
     const auto changes = [&] {
-        const auto link = file.toStdString() + ".former";
-        std::filesystem::create_hard_link(file.toStdString(), link);
+        const quint64 before = FileStamp::of(QFile::encodeName(file)).inode;
         settings.save({false, {u"zoom"_s, u"facetime"_s}});
-        const bool isNew = !std::filesystem::equivalent(file.toStdString(), link);
-        std::filesystem::remove(link);
-        return isNew;
+        return FileStamp::of(QFile::encodeName(file)).inode != before;
     };
     QVERIFY(!changes());
     QFile::setPermissions(file, QFile::permissions(file) | QFile::ReadOther);

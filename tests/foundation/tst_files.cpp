@@ -13,9 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -34,16 +32,6 @@ namespace {
 unsigned modeOf(const QString &path) {
     struct stat status {};
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777U : 0;
-}
-
-void makeSocket(const QString &path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    QFile::encodeName(path).toStdString().copy(address.sun_path, sizeof address.sun_path - 1);
-    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    if (::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
-        qFatal("No socket could be made.");
-    ::close(descriptor);
 }
 
 void makePipe(const QString &path) {
@@ -159,7 +147,6 @@ void FilesTest::whatIsStoredIsNeverErased() {
              Case{"what a killed writer left", whereTheNewOneGoes(text("ne")), {}},
              Case{"folder", makeFolder, u"is a folder and not a file."_s},
              Case{"pipe", makePipe, u"is a pipe and not a file."_s},
-             Case{"socket", makeSocket, u"is a socket and not a file."_s},
              Case{"device", linkTo(u"/dev/zero"_s), u"is a device and not a file."_s},
              Case{"link to itself", linkTo(u"file.json"_s), u"a link that leads to itself"_s},
              Case{"too large", text("123456789"), u"is larger than the 0 MiB that Kestrin reads."_s},
@@ -302,7 +289,6 @@ void FilesTest::strangeLocks() {
     const std::pair<QString, Make> cases[] = {
         {u"is a folder and not a file."_s, makeFolder},
         {u"is a pipe and not a file."_s, makePipe},
-        {u"is a socket and not a file."_s, makeSocket},
         {u"is a link and not a file."_s, linkTo(u"/dev/null"_s)},
     };
     for (const auto &[sentence, make] : cases) {

@@ -305,11 +305,6 @@ void RuntimeTest::twoProcesses() {
     QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, both}));
     QCOMPARE(ours.protectedDefinitionIDs(), both);
     QCOMPARE(theirs.protectedDefinitionIDs(), both);
-
-    theirs.setMode(u"travel"_s, true);
-    ours.setMode(u"manual"_s, true);
-    QCOMPARE(home.defaults.stringArray(modesKey), (QStringList{u"travel"_s, u"manual"_s}));
-    QCOMPARE(ours.enabledScheduleCount(), 2);
 }
 
 void RuntimeTest::unreadable() {

@@ -16,15 +16,6 @@ using namespace engine;
 
 namespace {
 
-/// Ends with this process, quietly.
-class Child : public QProcess {
-  public:
-    ~Child() override {
-        kill();
-        waitForFinished();
-    }
-};
-
 constexpr const char *serverVariable = "KESTRIN_DESKTOP_XVFB_PID";
 constexpr const char *windowManagerVariable = "KESTRIN_DESKTOP_WM_PID";
 

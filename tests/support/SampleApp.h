@@ -9,6 +9,15 @@
 
 namespace kestrin::samples {
 
+/// A process that ends with this object at the latest, quietly.
+class Child : public QProcess {
+  public:
+    ~Child() override {
+        kill();
+        waitForFinished();
+    }
+};
+
 /// One running sample application (sample-app), ended at the latest with this object. What it
 /// says arrives with the event loop.
 class SampleApp {

@@ -27,16 +27,6 @@ class DesktopProgramsTest : public QObject {
     void quits();
 };
 
-/// A program of the distribution, ended at the latest with the test.
-struct DebianProgram : QProcess {
-    explicit DebianProgram(const QString &name, const QStringList &arguments = {}) { start(name, arguments); }
-    ~DebianProgram() override {
-        kill();
-        waitForFinished();
-    }
-    qint32 pid() const { return static_cast<qint32>(processId()); }
-};
-
 /// This desktop's own preferences, in which the program with the tray icon finds that it has one.
 void DesktopProgramsTest::initTestCase() {
     samples::write(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/feathernotes/fn.conf"_s,
@@ -59,12 +49,14 @@ void DesktopProgramsTest::quits() {
     const SampleApp tray(u"--commands --later --watcher accepts"_s);
     QTRY_VERIFY(!tray.told(u"bus"_s).isEmpty());
     X11Workspace workspace;
-    DebianProgram app(program);
-    QTRY_VERIFY_WITH_TIMEOUT(samples::running(workspace).contains(app.pid()), 30000);
+    samples::Child app;
+    app.start(program, QStringList());
+    const auto pid = static_cast<qint32>(app.processId());
+    QTRY_VERIFY_WITH_TIMEOUT(samples::running(workspace).contains(pid), 30000);
     QTRY_COMPARE_WITH_TIMEOUT(tray.told(u"icon"_s).isEmpty(), program != u"feathernotes"_s, 30000);
     // Not by the workspace, which would close the window in the end, nor with its patience: the program has
     // just been started.
-    QVERIFY(acceptsQuitCommand({app.pid(), {program}, {}}, std::chrono::seconds(30)));
+    QVERIFY(acceptsQuitCommand({pid, {program}, {}}, std::chrono::seconds(30)));
     QTRY_VERIFY_WITH_TIMEOUT(app.state() == QProcess::NotRunning, 30000);
     QCOMPARE(app.exitStatus(), QProcess::NormalExit);
 }

@@ -26,8 +26,7 @@ class SessionQuittingTest : public QObject {
     void menus();
     void onlyItsOwnObjects();
     void silentTray();
-    void frozenBus();
-    void deadBus();
+    void uselessBuses();
 
   private:
     /// Asks it as soon as it can be asked, and in a short time whatever it does not answer.
@@ -133,32 +132,25 @@ void SessionQuittingTest::silentTray() {
     QTRY_COMPARE(without.said(u"asked 1"_s), 1);
 }
 
-void SessionQuittingTest::frozenBus() {
-    const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-    QProcess bus;
+void SessionQuittingTest::uselessBuses() {
+    const auto back = qScopeGuard(
+        [before = qgetenv("DBUS_SESSION_BUS_ADDRESS")] { qputenv("DBUS_SESSION_BUS_ADDRESS", before); });
+    const auto quitOn = [this](const QByteArray &address, qint64 frozenBus = 0) {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+        const SampleApp app(frozenBus ? u"--gtk accepts"_s : QString());
+        QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
+        if (frozenBus)
+            ::kill(static_cast<pid_t>(frozenBus), SIGSTOP);
+        quit(app);
+        QTRY_COMPARE(app.said(u"asked 1"_s), 1);
+    };
+    samples::Child bus;
     bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s, u"--address"_s,
                                  u"unix:path="_s + m_folder.filePath(u"bus"_s)});
     QVERIFY(bus.waitForReadyRead());
-    qputenv("DBUS_SESSION_BUS_ADDRESS", bus.readLine().trimmed());
-    const SampleApp app(u"--gtk accepts"_s);
-    QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
-    ::kill(static_cast<pid_t>(bus.processId()), SIGSTOP);
-    quit(app);
-    QTRY_COMPARE(app.said(u"asked 1"_s), 1);
-    bus.kill();
-    bus.waitForFinished();
-    qputenv("DBUS_SESSION_BUS_ADDRESS", before);
-}
-
-void SessionQuittingTest::deadBus() {
-    for (const char *address : {"unix:path=/nonexistent/bus", "nonsense", ""}) {
-        const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
-        const SampleApp app;
-        quit(app);
-        QTRY_COMPARE(app.said(u"asked 1"_s), 1);
-        qputenv("DBUS_SESSION_BUS_ADDRESS", before);
-    }
+    quitOn(bus.readLine().trimmed(), bus.processId());
+    for (const char *dead : {"unix:path=/nonexistent/bus", "nonsense", ""})
+        quitOn(dead);
 }
 
 QTEST_GUILESS_MAIN(SessionQuittingTest)

@@ -33,15 +33,6 @@ void callEverythingInVain(X11Workspace &workspace, qint32 process) {
     isQuick("limitation", [&] { QVERIFY(!workspace.limitation().isEmpty()); });
 }
 
-/// Stopped as long as it lives.
-class StoppedServer {
-  public:
-    StoppedServer() { display::signalServer(SIGSTOP); }
-    StoppedServer(const StoppedServer &) = delete;
-    StoppedServer &operator=(const StoppedServer &) = delete;
-    ~StoppedServer() { display::signalServer(SIGCONT); }
-};
-
 } // namespace
 
 class X11FailuresTest : public QObject {
@@ -107,7 +98,8 @@ void X11FailuresTest::silentServer() {
     const SampleApp app;
     QTRY_COMPARE(launches.pids, QList<qint32>{app.pid()});
     {
-        const StoppedServer stopped;
+        display::signalServer(SIGSTOP);
+        const auto goesOn = qScopeGuard([] { display::signalServer(SIGCONT); });
         callEverythingInVain(workspace, app.pid());
         // Also where it is the first call, and one that is given up meanwhile could hang or crash.
         X11Workspace abandoned;

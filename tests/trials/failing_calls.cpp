@@ -65,9 +65,9 @@ Function *real(const char *name) {
 } // namespace
 
 // What follows has the names and the forms of the C library.
-#define ON_DESCRIPTOR(call, name, parameters, ...)                                                           \
-    int name parameters {                                                                                    \
-        static auto *const original = real<int parameters>(#name);                                           \
+#define ON_DESCRIPTOR(result, call, name, parameters, ...)                                                   \
+    result name parameters {                                                                                 \
+        static auto *const original = real<result parameters>(#name);                                        \
         return fails(call, descriptor) ? -1 : original(__VA_ARGS__);                                         \
     }
 #define ON_PATH(call, name, parameters, ...)                                                                 \
@@ -100,11 +100,14 @@ OPENING(open)
 OPENING(open64)
 CONTROLLING(fcntl)
 CONTROLLING(fcntl64)
-ON_DESCRIPTOR("fstat", fstat, (int descriptor, struct stat *status), descriptor, status)
-ON_DESCRIPTOR("fstat", fstat64, (int descriptor, struct stat64 *status), descriptor, status)
-ON_DESCRIPTOR("fsync", fsync, (int descriptor), descriptor)
-ON_DESCRIPTOR("flock", flock, (int descriptor, int operation), descriptor, operation)
-ON_DESCRIPTOR("fchmod", fchmod, (int descriptor, mode_t mode), descriptor, mode)
+ON_DESCRIPTOR(int, "fstat", fstat, (int descriptor, struct stat *status), descriptor, status)
+ON_DESCRIPTOR(int, "fstat", fstat64, (int descriptor, struct stat64 *status), descriptor, status)
+ON_DESCRIPTOR(int, "fsync", fsync, (int descriptor), descriptor)
+ON_DESCRIPTOR(int, "flock", flock, (int descriptor, int operation), descriptor, operation)
+ON_DESCRIPTOR(int, "fchmod", fchmod, (int descriptor, mode_t mode), descriptor, mode)
+ON_DESCRIPTOR(ssize_t, "read", read, (int descriptor, void *room, size_t size), descriptor, room, size)
+ON_DESCRIPTOR(ssize_t, "write", write, (int descriptor, const void *bytes, size_t size), descriptor, bytes,
+              size)
 ON_PATH("stat", stat, (const char *path, struct stat *status), path, status)
 ON_PATH("stat", stat64, (const char *path, struct stat64 *status), path, status)
 ON_PATH("lstat", lstat, (const char *path, struct stat *status), path, status)
@@ -113,15 +116,5 @@ ON_PATH("mkdir", mkdir, (const char *path, mode_t mode), path, mode)
 ON_PATH("unlink", unlink, (const char *path), path)
 ON_PATH("access", access, (const char *path, int mode), path, mode)
 ON_PATH("rename", rename, (const char *path, const char *to), path, to)
-
-ssize_t read(int descriptor, void *room, size_t size) {
-    static auto *const original = real<ssize_t(int, void *, size_t)>("read");
-    return fails("read", descriptor) ? -1 : original(descriptor, room, size);
-}
-
-ssize_t write(int descriptor, const void *bytes, size_t size) {
-    static auto *const original = real<ssize_t(int, const void *, size_t)>("write");
-    return fails("write", descriptor) ? -1 : original(descriptor, bytes, size);
-}
 
 } // extern "C"

@@ -1,11 +1,15 @@
 // Who an application is by its windows, its package, its executable and its desktop entry, also when they
-// tell nonsense or nothing. What well-behaved windows tell is tested on a real desktop.
+// tell nonsense or nothing, and how often it counts as launched. What well-behaved windows tell is tested on
+// a real desktop.
 
 #include "desktop/applications/ApplicationClaims.h"
 #include "desktop/applications/ApplicationIdentity.h"
 #include "desktop/applications/DesktopEntryIndex.h"
+#include "desktop/applications/LaunchLimit.h"
 #include "desktop/applications/ProcessIdentity.h"
+#include "desktop/x11/WindowFacts.h"
 #include "tests/support/Files.h"
+#include "tests/support/Property.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -13,6 +17,8 @@
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::desktop;
+using namespace std::chrono_literals;
+using samples::Property;
 
 namespace {
 
@@ -47,7 +53,7 @@ ApplicationClaims window(const QString &instance, const QString &windowClass) {
 
 } // namespace
 
-class ApplicationIdentityTest : public QObject {
+class ApplicationsTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
@@ -57,9 +63,14 @@ class ApplicationIdentityTest : public QObject {
     void entryTexts();
     void entriesInFolders();
     void entriesThatAreNoFiles();
+    void windowClasses();
+    void regularWindows();
+    void references();
+    void launchedOnceInFiveSeconds();
+    void newProcessesAreAlwaysLaunched();
 };
 
-void ApplicationIdentityTest::identity() {
+void ApplicationsTest::identity() {
     Folders folders;
     folders.install(folders.own(), u"us.zoom.Zoom"_s, "Zoom Workplace");
     folders.install(folders.own(), u"my-zoom-starter"_s, "Meetings", "StartupWMClass=meetings\n");
@@ -81,7 +92,7 @@ void ApplicationIdentityTest::identity() {
     QCOMPARE(identityOf({}), u", none"_s);
 }
 
-void ApplicationIdentityTest::sandboxes() {
+void ApplicationsTest::sandboxes() {
     QCOMPARE(snapIdOfSecurityLabel("snap.zoom-client.zoom-client (enforce)\n"), u"zoom-client_zoom-client"_s);
     QCOMPARE(snapIdOfSecurityLabel("unconfined\n"), QString());
     QCOMPARE(snapIdOfSecurityLabel("snap.x (enforce)"), QString()); // a service
@@ -93,7 +104,7 @@ void ApplicationIdentityTest::sandboxes() {
     QCOMPARE(snapIdOfControlGroup("0::/user.slice/app-gnome-xterm-12.scope\n"), QString());
 }
 
-void ApplicationIdentityTest::executables() {
+void ApplicationsTest::executables() {
     const QTemporaryDir proc;
     const auto executable = [&proc](qint32 pid) {
         return ProcessIdentity::of(pid, QFile::encodeName(proc.path())).executablePath;
@@ -109,7 +120,7 @@ void ApplicationIdentityTest::executables() {
     QVERIFY((!ProcessIdentity{u"/usr/bin/sshfs"_s, {}}.forwardsWindows()));
 }
 
-void ApplicationIdentityTest::entryTexts() {
+void ApplicationsTest::entryTexts() {
     const auto read = [](const QByteArray &lines) {
         return DesktopEntry::parse("[Desktop Entry]\n" + lines, {"de_AT", "de"}).value_or(DesktopEntry());
     };
@@ -131,7 +142,7 @@ void ApplicationIdentityTest::entryTexts() {
     QVERIFY(entryLocales("C.UTF-8").isEmpty() && entryLocales({}).isEmpty());
 }
 
-void ApplicationIdentityTest::entriesInFolders() {
+void ApplicationsTest::entriesInFolders() {
     Folders folders;
     folders.install(folders.system(), u"editor"_s, "System's", "StartupWMClass=ed\n");
     folders.install(folders.own(), u"editor"_s, "Own", "Name[de]=Eigener\n");
@@ -161,7 +172,7 @@ void ApplicationIdentityTest::entriesInFolders() {
     QCOMPARE(folders.idOfClass(u"ed"_s), u"editor"_s);
 }
 
-void ApplicationIdentityTest::entriesThatAreNoFiles() {
+void ApplicationsTest::entriesThatAreNoFiles() {
     Folders folders;
     QDir().mkpath(folders.own() + u"/folder.desktop"_s);
     // Nobody writes into the pipe; opening it must not wait for somebody.
@@ -175,5 +186,89 @@ void ApplicationIdentityTest::entriesThatAreNoFiles() {
     QCOMPARE(folders.idOfClass(u"good"_s), u"good"_s);
 }
 
-QTEST_GUILESS_MAIN(ApplicationIdentityTest)
-#include "tst_applicationidentity.moc"
+void ApplicationsTest::windowClasses() {
+    const auto read = [](quint8 format, const QByteArray &bytes) {
+        WindowFacts facts;
+        facts.takeWindowClass(Property(XCB_ATOM_STRING, format, bytes).reply());
+        return QString(facts.claims.instanceName + u'|' + facts.claims.className);
+    };
+    QCOMPARE(read(8, QByteArray("zoom\0Zoom", 9)), u"zoom|Zoom"_s);
+    QCOMPARE(read(8, "zoom"), u"zoom|"_s);
+    QCOMPARE(read(8, QByteArray("a\0b\0c\0", 6)), u"a|b"_s);
+    QCOMPARE(read(8, QByteArray("\xE9\0\xE8\0", 4)), u"é|è"_s); // Latin-1
+    QCOMPARE(read(8, QByteArray(1024, 'a')), QString(1024, u'a') + u'|');
+    QCOMPARE(read(8, {}), u"|"_s);
+    QCOMPARE(read(32, "zoom"), u"|"_s);
+    QCOMPARE(propertyText(nullptr), QString());
+}
+
+void ApplicationsTest::regularWindows() {
+    xcb_ewmh_connection_t a{};
+    a._NET_WM_STATE_SKIP_TASKBAR = 101;
+    a._NET_WM_WINDOW_TYPE_NORMAL = 102;
+    a._NET_WM_WINDOW_TYPE_DOCK = 103;
+    const quint32 unknown = 9999;
+    const auto isRegular = [&a](const Property &types, const Property &states) {
+        WindowFacts facts;
+        facts.takeWindowType(types.reply(), a);
+        facts.takeWindowState(states.reply(), a);
+        return facts.isRegular();
+    };
+    const auto atoms = [](std::initializer_list<quint32> values) { return Property(XCB_ATOM_ATOM, values); };
+    const Property none(0, 0, {});
+    // The first type that is known counts.
+    QVERIFY(!isRegular(atoms({unknown, a._NET_WM_WINDOW_TYPE_DOCK, a._NET_WM_WINDOW_TYPE_NORMAL}), none));
+    QVERIFY(isRegular(atoms({unknown, a._NET_WM_WINDOW_TYPE_NORMAL, a._NET_WM_WINDOW_TYPE_DOCK}), none));
+    QVERIFY(!isRegular(none, atoms({unknown, a._NET_WM_STATE_SKIP_TASKBAR})));
+    // What is malformed says nothing.
+    QVERIFY(isRegular(Property(XCB_ATOM_CARDINAL, {a._NET_WM_WINDOW_TYPE_DOCK}), none));
+    QVERIFY(isRegular(Property(XCB_ATOM_ATOM, 8, "ggg"), Property(XCB_ATOM_ATOM, 16, "eeeeee")));
+    QVERIFY(isRegular(atoms({}), atoms({})));
+}
+
+void ApplicationsTest::references() {
+    QCOMPARE(propertyWindow(Property(XCB_ATOM_WINDOW, {42}).reply()), 42U);
+    QCOMPARE(propertyWindow(Property(XCB_ATOM_CARDINAL, {42}).reply()), 0U);
+    QCOMPARE(propertyWindow(Property(XCB_ATOM_WINDOW, {}).reply()), 0U);
+    constexpr X11Atoms a{.wmState = 104};
+    QVERIFY(isIconic(Property(a.wmState, {3, 0}).reply(), a));
+    QVERIFY(!isIconic(Property(a.wmState, {1, 0}).reply(), a));
+    QVERIFY(!isIconic(Property(a.wmState, {}).reply(), a));
+    QVERIFY(!isIconic(nullptr, a));
+}
+
+void ApplicationsTest::launchedOnceInFiveSeconds() {
+    const LaunchLimit::Time start;
+    LaunchLimit limit;
+    int launches = 0;
+    // It comes and goes for a minute.
+    for (auto time = 0ms; time < 60s; time += 100ms) {
+        if (limit.admits(7, 1, start + time))
+            ++launches;
+        QVERIFY(limit.takeDue(start + time).isEmpty());
+    }
+    QCOMPARE(launches, 12);
+    QCOMPARE(limit.nextDue(), start + 60s);
+    QVERIFY(limit.takeDue(start + 60s - 1ms).isEmpty());
+    QCOMPARE(limit.takeDue(start + 60s), QList<qint32>{7});
+    QVERIFY(!limit.nextDue());
+    QVERIFY(limit.admits(7, 1, start + 60s));
+}
+
+void ApplicationsTest::newProcessesAreAlwaysLaunched() {
+    const LaunchLimit::Time start;
+    LaunchLimit limit;
+    for (quint64 began = 1; began <= 3; ++began) {
+        QVERIFY(limit.admits(7, began, start));
+        QVERIFY(!limit.admits(7, began, start + 1ms));
+    }
+    QVERIFY(limit.admits(8, 3, start + 1s));
+    // Who is due first need not be held back first.
+    QVERIFY(!limit.admits(8, 3, start + 2s));
+    QCOMPARE(limit.nextDue(), start + 5s);
+    QCOMPARE(limit.takeDue(start + 5s), QList<qint32>{7});
+    QCOMPARE(limit.nextDue(), start + 6s);
+}
+
+QTEST_GUILESS_MAIN(ApplicationsTest)
+#include "tst_applications.moc"
