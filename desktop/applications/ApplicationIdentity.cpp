@@ -53,7 +53,8 @@ QString nameWithoutEntry(const ApplicationClaims &claims, const ProcessIdentity 
 
 ApplicationIdentity ApplicationIdentity::of(const ApplicationClaims &claims, const ProcessIdentity &process,
                                             DesktopEntryIndex &entries) {
-    const Found found = findEntry(claims, process.sandboxId, entries);
+    const QString sandboxId = process.sandboxId.isEmpty() ? claims.sandboxId : process.sandboxId;
+    const Found found = findEntry(claims, sandboxId, entries);
     ApplicationIdentity identity;
     if (found)
         identity.name = found->entry.name;
@@ -62,7 +63,7 @@ ApplicationIdentity ApplicationIdentity::of(const ApplicationClaims &claims, con
 
     // What a packaging is called is certain. The class comes second: whoever makes a starter of his own, or
     // lets a tool make one, calls it as he likes, and the windows stay the same.
-    identity.identifier = knownBundleIdentifierOfId(found ? found->id : process.sandboxId);
+    identity.identifier = knownBundleIdentifierOfId(found ? found->id : sandboxId);
     if (!identity.identifier)
         identity.identifier = knownBundleIdentifierOfClass(claims.className);
     if (!identity.identifier && found)
