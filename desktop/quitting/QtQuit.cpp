@@ -1,6 +1,6 @@
 #include "desktop/quitting/QtQuit.h"
 
-#include "desktop/quitting/BusValues.h"
+#include "desktop/bus/BusValues.h"
 #include "foundation/FileReading.h"
 
 #include <QRegularExpression>

@@ -1,9 +1,9 @@
 #include "desktop/quitting/QuitCommands.h"
 
+#include "desktop/bus/OwnBusNames.h"
+#include "desktop/bus/SessionBus.h"
 #include "desktop/quitting/GtkQuit.h"
-#include "desktop/quitting/OwnBusNames.h"
 #include "desktop/quitting/QtQuit.h"
-#include "desktop/quitting/SessionBus.h"
 #include "desktop/quitting/TrayQuit.h"
 
 #include <algorithm>

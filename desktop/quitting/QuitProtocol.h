@@ -1,7 +1,7 @@
 #pragma once
 
-#include "desktop/quitting/BusQuestions.h"
-#include "desktop/quitting/OwnBusNames.h"
+#include "desktop/bus/BusQuestions.h"
+#include "desktop/bus/OwnBusNames.h"
 #include "desktop/quitting/QuitCommands.h"
 
 #include <functional>

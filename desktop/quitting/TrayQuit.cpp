@@ -1,6 +1,7 @@
 #include "desktop/quitting/TrayQuit.h"
 
-#include "desktop/quitting/BusValues.h"
+#include "desktop/bus/BusValues.h"
+#include "desktop/quitting/TrayMenuReading.h"
 
 #include <QLocale>
 

@@ -1,4 +1,4 @@
-#include "desktop/quitting/SessionBus.h"
+#include "desktop/bus/SessionBus.h"
 
 #include <cerrno>
 #include <cstdint>

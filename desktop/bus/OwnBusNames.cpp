@@ -1,6 +1,6 @@
-#include "desktop/quitting/OwnBusNames.h"
+#include "desktop/bus/OwnBusNames.h"
 
-#include "desktop/quitting/BusValues.h"
+#include "desktop/bus/BusValues.h"
 
 namespace kestrin::desktop {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/quitting/BusQuestions.h"
+#include "desktop/bus/BusQuestions.h"
 
 #include <QByteArray>
 #include <QHash>

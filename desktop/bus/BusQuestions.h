@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/quitting/SessionBus.h"
+#include "desktop/bus/SessionBus.h"
 
 #include <utility>
 

@@ -1,4 +1,6 @@
-#include "desktop/quitting/BusValues.h"
+#include "desktop/quitting/TrayMenuReading.h"
+
+#include "desktop/bus/BusValues.h"
 
 using namespace Qt::StringLiterals;
 
@@ -63,29 +65,6 @@ bool readMenuItem(sd_bus_message *message, TrayMenuItem &item, std::size_t &budg
 }
 
 } // namespace
-
-QByteArray readText(sd_bus_message *message, char type) {
-    const char *text = nullptr;
-    return sd_bus_message_read_basic(message, type, &text) > 0 ? QByteArray(text) : QByteArray();
-}
-
-QList<QByteArray> readTexts(sd_bus_message *message) {
-    QList<QByteArray> texts;
-    if (sd_bus_message_enter_container(message, 'a', "s") <= 0)
-        return texts;
-    for (QByteArray text = readText(message); !text.isNull(); text = readText(message))
-        texts.append(text);
-    sd_bus_message_exit_container(message);
-    return texts;
-}
-
-QByteArray readTextVariant(sd_bus_message *message) {
-    for (const char *type : {"s", "o"}) {
-        if (sd_bus_message_enter_container(message, 'v', type) > 0)
-            return readText(message, type[0]);
-    }
-    return {};
-}
 
 bool readTrayMenu(sd_bus_message *message, TrayMenuItem &root) {
     std::size_t budget = 2000;
