@@ -103,15 +103,22 @@ class CommandRunner {
     /// For commands that have something to tell without a desktop too.
     CommandSession &sessionThatLooks() {
         CommandSession &looking = session(Desktop::seen);
-        if (const QString limitation = m_surroundings.runtime.workspace.limitation(); !limitation.isEmpty())
-            m_surroundings.say(limitation);
+        if (const Sight sight = m_surroundings.runtime.workspace.sight(); !sight.isFull())
+            m_surroundings.say(sight.text());
         return looking;
     }
 
+    /// Tells what cannot be seen.
+    bool seesSomething() const {
+        const Sight sight = m_surroundings.runtime.workspace.sight();
+        if (!sight.isFull())
+            m_surroundings.say(sight.text());
+        return sight.extent != Sight::Extent::none;
+    }
+
     ExitStatus apps() {
-        const QString limitation = m_surroundings.runtime.workspace.limitation();
-        if (!limitation.isEmpty())
-            return m_surroundings.couldNot(limitation);
+        if (!seesSomething())
+            return ExitStatus::couldNot;
         const QList<RunningMacApp> found =
             NSWorkspaceAppInventoryService(m_surroundings.runtime.workspace).runningApps();
         return answer([&] { return toJsonValue(found); },
@@ -129,9 +136,8 @@ class CommandRunner {
     }
 
     ExitStatus check() {
-        const QString limitation = m_surroundings.runtime.workspace.limitation();
-        if (!limitation.isEmpty())
-            return m_surroundings.couldNot(limitation);
+        if (!seesSomething())
+            return ExitStatus::couldNot;
         CommandSession &checking = session(Desktop::seen);
         const bool previews = m_call.preview || !checking.runtime.enforceActions();
         // Nobody is asked to quit because a choice cannot be read.

@@ -90,8 +90,8 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     QObject::connect(&readerLeft, &QSocketNotifier::activated, end);
 
     CommandSession session(surroundings, CommandSession::Desktop::seen);
-    if (const QString limitation = surroundings.runtime.workspace.limitation(); !limitation.isEmpty())
-        surroundings.say(limitation);
+    if (const Sight sight = surroundings.runtime.workspace.sight(); !sight.isFull())
+        surroundings.say(sight.text());
     QObject::connect(&session.runtime, &MacProtectionRuntime::storageFailed,
                      [&surroundings](const QString &sentence) { surroundings.say(sentence); });
     EventPrinter printer(session.runtime, surroundings.out, surroundings.palette, json);

@@ -10,8 +10,8 @@
 
 namespace kestrin::desktop {
 
-/// A window is whatever its window system makes of it. It has a `process`, `claims()` about whose it is, and
-/// tells by `counts()` whether a task bar would show it and its process is known.
+/// A window is whatever its window system makes of it. It has a `process`, claims about whose it is (told by
+/// a function `claimsOf`), and tells by `counts()` whether a task bar would show it and its process is known.
 template <typename Window>
 struct WindowedApplication {
     qint32 process = 0;
@@ -20,11 +20,10 @@ struct WindowedApplication {
 
     /// What the window claims that tells best who the application is.
     const ApplicationClaims &claims() const {
-        return std::max_element(windows.cbegin(), windows.cend(),
-                                [](const Window &window, const Window &other) {
-                                    return window.claims().isWorseThan(other.claims());
-                                })
-            ->claims();
+        return claimsOf(*std::max_element(windows.cbegin(), windows.cend(),
+                                          [](const Window &window, const Window &other) {
+                                              return claimsOf(window).isWorseThan(claimsOf(other));
+                                          }));
     }
 };
 

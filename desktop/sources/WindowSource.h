@@ -33,6 +33,10 @@ struct SourceWindow {
     bool operator==(const SourceWindow &) const = default;
 };
 
+inline const ApplicationClaims &claimsOf(const SourceWindow &window) {
+    return window.claims;
+}
+
 /// A conversation of its own with the desktop; never Qt's. Nothing blocks longer than its deadline, nothing
 /// throws, and what a desktop tells beyond a sensible measure is left out. It costs no wake-up while nothing
 /// changes. Main thread only.

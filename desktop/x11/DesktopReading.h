@@ -19,10 +19,13 @@ struct DesktopWindow {
     qint32 process = 0;
     WindowFacts facts;
 
-    const ApplicationClaims &claims() const { return facts.claims; }
     /// Whether the window makes its process an application.
     bool counts() const { return process != 0 && facts.isRegular(); }
 };
+
+inline const ApplicationClaims &claimsOf(const DesktopWindow &window) {
+    return window.facts.claims;
+}
 
 using DesktopApplication = WindowedApplication<DesktopWindow>;
 

@@ -11,7 +11,7 @@ using namespace foundation;
 LaunchWatcher::LaunchWatcher(X11Connection &connection) : m_connection(connection) {
     // The events come first, so that nothing happens between the reading and them.
     select(m_connection.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
-    update();
+    LaunchWatcher::update();
 }
 
 LaunchWatcher::~LaunchWatcher() {
@@ -39,9 +39,9 @@ bool LaunchWatcher::concerns(const xcb_generic_event_t &event) const {
     }
 }
 
-QList<DesktopApplication> LaunchWatcher::update() {
+QList<LaunchedApplication> LaunchWatcher::update() {
     const Deadline deadline(serverPatience);
-    QList<DesktopApplication> launches;
+    QList<LaunchedApplication> launches;
     bool again = true;
     // A window that is followed from now on may have changed since it was read.
     for (int round = 0; again && round < 3; ++round) {
@@ -54,14 +54,14 @@ QList<DesktopApplication> LaunchWatcher::update() {
 
 /// Returns whether there are windows whose events were not followed before.
 bool LaunchWatcher::compare(const DesktopReading &reading, const Deadline &deadline,
-                            QList<DesktopApplication> &launches) {
+                            QList<LaunchedApplication> &launches) {
     QHash<qint32, QList<quint32>> now;
     for (const DesktopApplication &application : reading.applications()) {
         QList<quint32> &windows = now[application.process];
         for (const DesktopWindow &window : application.windows)
             windows.append(window.id);
         if (!m_known.contains(application.process))
-            launches.append(application);
+            launches.append({application.process, application.claims()});
     }
     forgetEnded(now, reading.windows, deadline);
     m_known.insert(now);

@@ -1,6 +1,7 @@
 // Which processes have become applications.
 #pragma once
 
+#include "desktop/applications/Launches.h"
 #include "desktop/x11/DesktopReading.h"
 
 #include <QHash>
@@ -18,11 +19,11 @@ namespace kestrin::desktop {
 /// merely nobody lists, because the window manager has gone or is starting again, is neither.
 ///
 /// What runs at construction is no launch. Main thread only; the connection outlives the watcher.
-class LaunchWatcher {
+class LaunchWatcher final : public LaunchFinder {
   public:
     explicit LaunchWatcher(X11Connection &connection);
     /// Takes back its interest in the connection's events.
-    ~LaunchWatcher();
+    ~LaunchWatcher() override;
     LaunchWatcher(const LaunchWatcher &) = delete;
     LaunchWatcher &operator=(const LaunchWatcher &) = delete;
 
@@ -31,17 +32,16 @@ class LaunchWatcher {
 
     /// Reads the desktop and returns the launches since the last call. When the server does not answer in
     /// time, nothing changes, and the next call finds what this one did not.
-    QList<DesktopApplication> update();
+    QList<LaunchedApplication> update() override;
 
-    /// Should the application of this process still be there, the next call of `update` returns it.
-    void forget(qint32 process) { m_known.remove(process); }
+    void forget(qint32 process) override { m_known.remove(process); }
 
     /// The last call of `update` got no answer.
     bool isBehind() const { return m_isBehind; }
 
   private:
     bool compare(const DesktopReading &reading, const foundation::Deadline &deadline,
-                 QList<DesktopApplication> &launches);
+                 QList<LaunchedApplication> &launches);
     void forgetEnded(const QHash<qint32, QList<quint32>> &now, const QList<DesktopWindow> &listed,
                      const foundation::Deadline &deadline);
     bool followWindows(const DesktopReading &reading);

@@ -19,7 +19,7 @@ X11Workspace::X11Workspace(const QString &display)
     , m_connector(std::make_unique<X11Connector>(QFile::encodeName(display)))
     , m_launches(std::make_unique<X11Launches>(m_records)) {
     QObject::connect(m_launches.get(), &X11Launches::serverLost, m_launches.get(), [this] { drop(); });
-    QObject::connect(m_launches.get(), &X11Launches::serverWanted, m_launches.get(),
+    QObject::connect(m_launches.get(), &X11Launches::wanted, m_launches.get(),
                      [this] { connection(Deadline(serverPatience)); });
 }
 
@@ -33,7 +33,7 @@ X11Connection *X11Workspace::connection(const Deadline &deadline) {
         if (m_connection)
             m_launches->connected(*m_connection);
     }
-    m_launches->expectEvents();
+    m_launches->serverIsAsked();
     return m_connection.get();
 }
 
@@ -82,14 +82,15 @@ std::unique_ptr<LaunchSubscription> X11Workspace::subscribeToLaunches(LaunchHand
     return m_launches->subscribe(std::move(handler));
 }
 
-QString X11Workspace::limitation() {
+Sight X11Workspace::sight() {
+    const QString reason = obstacle();
+    return reason.isEmpty() ? Sight() : Sight{Sight::Extent::none, reason, {}, Sight::Help::none};
+}
+
+QString X11Workspace::obstacle() {
     const QString consequence = u", so no running applications can be seen."_s;
-    if (m_display.isEmpty() && qEnvironmentVariableIsEmpty("DISPLAY")) {
-        return (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
-                    ? u"There is no desktop session here"_s
-                    : u"This Wayland session has no X11 display"_s) +
-               consequence;
-    }
+    if (m_display.isEmpty() && qEnvironmentVariableIsEmpty("DISPLAY"))
+        return u"There is no desktop session here"_s + consequence;
     const QString display = m_display.isEmpty() ? qEnvironmentVariable("DISPLAY") : m_display;
     const Deadline deadline(serverPatience);
     X11Connection *const server = connection(deadline);

@@ -29,12 +29,14 @@ class X11Workspace final : public engine::Workspace {
     [[nodiscard]] engine::Termination terminate(qint32 processIdentifier) override;
     [[nodiscard]] std::unique_ptr<engine::LaunchSubscription>
     subscribeToLaunches(LaunchHandler handler) override;
-    QString limitation() override;
+    engine::Sight sight() override;
 
   private:
     /// Null when there is none to be had by the deadline.
     X11Connection *connection(const foundation::Deadline &deadline);
     void drop();
+    /// Why nothing can be seen, as a sentence; empty when it can.
+    QString obstacle();
 
     const QString m_display;
     ApplicationRecords m_records;

@@ -1,6 +1,8 @@
 // The one door to the operating system: which applications run, asking one to quit, and hearing of launches.
 #pragma once
 
+#include "engine/workspace/Sight.h"
+
 #include <QList>
 #include <QString>
 
@@ -68,8 +70,8 @@ class Workspace {
     /// The workspace outlives the subscription.
     [[nodiscard]] virtual std::unique_ptr<LaunchSubscription> subscribeToLaunches(LaunchHandler handler) = 0;
 
-    /// Why running applications cannot be seen here, as one sentence for the user; empty when they can.
-    virtual QString limitation() { return {}; }
+    /// How much can be seen here at this moment.
+    virtual Sight sight() { return {}; }
 };
 
 } // namespace kestrin::engine

@@ -30,7 +30,7 @@ void callEverythingInVain(X11Workspace &workspace, qint32 process) {
     isQuick("list", [&] { QVERIFY(running(workspace).isEmpty()); });
     isQuick("terminate", [&] { QCOMPARE(workspace.terminate(process), Termination::gone); });
     isQuick("subscribe", [&] { Launches launches(workspace); });
-    isQuick("limitation", [&] { QVERIFY(!workspace.limitation().isEmpty()); });
+    isQuick("limitation", [&] { QVERIFY(!workspace.sight().isFull()); });
 }
 
 } // namespace
@@ -49,14 +49,14 @@ void X11FailuresTest::noDisplay() {
     for (const QString &display : {u":9999"_s, u"nonsense"_s, u"no-such-host.invalid:0"_s}) {
         X11Workspace workspace(display);
         callEverythingInVain(workspace, 1);
-        QVERIFY(workspace.limitation().contains(display));
+        QVERIFY(workspace.sight().reason.contains(display));
     }
     const QByteArray before = qgetenv("DISPLAY");
     qunsetenv("DISPLAY");
     X11Workspace workspace;
     callEverythingInVain(workspace, 1);
     qputenv("DISPLAY", before);
-    QVERIFY(workspace.limitation().isEmpty());
+    QVERIFY(workspace.sight().isFull());
 }
 
 void X11FailuresTest::noWindowManager() {
@@ -76,7 +76,7 @@ void X11FailuresTest::noWindowManager() {
                  signal == SIGTERM ? Termination::gone : Termination::refused);
         // What was told about the windows stays behind where it could not be taken back.
         QCOMPARE(running(workspace).isEmpty(), signal == SIGTERM);
-        QVERIFY(!workspace.limitation().isEmpty());
+        QVERIFY(!workspace.sight().isFull());
 
         // One application ends meanwhile, and one begins.
         ends.kill();
@@ -85,7 +85,7 @@ void X11FailuresTest::noWindowManager() {
         running(workspace);
         display::startWindowManager();
         QTRY_COMPARE(running(workspace).size(), 2);
-        QVERIFY(workspace.limitation().isEmpty());
+        QVERIFY(workspace.sight().isFull());
         const SampleApp after;
         QTRY_VERIFY(launches.pids.contains(after.pid()));
         QCOMPARE(launches.pids, (QList<qint32>{meanwhile.pid(), after.pid()}));
@@ -109,7 +109,7 @@ void X11FailuresTest::silentServer() {
         QTest::qWait(1);
     }
     QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
-    QVERIFY(workspace.limitation().isEmpty());
+    QVERIFY(workspace.sight().isFull());
     const SampleApp later;
     QTRY_COMPARE(launches.pids, (QList<qint32>{app.pid(), later.pid()}));
     QCOMPARE(workspace.terminate(later.pid()), Termination::delivered);

@@ -54,7 +54,7 @@ class X11WorkspaceTest : public QObject {
 void X11WorkspaceTest::eachProcessOnceInTheirOrder() {
     X11Workspace workspace;
     QVERIFY(workspace.runningApplications().isEmpty());
-    QCOMPARE(workspace.limitation(), QString());
+    QCOMPARE(workspace.sight(), Sight());
     SampleApp before(u"--commands"_s);
     QTRY_COMPARE(running(m_other), QList<qint32>{before.pid()});
     Launches launches(workspace);
