@@ -2,7 +2,9 @@
 
 #include "desktop/clock/SystemTimeChangeWatch.h"
 #include "desktop/defaults/JSONUserDefaults.h"
+#include "desktop/linux/ChosenWorkspace.h"
 #include "desktop/login/FileLoginItem.h"
+#include "desktop/sway/SwayWindows.h"
 #include "desktop/x11/X11Workspace.h"
 #include "foundation/PrivateFolder.h"
 
@@ -18,7 +20,15 @@ using namespace runtime;
 void prepareEventLoop() {}
 
 std::unique_ptr<Workspace> makeWorkspace() {
-    return std::make_unique<X11Workspace>();
+    std::vector<ChosenWorkspace::Candidate> candidates;
+    const auto offer = [&candidates](std::unique_ptr<WindowSource> source, bool needsX11 = false) {
+        candidates.push_back({std::make_unique<SourceWorkspace>(std::move(source)), needsX11});
+    };
+    if (const QByteArray socket = qgetenv("SWAYSOCK"); !socket.isEmpty())
+        offer(std::make_unique<SwayWindows>(socket));
+    if (candidates.empty() && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        return std::make_unique<X11Workspace>();
+    return std::make_unique<ChosenWorkspace>(std::move(candidates));
 }
 
 std::unique_ptr<UserDefaults> makeUserDefaults() {

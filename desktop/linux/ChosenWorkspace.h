@@ -1,0 +1,55 @@
+// The workspace of a Linux desktop, by whichever of its window systems answers best.
+#pragma once
+
+#include "desktop/sources/SourceWorkspace.h"
+#include "desktop/x11/X11Workspace.h"
+
+#include <QList>
+#include <QTimer>
+
+#include <memory>
+#include <vector>
+
+namespace kestrin::desktop {
+
+/// The first of its sources that answers leads; a better one takes over where the leading one does not see
+/// everything, at the next call or within a minute. Where none answers, X11 does what it can. Who has
+/// subscribed stays subscribed when the lead changes; what runs at that moment is no launch. Main thread
+/// only.
+class ChosenWorkspace final : public engine::Workspace {
+  public:
+    struct Candidate {
+        std::unique_ptr<SourceWorkspace> workspace;
+        /// It knows nothing of the windows of X11.
+        bool needsX11 = false;
+    };
+
+    /// The best first.
+    explicit ChosenWorkspace(std::vector<Candidate> candidates);
+    ~ChosenWorkspace() override;
+
+    QList<engine::WorkspaceApplication> runningApplications() override;
+    [[nodiscard]] engine::Termination terminate(qint32 processIdentifier) override;
+    [[nodiscard]] std::unique_ptr<engine::LaunchSubscription>
+    subscribeToLaunches(LaunchHandler handler) override;
+    engine::Sight sight() override;
+
+  private:
+    class Subscription;
+
+    /// Null where X11 leads.
+    const Candidate *choose();
+    void follow(const Candidate *leader);
+    bool usesX11() const { return !m_leader || m_leader->needsX11; }
+    void lookAgainLater();
+
+    const std::vector<Candidate> m_candidates;
+    X11Workspace m_x11;
+    const Candidate *m_leader = nullptr;
+    /// The desktop did not answer when it was last looked at.
+    bool m_isSilent = false;
+    QList<Subscription *> m_subscriptions;
+    QTimer m_again;
+};
+
+} // namespace kestrin::desktop

@@ -1,0 +1,45 @@
+#include "desktop/linux/SightOfWayland.h"
+
+#include <QStringList>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin::desktop {
+
+using namespace engine;
+
+namespace {
+
+struct Words {
+    QString why;
+    QString remedy;
+    Sight::Help help;
+};
+
+/// What the desktop calls itself decides on the words, and on nothing else.
+Words wordsFor(const QStringList &desktops, bool isSilent) {
+    if (isSilent)
+        return {u"The desktop does not answer"_s, {}, Sight::Help::none};
+    if (desktops.contains(u"KDE"_s, Qt::CaseInsensitive))
+        return {u"Plasma does not let this copy of Kestrin see what runs"_s,
+                u"Allow it with \"kestrinctl desktop enable\", or install the package."_s,
+                Sight::Help::allow};
+    return {u"This desktop does not tell programs what runs"_s,
+            u"Everything can be seen on GNOME, KDE Plasma, sway and the desktops named in the manual."_s,
+            Sight::Help::read};
+}
+
+} // namespace
+
+Sight sightOfX11InWayland(const Sight &x11, bool isSilent) {
+    const bool seesNothing = x11.extent == Sight::Extent::none;
+    const Words words = wordsFor(qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':'), isSilent);
+    return {.extent = seesNothing ? Sight::Extent::none : Sight::Extent::partial,
+            .reason =
+                words.why + (seesNothing ? u", so no running applications can be seen."_s
+                                         : u", so only applications of the older kind, X11, can be seen."_s),
+            .remedy = words.remedy,
+            .help = words.help};
+}
+
+} // namespace kestrin::desktop

@@ -1,0 +1,98 @@
+#include "desktop/sources/SourceWorkspace.h"
+
+#include "desktop/applications/WindowedApplication.h"
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin::desktop {
+
+using namespace foundation;
+using namespace engine;
+
+SourceWorkspace::SourceWorkspace(std::unique_ptr<WindowSource> source)
+    : m_source(std::move(source))
+    , m_launches(m_records, *m_source) {
+    QObject::connect(m_source.get(), &WindowSource::lost, &m_launches, [this] {
+        m_isOpen = false;
+        m_launches.disconnected();
+    });
+    QObject::connect(&m_launches, &Launches::wanted, &m_launches, [this] { open(Deadline(sourcePatience)); });
+}
+
+bool SourceWorkspace::open(const Deadline &deadline) {
+    const bool wasOpen = std::exchange(m_isOpen, m_source->open(deadline));
+    if (m_isOpen && !wasOpen)
+        m_launches.connected();
+    else if (wasOpen && !m_isOpen)
+        m_launches.disconnected();
+    return m_isOpen;
+}
+
+std::optional<QList<SourceWindow>> SourceWorkspace::windows(const Deadline &deadline) {
+    return open(deadline) ? m_source->windows(deadline) : std::nullopt;
+}
+
+QList<WorkspaceApplication> SourceWorkspace::runningApplications() {
+    const auto all = windows(Deadline(sourcePatience));
+    if (!all)
+        return {};
+    m_records.refreshForAll();
+    QList<WorkspaceApplication> records;
+    for (const auto &application : applicationsOf(*all)) {
+        if (auto record = m_records.recordOf(application.process, application.claims()))
+            records.append(*std::move(record));
+    }
+    return records;
+}
+
+Termination SourceWorkspace::terminate(qint32 processIdentifier) {
+    if (m_records.isGone(processIdentifier))
+        return Termination::gone;
+    const Deadline deadline(sourcePatience);
+    const auto all = windows(deadline);
+    if (!all)
+        return Termination::gone;
+    const auto applications = applicationsOf(*all);
+    const auto application =
+        std::find_if(applications.cbegin(), applications.cend(),
+                     [&](const auto &candidate) { return candidate.process == processIdentifier; });
+    if (application == applications.cend())
+        return Termination::gone;
+    m_records.refresh();
+    const auto record = m_records.recordOf(processIdentifier, application->claims());
+    if (!record)
+        return Termination::gone;
+    const bool isAsked = m_patience.acceptsQuitCommand(QuitTarget::of(*record)) ||
+                         m_source->close(application->windows, deadline);
+    return isAsked ? Termination::delivered : Termination::refused;
+}
+
+std::unique_ptr<LaunchSubscription> SourceWorkspace::subscribeToLaunches(LaunchHandler handler) {
+    open(Deadline(sourcePatience));
+    return m_launches.subscribe(std::move(handler));
+}
+
+Sight SourceWorkspace::sight() {
+    const auto all = windows(Deadline(sourcePatience));
+    if (!all)
+        return {Sight::Extent::none,
+                u"The desktop does not answer, so no running applications can be seen."_s,
+                {},
+                {}};
+    const auto unknown = std::count_if(all->cbegin(), all->cend(), [](const SourceWindow &window) {
+        return window.isRegular && window.process == 0;
+    });
+    const Sight sight = m_source->sight();
+    if (unknown == 0 || !sight.isFull())
+        return sight;
+    const QString reason =
+        unknown == 1
+            ? u"For one open window it cannot be told which application it belongs to."_s
+            : u"For %1 open windows it cannot be told which applications they belong to."_s.arg(unknown);
+    return {Sight::Extent::partial, reason, u"Close such applications yourself where they matter."_s, {}};
+}
+
+} // namespace kestrin::desktop

@@ -1,0 +1,141 @@
+#include "desktop/sway/SwayConnection.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+namespace kestrin::desktop {
+
+using namespace foundation;
+
+namespace {
+
+constexpr QByteArrayView magic = "i3-ipc";
+constexpr quint32 windowEvent = 0x80000003;
+constexpr qsizetype headerLength = magic.size() + 8;
+
+template <typename Value>
+void append(QByteArray &bytes, Value value) {
+    bytes.append(reinterpret_cast<const char *>(&value), sizeof value);
+}
+
+quint32 numberAt(const QByteArray &bytes, qsizetype at) {
+    quint32 number = 0;
+    std::memcpy(&number, bytes.constData() + at, sizeof number);
+    return number;
+}
+
+} // namespace
+
+bool SwayConnection::open(const QByteArray &path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.isEmpty() || static_cast<std::size_t>(path.size()) >= sizeof address.sun_path)
+        return false;
+    std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
+    close();
+    // Full means that nobody has taken a call for long.
+    m_socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    if (::connect(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+        close();
+    return isOpen();
+}
+
+void SwayConnection::close() {
+    if (isOpen())
+        ::close(std::exchange(m_socket, -1));
+    m_received.clear();
+}
+
+std::optional<QByteArray> SwayConnection::ask(Message message, const QByteArray &payload,
+                                              const Deadline &deadline) {
+    if (!isOpen())
+        return std::nullopt;
+    const auto kind = static_cast<quint32>(message);
+    QByteArray bytes = magic.toByteArray();
+    append(bytes, static_cast<quint32>(payload.size()));
+    append(bytes, kind);
+    bytes += payload;
+    bool goesOn = send(bytes, deadline);
+    while (goesOn && waitFor(POLLIN, deadline)) {
+        goesOn = receive();
+        if (auto answer = nextAnswer(); answer && answer->kind == kind)
+            return std::move(answer->payload);
+    }
+    close();
+    return std::nullopt;
+}
+
+void SwayConnection::takeEvents() {
+    if (!isOpen())
+        return;
+    const bool goesOn = receive();
+    // An answer that nobody waits for any more.
+    while (nextAnswer()) {
+    }
+    if (!goesOn)
+        close();
+}
+
+bool SwayConnection::send(const QByteArray &bytes, const Deadline &deadline) {
+    for (qsizetype sent = 0; sent < bytes.size();) {
+        const ssize_t more = ::send(m_socket, bytes.constData() + sent,
+                                    static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL);
+        if (more >= 0)
+            sent += more;
+        else if (errno != EINTR && (errno != EAGAIN || !waitFor(POLLOUT, deadline)))
+            return false;
+    }
+    return true;
+}
+
+bool SwayConnection::receive() {
+    std::array<char, 1U << 16U> room{};
+    const ssize_t length = ::recv(m_socket, room.data(), room.size(), 0);
+    if (length > 0)
+        m_received.append(room.data(), length);
+    return length > 0 || (length < 0 && (errno == EAGAIN || errno == EINTR));
+}
+
+std::optional<SwayConnection::Received> SwayConnection::nextAnswer() {
+    while (auto received = nextMessage()) {
+        if (received->kind == windowEvent)
+            m_handleEvent(received->payload);
+        else
+            return received;
+    }
+    return std::nullopt;
+}
+
+std::optional<SwayConnection::Received> SwayConnection::nextMessage() {
+    if (m_received.size() < headerLength)
+        return std::nullopt;
+    const quint32 length = numberAt(m_received, magic.size());
+    if (!m_received.startsWith(magic) || length > longest) {
+        close();
+        return std::nullopt;
+    }
+    const qsizetype end = headerLength + static_cast<qsizetype>(length);
+    if (m_received.size() < end)
+        return std::nullopt;
+    Received received{numberAt(m_received, magic.size() + 4), m_received.sliced(headerLength, length)};
+    m_received.remove(0, end);
+    return received;
+}
+
+bool SwayConnection::waitFor(short events, const Deadline &deadline) const {
+    pollfd socket{m_socket, events, 0};
+    int ready = 0;
+    do {
+        ready = ::poll(&socket, 1, static_cast<int>(deadline.remaining().count()));
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
+}
+
+} // namespace kestrin::desktop
