@@ -60,6 +60,7 @@ StatusReport CommandSession::status() const {
         isProtected,
         unprotected,
         runtime.runningAppCount(),
+        surroundings.runtime.workspace.sight(),
         runtime.matches(),
         runtime.modes(),
         runtime.scheduledPrivacyModeState(surroundings.runtime.clock()),

@@ -8,6 +8,7 @@ using namespace Qt::StringLiterals;
 namespace kestrin::cli {
 
 using namespace foundation;
+using namespace engine;
 using namespace shared;
 using namespace runtime;
 
@@ -24,6 +25,19 @@ QStringList StatusReport::enabledModeIDs() const {
     return ids;
 }
 
+namespace {
+
+QJsonObject toJsonObject(const Sight &sight) {
+    static constexpr const char *extents[] = {"full", "partial", "none"};
+    return {
+        {u"extent"_s, QLatin1StringView(extents[static_cast<int>(sight.extent)])},
+        {u"reason"_s, sight.reason},
+        {u"remedy"_s, sight.remedy},
+    };
+}
+
+} // namespace
+
 QJsonObject StatusReport::toJson() const {
     return {
         {u"privacyModeOn"_s, privacyModeOn},
@@ -31,6 +45,7 @@ QJsonObject StatusReport::toJson() const {
         {u"monitorLabel"_s, monitorLabel()},
         {u"protectedDefinitionIDs"_s, toJsonValue(protectedDefinitionIDs)},
         {u"runningAppCount"_s, runningAppCount},
+        {u"sight"_s, toJsonObject(sight)},
         {u"matches"_s, toJsonValue(matches)},
         {u"enabledModeIDs"_s, toJsonValue(enabledModeIDs())},
         // "No opinion" is an answer; the key is always there.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/RiskAppMatch.h"
+#include "engine/workspace/Sight.h"
 #include "shared/DomainRecords.h"
 
 #include <QJsonObject>
@@ -20,6 +21,7 @@ struct StatusReport {
     /// The rest of the catalog, in its order.
     QStringList unprotectedDefinitionIDs;
     qint64 runningAppCount = 0;
+    engine::Sight sight;
     QList<engine::RiskAppMatch> matches;
     QList<shared::ModePreset> modes;
     /// Absent when no enabled preset has an opinion.

@@ -118,6 +118,7 @@ void MacProtectionRuntime::start(bool privacyModeOn, const PrivacyModeSetter &se
     updateSettings([&](PrivacyModeSettings &settings, bool) { settings.isEnabled = privacyModeOn; });
     Q_EMIT summariesChanged();
     refreshInventoryPreview();
+    refreshSight();
     configureRelaunchMonitor();
     startScheduleTimer();
     setMonitoring();
@@ -216,6 +217,14 @@ void MacProtectionRuntime::refreshInventoryPreview() {
     QList<RiskAppMatch> matches = m_catalog.matches(apps);
     matches.removeIf([&](const RiskAppMatch &match) { return !settings.protects(match.definition); });
     publishPreview(apps.size(), matches);
+}
+
+void MacProtectionRuntime::refreshSight() {
+    const Sight sight = m_workspace.sight();
+    if (sight == m_sight)
+        return;
+    m_sight = sight;
+    Q_EMIT sightChanged();
 }
 
 void MacProtectionRuntime::configureRelaunchMonitor() {

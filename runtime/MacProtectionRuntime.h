@@ -71,6 +71,8 @@ class MacProtectionRuntime : public QObject {
     bool isMonitoring() const { return m_isMonitoring; }
     const QList<engine::RiskAppMatch> &matches() const { return m_matches; }
     qint64 runningAppCount() const { return m_runningAppCount; }
+    /// How much of what runs can be seen; full until the runtime is started.
+    const engine::Sight &sight() const { return m_sight; }
     const std::optional<QDateTime> &lastChecked() const { return m_lastChecked; }
     const QSet<QString> &protectedDefinitionIDs() const { return m_protectedDefinitionIDs; }
     QStringList sortedProtectedDefinitionIDs() const;
@@ -117,6 +119,8 @@ class MacProtectionRuntime : public QObject {
     /// Counts and matches the running applications without acting or recording. Ignores whether Privacy Mode
     /// is on.
     void refreshInventoryPreview();
+    /// Looks at once how much can be seen, which happens every minute anyway.
+    void refreshSight();
 
     // Schedules
 
@@ -153,6 +157,7 @@ class MacProtectionRuntime : public QObject {
     void isMonitoringChanged();
     void matchesChanged();
     void runningAppCountChanged();
+    void sightChanged();
     void lastCheckedChanged();
     void protectedDefinitionIDsChanged();
     void modesChanged();
@@ -188,6 +193,7 @@ class MacProtectionRuntime : public QObject {
     bool m_isMonitoring = false;
     QList<engine::RiskAppMatch> m_matches;
     qint64 m_runningAppCount = 0;
+    engine::Sight m_sight;
     std::optional<QDateTime> m_lastChecked;
     QSet<QString> m_protectedDefinitionIDs;
     /// The selection in the settings as it was last read or saved here; another one is another process's.

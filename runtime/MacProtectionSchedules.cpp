@@ -180,6 +180,7 @@ void MacProtectionRuntime::postScheduleTick() {
         [this] {
             adoptStoredSelection();
             evaluateSchedules(m_clock());
+            refreshSight();
         },
         Qt::QueuedConnection);
 }

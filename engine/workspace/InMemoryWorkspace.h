@@ -21,6 +21,8 @@ class InMemoryWorkspace : public Workspace {
     void remove(qint32 processIdentifier);
     /// Requests to this process are refused.
     void refuse(qint32 processIdentifier);
+    void setSight(const Sight &sight) { m_sight = sight; }
+    Sight sight() override { return m_sight; }
     /// Every process that `terminate` was called for, in order.
     const QList<qint32> &terminationRequests() const { return m_terminationRequests; }
     int subscriberCount() const { return static_cast<int>(m_launches.size()); }
@@ -30,6 +32,7 @@ class InMemoryWorkspace : public Workspace {
     QSet<qint32> m_refusing;
     QList<qint32> m_terminationRequests;
     LaunchBroadcast m_launches;
+    Sight m_sight;
 };
 
 } // namespace kestrin::engine

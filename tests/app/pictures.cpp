@@ -20,6 +20,7 @@ using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::design;
 using namespace kestrin::app;
+using namespace kestrin::engine;
 
 namespace {
 
@@ -82,6 +83,13 @@ QList<Scene> scenes() {
         afternoon(home);
         home.shown->protection.state.setPrivacyModeOn(false);
     };
+    const auto blind = [afternoon](samples::WindowHome &home) {
+        home.workspace.setSight(
+            {Sight::Extent::partial,
+             u"Plasma does not let this copy of Kestrin see what runs, so only applications of the older kind, X11, can be seen."_s,
+             u"Allow it with \"kestrinctl desktop enable\", or install the package."_s, Sight::Help::allow});
+        afternoon(home);
+    };
     // The stored ones are every page in each of its states, every kind of row, both appearances.
     QList<Scene> all{
         {u"home"_s, MacSection::Home, afternoon, u"light"_s},
@@ -99,6 +107,8 @@ QList<Scene> scenes() {
         {u"activity-empty"_s, MacSection::Activity, nothing, u"light"_s},
         {u"access-enforcing"_s, MacSection::Access, enforcing, u"dark"_s},
         {u"connect-enforcing"_s, MacSection::Connect, enforcing, {}},
+        {u"home-blind"_s, MacSection::Home, blind, {}},
+        {u"apps-blind"_s, MacSection::Apps, blind, {}},
     };
     for (const Scene &page : all.first(7))
         all.append({page.name + u"-eased"_s, page.section, eased, {}});

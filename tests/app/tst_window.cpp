@@ -127,6 +127,7 @@ class WindowTest : public QObject {
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void home();
     void nothingIsCut();
+    void whatCannotBeSeen();
     void appsAreCountedAndListed();
     void appsFollowTheFlag();
     void activity();
@@ -183,6 +184,26 @@ void WindowTest::nothingIsCut() {
             }
         }
     }
+}
+
+void WindowTest::whatCannotBeSeen() {
+    Desk desk(MacSection::Home);
+    const auto look = [&desk](const Sight &sight) {
+        desk.workspace.setSight(sight);
+        desk.runtime().refreshSight();
+        desk.settle();
+    };
+    QVERIFY(desk.all("MacSightLine").isEmpty());
+    look({Sight::Extent::partial, u"Some run unseen."_s, u"Look."_s, Sight::Help::read});
+    for (const MacSection section : {MacSection::Home, MacSection::Connect}) {
+        desk.show(section);
+        QVERIFY(desk.says(u"Some run unseen. Look."_s));
+    }
+    QSignalSpy wanted(&desk.state(), &MacProtectionState::sightHelpWanted);
+    desk.press("KestrinSecondaryButton", u"Read How"_s);
+    QCOMPARE(wanted.count(), 1);
+    look({});
+    QVERIFY(desk.all("MacSightLine").isEmpty());
 }
 
 void WindowTest::appsAreCountedAndListed() {

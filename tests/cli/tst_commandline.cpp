@@ -94,6 +94,7 @@ class CommandLineTest : public QObject {
     void escapes();
     void json();
     void people();
+    void sight();
     void actingByTheFlag();
     void unwritable();
     void unreadable();
@@ -192,6 +193,9 @@ void CommandLineTest::json() {
                                   {u"monitorLabel"_s, u"Off"_s},
                                   {u"privacyModeOn"_s, true},
                                   {u"runningAppCount"_s, 2},
+                                  {u"sight"_s, QJsonObject{{u"extent"_s, u"full"_s},
+                                                           {u"reason"_s, QString()},
+                                                           {u"remedy"_s, QString()}}},
                                   {u"scheduledPrivacyModeState"_s, true}}));
 }
 
@@ -211,6 +215,25 @@ void CommandLineTest::people() {
     home.isColourful = true;
     QVERIFY(home.call(u"status"_s).out.contains(u"\x1b[32mOn\x1b[0m"));
     QVERIFY(!home.call(u"status --json"_s).out.contains(u'\x1b'));
+}
+
+void CommandLineTest::sight() {
+    Home home;
+    home.workspace.setSight({Sight::Extent::partial, u"Some run unseen."_s, u"Look yourself."_s, {}});
+    for (const QString &call : {u"apps"_s, u"check"_s, u"status"_s}) {
+        const Answer answer = home.call(call);
+        QCOMPARE(answer.status, ExitStatus::done);
+        QCOMPARE(answer.err, u"Some run unseen. Look yourself.\n"_s);
+    }
+    QCOMPARE(home.call(u"status --json"_s).object()[u"sight"_s][u"extent"_s], u"partial"_s);
+    const qsizetype told = home.story().size();
+    home.workspace.setSight({Sight::Extent::none, u"All run unseen."_s, {}, {}});
+    for (const QString &call : {u"apps"_s, u"check"_s}) {
+        const Answer answer = home.call(call);
+        QCOMPARE(answer.status, ExitStatus::couldNot);
+        QCOMPARE(answer.err, u"All run unseen.\n"_s);
+    }
+    QCOMPARE(home.story().size(), told);
 }
 
 void CommandLineTest::actingByTheFlag() {

@@ -7,6 +7,8 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+using namespace Qt::StringLiterals;
+
 namespace kestrin::app {
 
 using namespace shared;
@@ -49,6 +51,7 @@ void MacProtectionState::follow() {
     connect(&m_runtime, &Runtime::summariesChanged, this, &State::monitorLabelChanged);
     connect(&m_runtime, &Runtime::summariesChanged, this, &State::fillDevices);
     connect(&m_runtime, &Runtime::lastCheckedChanged, this, &State::lastCheckedLabelChanged);
+    connect(&m_runtime, &Runtime::sightChanged, this, &State::sightChanged);
     connect(&m_runtime, &Runtime::runningAppCountChanged, this, &State::runningAppCountChanged);
     // The lists come first: who hears of a change finds them as they are now.
     connect(&m_runtime, &Runtime::protectedDefinitionIDsChanged, this, &State::fillDefinitions);
@@ -63,6 +66,18 @@ void MacProtectionState::follow() {
 
 QString MacProtectionState::actionsLabel() const {
     return actionsLabelFor(m_runtime.enforceActions());
+}
+
+QString MacProtectionState::sightHelp() const {
+    switch (m_runtime.sight().help) {
+    case Sight::Help::allow:
+        return u"Enable"_s;
+    case Sight::Help::read:
+        return u"Read How"_s;
+    case Sight::Help::none:
+        break;
+    }
+    return {};
 }
 
 int MacProtectionState::actionCount() const {

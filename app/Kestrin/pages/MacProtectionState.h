@@ -23,6 +23,10 @@ class MacProtectionState : public QObject {
     Q_PROPERTY(QString actionsLabel READ actionsLabel NOTIFY enforceActionsChanged)
     Q_PROPERTY(QString lastCheckedLabel READ lastCheckedLabel NOTIFY lastCheckedLabelChanged)
     Q_PROPERTY(int runningAppCount READ runningAppCount NOTIFY runningAppCountChanged)
+    /// What cannot be seen of what runs, and what to do about it; empty when everything can.
+    Q_PROPERTY(QString sightText READ sightText NOTIFY sightChanged)
+    /// The title of a button that helps; empty when none would.
+    Q_PROPERTY(QString sightHelp READ sightHelp NOTIFY sightChanged)
     Q_PROPERTY(int selectedCount READ selectedCount NOTIFY selectionChanged)
     Q_PROPERTY(int matchCount READ matchCount NOTIFY matchesChanged)
     Q_PROPERTY(int actionCount READ actionCount NOTIFY matchesChanged)
@@ -51,6 +55,8 @@ class MacProtectionState : public QObject {
     QString actionsLabel() const;
     QString lastCheckedLabel() const { return m_runtime.lastCheckedLabel(); }
     int runningAppCount() const { return static_cast<int>(m_runtime.runningAppCount()); }
+    QString sightText() const { return m_runtime.sight().text(); }
+    QString sightHelp() const;
     int selectedCount() const { return static_cast<int>(m_runtime.protectedDefinitionIDs().size()); }
     int matchCount() const { return static_cast<int>(m_runtime.matches().size()); }
     int actionCount() const;
@@ -58,6 +64,7 @@ class MacProtectionState : public QObject {
     int actionEventCount() const { return static_cast<int>(m_runtime.actionEventCount()); }
     static QString tagline();
 
+    Q_INVOKABLE void helpSight() { Q_EMIT sightHelpWanted(); }
     /// Starts the runtime; for the root view, when it appears.
     Q_INVOKABLE void start() { m_privacyMode.startRuntime(); }
     Q_INVOKABLE void runLiveCheck() { m_runtime.runLiveCheck(); }
@@ -75,6 +82,8 @@ class MacProtectionState : public QObject {
     void monitorLabelChanged();
     void lastCheckedLabelChanged();
     void runningAppCountChanged();
+    void sightChanged();
+    void sightHelpWanted();
     void selectionChanged();
     void matchesChanged();
     void presetsChanged();

@@ -55,6 +55,7 @@ void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundin
     const auto showVisibly = [this](const QString &sentence) { showSentence(visibleText(sentence)); };
     connect(&m_protection->runtime, &MacProtectionRuntime::fileSetAside, this, showVisibly);
     connect(&m_protection->runtime, &MacProtectionRuntime::storageFailed, this, showVisibly);
+    connect(&m_protection->state, &MacProtectionState::sightHelpWanted, this, &KestrinApplication::helpSight);
     connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
     connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     if (m_start == Start::withWindow)
@@ -105,6 +106,19 @@ void KestrinApplication::tell(const MacProtectionEvent &event) {
     if (isSeen || !m_notices || !m_quitNotices.isDue(event, std::chrono::steady_clock::now()))
         return;
     showSentence(shownMessage(event));
+}
+
+void KestrinApplication::helpSight() {
+    m_help = makeObject(
+        *m_engine, u"MacNotice.qml"_s,
+        {{u"text"_s,
+          u"On most of today's desktops a program sees what other programs run only where the desktop tells "
+          u"it.\n\n"
+          "GNOME: install Kestrin's package, switch its extension on, and log in again if it asks for it.\n\n"
+          "KDE Plasma: install Kestrin's package.\n\n"
+          "sway, Hyprland, labwc, niri, river, Wayfire: nothing has to be done.\n\n"
+          "Elsewhere: log in to the X11 or Xorg session, if the login screen offers one. Until then "
+          "look yourself for applications that should not run."_s}});
 }
 
 void KestrinApplication::showSentence(const QString &sentence) {

@@ -40,6 +40,7 @@ class KestrinApplication : public QObject {
     void followTray();
     void tell(const engine::MacProtectionEvent &event);
     void showSentence(const QString &sentence);
+    void helpSight();
 
     const Start m_start;
     desktop::RunningInstance m_instance;
@@ -52,6 +53,7 @@ class KestrinApplication : public QObject {
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<ProtectionWindow> m_window;
     std::unique_ptr<QObject> m_tray;
+    std::unique_ptr<QObject> m_help;
 };
 
 } // namespace kestrin::app

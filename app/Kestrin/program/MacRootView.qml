@@ -67,11 +67,19 @@ Item {
             });
         }
 
+        MacSightLine {
+            id: sightLine
+
+            width: parent.width
+            protection: root.protection
+        }
+
         Loader {
             id: loader
 
+            y: sightLine.height
             width: parent.width
-            height: parent.height
+            height: parent.height - y
         }
 
         Connections {

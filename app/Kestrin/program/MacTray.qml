@@ -12,7 +12,7 @@ SystemTrayIcon {
 
     visible: true
     icon.source: protection.privacyModeOn ? "qrc:/kestrin/KestrinTrayOn.png" : "qrc:/kestrin/KestrinTrayOff.png"
-    tooltip: "Kestrin: " + state
+    tooltip: "Kestrin: " + state + (protection.sightText === "" ? "" : "\n" + protection.sightText)
     // A second click of the middle or right button is the menu's.
     onActivated: reason => {
         if (reason === SystemTrayIcon.Trigger || reason === SystemTrayIcon.DoubleClick)
