@@ -9,9 +9,9 @@ namespace kestrin::sample {
 namespace {
 
 const std::set<std::string> knownOptions{
-    "bus-name", "claim",  "class", "commands", "gtk",    "gtk-id",  "kde",          "kde-entry",
-    "later",    "manner", "map",   "menu",     "pid",    "qt",      "skip-taskbar", "times",
-    "title",    "tray",   "type",  "watcher",  "window", "windows",
+    "bus-name", "claim",  "class", "commands", "gtk",     "gtk-id", "kde",          "kde-entry",
+    "later",    "manner", "map",   "menu",     "pid",     "qt",     "skip-taskbar", "times",
+    "title",    "tray",   "type",  "watcher",  "wayland", "window", "windows",
 };
 
 } // namespace

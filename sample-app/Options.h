@@ -31,14 +31,15 @@ struct Instructions {
 ///
 ///     --bus-name      a name that it owns on the session bus
 ///     --claim         the name on the bus that its windows claim; the true one unless told
-///     --class         INSTANCE/CLASS, or none
+///     --class         INSTANCE/CLASS, or none. The class is the app id of a Wayland window
 ///     --commands      reads "open" and ends with standard input
 ///     --gtk           MANNER of the action "quit" of a GTK application
 ///     --gtk-id        _GTK_APPLICATION_ID
 ///     --kde           MANNER of the action "file_quit" of a KDE application's window
 ///     --kde-entry     _KDE_NET_WM_DESKTOP_FILE
 ///     --later         is opened by a command only
-///     --manner        closes, no-delete, ignores or flickers
+///     --manner        closes, no-delete, ignores, asks (opens one more window in place of closing) or
+///     flickers
 ///     --map           a file that it has in its memory, as if it were one of its libraries
 ///     --menu          the labels of the tray icon's menu, with commas between
 ///     --pid           _NET_WM_PID, the true one unless told, or none
@@ -49,6 +50,7 @@ struct Instructions {
 ///     --tray          MANNER of a tray icon with a menu
 ///     --type          _NET_WM_WINDOW_TYPE, such as DOCK
 ///     --watcher       MANNER of the list of the tray icons of others
+///     --wayland       is a client of a Wayland compositor, not of an X server
 ///     --window        what follows belongs to one more window
 ///     --windows       that many of the same kind
 Instructions parseArguments(const std::vector<std::string> &arguments);

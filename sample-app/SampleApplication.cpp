@@ -2,6 +2,7 @@
 
 #include "sample-app/BusObjects.h"
 #include "sample-app/Options.h"
+#include "sample-app/WaylandWindows.h"
 #include "sample-app/X11Windows.h"
 
 #include <chrono>
@@ -80,6 +81,8 @@ class SampleApplication {
             .mapped = [this](int number) { mapped(number); },
             .askedToClose = [this](int number) { askedToClose(number); },
         };
+        if (m_instructions.application.has("wayland"))
+            return std::make_unique<WaylandWindows>(listener);
         const bool hasActions = m_bus && m_instructions.application.has("gtk");
         return std::make_unique<X11Windows>(listener, hasActions ? m_bus->uniqueName() : "");
     }
@@ -113,12 +116,16 @@ class SampleApplication {
     }
 
     void askedToClose(int number) {
-        const Options options = m_windows[number];
+        Options options = m_windows[number];
         if (options.has("times"))
             sayTime("asked-at", std::chrono::steady_clock::now());
         say("asked", number);
         const std::string manner = options.value("manner");
-        if (manner == "ignores")
+        if (manner == "asks") {
+            options.set("manner", "ignores");
+            open(options);
+        }
+        if (manner == "ignores" || manner == "asks")
             return;
         close(number);
         say("closed", number);
