@@ -65,8 +65,13 @@ std::optional<QByteArray> SwayConnection::ask(Message message, const QByteArray 
     bool goesOn = send(bytes, deadline);
     while (goesOn && waitFor(POLLIN, deadline)) {
         goesOn = receive();
-        if (auto answer = nextAnswer(); answer && answer->kind == kind)
+        auto answer = nextAnswer();
+        goesOn = goesOn && isOpen();
+        if (answer && answer->kind == kind) {
+            // No socket tells of the events that came along.
+            while (nextAnswer()) {}
             return std::move(answer->payload);
+        }
     }
     close();
     return std::nullopt;

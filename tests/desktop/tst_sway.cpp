@@ -1,0 +1,209 @@
+// What a sway that is slow, silent, mad or gone does to whoever asks it. A real one is asked elsewhere.
+
+#include "desktop/sources/SourceWorkspace.h"
+#include "desktop/sway/SwayTree.h"
+#include "desktop/sway/SwayWindows.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <functional>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin::foundation;
+using namespace kestrin::desktop;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QByteArray oneWindow =
+    R"({"nodes":[{"id":5,"pid":77,"app_id":"zoom","name":"secret"}],"floating_nodes":[]})";
+const QByteArray launch = R"({"change":"new","container":{"id":6,"pid":78}})";
+
+QByteArray message(quint32 kind, const QByteArray &payload) {
+    const quint32 numbers[] = {static_cast<quint32>(payload.size()), kind};
+    return "i3-ipc" + QByteArray(reinterpret_cast<const char *>(numbers), sizeof numbers) + payload;
+}
+
+constexpr quint32 subscribe = 2;
+constexpr quint32 getTree = 4;
+constexpr quint32 windowEvent = 0x80000003;
+
+/// Answers each question with the bytes that `script` has for its kind; the end of a conversation for none.
+class FakeSway {
+  public:
+    using Script = std::function<std::optional<QByteArray>(quint32 kind)>;
+
+    explicit FakeSway(Script script) : m_script(std::move(script)) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::strcpy(address.sun_path, path().constData());
+        m_listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        if (::bind(m_listener, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0 ||
+            ::listen(m_listener, 5) != 0)
+            qFatal("There is no socket.");
+        m_thread = std::thread([this] { serve(); });
+    }
+    ~FakeSway() {
+        ::shutdown(m_listener, SHUT_RDWR);
+        m_thread.join();
+        ::close(m_listener);
+    }
+
+    QByteArray path() const { return m_folder.filePath(u"sway"_s).toLocal8Bit(); }
+
+  private:
+    void serve() {
+        int client = -1;
+        while ((client = ::accept(m_listener, nullptr, nullptr)) >= 0) {
+            char header[14];
+            while (isAsked(client) && ::recv(client, header, sizeof header, MSG_WAITALL) == sizeof header) {
+                quint32 numbers[2];
+                std::memcpy(numbers, header + 6, sizeof numbers);
+                QByteArray payload(static_cast<qsizetype>(numbers[0]), '\0');
+                if (numbers[0] > 0 && ::recv(client, payload.data(), numbers[0], MSG_WAITALL) <= 0)
+                    break;
+                const auto answer = m_script(numbers[1]);
+                if (!answer || !isSent(client, *answer))
+                    break;
+            }
+            ::close(client);
+        }
+    }
+
+    /// Or whether it is time to go.
+    bool isAsked(int client) const {
+        pollfd sockets[] = {{client, POLLIN, 0}, {m_listener, POLLIN, 0}};
+        return ::poll(sockets, 2, -1) > 0 && sockets[1].revents == 0;
+    }
+
+    static bool isSent(int client, const QByteArray &bytes) {
+        return ::send(client, bytes.constData(), static_cast<std::size_t>(bytes.size()), MSG_NOSIGNAL) ==
+               bytes.size();
+    }
+
+    QTemporaryDir m_folder;
+    const Script m_script;
+    int m_listener = -1;
+    std::thread m_thread;
+};
+
+} // namespace
+
+class SwayTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void trees();
+    void conversations();
+    void events();
+};
+
+void SwayTest::trees() {
+    const auto summary = [](const QByteArray &json) -> QString {
+        const auto windows = windowsOfSwayTree(json);
+        if (!windows)
+            return u"none"_s;
+        QStringList all;
+        for (const SourceWindow &window : *windows)
+            all.append(u"%1:%2:%3/%4%5"_s.arg(window.id)
+                           .arg(window.process)
+                           .arg(window.claims.instanceName, window.claims.className,
+                                window.isRegular ? QString() : u" hidden"_s));
+        return all.join(u' ');
+    };
+    const QByteArray x11 = R"("window_properties":{"class":"X","instance":"x","window_type":")";
+    for (const auto &[json, expected] : std::initializer_list<std::pair<QByteArray, QString>>{
+             {oneWindow, u"5:77:/zoom"_s},
+             {R"({"floating_nodes":[{"id":1,"pid":7,)" + x11 + R"(normal"}},{"id":2,"pid":8,)" + x11 +
+                  R"(splash"}}]})",
+              u"1:7:x/X 2:8:x/X hidden"_s},
+             // Numbers that are no process, and texts that are none.
+             {R"({"nodes":[{"pid":-1},{"pid":0},{"pid":4294967297},{"pid":"7"},{"pid":9,"app_id":5}]})",
+              u"0:9:/"_s},
+             // A client's own words, in no encoding that anybody knows.
+             {"{\"nodes\":[{\"id\":1,\"pid\":7,\"name\":\"\xff\xfe\",\"app_id\":\"a\xff\"}]}",
+              u"1:7:/a\ufffd"_s},
+             {R"({"nodes":[{"pid":7])", u"none"_s},
+             {QByteArray(R"({"nodes":[)").repeated(5000), u"none"_s},
+             {{}, u"none"_s},
+         })
+        QCOMPARE(summary(json), expected);
+}
+
+void SwayTest::conversations() {
+    const QByteArray tree = message(getTree, oneWindow);
+    const QByteArray flood = message(windowEvent, launch).repeated(100'000);
+    struct Row {
+        const char *name;
+        /// To the question for the tree.
+        std::optional<QByteArray> answer;
+        bool isAnswered = false;
+        bool isSlow = false;
+    };
+    for (const Row &row : {
+             Row{"answers", tree, true},
+             Row{"tells much before", flood + tree, true},
+             Row{"says too little", tree.first(20), false, true},
+             Row{"is silent", QByteArray(), false, true},
+             Row{"ends", std::nullopt},
+             Row{"speaks otherwise", QByteArray(1000, 'x')},
+             Row{"announces too much", QByteArray("i3-ipc\xff\xff\xff\xff\4\0\0\0", 14)},
+             Row{"tells no tree", message(getTree, "[1,2"), false},
+         }) {
+        bool isFirst = true;
+        FakeSway sway([&](quint32 kind) -> std::optional<QByteArray> {
+            if (kind == getTree && std::exchange(isFirst, false))
+                return row.answer;
+            return message(kind, kind == getTree ? oneWindow : R"({"success":true})");
+        });
+        SwayWindows windows(sway.path());
+        QElapsedTimer timer;
+        timer.start();
+        const Deadline deadline(300ms);
+        QVERIFY2(windows.open(deadline), row.name);
+        QVERIFY2(windows.windows(deadline).has_value() == row.isAnswered, row.name);
+        QVERIFY2(timer.elapsed() < 1000 && (timer.elapsed() >= 290) == row.isSlow, row.name);
+        // Whatever it was, the next conversation begins anew.
+        QVERIFY2(windows.open(Deadline(1s)) && windows.windows(Deadline(1s)), row.name);
+    }
+}
+
+void SwayTest::events() {
+    bool ends = false;
+    QByteArray news;
+    FakeSway sway([&](quint32 kind) -> std::optional<QByteArray> {
+        if (ends)
+            return std::nullopt;
+        return message(kind, kind == getTree ? oneWindow : R"([{"success":true}])") + std::exchange(news, {});
+    });
+    SwayWindows windows(sway.path());
+    QSignalSpy changed(&windows, &WindowSource::changed);
+    QSignalSpy lost(&windows, &WindowSource::lost);
+    QVERIFY(windows.open(Deadline(1s)) && windows.windows(Deadline(1s)));
+    // Along with an answer, so that no socket tells of it.
+    news = message(windowEvent, R"({"change":"title"})") + message(windowEvent, launch);
+    QVERIFY(windows.close({{5, 77, {}, true}}, Deadline(1s)));
+    QTRY_COMPARE(changed.count(), 1);
+    news = message(windowEvent, R"({"change":"title"})");
+    QVERIFY(windows.windows(Deadline(1s)));
+    QCoreApplication::processEvents();
+    QCOMPARE(changed.count(), 1);
+    ends = true;
+    QVERIFY(!windows.windows(Deadline(1s)));
+    QTRY_COMPARE(lost.count(), 1);
+    ends = false;
+    QVERIFY(windows.open(Deadline(1s)) && windows.windows(Deadline(1s)));
+}
+
+QTEST_GUILESS_MAIN(SwayTest)
+#include "tst_sway.moc"
