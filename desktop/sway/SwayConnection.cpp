@@ -69,7 +69,8 @@ std::optional<QByteArray> SwayConnection::ask(Message message, const QByteArray 
         goesOn = goesOn && isOpen();
         if (answer && answer->kind == kind) {
             // No socket tells of the events that came along.
-            while (nextAnswer()) {}
+            while (nextAnswer()) {
+            }
             return std::move(answer->payload);
         }
     }
