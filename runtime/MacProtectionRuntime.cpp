@@ -61,8 +61,6 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
     m_enforceActions = m_defaults.boolean(enforceActionsKey).value_or(false);
     m_recentEvents = m_logStore->recent(recentEventLimit);
     refreshInventoryPreview();
-    // Nobody could hear of them yet.
-    m_toldProblems.clear();
 }
 
 MacProtectionRuntime::~MacProtectionRuntime() {
@@ -112,10 +110,12 @@ QString MacProtectionRuntime::diagnosticsText() const {
 
 void MacProtectionRuntime::start(bool privacyModeOn, const PrivacyModeSetter &setPrivacyMode) {
     setPrivacyModeSetter(setPrivacyMode);
+    m_tellsProblems = true;
+    updateSettings([&](PrivacyModeSettings &settings, bool) { settings.isEnabled = privacyModeOn; });
+    // Unless they have been set aside, which is told by itself.
     report(StoreUse::loading, {m_settingsStore->problem(), {}});
     report(StoreUse::defaults, {m_defaults.problem(), {}});
     report(StoreUse::log, {m_logStore->problem(), {}});
-    updateSettings([&](PrivacyModeSettings &settings, bool) { settings.isEnabled = privacyModeOn; });
     Q_EMIT summariesChanged();
     refreshInventoryPreview();
     refreshSight();
@@ -281,7 +281,7 @@ void MacProtectionRuntime::report(StoreUse use, const StoreResult &result) {
         Q_EMIT fileSetAside(result.notice);
     if (result.isKept())
         m_toldProblems.removeIf([use](const auto &told) { return told.value() == use; });
-    else if (!m_toldProblems.contains(result.problem)) {
+    else if (m_tellsProblems && !m_toldProblems.contains(result.problem)) {
         m_toldProblems.insert(result.problem, use);
         Q_EMIT storageFailed(result.problem);
     }

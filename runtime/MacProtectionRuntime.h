@@ -221,6 +221,8 @@ class MacProtectionRuntime : public QObject {
     std::unique_ptr<TimeChangeWatch> m_timeWatch;
     PrivacyModeSetter m_privacyModeSetter;
     /// The problems that were told and are not over.
+    /// Not before the start, since nobody listens yet.
+    bool m_tellsProblems = false;
     QHash<QString, StoreUse> m_toldProblems;
     bool m_isRefreshPosted = false;
     /// What the monitor has recorded since the last refresh.

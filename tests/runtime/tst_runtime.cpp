@@ -352,6 +352,8 @@ void RuntimeTest::nobodysChoice() {
         else
             samples::write(file, "{");
         MacProtectionRuntime runtime(home.defaults, home.surroundings());
+        QSignalSpy failed(&runtime, &MacProtectionRuntime::storageFailed);
+        QSignalSpy setAside(&runtime, &MacProtectionRuntime::fileSetAside);
         PrivacyModeFlag flag(home.defaults, runtime);
         flag.startRuntime();
         home.workspace.launch(samples::running(u"FaceTime"_s, 12));
