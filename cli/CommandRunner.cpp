@@ -288,8 +288,10 @@ class CommandRunner {
 
     ExitStatus autostart() {
         LoginItem &item = m_surroundings.loginItem;
-        if (m_call.enable && !item.setEnabled(*m_call.enable))
-            return autostartNotChanged();
+        if (m_call.enable) {
+            if (const StoreResult result = item.setEnabled(*m_call.enable); !result.isKept())
+                return autostartNotChanged(result.problem);
+        }
         const bool startsAtLogin = item.isEnabled();
         return answer(
             [&] {
@@ -298,15 +300,11 @@ class CommandRunner {
             [&] { return autostartText(startsAtLogin); });
     }
 
-    ExitStatus autostartNotChanged() {
-        const LoginItem &item = m_surroundings.loginItem;
-        if (*m_call.enable && !item.hasProgram())
+    ExitStatus autostartNotChanged(const QString &problem) {
+        if (*m_call.enable && !m_surroundings.loginItem.hasProgram())
             return m_surroundings.couldNot(u"Kestrin cannot start at login, because its window, the program "
                                            "kestrin, is neither beside kestrinctl nor in PATH."_s);
-        if (const QString obstacle = item.obstacle(); !obstacle.isEmpty())
-            return couldNotSave(obstacle);
-        return m_surroundings.couldNot(u"The change could not be saved, because "_s + item.path() +
-                                       u" cannot be written."_s);
+        return couldNotSave(problem);
     }
 
     ExitStatus diagnostics() {

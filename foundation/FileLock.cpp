@@ -1,5 +1,6 @@
 #include "foundation/FileLock.h"
 
+#include "foundation/FileSentences.h"
 #include "foundation/LockFile.h"
 #include "foundation/PrivateFile.h"
 
@@ -11,7 +12,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -37,7 +37,7 @@ std::optional<FileLock> FileLock::tryLockFile(const QString &path, const QByteAr
     FileLock lock(descriptor);
     if (!lockNow(descriptor, LOCK_EX)) {
         if (errno != EWOULDBLOCK)
-            problem = path + u" cannot be locked: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
+            problem = describeFailure(path, u"locked"_s, errno);
         return std::nullopt;
     }
     // The note is a courtesy; the lock holds without it.

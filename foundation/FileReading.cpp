@@ -10,9 +10,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
-
-using namespace Qt::StringLiterals;
 
 namespace kestrin::foundation {
 
@@ -33,31 +30,6 @@ FileState stateFor(int error) {
     default:
         return FileState::failed;
     }
-}
-
-QString kindOf(mode_t mode) {
-    if (S_ISLNK(mode))
-        return u"a link"_s;
-    if (S_ISDIR(mode))
-        return u"a folder"_s;
-    if (S_ISFIFO(mode))
-        return u"a pipe"_s;
-    return S_ISSOCK(mode) ? u"a socket"_s : u"a device"_s;
-}
-
-QString kindBehind(const QString &path) {
-    struct stat status {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? kindOf(status.st_mode)
-                                                                     : u"a link that leads to itself"_s;
-}
-
-QString isNoFile(const QString &path, const QString &kind) {
-    return path + u" is "_s + kind + u" and not a file."_s;
-}
-
-QString sizeText(qint64 bytes) {
-    constexpr qint64 mebibyte = 1024 * 1024;
-    return QString::number(bytes / mebibyte) + u" MiB"_s;
 }
 
 } // namespace
@@ -121,29 +93,6 @@ FileText readFile(const QString &path, qint64 limit, qsizetype spare) {
     }
     text.bytes.truncate(text.state == FileState::readable ? used : 0);
     return text;
-}
-
-QString describe(const QString &path, FileState state, int error, qint64 limit) {
-    switch (state) {
-    case FileState::readable:
-    case FileState::missing:
-        break;
-    case FileState::notAFile:
-        return isNoFile(path, kindBehind(path));
-    case FileState::tooLarge:
-        return path + u" is larger than the "_s + sizeText(limit) + u" that Kestrin reads."_s;
-    case FileState::denied:
-    case FileState::failed:
-        return path + u" cannot be read: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
-    }
-    return {};
-}
-
-QString describeObstacle(const QString &path) {
-    struct stat status {};
-    const bool isInTheWay =
-        ::lstat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISREG(status.st_mode);
-    return isInTheWay ? isNoFile(path, kindOf(status.st_mode)) : QString();
 }
 
 std::optional<QByteArray> readWholeFile(const QString &path, qint64 limit) {

@@ -61,14 +61,6 @@ struct FileText {
 /// whatever they hold; vectorised parsers look ahead.
 FileText readFile(const QString &path, qint64 limit, qsizetype spare = 0);
 
-/// What is wrong with a file that cannot be read, as a sentence that names it; empty where nothing is, or
-/// where there is no file.
-QString describe(const QString &path, FileState state, int error, qint64 limit);
-
-/// What has the name of a file of ours and is none, as a sentence that names it; a link is not followed.
-/// Empty where nothing is in the way.
-QString describeObstacle(const QString &path);
-
 /// The bytes of a regular file; none when it is larger than `limit` or cannot be read to its end.
 std::optional<QByteArray> readWholeFile(const QString &path, qint64 limit);
 

@@ -1,5 +1,6 @@
 #include "foundation/FolderLock.h"
 
+#include "foundation/FileSentences.h"
 #include "foundation/LockFile.h"
 #include "foundation/PrivateFolder.h"
 #include "foundation/Uninterrupted.h"
@@ -11,7 +12,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -149,7 +149,7 @@ FolderLock::FolderLock(const QString &folder) {
 bool FolderLock::isSettled(const QString &folder, const QString &path, const Deadline &deadline) {
     m_problem.clear();
     if (!makePrivateFolder(QFile::encodeName(folder))) {
-        m_problem = folder + u" cannot be written: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
+        m_problem = describeFailure(folder, u"written"_s, errno);
         return true;
     }
     m_descriptor = openLockFile(path, m_problem);
@@ -161,8 +161,8 @@ bool FolderLock::isSettled(const QString &folder, const QString &path, const Dea
         return true;
     ::close(std::exchange(m_descriptor, -1));
     m_problem = isGone || error == ETIMEDOUT
-                    ? u"Another program keeps the files in "_s + folder + u" locked."_s
-                    : path + u" cannot be locked: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
+                    ? u"Another program keeps the files in "_s + folder + u" locked; end it and try again."_s
+                    : describeFailure(path, u"locked"_s, error);
     return !isGone;
 }
 

@@ -1,6 +1,6 @@
 #include "foundation/LockFile.h"
 
-#include "foundation/FileReading.h"
+#include "foundation/FileSentences.h"
 #include "foundation/Uninterrupted.h"
 
 #include <QFile>
@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 
 using namespace Qt::StringLiterals;
 
@@ -19,21 +18,19 @@ namespace kestrin::foundation {
 namespace {
 
 QString belongsToAnother(const QString &path) {
-    return path + u" belongs to another user."_s;
+    return path + u" belongs to another user; remove it."_s;
 }
 
-QString reasonFor(const QString &path, int error) {
+} // namespace
+
+QString describeLockFile(const QString &path, int error) {
     if (const QString obstacle = describeObstacle(path); !obstacle.isEmpty())
         return obstacle;
     struct stat status {};
     const bool isOurs =
         ::lstat(QFile::encodeName(path).constData(), &status) != 0 || status.st_uid == ::geteuid();
-    return error == EACCES && !isOurs
-               ? belongsToAnother(path)
-               : path + u" cannot be opened: "_s + QString::fromLocal8Bit(std::strerror(error)) + u'.';
+    return error == EACCES && !isOurs ? belongsToAnother(path) : describeFailure(path, u"opened"_s, error);
 }
-
-} // namespace
 
 int openLockFile(const QString &path, QString &problem) {
     const int descriptor = uninterrupted([name = QFile::encodeName(path)] {
@@ -42,13 +39,13 @@ int openLockFile(const QString &path, QString &problem) {
     });
     struct stat status {};
     if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
-        problem = reasonFor(path, errno);
+        problem = describeLockFile(path, errno);
     else if (!S_ISREG(status.st_mode))
-        problem = reasonFor(path, EEXIST);
+        problem = describeLockFile(path, EEXIST);
     else if (status.st_uid != ::geteuid())
         problem = belongsToAnother(path);
     else if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0 && ::fchmod(descriptor, S_IRUSR | S_IWUSR) != 0)
-        problem = reasonFor(path, errno);
+        problem = describeLockFile(path, errno);
     if (!problem.isEmpty() && descriptor >= 0) {
         ::close(descriptor);
         return -1;

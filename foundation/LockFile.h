@@ -9,6 +9,9 @@ namespace kestrin::foundation {
 /// something else has its name or it cannot be opened. Never waits.
 int openLockFile(const QString &path, QString &problem);
 
+/// Why such a file cannot be opened, as a sentence.
+QString describeLockFile(const QString &path, int error);
+
 /// Whether the path still leads to the open file: it may have been removed or replaced since.
 bool isStillAt(const QString &path, int descriptor);
 

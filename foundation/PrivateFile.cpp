@@ -1,6 +1,6 @@
 #include "foundation/PrivateFile.h"
 
-#include "foundation/FileReading.h"
+#include "foundation/FileSentences.h"
 #include "foundation/PrivateFolder.h"
 #include "foundation/Uninterrupted.h"
 
@@ -91,7 +91,8 @@ bool writeAll(int descriptor, std::string_view bytes) {
 
 PrivateFileReplacement::PrivateFileReplacement(const QString &path,
                                                std::initializer_list<std::string_view> pieces)
-    : m_target(followedPath(QFile::encodeName(path)))
+    : m_path(path)
+    , m_target(followedPath(QFile::encodeName(path)))
     , m_temporary(m_target + ".new") {
     if (m_target.isEmpty()) {
         fail();
@@ -193,6 +194,10 @@ bool PrivateFileReplacement::commitBesideOld() {
         return true;
     takeBackAside();
     return false;
+}
+
+QString PrivateFileReplacement::problem() const {
+    return m_obstacle.isEmpty() ? describeFailure(m_path, u"written"_s, m_error) : m_obstacle;
 }
 
 QString PrivateFileReplacement::keptOld() const {

@@ -42,10 +42,8 @@ class PrivateFileReplacement {
     /// system gives a file no second name there is a moment in which the path names none.
     bool commitBesideOld();
 
-    /// The system's number of what has failed.
-    int error() const { return m_error; }
-    /// What has the new file's name, as a sentence, if something that is no file does.
-    const QString &obstacle() const { return m_obstacle; }
+    /// Why it has failed, as a sentence.
+    QString problem() const;
     /// Where the old one is now, if it was kept.
     QString keptOld() const;
 
@@ -56,6 +54,7 @@ class PrivateFileReplacement {
     bool keepOldAside();
     void takeBackAside();
 
+    const QString m_path;
     QByteArray m_target;
     QByteArray m_temporary;
     QByteArray m_aside;
@@ -63,6 +62,7 @@ class PrivateFileReplacement {
     int m_folder = -1;
     int m_descriptor = -1;
     int m_error = 0;
+    /// What has the new file's name, as a sentence, if something that is no file does.
     QString m_obstacle;
 };
 

@@ -1,18 +1,21 @@
 #include "foundation/StoredFile.h"
 
+#include "foundation/FileSentences.h"
 #include "foundation/PrivateFolder.h"
 
 #include <QFile>
 #include <QFileInfo>
-
-#include <cstring>
 
 using namespace Qt::StringLiterals;
 
 namespace kestrin::foundation {
 
 QString StoredFile::problemOf(const FileText &text) const {
-    return describe(path, text.state, text.error, limit);
+    return describeUnreadable(path, text.state, text.error, limit);
+}
+
+QString StoredFile::damageSentence() const {
+    return path + u" does not read as it should; the next change sets it aside, unless you mend it first."_s;
 }
 
 StoredFileChange::StoredFileChange(const StoredFile &file, qsizetype spare)
@@ -35,7 +38,7 @@ void StoredFileChange::write(std::initializer_list<std::string_view> pieces) {
         size += piece.size();
     // What is larger could be written, but not read any more.
     if (size > static_cast<std::size_t>(m_file.limit)) {
-        m_result.problem = m_file.path + u" is full: Kestrin reads no file that is larger."_s;
+        m_result.problem = m_file.path + u" is full; move it away, and a new one is begun."_s;
         return;
     }
     m_replacement = std::make_unique<PrivateFileReplacement>(m_file.path, pieces);
@@ -46,10 +49,7 @@ StoreResult StoredFileChange::commit(bool keepOld) {
         return m_result;
     const bool isDenied = m_text.state == FileState::denied;
     if (!(keepOld || isDenied ? m_replacement->commitBesideOld() : m_replacement->commit()))
-        m_result.problem = !m_replacement->obstacle().isEmpty()
-                               ? m_replacement->obstacle()
-                               : m_file.path + u" cannot be written: "_s +
-                                     QString::fromLocal8Bit(std::strerror(m_replacement->error())) + u'.';
+        m_result.problem = m_replacement->problem();
     if (const QString kept = m_replacement->keptOld(); !kept.isEmpty())
         m_result.notice = m_file.path +
                           (isDenied ? u" could not be read"_s : u" did not read as it should"_s) +

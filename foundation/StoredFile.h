@@ -29,7 +29,7 @@ struct StoredFile {
     /// Why a text that was read cannot be used, as a sentence; empty when it can be.
     QString problemOf(const FileText &text) const;
     /// The sentence for a text that does not read as it should.
-    QString damageSentence() const { return path + QStringLiteral(" does not read as it should."); }
+    QString damageSentence() const;
 };
 
 /// One change of a stored file, from the reading on until it is replaced. The lock is held meanwhile.

@@ -1,12 +1,12 @@
 #include "runtime/MonitoringClaim.h"
 
+#include "foundation/FileSentences.h"
 #include "foundation/PrivateFolder.h"
 
 #include <QCoreApplication>
 #include <QFile>
 
 #include <cerrno>
-#include <cstring>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -47,8 +47,7 @@ void MonitoringClaim::claim() {
             std::this_thread::sleep_for(10ms);
         m_problem.clear();
         if (!makePrivateFolder(QFile::encodeName(m_folder))) {
-            m_problem =
-                m_folder + u" cannot be written: "_s + QString::fromLocal8Bit(std::strerror(errno)) + u'.';
+            m_problem = describeFailure(m_folder, u"written"_s, errno);
             continue;
         }
         m_lock = FileLock::tryLockFile(lockPath(m_folder), note.toUtf8(), m_problem);
@@ -72,7 +71,8 @@ void MonitoringClaim::keep() {
 
 QString MonitoringClaim::obstacle() const {
     return u"Nothing can be watched: "_s +
-           (m_problem.isEmpty() ? m_folder + u" is claimed by other programs again and again."_s : m_problem);
+           (m_problem.isEmpty() ? m_folder + u" is claimed by other programs again and again; end them."_s
+                                : m_problem);
 }
 
 QString MonitoringClaim::lossSentence() const {

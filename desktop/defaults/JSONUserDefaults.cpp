@@ -1,5 +1,6 @@
 #include "desktop/defaults/JSONUserDefaults.h"
 
+#include "foundation/FileSentences.h"
 #include "foundation/PrivateFolder.h"
 
 #include <QFile>
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <utility>
 
 namespace kestrin::desktop {
@@ -77,8 +77,7 @@ StoreResult JSONUserDefaults::updateStringArray(const QString &key, const String
 QString JSONUserDefaults::obstacle() const {
     const QByteArray folder = folderOf(QFile::encodeName(m_file.path));
     if (!makePrivateFolder(folder) || ::access(folder.constData(), W_OK) != 0)
-        return QFile::decodeName(folder) + QStringLiteral(" cannot be written: ") +
-               QString::fromLocal8Bit(std::strerror(errno)) + u'.';
+        return describeFailure(QFile::decodeName(folder), QStringLiteral("written"), errno);
     // What may not be read is set aside, so it is not in the way.
     const FileText text = m_file.read();
     return text.state == FileState::denied ? QString() : m_file.problemOf(text);

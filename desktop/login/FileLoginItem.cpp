@@ -1,6 +1,7 @@
 #include "desktop/login/FileLoginItem.h"
 
 #include "foundation/FileReading.h"
+#include "foundation/FileSentences.h"
 #include "foundation/FolderLock.h"
 #include "foundation/PrivateFile.h"
 #include "foundation/PrivateFolder.h"
@@ -10,7 +11,10 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -56,23 +60,26 @@ QString FileLoginItem::obstacle() const {
     const QFileInfo present(path());
     if (!present.exists() || present.isSymLink() || present.isFile())
         return {};
-    return describe(path(), FileState::notAFile, 0, sizeLimit);
+    return describeUnreadable(path(), FileState::notAFile, 0, sizeLimit);
 }
 
-bool FileLoginItem::setEnabled(bool enabled) {
-    if (!obstacle().isEmpty())
-        return false;
+StoreResult FileLoginItem::setEnabled(bool enabled) {
+    QString problem = obstacle();
     const bool isOwn = QFileInfo::exists(path());
+    if (!problem.isEmpty())
+        return {problem, {}};
     if (enabled) {
         if (hasProgram() && (isOwn || !isEnabled()))
-            write(true);
+            problem = write(true);
     } else if (isForAllUsers()) {
         if (isOwn || isEnabled())
-            write(false);
+            problem = write(false);
     } else {
-        QFile::remove(path());
+        problem = remove();
     }
-    return isEnabled() == enabled;
+    if (isEnabled() == enabled)
+        return {};
+    return {problem.isEmpty() ? path() + u" does not say what was asked for; look into it."_s : problem, {}};
 }
 
 bool FileLoginItem::isForAllUsers() const {
@@ -81,13 +88,23 @@ bool FileLoginItem::isForAllUsers() const {
     });
 }
 
-void FileLoginItem::write(bool enabled) const {
+QString FileLoginItem::write(bool enabled) const {
     // Where the program is does not matter to a file that says that it is not started.
     const QByteArray text = m_file.text(hasProgram() ? m_program : u"kestrin"_s, enabled);
     const QString folder = m_file.folders.first();
     const FolderLock lock(QDir::cleanPath(folder + u'/' + m_file.lockFolder));
-    if (lock.isHeld() && makePrivateFolder(QFile::encodeName(folder)))
-        replacePrivateFile(path(), {viewOf(text)});
+    if (!lock.isHeld())
+        return lock.problem();
+    if (!makePrivateFolder(QFile::encodeName(folder)))
+        return describeFailure(folder, u"written"_s, errno);
+    PrivateFileReplacement file(path(), {viewOf(text)});
+    return file.commit() ? QString() : file.problem();
+}
+
+QString FileLoginItem::remove() const {
+    return ::unlink(QFile::encodeName(path()).constData()) == 0
+               ? QString()
+               : describeFailure(path(), u"removed"_s, errno);
 }
 
 } // namespace kestrin::desktop

@@ -17,16 +17,18 @@ class FileLoginItem final : public runtime::LoginItem {
 
     bool hasProgram() const override { return !m_program.isEmpty(); }
     /// The user's own file, which is there only if there is something to say.
-    QString path() const override;
-    QString obstacle() const override;
+    QString path() const;
     bool isEnabled() const override;
-    /// It is not as asked for when the file cannot be written. Naming the program anew happens in the user's
-    /// own file, if there is one.
-    bool setEnabled(bool enabled) override;
+    /// What has the file's name and is none is left alone. Naming the program anew happens in the user's own
+    /// file, if there is one.
+    foundation::StoreResult setEnabled(bool enabled) override;
 
   private:
     bool isForAllUsers() const;
-    void write(bool enabled) const;
+    QString obstacle() const;
+    /// These tell why it failed, as a sentence.
+    QString write(bool enabled) const;
+    QString remove() const;
 
     QString m_program;
     LoginFile m_file;

@@ -290,7 +290,9 @@ void CommandLineTest::unreadable() {
     QCOMPARE(home.call(u"enforce on"_s).status, ExitStatus::done);
     const qsizetype asked = home.workspace.terminationRequests().size();
     samples::write(home.settings.file(), "{");
-    const QString sentence = home.settings.file() + u" does not read as it should.\n"_s;
+    const QString sentence =
+        home.settings.file() +
+        u" does not read as it should; the next change sets it aside, unless you mend it first.\n"_s;
     // Nobody is asked to quit because it cannot be read who is not to be.
     for (const QString &call : {u"check"_s, u"enforce on"_s}) {
         const Answer answer = home.call(call);

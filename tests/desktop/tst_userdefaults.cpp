@@ -100,7 +100,7 @@ void UserDefaultsTest::unreadable() {
     // What is no file is neither replaced nor written to.
     QVERIFY(QFile::remove(m_path) && QDir().mkpath(m_path));
     for (const QString &sentence : {defaults.obstacle(), defaults.setBoolean(u"b"_s, false).problem})
-        QCOMPARE(sentence, m_path + u" is a folder and not a file."_s);
+        QCOMPARE(sentence, m_path + u" is a folder and not a file; move it away."_s);
     QVERIFY(QDir().rmdir(m_path));
 }
 

@@ -145,14 +145,13 @@ void FilesTest::whatIsStoredIsNeverErased() {
              Case{"link", linkTo(u"../elsewhere"_s), {}},
              Case{"broken link", linkTo(u"nowhere"_s), {}},
              Case{"what a killed writer left", whereTheNewOneGoes(text("ne")), {}},
-             Case{"folder", makeFolder, u"is a folder and not a file."_s},
-             Case{"pipe", makePipe, u"is a pipe and not a file."_s},
-             Case{"device", linkTo(u"/dev/zero"_s), u"is a device and not a file."_s},
+             Case{"folder", makeFolder, u"is a folder and not a file"_s},
+             Case{"pipe", makePipe, u"is a pipe and not a file"_s},
+             Case{"device", linkTo(u"/dev/zero"_s), u"is a device and not a file"_s},
              Case{"link to itself", linkTo(u"file.json"_s), u"a link that leads to itself"_s},
-             Case{"too large", text("123456789"), u"is larger than the 0 MiB that Kestrin reads."_s},
-             Case{"new pipe", whereTheNewOneGoes(makePipe), u".new is a pipe and not a file."_s},
-             Case{"new link", whereTheNewOneGoes(linkTo(u"/dev/null"_s)),
-                  u".new is a link and not a file."_s},
+             Case{"too large", text("123456789"), u"is larger than the 0 MiB that Kestrin reads"_s},
+             Case{"new pipe", whereTheNewOneGoes(makePipe), u".new is a pipe and not a file"_s},
+             Case{"new link", whereTheNewOneGoes(linkTo(u"/dev/null"_s)), u".new is a link and not a file"_s},
          }) {
         init();
         QVERIFY(makePrivateFolder(QFile::encodeName(folder())));
@@ -287,16 +286,16 @@ void FilesTest::stoppedHolder() {
 
 void FilesTest::strangeLocks() {
     const std::pair<QString, Make> cases[] = {
-        {u"is a folder and not a file."_s, makeFolder},
-        {u"is a pipe and not a file."_s, makePipe},
-        {u"is a link and not a file."_s, linkTo(u"/dev/null"_s)},
+        {u"is a folder and not a file"_s, makeFolder},
+        {u"is a pipe and not a file"_s, makePipe},
+        {u"is a link and not a file"_s, linkTo(u"/dev/null"_s)},
     };
     for (const auto &[sentence, make] : cases) {
         init();
         QVERIFY(makePrivateFolder(QFile::encodeName(folder())));
         const QString place = folder() + u"/store.lock"_s;
         make(place);
-        QCOMPARE(FolderLock(folder()).problem(), place + u' ' + sentence);
+        QCOMPARE(FolderLock(folder()).problem(), place + u' ' + sentence + u"; move it away."_s);
     }
     // One that belongs to somebody else, whom this user cannot be then.
     const bool isRoot = ::geteuid() == 0;
@@ -305,7 +304,7 @@ void FilesTest::strangeLocks() {
     const bool isLocked = FileLock::tryLockFile(u"/etc/passwd"_s, {}, problem).has_value();
     QVERIFY(!isRoot || ::seteuid(0) == 0);
     QVERIFY(!isLocked);
-    QCOMPARE(problem, u"/etc/passwd belongs to another user."_s);
+    QCOMPARE(problem, u"/etc/passwd belongs to another user; remove it."_s);
     // One that somebody takes away is found out.
     init();
     const FolderLock lost(folder());

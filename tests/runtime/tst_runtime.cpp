@@ -335,7 +335,7 @@ void RuntimeTest::unreadable() {
 
     // What is asked for but cannot be kept is told, and neither the flag nor the file says otherwise.
     QVERIFY(QFile::remove(file) && QDir().mkpath(file));
-    QCOMPARE(flag.setOn(true).settings.problem, file + u" is a folder and not a file."_s);
+    QCOMPARE(flag.setOn(true).settings.problem, file + u" is a folder and not a file; move it away."_s);
     QVERIFY(!flag.isOn());
 }
 
@@ -356,6 +356,7 @@ void RuntimeTest::nobodysChoice() {
         QSignalSpy setAside(&runtime, &MacProtectionRuntime::fileSetAside);
         PrivacyModeFlag flag(home.defaults, runtime);
         flag.startRuntime();
+        QVERIFY(failed.size() == (isFolder ? 1 : 0) && setAside.size() == (isFolder ? 0 : 1));
         home.workspace.launch(samples::running(u"FaceTime"_s, 12));
         runtime.runLiveCheck();
         QCOMPARE(home.workspace.terminationRequests().isEmpty(), isFolder);
@@ -401,7 +402,7 @@ void RuntimeTest::claims() {
     // What is in the way of the claim is in everybody's way.
     QVERIFY(QDir().mkpath(file));
     QCOMPARE(MonitoringClaim(home.support(), u"a"_s).obstacle(),
-             u"Nothing can be watched: "_s + file + u" is a folder and not a file."_s);
+             u"Nothing can be watched: "_s + file + u" is a folder and not a file; move it away."_s);
     QVERIFY(QDir().rmdir(file));
     QCOMPARE(::mkfifo(QFile::encodeName(file).constData(), 0600), 0);
     QVERIFY(!MonitoringClaim(home.support(), u"a"_s).isHeld());

@@ -56,6 +56,7 @@ void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundin
     connect(&m_protection->runtime, &MacProtectionRuntime::fileSetAside, this, showVisibly);
     connect(&m_protection->runtime, &MacProtectionRuntime::storageFailed, this, showVisibly);
     connect(&m_protection->state, &MacProtectionState::sightHelpWanted, this, &KestrinApplication::helpSight);
+    connect(&m_commands, &TrayCommands::startAtLoginFailed, this, showVisibly);
     connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
     connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     if (m_start == Start::withWindow)

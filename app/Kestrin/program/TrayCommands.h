@@ -24,8 +24,10 @@ class TrayCommands : public QObject {
     bool startsAtLogin() const { return m_loginItem.isEnabled(); }
     /// What could not be stored is not so, and the menu shows it.
     void setStartsAtLogin(bool starts) {
-        m_loginItem.setEnabled(starts);
+        const foundation::StoreResult result = m_loginItem.setEnabled(starts);
         Q_EMIT startsAtLoginChanged();
+        if (!result.isKept())
+            Q_EMIT startAtLoginFailed(result.problem);
     }
 
     /// Others change it too, in files that nobody watches.
@@ -35,6 +37,8 @@ class TrayCommands : public QObject {
 
   Q_SIGNALS:
     void startsAtLoginChanged();
+    /// A sentence.
+    void startAtLoginFailed(const QString &sentence);
     void windowWanted();
     void quitWanted();
 
