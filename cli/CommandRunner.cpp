@@ -95,6 +95,11 @@ class CommandRunner {
         sayProblem(m_surroundings.defaults.problem());
     }
 
+    void sayUnknown(const Monitor &monitor) {
+        if (!monitor.problem.isEmpty())
+            m_surroundings.say(u"Whether Privacy Mode is watched is not known: "_s + monitor.problem);
+    }
+
     CommandSession &session(Desktop desktop) {
         m_session.emplace(m_surroundings, desktop);
         return *m_session;
@@ -187,6 +192,7 @@ class CommandRunner {
     ExitStatus printStatus() {
         sayUnreadable();
         const StatusReport report = m_session->status();
+        sayUnknown(report.monitor);
         return answer([&] { return report.toJson(); },
                       [&] { return statusText(report, m_surroundings.palette); });
     }
@@ -311,11 +317,12 @@ class CommandRunner {
         const CommandSession &looking = sessionThatLooks();
         const MacProtectionRuntime &runtime = looking.runtime;
         sayUnreadable();
-        m_surroundings.out.write(
-            diagnosticsTextFor({looking.monitoredBy().has_value(), runtime.enforceActions(),
-                                runtime.protectedDefinitionIDs().size(), runtime.runningAppCount(),
-                                runtime.matches().size()}) +
-            u'\n');
+        const Monitor monitor = looking.monitor();
+        sayUnknown(monitor);
+        m_surroundings.out.write(diagnosticsTextFor({monitor.isThere(), runtime.enforceActions(),
+                                                     runtime.protectedDefinitionIDs().size(),
+                                                     runtime.runningAppCount(), runtime.matches().size()}) +
+                                 u'\n');
         return ExitStatus::done;
     }
 

@@ -39,8 +39,10 @@ CommandSession::CommandSession(CommandSurroundings &commandSurroundings, Desktop
                      [&all = surroundings](const QString &sentence) { all.say(sentence); });
 }
 
-std::optional<QString> CommandSession::monitoredBy() const {
-    return MonitoringClaim::currentHolder(surroundings.supportFolder);
+Monitor CommandSession::monitor() const {
+    Monitor found;
+    found.holder = MonitoringClaim::currentHolder(surroundings.supportFolder, found.problem);
+    return found;
 }
 
 StatusReport CommandSession::status() const {
@@ -56,7 +58,7 @@ StatusReport CommandSession::status() const {
     return {
         flag.isOn(),
         runtime.enforceActions(),
-        monitoredBy(),
+        monitor(),
         isProtected,
         unprotected,
         runtime.runningAppCount(),
@@ -69,7 +71,7 @@ StatusReport CommandSession::status() const {
 }
 
 Outcome CommandSession::settleFlag() {
-    if (!monitoredBy() && runtime.isSavedOn() != flag.isOn() && runtime.areSettingsChosen())
+    if (monitor().isThere() == false && runtime.isSavedOn() != flag.isOn() && runtime.areSettingsChosen())
         return runtime.updatePrivacyMode(flag.isOn(), false);
     return {};
 }

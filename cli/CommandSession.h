@@ -47,8 +47,7 @@ class CommandSession {
     runtime::MacProtectionRuntime runtime;
     runtime::PrivacyModeFlag flag;
 
-    /// Who watches now, if anybody.
-    std::optional<QString> monitoredBy() const;
+    Monitor monitor() const;
     StatusReport status() const;
 
     /// Makes the flag the saved one, as starting the runtime does: where the two disagree (a call was killed

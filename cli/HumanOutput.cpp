@@ -43,8 +43,11 @@ Cell onOrOff(bool on) {
 }
 
 QString monitorSentence(const StatusReport &status) {
+    const Monitor &monitor = status.monitor;
+    if (!monitor.problem.isEmpty())
+        return status.monitorLabel();
     return status.monitorLabel() +
-           (status.monitoredBy ? u" ("_s + *status.monitoredBy + u')' : u" (no program watches)"_s);
+           (monitor.holder ? u" ("_s + *monitor.holder + u')' : u" (no program watches)"_s);
 }
 
 QString protectionSentence(const StatusReport &status) {
@@ -141,7 +144,7 @@ QString eventsText(const QList<MacProtectionEvent> &events, const Palette &palet
 
 QString statusText(const StatusReport &status, const Palette &palette) {
     const auto label = [](const QString &text) { return Cell{text, TextColour::strong}; };
-    const bool monitored = status.monitoredBy.has_value();
+    const bool monitored = status.monitor.holder.has_value();
     return alignedLines(
         {
             {label(u"Privacy Mode"_s), onOrOff(status.privacyModeOn)},

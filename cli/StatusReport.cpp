@@ -13,7 +13,7 @@ using namespace shared;
 using namespace runtime;
 
 QString StatusReport::monitorLabel() const {
-    return monitorLabelFor(monitoredBy.has_value(), enforceActions);
+    return monitorLabelFor(monitor.isThere(), enforceActions);
 }
 
 QStringList StatusReport::enabledModeIDs() const {

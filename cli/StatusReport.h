@@ -10,12 +10,24 @@
 
 namespace kestrin::cli {
 
+/// Who watches now.
+struct Monitor {
+    /// In his own words; absent when nobody does.
+    std::optional<QString> holder;
+    /// Why it is not known, as a sentence; otherwise empty.
+    QString problem;
+
+    /// Absent when it is not known.
+    std::optional<bool> isThere() const {
+        return problem.isEmpty() ? std::optional(holder.has_value()) : std::nullopt;
+    }
+};
+
 /// How everything stands, as a program beside the watching one sees it.
 struct StatusReport {
     bool privacyModeOn = false;
     bool enforceActions = false;
-    /// Who watches now, in his own words; absent when nobody does.
-    std::optional<QString> monitoredBy;
+    Monitor monitor;
     /// What is selected; nothing protects everything.
     QStringList protectedDefinitionIDs;
     /// The rest of the catalog, in its order.

@@ -46,15 +46,18 @@ std::optional<FileLock> FileLock::tryLockFile(const QString &path, const QByteAr
     return lock;
 }
 
-std::optional<QByteArray> FileLock::holderOf(const QString &path) {
-    const int descriptor =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0)
+std::optional<QByteArray> FileLock::holderOf(const QString &path, QString &problem) {
+    problem = describeObstacle(path);
+    if (!problem.isEmpty())
         return std::nullopt;
+    const int descriptor = ::open(QFile::encodeName(path).constData(),
+                                  O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0) {
+        if (errno != ENOENT && errno != ENOTDIR)
+            problem = describeLockFile(path, errno);
+        return std::nullopt;
+    }
     const FileLock own(descriptor);
-    struct stat status {};
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
     // A shared lock is enough to find out, and two askers do not see each other.
     if (lockNow(descriptor, LOCK_SH) || errno != EWOULDBLOCK)
         return std::nullopt;

@@ -17,8 +17,9 @@ class FileLock {
     /// or, with the reason as a sentence, when it cannot be locked at all.
     static std::optional<FileLock> tryLockFile(const QString &path, const QByteArray &note, QString &problem);
 
-    /// Whether somebody holds the lock on the file at `path` now, and the note that he left.
-    static std::optional<QByteArray> holderOf(const QString &path);
+    /// Whether somebody holds the lock on the file at `path` now, and the note that he left. Where that
+    /// cannot be told, none and the reason as a sentence.
+    static std::optional<QByteArray> holderOf(const QString &path, QString &problem);
 
     FileLock(FileLock &&other) noexcept;
     FileLock &operator=(FileLock &&other) noexcept;

@@ -54,7 +54,7 @@ void MonitoringClaim::claim() {
         if (m_lock && !m_lock->isAt(lockPath(m_folder)))
             m_lock.reset();
         if (!m_lock && m_problem.isEmpty())
-            m_holder = currentHolder(m_folder);
+            m_holder = currentHolder(m_folder, m_problem);
     }
 }
 
@@ -81,8 +81,8 @@ QString MonitoringClaim::lossSentence() const {
                : obstacle();
 }
 
-std::optional<QString> MonitoringClaim::currentHolder(const QString &supportFolder) {
-    const std::optional<QByteArray> note = FileLock::holderOf(lockPath(supportFolder));
+std::optional<QString> MonitoringClaim::currentHolder(const QString &supportFolder, QString &problem) {
+    const std::optional<QByteArray> note = FileLock::holderOf(lockPath(supportFolder), problem);
     if (!note)
         return std::nullopt;
     return note->isEmpty() ? u"another program"_s : QString::fromUtf8(*note).trimmed();

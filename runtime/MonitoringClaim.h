@@ -27,8 +27,9 @@ class MonitoringClaim : public QObject {
     /// Why it was lost, as a sentence.
     QString lossSentence() const;
 
-    /// Who monitors now, if anybody; our own claim counts too.
-    static std::optional<QString> currentHolder(const QString &supportFolder);
+    /// Who monitors now, if anybody; our own claim counts too. Where that cannot be told, nobody and the
+    /// reason as a sentence.
+    static std::optional<QString> currentHolder(const QString &supportFolder, QString &problem);
 
   Q_SIGNALS:
     /// From now on others may watch, and this process may not. An event loop has to run.

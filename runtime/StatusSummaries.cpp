@@ -11,8 +11,10 @@ namespace kestrin::runtime {
 using namespace shared;
 using namespace engine;
 
-QString monitorLabelFor(bool isMonitoring, bool enforceActions) {
-    return isMonitoring ? actionsLabelFor(enforceActions) : u"Off"_s;
+QString monitorLabelFor(const std::optional<bool> &isMonitoring, bool enforceActions) {
+    if (!isMonitoring)
+        return u"Unknown"_s;
+    return *isMonitoring ? actionsLabelFor(enforceActions) : u"Off"_s;
 }
 
 QString actionsLabelFor(bool enforceActions) {

@@ -7,10 +7,12 @@
 
 #include <QList>
 
+#include <optional>
+
 namespace kestrin::runtime {
 
-/// "Off", "Enforcing" or "Preview".
-QString monitorLabelFor(bool isMonitoring, bool enforceActions);
+/// "Off", "Enforcing" or "Preview"; "Unknown" for another program's monitor when nobody can tell.
+QString monitorLabelFor(const std::optional<bool> &isMonitoring, bool enforceActions);
 
 /// "Enforcing" or "Preview".
 QString actionsLabelFor(bool enforceActions);
@@ -31,7 +33,7 @@ qint64 actionEventCountOf(const QList<engine::MacProtectionEvent> &events);
 
 /// What a diagnostics report tells.
 struct DiagnosticsValues {
-    bool isMonitoring = false;
+    std::optional<bool> isMonitoring = false;
     bool enforceActions = false;
     qsizetype protectedDefinitionCount = 0;
     qint64 runningAppCount = 0;

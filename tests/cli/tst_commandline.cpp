@@ -320,6 +320,10 @@ void CommandLineTest::unreadable() {
     QVERIFY(enabled.status == ExitStatus::done && enabled.isOneSentence());
     QCOMPARE(home.call(u"schedule"_s).err, QString());
     QVERIFY(QDir().rmdir(home.settings.file()));
+    // Nor does anybody know who watches.
+    QVERIFY(QDir().mkpath(home.support() + u"/monitor.lock"_s));
+    const Answer unknown = home.call(u"status"_s);
+    QVERIFY(unknown.out.contains(u"Unknown\n"_s) && unknown.err.contains(u"monitor.lock is a folder"_s));
     // The log is no matter to those who do not show it.
     samples::write(home.log.file(), "{");
     QCOMPARE(home.call(u"catalog"_s).err + home.call(u"schedule"_s).err, QString());
