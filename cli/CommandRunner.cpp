@@ -173,9 +173,13 @@ class CommandRunner {
 
     ExitStatus log() {
         MacActivityLogStoring &store = *m_surroundings.runtime.logStore;
-        const auto events = store.recent(m_call.limit);
-        if (const QString problem = events.isEmpty() ? store.problem() : QString(); !problem.isEmpty())
-            return m_surroundings.couldNot(problem);
+        auto events = store.recent(m_call.limit);
+        if (events.isEmpty()) {
+            if (const QString problem = store.problem(); !problem.isEmpty())
+                return m_surroundings.couldNot(problem);
+            // What was in the way may have gone by now.
+            events = store.recent(m_call.limit);
+        }
         return answer([&] { return toJsonValue(events); },
                       [&] {
                           return events.isEmpty() && m_call.limit > 0

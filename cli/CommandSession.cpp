@@ -46,8 +46,7 @@ Monitor CommandSession::monitor() const {
 }
 
 StatusReport CommandSession::status() const {
-    // Not the runtime's, which fills an empty selection when a program starts.
-    const QSet<QString> selection = surroundings.runtime.settingsStore->load().protectedDefinitionIDs;
+    const QSet<QString> selection = runtime.savedDefinitionIDs();
     QStringList isProtected(selection.cbegin(), selection.cend());
     std::sort(isProtected.begin(), isProtected.end());
     QStringList unprotected;

@@ -47,10 +47,7 @@ QList<MacProtectionEvent> JSONMacActivityLogStore::recent(qsizetype limit) {
 }
 
 QString JSONMacActivityLogStore::problem() {
-    const FileText text = m_file.read(logTextSpare);
-    if (text.state != FileState::readable)
-        return m_file.problemOf(text);
-    return text.bytes.isEmpty() || isActivityLog(text.bytes) ? QString() : m_file.damageSentence();
+    return m_file.problem(isActivityLog, logTextSpare);
 }
 
 } // namespace kestrin::engine

@@ -22,11 +22,8 @@ StoreResult JSONPrivacyModeSettingsStore::update(const Change &change) {
 }
 
 QString JSONPrivacyModeSettingsStore::problem() {
-    const FileText text = m_file.read();
-    if (text.state != FileState::readable)
-        return m_file.problemOf(text);
-    const bool isUsable = text.bytes.isEmpty() || decodeJson<PrivacyModeSettings>(text.bytes);
-    return isUsable ? QString() : m_file.damageSentence();
+    return m_file.problem(
+        [](const QByteArray &text) { return decodeJson<PrivacyModeSettings>(text).has_value(); });
 }
 
 } // namespace kestrin::engine

@@ -14,7 +14,13 @@ QString StoredFile::problemOf(const FileText &text) const {
     return describeUnreadable(path, text.state, text.error, limit);
 }
 
-QString StoredFile::damageSentence() const {
+QString StoredFile::problem(const std::function<bool(const QByteArray &)> &isUsable, qsizetype spare) const {
+    FileText text = read(spare);
+    // What was in the way may have gone by now.
+    if (!problemOf(text).isEmpty())
+        text = read(spare);
+    if (text.state != FileState::readable || text.bytes.isEmpty() || isUsable(text.bytes))
+        return problemOf(text);
     return path + u" does not read as it should; the next change sets it aside, unless you mend it first."_s;
 }
 

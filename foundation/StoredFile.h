@@ -6,6 +6,7 @@
 #include "foundation/PrivateFile.h"
 #include "foundation/StoreResult.h"
 
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string_view>
@@ -28,8 +29,8 @@ struct StoredFile {
     FileText read(qsizetype spare = 0) const { return readFile(path, limit, spare); }
     /// Why a text that was read cannot be used, as a sentence; empty when it can be.
     QString problemOf(const FileText &text) const;
-    /// The sentence for a text that does not read as it should.
-    QString damageSentence() const;
+    /// Why what is stored cannot be used now, as a sentence; empty when it can be, or nothing is stored.
+    QString problem(const std::function<bool(const QByteArray &)> &isUsable, qsizetype spare = 0) const;
 };
 
 /// One change of a stored file, from the reading on until it is replaced. The lock is held meanwhile.

@@ -141,6 +141,8 @@ class MacProtectionRuntime : public QObject {
 
     /// Whether Privacy Mode is on in the settings, by which launches and checks go. Loads them.
     bool isSavedOn() const { return m_settingsStore->load().isEnabled; }
+    /// What is selected in them. Unlike the selection that is shown it stays empty.
+    QSet<QString> savedDefinitionIDs() const { return m_settingsStore->load().protectedDefinitionIDs; }
     /// Whether the settings that were loaded last are stored ones, or nothing is stored. By a fallback that
     /// could not be stored either nobody is asked to quit.
     bool areSettingsChosen() const { return m_settingsStore->areChosen(); }

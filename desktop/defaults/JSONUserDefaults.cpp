@@ -84,14 +84,16 @@ QString JSONUserDefaults::obstacle() const {
 }
 
 QString JSONUserDefaults::problem() const {
-    const FileText text = m_file.read();
-    if (text.state != FileState::readable)
-        return m_file.problemOf(text);
-    return valuesIn(text) ? QString() : m_file.damageSentence();
+    return m_file.problem([](const QByteArray &text) { return QJsonDocument::fromJson(text).isObject(); });
 }
 
 const QJsonObject &JSONUserDefaults::load() const {
-    if (const auto values = valuesIn(m_file.read()))
+    auto values = valuesIn(m_file.read());
+    // Without any that were read before, these must not count as absent if what was in the way has gone by
+    // now.
+    if (!values && m_read.isEmpty() && problem().isEmpty())
+        values = valuesIn(m_file.read());
+    if (values)
         m_read = *values;
     return m_read;
 }
