@@ -1,0 +1,28 @@
+#pragma once
+
+#include "desktop/wayland/WaylandWindowSource.h"
+
+namespace kestrin::desktop {
+
+/// The windows of the many compositors that speak zwlr_foreign_toplevel_manager_v1. It tells no process of a
+/// window.
+class WlrToplevels final : public WaylandWindowSource {
+    Q_OBJECT
+
+  public:
+    explicit WlrToplevels(const QByteArray &display = {}) : WaylandWindowSource(display) {}
+
+    static WindowNews read(std::string_view event, const wl_argument *arguments, SourceWindow &window);
+
+  private:
+    wl_proxy *bindManager(WaylandConnection &connection, const foundation::Deadline &deadline) override;
+    void takeManagerEvent(wl_proxy *manager, std::string_view event, const wl_argument *arguments) override;
+    WindowNews takeWindowEvent(std::string_view event, const wl_argument *arguments,
+                               SourceWindow &window) const override {
+        return read(event, arguments, window);
+    }
+    void askToClose(wl_proxy *window) override;
+    void letGo(wl_proxy *window) override;
+};
+
+} // namespace kestrin::desktop
