@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <string>
 #include <vector>
 
 namespace kestrin::bench {
@@ -53,17 +54,17 @@ Comparison compare(int rounds, Work &&work, Floor &&floor) {
 class Report {
   public:
     /// The bar is how many times what is beside it the measured value may be.
-    void ratio(const char *name, const char *unit, const Comparison &result, double bar) {
+    void ratio(const std::string &name, const char *unit, const Comparison &result, double bar) {
         print(name, unit, result, "x", bar, result.measured / result.beside <= bar);
     }
 
     /// The bar is a value of the same unit, and what is beside it is there to compare.
-    void limit(const char *name, const char *unit, const Comparison &result, double bar) {
+    void limit(const std::string &name, const char *unit, const Comparison &result, double bar) {
         print(name, unit, result, unit, bar, result.measured <= bar);
     }
 
     /// Without a bar, for whoever wants to know.
-    void note(const char *name, const char *unit, const Comparison &result) {
+    void note(const std::string &name, const char *unit, const Comparison &result) {
         printStart(name, unit, result);
         std::puts("   no bar");
     }
@@ -72,21 +73,21 @@ class Report {
     int exitCode() const { return m_missed ? 1 : 0; }
 
   private:
-    void print(const char *name, const char *unit, const Comparison &result, const char *barUnit, double bar,
-               bool met) {
+    void print(const std::string &name, const char *unit, const Comparison &result, const char *barUnit,
+               double bar, bool met) {
         printStart(name, unit, result);
         std::printf("   bar %g %s   %s\n", bar, barUnit, met ? "ok" : "MISSED");
         std::fflush(stdout);
         m_missed = m_missed || !met;
     }
 
-    static void printStart(const char *name, const char *unit, const Comparison &result) {
+    static void printStart(const std::string &name, const char *unit, const Comparison &result) {
         // Nothing is a multiple of nothing.
         char ratio[32] = "-";
         if (result.beside > 0)
             std::snprintf(ratio, sizeof ratio, "%.2f x", result.measured / result.beside);
-        std::printf("%-52s %9.2f %-2s   beside %9.2f %-2s %8s", name, result.measured, unit, result.beside,
-                    unit, ratio);
+        std::printf("%-56s %9.2f %-2s   beside %9.2f %-2s %8s", name.c_str(), result.measured, unit,
+                    result.beside, unit, ratio);
     }
 
     bool m_missed = false;

@@ -1,9 +1,9 @@
-// Listing the applications behind 100 windows against reading the windows' properties.
+// Listing the applications behind 100 windows against reading what the desktop tells of the windows.
 
+#include "benchmarks/BareDesktop.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/Run.h"
 #include "benchmarks/SampleWindows.h"
-#include "benchmarks/XDisplay.h"
 #include "desktop/Platform.h"
 #include "engine/NSWorkspaceAppInventoryService.h"
 
@@ -17,34 +17,13 @@ namespace {
 
 constexpr int windowCount = 100;
 
-/// Reads what the inventory needs to know of each window, all questions under way at once.
-std::size_t readProperties(const bench::XDisplay &display, const std::vector<std::uint32_t> &properties) {
-    std::vector<xcb_get_property_cookie_t> questions;
-    for (const std::uint32_t window : display.windowList()) {
-        for (const std::uint32_t property : properties)
-            questions.push_back(display.ask(window, property, 256));
-    }
-    std::size_t bytes = 0;
-    for (const auto &question : questions) {
-        if (const auto reply = display.take(question))
-            bytes += static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-    }
-    return bytes;
-}
-
 } // namespace
 
 int main(int argc, char **argv) {
     const bench::Run run(argc, argv);
     const QCoreApplication application(argc, argv);
     const auto applications = bench::openWindows(bench::unknownClasses(windowCount));
-    const bench::XDisplay display;
-    const std::vector<std::uint32_t> properties{XCB_ATOM_WM_CLASS,
-                                                display.atom("_NET_WM_WINDOW_TYPE"),
-                                                display.atom("_NET_WM_STATE"),
-                                                display.atom("_GTK_APPLICATION_ID"),
-                                                display.atom("_KDE_NET_WM_DESKTOP_FILE"),
-                                                display.atom("_NET_WM_PID")};
+    const auto desktop = bench::BareDesktop::ofEnvironment();
     const auto workspace = makeWorkspace();
     NSWorkspaceAppInventoryService service(*workspace);
     const auto result = bench::compare(
@@ -54,10 +33,11 @@ int main(int argc, char **argv) {
                 bench::giveUp("not every application was listed.");
         },
         [&] {
-            if (readProperties(display, properties) == 0)
+            if (desktop->readWindows() == 0)
                 bench::giveUp("the windows have no properties.");
         });
     bench::Report report;
-    report.ratio("Inventory of 100 applications with a window each, warm", "ms", result, 3);
+    report.ratio("Inventory of 100 applications with a window each" + bench::BareDesktop::label(), "ms",
+                 result, 3);
     return report.exitCode();
 }

@@ -1,12 +1,12 @@
 // From the window of a protected application to the request that it close and the log that tells of it, with
 // the runtime enforcing.
 
+#include "benchmarks/BareDesktop.h"
 #include "benchmarks/BareLog.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/Run.h"
 #include "benchmarks/SampleLog.h"
 #include "benchmarks/SampleWindows.h"
-#include "benchmarks/XDisplay.h"
 #include "desktop/Platform.h"
 #include "desktop/defaults/JSONUserDefaults.h"
 #include "runtime/FileStores.h"
@@ -65,57 +65,25 @@ class Application {
     samples::SampleApp m_application;
 };
 
-/// The floor, which is what nobody can do without: a window that the window manager lists is asked to close,
+/// The floor, which is what nobody can do without: a window that the desktop lists is asked to close,
 /// and the log is written anew before and after it, as whoever wants to tell of both has to.
 class BareEnforcing {
   public:
-    explicit BareEnforcing(const QString &log) : m_log(log) {
-        const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(m_display.xcb(), m_display.root(), XCB_CW_EVENT_MASK, &events);
-        m_display.roundTrip();
-    }
+    explicit BareEnforcing(const QString &log) : m_log(log) {}
 
     double reactTo(const QString &windowClass) {
         // The last one's may still have to go.
-        waitForWindows(0);
+        m_desktop->waitForWindows(0);
         Application application(windowClass);
-        const std::uint32_t window = waitForWindows(1).front();
+        const std::uint64_t window = m_desktop->waitForWindows(1).front();
         m_log.replace();
-        requestClosing(window);
+        m_desktop->requestClosing(window);
         m_log.replace();
         return application.reaction(now());
     }
 
   private:
-    std::vector<std::uint32_t> waitForWindows(std::size_t count) {
-        // What has happened up to now is in the list.
-        while (const bench::XDisplay::Event event{xcb_poll_for_event(m_display.xcb())}) {
-        }
-        for (;;) {
-            const std::vector<std::uint32_t> windows = m_display.windowList();
-            if (windows.size() == count)
-                return windows;
-            const bench::XDisplay::Event event(xcb_wait_for_event(m_display.xcb()));
-            if (!event)
-                bench::giveUp("the X server has gone.");
-        }
-    }
-
-    void requestClosing(std::uint32_t window) {
-        xcb_client_message_event_t message{};
-        message.response_type = XCB_CLIENT_MESSAGE;
-        message.format = 32;
-        message.window = window;
-        message.type = m_closeWindow;
-        message.data.data32[1] = 2;
-        xcb_send_event(m_display.xcb(), 0, m_display.root(),
-                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                       reinterpret_cast<const char *>(&message));
-        xcb_flush(m_display.xcb());
-    }
-
-    bench::XDisplay m_display;
-    std::uint32_t m_closeWindow = m_display.atom("_NET_CLOSE_WINDOW");
+    std::unique_ptr<bench::BareDesktop> m_desktop = bench::BareDesktop::ofEnvironment();
     bench::BareLog m_log;
 };
 
@@ -171,10 +139,11 @@ int main(int argc, char **argv) {
         floor.push_back(bare.reactTo(u"editor"_s));
         measured.push_back(enforcing.reactTo(u"zoom"_s));
     }
+    const std::string label = bench::BareDesktop::label();
     bench::Report report;
-    report.note("Launch to close request and its log, median", "ms",
+    report.note("Launch to close request and its log, median" + label, "ms",
                 {bench::median(measured), bench::median(floor)});
-    report.ratio("Launch to close request and its log, 99th percentile", "ms",
+    report.ratio("Launch to close request and its log, 99th %" + label, "ms",
                  {bench::percentile(measured, 0.99), bench::percentile(floor, 0.99)}, 2);
     return report.exitCode();
 }

@@ -1,5 +1,6 @@
 // What "kestrinctl watch" costs while nothing happens.
 
+#include "benchmarks/BareDesktop.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/Child.h"
 #include "benchmarks/Run.h"
@@ -27,7 +28,7 @@ int main(int argc, char **argv) {
     if (argc > 1 && std::strcmp(argv[1], "idle") == 0)
         return idle(argc, argv);
     const bench::Run run(argc, argv);
-    const int seconds = run.choose(15, 60);
+    const int seconds = run.choose(15, 120);
     const bench::Child bare({"/proc/self/exe", "idle"});
     const bench::Child watch({bench::built("cli/kestrinctl"), "watch"});
     // What a start leaves behind is no idling.
@@ -38,9 +39,10 @@ int main(int argc, char **argv) {
     const double perMinute = 60.0 / seconds;
     const bench::Comparison wakeUps{static_cast<double>(watch.wakeUpsSince(before)) * perMinute,
                                     static_cast<double>(bare.wakeUpsSince(bareBefore)) * perMinute};
+    const std::string label = bench::BareDesktop::label();
     bench::Report report;
-    report.limit("Wake-ups a minute of an idle watch", "", wakeUps, 5);
-    report.limit("Resident memory of an idle watch", "MB", {watch.residentMemory(), bare.residentMemory()},
-                 30);
+    report.limit("Wake-ups a minute of an idle watch" + label, "", wakeUps, 5);
+    report.limit("Resident memory of an idle watch" + label, "MB",
+                 {watch.residentMemory(), bare.residentMemory()}, 30);
     return report.exitCode();
 }
