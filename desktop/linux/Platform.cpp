@@ -5,6 +5,7 @@
 #include "desktop/linux/ChosenWorkspace.h"
 #include "desktop/login/FileLoginItem.h"
 #include "desktop/sway/SwayWindows.h"
+#include "desktop/wayland/PlasmaWindows.h"
 #include "desktop/x11/X11Workspace.h"
 #include "foundation/PrivateFolder.h"
 
@@ -26,7 +27,9 @@ std::unique_ptr<Workspace> makeWorkspace() {
     };
     if (const QByteArray socket = qgetenv("SWAYSOCK"); !socket.isEmpty())
         offer(std::make_unique<SwayWindows>(socket));
-    if (candidates.empty() && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        offer(std::make_unique<PlasmaWindows>());
+    if (candidates.empty())
         return std::make_unique<X11Workspace>();
     return std::make_unique<ChosenWorkspace>(std::move(candidates));
 }
