@@ -49,6 +49,16 @@ int SessionBus::answered(sd_bus_message *reply, void *pending, sd_bus_error * /*
     return 0;
 }
 
+bool SessionBus::hear(const QByteArray &rule, Answer answer) {
+    m_listeners.push_back(std::move(answer));
+    return sd_bus_add_match_async(m_bus, nullptr, rule.constData(), heard, nullptr, &m_listeners.back()) >= 0;
+}
+
+int SessionBus::heard(sd_bus_message *signal, void *answer, sd_bus_error * /*error*/) {
+    (*static_cast<const Answer *>(answer))(signal);
+    return 0;
+}
+
 bool SessionBus::tellsOfLeaving(sd_bus_message *reply) const {
     // As nothing here gives up waiting, this error comes from the bus; or from sd-bus when the bus has gone.
     return sd_bus_is_open(m_bus) > 0 && sd_bus_message_is_method_error(reply, SD_BUS_ERROR_NO_REPLY) > 0;
@@ -69,6 +79,14 @@ bool SessionBus::waitUntil(const std::function<bool()> &isDone, const Deadline &
             return false;
     }
     return true;
+}
+
+bool SessionBus::handOut() {
+    int processed = 0;
+    do
+        processed = sd_bus_process(m_bus, nullptr);
+    while (processed > 0);
+    return processed == 0 && sd_bus_is_open(m_bus) > 0;
 }
 
 } // namespace kestrin::desktop

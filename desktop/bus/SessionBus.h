@@ -50,8 +50,17 @@ class SessionBus {
     /// Whether whoever was asked left the bus instead of answering.
     bool tellsOfLeaving(sd_bus_message *reply) const;
 
-    /// Hands out answers as they come. False when that was not enough by the deadline, or the bus has gone.
+    /// Whenever a signal comes that fits, such as "type='signal',member='Changed'", `heard` is called with
+    /// it. Whether that was asked of the bus.
+    bool hear(const QByteArray &rule, Answer heard);
+
+    /// Hands out answers and signals as they come. False when that was not enough by the deadline, or the bus
+    /// has gone.
     bool waitUntil(const std::function<bool()> &isDone, const foundation::Deadline &deadline);
+    /// Hands out what is there. False when the bus has gone.
+    bool handOut();
+    /// Readable when there may be more to hand out.
+    int descriptor() const { return sd_bus_get_fd(m_bus); }
 
   private:
     struct Unref {
@@ -69,9 +78,11 @@ class SessionBus {
     Message newCall(const BusMethod &method);
     bool send(sd_bus_message *message, Answer answer);
     static int answered(sd_bus_message *reply, void *pending, sd_bus_error *error);
+    static int heard(sd_bus_message *signal, void *answer, sd_bus_error *error);
 
     sd_bus *m_bus;
     std::list<Pending> m_pending;
+    std::list<Answer> m_listeners;
 };
 
 } // namespace kestrin::desktop
