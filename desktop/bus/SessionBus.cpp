@@ -20,6 +20,11 @@ SessionBus::~SessionBus() {
     sd_bus_unref(m_bus);
 }
 
+bool SessionBus::callWith(const BusMethod &method, Answer answer, const Writer &write) {
+    const Message message = newCall(method);
+    return message && write(message.get()) && send(message.get(), std::move(answer));
+}
+
 SessionBus::Message SessionBus::newCall(const BusMethod &method) {
     sd_bus_message *message = nullptr;
     if (sd_bus_message_new_method_call(m_bus, &message, method.destination.constData(),
@@ -82,11 +87,20 @@ bool SessionBus::waitUntil(const std::function<bool()> &isDone, const Deadline &
 }
 
 bool SessionBus::handOut() {
-    int processed = 0;
-    do
-        processed = sd_bus_process(m_bus, nullptr);
-    while (processed > 0);
-    return processed == 0 && sd_bus_is_open(m_bus) > 0;
+    // Whoever floods the bus does not get hold of the event loop.
+    for (int left = 100; left > 0; --left) {
+        const int processed = sd_bus_process(m_bus, nullptr);
+        if (processed < 0 || sd_bus_is_open(m_bus) <= 0)
+            return false;
+        if (processed == 0)
+            break;
+    }
+    return true;
+}
+
+bool SessionBus::hasMore() const {
+    std::uint64_t due = 0;
+    return sd_bus_get_timeout(m_bus, &due) > 0 && due == 0;
 }
 
 } // namespace kestrin::desktop

@@ -28,6 +28,7 @@ class SessionBus {
   public:
     /// With the reply, which may be an error and lasts as long as the call.
     using Answer = std::function<void(sd_bus_message *)>;
+    using Writer = std::function<bool(sd_bus_message *)>;
 
     /// Begins to connect, which takes no time; null when there is no bus.
     static std::unique_ptr<SessionBus> connect();
@@ -37,13 +38,15 @@ class SessionBus {
     /// Unanswered questions stay so.
     ~SessionBus();
 
-    /// `types` and what follows are those of sd_bus_message_append. Whether it was sent: only then is
-    /// `answer` called, once, at the earliest by waitUntil.
+    /// `write` appends what is asked, and says whether it could. Whether it was sent: only then is `answer`
+    /// called, once, at the earliest by waitUntil.
+    bool callWith(const BusMethod &method, Answer answer, const Writer &write);
+    /// `types` and what follows are those of sd_bus_message_append.
     template <typename... Arguments>
     bool call(const BusMethod &method, Answer answer, const char *types = "", Arguments... arguments) {
-        const Message message = newCall(method);
-        return message && sd_bus_message_append(message.get(), types, arguments...) >= 0 &&
-               send(message.get(), std::move(answer));
+        return callWith(method, std::move(answer), [&](sd_bus_message *message) {
+            return sd_bus_message_append(message, types, arguments...) >= 0;
+        });
     }
 
     static bool isError(sd_bus_message *reply) { return sd_bus_message_is_method_error(reply, nullptr) != 0; }
@@ -57,9 +60,11 @@ class SessionBus {
     /// Hands out answers and signals as they come. False when that was not enough by the deadline, or the bus
     /// has gone.
     bool waitUntil(const std::function<bool()> &isDone, const foundation::Deadline &deadline);
-    /// Hands out what is there. False when the bus has gone.
+    /// Hands out some of what is there, without waiting. False when the bus has gone.
     bool handOut();
-    /// Readable when there may be more to hand out.
+    /// Whether something is here that was not handed out.
+    bool hasMore() const;
+    /// Readable when more has arrived.
     int descriptor() const { return sd_bus_get_fd(m_bus); }
 
   private:

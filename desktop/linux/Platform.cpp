@@ -2,6 +2,7 @@
 
 #include "desktop/clock/SystemTimeChangeWatch.h"
 #include "desktop/defaults/JSONUserDefaults.h"
+#include "desktop/gnome/GnomeShellWindows.h"
 #include "desktop/linux/ChosenWorkspace.h"
 #include "desktop/login/FileLoginItem.h"
 #include "desktop/sway/SwayWindows.h"
@@ -27,8 +28,10 @@ std::unique_ptr<Workspace> makeWorkspace() {
     };
     if (const QByteArray socket = qgetenv("SWAYSOCK"); !socket.isEmpty())
         offer(std::make_unique<SwayWindows>(socket));
-    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
         offer(std::make_unique<PlasmaWindows>());
+        offer(std::make_unique<GnomeShellWindows>());
+    }
     if (candidates.empty())
         return std::make_unique<X11Workspace>();
     return std::make_unique<ChosenWorkspace>(std::move(candidates));

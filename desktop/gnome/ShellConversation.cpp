@@ -1,0 +1,118 @@
+#include "desktop/gnome/ShellConversation.h"
+
+#include "desktop/bus/BusValues.h"
+
+#include <optional>
+#include <utility>
+
+namespace kestrin::desktop {
+
+using namespace foundation;
+
+namespace {
+
+constexpr const char bus[] = "org.freedesktop.DBus";
+constexpr const char busPath[] = "/org/freedesktop/DBus";
+
+} // namespace
+
+bool ShellConversation::open(const QList<QByteArray> &names, const Deadline &deadline) {
+    close();
+    m_bus = SessionBus::connect();
+    if (!m_bus)
+        return false;
+    for (const QByteArray &name : names) {
+        // Before the question, so that no change comes between the two.
+        m_bus->hear("type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',arg0='" + name +
+                        '\'',
+                    [this](sd_bus_message * /*signal*/) { tellSoon(m_hasLeft); });
+        const QByteArray owner = ownerOf(name, deadline);
+        if (!m_bus)
+            return false;
+        if (owner.isEmpty() || (!m_owner.isEmpty() && owner != m_owner)) {
+            close();
+            return false;
+        }
+        m_owner = owner;
+    }
+    m_readable = std::make_unique<QSocketNotifier>(m_bus->descriptor(), QSocketNotifier::Read);
+    connect(m_readable.get(), &QSocketNotifier::activated, this, &ShellConversation::handOut);
+    return true;
+}
+
+QByteArray ShellConversation::ownerOf(const QByteArray &name, const Deadline &deadline) {
+    QByteArray owner;
+    askMember(
+        {bus, busPath, bus, "GetNameOwner"}, deadline,
+        [&owner](sd_bus_message *reply) { owner = readText(reply); },
+        [&name](sd_bus_message *message) {
+            return sd_bus_message_append(message, "s", name.constData()) >= 0;
+        });
+    return owner;
+}
+
+bool ShellConversation::ask(const ShellMethod &method, const Deadline &deadline, const Reader &read,
+                            const Writer &write) {
+    return m_bus && askMember({m_owner, method.path, method.interface, method.member}, deadline, read, write);
+}
+
+bool ShellConversation::askMember(const BusMethod &method, const Deadline &deadline, const Reader &read,
+                                  const Writer &write) {
+    std::optional<bool> answer;
+    const auto answered = [&answer, &read](sd_bus_message *reply) {
+        answer = !SessionBus::isError(reply);
+        if (*answer)
+            read(reply);
+    };
+    if (m_bus->callWith(method, answered, write))
+        m_bus->waitUntil([&answer] { return answer.has_value(); }, deadline);
+    lookSoonForMore();
+    // Takes the question along, which knows what is here.
+    if (!answer)
+        close();
+    return answer.value_or(false);
+}
+
+void ShellConversation::close() {
+    m_readable.reset();
+    m_bus.reset();
+    m_owner.clear();
+    m_hasTold = m_hasLeft = false;
+}
+
+void ShellConversation::hear(const QByteArray &interface) {
+    m_bus->hear("type='signal',sender='" + m_owner + "',interface='" + interface + '\'',
+                [this](sd_bus_message * /*signal*/) { tellSoon(m_hasTold); });
+}
+
+void ShellConversation::handOut() {
+    if (!m_bus)
+        return;
+    if (!m_bus->handOut())
+        tellSoon(m_hasLeft);
+    else
+        lookSoonForMore();
+}
+
+/// What arrived together with an answer wakes nobody up.
+void ShellConversation::lookSoonForMore() {
+    if (m_bus->hasMore())
+        QMetaObject::invokeMethod(this, &ShellConversation::handOut, Qt::QueuedConnection);
+}
+
+void ShellConversation::tellSoon(bool &what) {
+    what = true;
+    QMetaObject::invokeMethod(this, &ShellConversation::tell, Qt::QueuedConnection);
+}
+
+void ShellConversation::tell() {
+    const bool hasTold = std::exchange(m_hasTold, false);
+    if (m_hasLeft) {
+        close();
+        Q_EMIT left();
+    } else if (hasTold) {
+        Q_EMIT told();
+    }
+}
+
+} // namespace kestrin::desktop
