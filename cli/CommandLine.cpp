@@ -148,6 +148,8 @@ class Parser {
             return settleOnOrOff();
         case CommandArguments::maybeOnOrOff:
             return settleMaybeOnOrOff();
+        case CommandArguments::enableOrDisable:
+            return settleEnableOrDisable();
         case CommandArguments::presetSwitch:
             return settlePresetSwitch();
         }
@@ -181,6 +183,12 @@ class Parser {
 
     bool isOnOrOff() const {
         return m_arguments == QStringList{u"on"_s} || m_arguments == QStringList{u"off"_s};
+    }
+
+    void settleEnableOrDisable() {
+        if (m_arguments != QStringList{u"enable"_s} && m_arguments != QStringList{u"disable"_s})
+            return fail(quoted(m_result.command->name) + u" accepts exactly one word, enable or disable."_s);
+        m_result.enable = m_arguments.first() == u"enable";
     }
 
     void settlePresetSwitch() {

@@ -17,7 +17,8 @@ struct Invocation {
     const CommandDescription *command = nullptr;
     /// The identifiers of `protect`, `unprotect` and `schedule`, in the order given and each once.
     QStringList ids;
-    /// What `enforce`, `schedule` or `autostart` switches to; absent when nothing is to be changed.
+    /// What `enforce`, `schedule`, `autostart` or `desktop` switches to; absent when nothing is to be
+    /// changed.
     std::optional<bool> enable;
     bool json = false;
     bool preview = false;

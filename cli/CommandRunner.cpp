@@ -59,6 +59,8 @@ class CommandRunner {
             return schedule();
         case Command::autostart:
             return autostart();
+        case Command::desktop:
+            return desktop();
         case Command::diagnostics:
             return diagnostics();
         }
@@ -315,6 +317,15 @@ class CommandRunner {
             return m_surroundings.couldNot(u"Kestrin cannot start at login, because its window, the program "
                                            "kestrin, is neither beside kestrinctl nor in PATH."_s);
         return couldNotSave(problem);
+    }
+
+    ExitStatus desktop() {
+        DesktopPermission &permission = m_surroundings.permission;
+        const auto [isDone, sentence] = *m_call.enable ? permission.enable() : permission.disable();
+        if (!isDone)
+            return m_surroundings.couldNot(sentence);
+        m_surroundings.out.write(visibleText(sentence) + u'\n');
+        return ExitStatus::done;
     }
 
     ExitStatus diagnostics() {

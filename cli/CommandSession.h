@@ -4,6 +4,7 @@
 #include "cli/Output.h"
 #include "cli/StatusReport.h"
 #include "cli/TerminalText.h"
+#include "runtime/DesktopPermission.h"
 #include "runtime/LoginItem.h"
 #include "runtime/MacProtectionRuntime.h"
 #include "runtime/PrivacyModeFlag.h"
@@ -25,6 +26,7 @@ struct CommandSurroundings {
     QString supportFolder;
     runtime::MacProtectionSurroundings runtime;
     runtime::LoginItem &loginItem;
+    runtime::DesktopPermission &permission;
     Output &out;
     Output &err;
     Palette palette{false};

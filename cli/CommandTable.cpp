@@ -121,6 +121,18 @@ const QList<CommandDescription> &commandTable() {
           {u"kestrinctl autostart on"_s, u"start at login from now on"_s},
           {u"kestrinctl autostart off"_s, u"do not start at login any more"_s}},
          CommandArguments::maybeOnOrOff},
+        {Command::desktop,
+         u"desktop"_s,
+         u"Let the desktop show its windows to Kestrin, or no longer"_s,
+         u"Some desktops let no program see what runs before their user says so. On GNOME, enable switches "
+         u"on "
+         "Kestrin's extension, which answers the installed Kestrin alone, or also this one where it is "
+         "another. "
+         "On KDE Plasma only a Kestrin that is not installed needs it. Disable takes both back."_s,
+         {{u"kestrinctl desktop enable"_s, u"let this Kestrin see which applications run"_s},
+          {u"kestrinctl desktop disable"_s, u"take that back"_s}},
+         CommandArguments::enableOrDisable,
+         {}},
         {Command::diagnostics,
          u"diagnostics"_s,
          u"Print five lines for a report"_s,

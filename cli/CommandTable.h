@@ -22,16 +22,18 @@ enum class Command {
     enforce,
     schedule,
     autostart,
+    desktop,
     diagnostics,
 };
 
 /// What may follow a command, apart from options.
 enum class CommandArguments {
     none,
-    definitionIDs, ///< one or more
-    onOrOff,       ///< exactly one of the two words
-    maybeOnOrOff,  ///< nothing, or one of the two words
-    presetSwitch,  ///< nothing, or "enable" or "disable" and one or more presets
+    definitionIDs,   ///< one or more
+    onOrOff,         ///< exactly one of the two words
+    maybeOnOrOff,    ///< nothing, or one of the two words
+    enableOrDisable, ///< exactly one of the two words
+    presetSwitch,    ///< nothing, or "enable" or "disable" and one or more presets
 };
 
 struct CommandExample {

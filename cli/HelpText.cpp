@@ -46,6 +46,8 @@ QStringList synopses(const CommandDescription &command) {
         return {call + u" on|off"_s};
     case CommandArguments::maybeOnOrOff:
         return {call, call + u" on|off"_s};
+    case CommandArguments::enableOrDisable:
+        return {call + u" enable|disable"_s};
     case CommandArguments::presetSwitch:
         return {call, call + u" enable|disable ID..."_s};
     }

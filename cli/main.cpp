@@ -28,6 +28,7 @@ int main(int argc, char *argv[]) {
     const auto workspace = makeWorkspace();
     const auto defaults = makeUserDefaults();
     const auto loginItem = makeLoginItem();
+    const auto permission = makeDesktopPermission();
     const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     closeToOthers(folder);
     CommandSurroundings surroundings{
@@ -39,6 +40,7 @@ int main(int argc, char *argv[]) {
                     .logStore = activityLogIn(folder),
                     .watchTime = makeTimeChangeWatch},
         .loginItem = *loginItem,
+        .permission = *permission,
         .out = out,
         .err = err,
         .palette = Palette(wantsColour(STDOUT_FILENO)),

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/workspace/Workspace.h"
+#include "runtime/DesktopPermission.h"
 #include "runtime/LoginItem.h"
 #include "runtime/TimeChangeWatch.h"
 #include "runtime/UserDefaults.h"
@@ -26,5 +27,8 @@ std::unique_ptr<runtime::TimeChangeWatch> makeTimeChangeWatch();
 /// `program` is the absolute path of the window's program, empty for the one that is installed beside this
 /// program or in PATH. Needs the application object.
 std::unique_ptr<runtime::LoginItem> makeLoginItem(const QString &program = {});
+
+/// Needs the application object when it is used.
+std::unique_ptr<runtime::DesktopPermission> makeDesktopPermission();
 
 } // namespace kestrin::desktop

@@ -3,7 +3,7 @@
 _kestrinctl() {
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
     local commands='apps catalog check watch log status on off protect unprotect recommended enforce schedule
-        autostart diagnostics'
+        autostart desktop diagnostics'
     local definitions='zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind
         macwhisper otter'
     local presets='sleep away focus travel manual'
@@ -28,6 +28,10 @@ _kestrinctl() {
     '') words="$commands --help --version" ;;
     check) words='--preview --json --help' ;;
     log) words='--limit --json --help' ;;
+    desktop)
+        words='--help'
+        [ -n "$verb" ] || words="enable disable $words"
+        ;;
     diagnostics) words='--help' ;;
     protect | unprotect) words="$definitions --json --help" ;;
     enforce | autostart)

@@ -1,6 +1,6 @@
 # Completion of kestrinctl for fish.
 
-set -l commands apps catalog check watch log status on off protect unprotect recommended enforce schedule autostart diagnostics
+set -l commands apps catalog check watch log status on off protect unprotect recommended enforce schedule autostart desktop diagnostics
 set -l definitions zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind macwhisper otter
 set -l presets sleep away focus travel manual
 set -l none "not __fish_seen_subcommand_from $commands"
@@ -23,16 +23,17 @@ complete -c kestrinctl -n $none -a recommended -d 'Protect every application of 
 complete -c kestrinctl -n $none -a enforce -d 'Choose between quit requests and previews'
 complete -c kestrinctl -n $none -a schedule -d 'List the schedule presets, enable or disable them'
 complete -c kestrinctl -n $none -a autostart -d 'Tell or choose whether Kestrin starts at login'
+complete -c kestrinctl -n $none -a desktop -d 'Let the desktop show its windows to Kestrin, or no longer'
 complete -c kestrinctl -n $none -a diagnostics -d 'Print five lines for a report'
 
-complete -c kestrinctl -n "__fish_seen_subcommand_from $commands; and not __fish_seen_subcommand_from diagnostics" \
+complete -c kestrinctl -n "__fish_seen_subcommand_from $commands; and not __fish_seen_subcommand_from desktop diagnostics" \
     -l json -d 'Print JSON for programs'
 complete -c kestrinctl -n '__fish_seen_subcommand_from check' -l preview -d 'Only preview, ask nobody to quit'
 complete -c kestrinctl -n '__fish_seen_subcommand_from log' -l limit -x -d 'Print at most this many events'
 complete -c kestrinctl -n '__fish_seen_subcommand_from protect unprotect' -a "$definitions"
 complete -c kestrinctl -n '__fish_seen_subcommand_from enforce autostart; and not __fish_seen_subcommand_from on off' \
     -a 'on off'
-complete -c kestrinctl -n '__fish_seen_subcommand_from schedule; and not __fish_seen_subcommand_from enable disable' \
+complete -c kestrinctl -n '__fish_seen_subcommand_from desktop schedule; and not __fish_seen_subcommand_from enable disable' \
     -a 'enable disable'
 complete -c kestrinctl -n '__fish_seen_subcommand_from schedule; and __fish_seen_subcommand_from enable disable' \
     -a "$presets"

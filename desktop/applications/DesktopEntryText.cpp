@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace kestrin::desktop {
 
 namespace {
@@ -98,6 +100,20 @@ QByteArray desktopEntryValue(const QString &string) {
         .replace('\n', "\\n")
         .replace('\t', "\\t")
         .replace('\r', "\\r");
+}
+
+QString desktopEntryArgument(const QString &argument) {
+    const QString reserved = u" \t\n\"'\\><~|&;$*?#()`"_s;
+    bool needsQuotes = false;
+    QString inside;
+    for (const QChar c : argument) {
+        needsQuotes = needsQuotes || reserved.contains(c);
+        if (u"\"`$\\"_s.contains(c))
+            inside += u'\\';
+        // A single one would begin a field code.
+        inside += c == u'%' ? u"%%"_s : QString(c);
+    }
+    return needsQuotes ? u'"' + inside + u'"' : inside;
 }
 
 } // namespace kestrin::desktop

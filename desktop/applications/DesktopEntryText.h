@@ -39,4 +39,7 @@ bool desktopEntryBoolean(QByteArrayView value);
 /// The value that stands for this string, which does not begin with a space.
 QByteArray desktopEntryValue(const QString &string);
 
+/// One argument of a command line, as a string.
+QString desktopEntryArgument(const QString &argument);
+
 } // namespace kestrin::desktop

@@ -43,8 +43,8 @@ class SessionBus {
     bool callWith(const BusMethod &method, Answer answer, const Writer &write);
     /// `types` and what follows are those of sd_bus_message_append.
     template <typename... Arguments>
-    bool call(const BusMethod &method, Answer answer, const char *types = "", Arguments... arguments) {
-        return callWith(method, std::move(answer), [&](sd_bus_message *message) {
+    bool call(const BusMethod &method, const Answer &answer, const char *types = "", Arguments... arguments) {
+        return callWith(method, answer, [&](sd_bus_message *message) {
             return sd_bus_message_append(message, types, arguments...) >= 0;
         });
     }

@@ -5,6 +5,7 @@
 #include "desktop/gnome/GnomeShellWindows.h"
 #include "desktop/linux/ChosenWorkspace.h"
 #include "desktop/login/FileLoginItem.h"
+#include "desktop/permission/LinuxPermission.h"
 #include "desktop/sway/SwayWindows.h"
 #include "desktop/wayland/PlasmaWindows.h"
 #include "desktop/x11/X11Workspace.h"
@@ -56,6 +57,10 @@ std::unique_ptr<LoginItem> makeLoginItem(const QString &program) {
     const QString folder = QCoreApplication::applicationDirPath();
     return std::make_unique<FileLoginItem>(
         program.isEmpty() ? FileLoginItem::installedProgram(folder, file) : program, file);
+}
+
+std::unique_ptr<DesktopPermission> makeDesktopPermission() {
+    return std::make_unique<LinuxPermission>();
 }
 
 } // namespace kestrin::desktop

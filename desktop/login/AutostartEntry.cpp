@@ -9,25 +9,11 @@ namespace kestrin::desktop {
 
 namespace {
 
-/// One argument of a command line in a desktop entry.
-QString commandArgument(const QString &argument) {
-    const QString reserved = u" \t\n\"'\\><~|&;$*?#()`"_s;
-    bool needsQuotes = false;
-    QString inside;
-    for (const QChar c : argument) {
-        needsQuotes = needsQuotes || reserved.contains(c);
-        if (u"\"`$\\"_s.contains(c))
-            inside += u'\\';
-        // A single one would begin a field code.
-        inside += c == u'%' ? u"%%"_s : QString(c);
-    }
-    return needsQuotes ? u'"' + inside + u'"' : inside;
-}
-
 /// Desktops look for the program before they make one percent sign of two, and would not find it; those of
 /// other arguments they see in time.
 QString commandLine(const QString &program) {
-    return (program.contains(u'%') ? u"env "_s : QString()) + commandArgument(program) + u" --background"_s;
+    return (program.contains(u'%') ? u"env "_s : QString()) + desktopEntryArgument(program) +
+           u" --background"_s;
 }
 
 /// There is no NoDisplay: an entry of this folder is in no menu anyway, and with it some desktops would hide

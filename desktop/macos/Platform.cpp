@@ -41,4 +41,8 @@ std::unique_ptr<LoginItem> makeLoginItem(const QString &program) {
         program.isEmpty() ? FileLoginItem::installedProgram(folder, file) : program, file);
 }
 
+std::unique_ptr<DesktopPermission> makeDesktopPermission() {
+    return std::make_unique<NoDesktopPermission>();
+}
+
 } // namespace kestrin::desktop

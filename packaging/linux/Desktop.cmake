@@ -1,7 +1,11 @@
 # How the window presents itself to a desktop: its entry, what software centres tell of it, and its icons.
 
 configure_file(linux/Kestrin.desktop.in "${KESTRIN_DESKTOP_ID}.desktop" @ONLY)
-install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.desktop"
+# KWin shows its windows to a program only if an entry names it by its path and says that it wants to see them.
+configure_file(linux/kestrinctl.desktop.in "${KESTRIN_DESKTOP_ID}.ctl.desktop" @ONLY)
+install(FILES
+    "${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.desktop"
+    "${CMAKE_CURRENT_BINARY_DIR}/${KESTRIN_DESKTOP_ID}.ctl.desktop"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 
 # Written anew by AppStream itself, it has the releases, and names its developer as the installed version wants it.

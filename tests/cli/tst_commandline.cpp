@@ -55,8 +55,9 @@ struct Home : samples::Home {
         Output out(outFile.handle());
         Output err(errFile.handle());
         InMemoryLoginItem item;
-        CommandSurroundings surroundings{defaults, preferences(), support(), this->surroundings(),
-                                         item,     out,           err,       Palette(isColourful)};
+        NoDesktopPermission permission;
+        CommandSurroundings surroundings{defaults,   preferences(), support(), this->surroundings(), item,
+                                         permission, out,           err,       Palette(isColourful)};
         Answer answer;
         answer.status = runCommandLine(arguments, surroundings);
         answer.out = everythingIn(outFile);
@@ -118,7 +119,7 @@ void CommandLineTest::misuse() {
         {u"zoom, facetime"_s,
          {u"unprotect"_s, u"unprotect zoom Zoom"_s, u"protect sleep"_s, u"unprotect -- --json"_s}},
         {u"on or off"_s, {u"enforce"_s, u"enforce on off"_s, u"autostart On"_s, u"autostart off on"_s}},
-        {u"enable or disable"_s, {u"schedule on"_s}},
+        {u"enable or disable"_s, {u"schedule on"_s, u"desktop"_s, u"desktop on"_s}},
         {u"sleep, away, focus"_s, {u"schedule disable"_s, u"schedule disable away zoom"_s}},
     };
     Home home;
@@ -411,7 +412,8 @@ void CommandLineTest::completions() {
         if (command.arguments == CommandArguments::onOrOff ||
             command.arguments == CommandArguments::maybeOnOrOff)
             expected += {u"on"_s, u"off"_s};
-        if (command.arguments == CommandArguments::presetSwitch)
+        if (command.arguments == CommandArguments::enableOrDisable ||
+            command.arguments == CommandArguments::presetSwitch)
             expected += {u"enable"_s, u"disable"_s};
         QCOMPARE(sorted(offeredByBash(u"kestrinctl "_s + command.name + u" ''"_s)), sorted(expected));
     }

@@ -15,6 +15,8 @@ if(gjs)
     endif()
 endif()
 set(KESTRIN_GNOME_EXTENSION_FORM "${form}" CACHE STRING "Which GNOME shells the installed extension is for: 43-44 or 45-plus")
+# Seen from a folder in which programs are built.
+set(KESTRIN_BUILT_EXTENSION "../desktop/gnome/${KESTRIN_GNOME_EXTENSION_FORM}/${KESTRIN_GNOME_EXTENSION}")
 
 file(READ "${CMAKE_CURRENT_LIST_DIR}/service.js" service)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_LIST_DIR}/service.js")

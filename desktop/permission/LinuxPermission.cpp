@@ -1,0 +1,32 @@
+#include "desktop/permission/LinuxPermission.h"
+
+#include "desktop/gnome/ShellExtension.h"
+#include "desktop/permission/GnomePermission.h"
+#include "desktop/permission/PlasmaPermission.h"
+#include "desktop/sources/WindowSource.h"
+
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace kestrin::desktop {
+
+using namespace foundation;
+using namespace runtime;
+
+std::unique_ptr<DesktopPermission> LinuxPermission::ofThisDesktop() {
+    // On X11 everybody sees everything.
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        const Deadline deadline(sourcePatience);
+        ShellConversation bus;
+        if (bus.open({shellName}, deadline))
+            return std::make_unique<GnomePermission>(OwnPrograms::find());
+        if (bus.open({"org.kde.KWin"}, deadline))
+            return std::make_unique<PlasmaPermission>(
+                OwnPrograms::find(),
+                QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/applications"_s);
+    }
+    return std::make_unique<NoDesktopPermission>();
+}
+
+} // namespace kestrin::desktop

@@ -1,0 +1,203 @@
+// What is made of a GNOME shell that is silent, talks nonsense or goes away, and what a user's permission
+// leaves on disk.
+
+#include "desktop/gnome/GnomeShellWindows.h"
+#include "desktop/permission/AllowedPrograms.h"
+#include "desktop/permission/PlasmaPermission.h"
+#include "tests/support/Files.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::desktop;
+using namespace kestrin::samples;
+
+namespace {
+
+enum class Manner { honest, silent, denies, otherType, floods };
+
+/// A member of the bus on a thread of its own, as long as it lives.
+class Shell {
+  public:
+    explicit Shell(const QByteArrayList &names) {
+        sd_bus_open_user(&m_bus);
+        sd_bus_add_object(m_bus, nullptr, KESTRIN_WINDOWS_PATH, answer, this);
+        for (const QByteArray &name : names)
+            sd_bus_request_name(m_bus, name.constData(), 0);
+        m_thread = std::thread([this] { serve(); });
+    }
+    ~Shell() {
+        m_isOver = true;
+        m_thread.join();
+        sd_bus_flush_close_unref(m_bus);
+    }
+
+    std::atomic<Manner> manner = Manner::honest;
+    /// Signals still to be sent.
+    std::atomic<int> signals = 0;
+    std::atomic<bool> losesExtension = false;
+
+  private:
+    void serve() {
+        while (!m_isOver) {
+            while (sd_bus_process(m_bus, nullptr) > 0) {
+            }
+            for (; signals > 0; --signals)
+                sd_bus_emit_signal(m_bus, KESTRIN_WINDOWS_PATH, KESTRIN_WINDOWS_NAME "1", "Changed", "");
+            if (losesExtension.exchange(false))
+                sd_bus_release_name(m_bus, KESTRIN_WINDOWS_NAME);
+            sd_bus_wait(m_bus, 5000);
+        }
+    }
+
+    static int answer(sd_bus_message *call, void *shell, sd_bus_error * /*error*/) {
+        const Manner manner = static_cast<Shell *>(shell)->manner;
+        if (manner == Manner::silent)
+            return 1;
+        if (manner == Manner::denies)
+            return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_ACCESS_DENIED, "No.");
+        if (manner == Manner::otherType)
+            return sd_bus_reply_method_return(call, "as", 1, "window");
+        if (sd_bus_message_is_method_call(call, nullptr, "Quit") > 0)
+            return sd_bus_reply_method_return(call, "u", 1U);
+        const QByteArray name = manner == Manner::floods ? QByteArray(3000, 'n') : QByteArray("foot");
+        sd_bus_message *reply = nullptr;
+        sd_bus_message_new_method_return(call, &reply);
+        sd_bus_message_open_container(reply, 'a', "(uissssbb)");
+        for (unsigned id = 1; id <= (manner == Manner::floods ? 6000U : 2U); ++id)
+            sd_bus_message_append(reply, "(uissssbb)", id, 40 + id, "foot.desktop", name.constData(), "",
+                                  "box", 1, id == 1);
+        sd_bus_message_close_container(reply);
+        const int sent = sd_bus_send(nullptr, reply, nullptr);
+        sd_bus_message_unref(reply);
+        return sent;
+    }
+
+    sd_bus *m_bus = nullptr;
+    std::atomic<bool> m_isOver = false;
+    std::thread m_thread;
+};
+
+const QByteArrayList bothNames{"org.gnome.Shell", KESTRIN_WINDOWS_NAME};
+
+Deadline soon() {
+    return Deadline(std::chrono::milliseconds(300));
+}
+
+} // namespace
+
+class GnomeTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void answers();
+    void impostor();
+    void following();
+    void allowedPrograms();
+    void plasmaEntries();
+};
+
+void GnomeTest::answers() {
+    Shell shell(bothNames);
+    const std::pair<Manner, qsizetype> manners[] = {{Manner::honest, 2},
+                                                    {Manner::silent, -1},
+                                                    {Manner::denies, -1},
+                                                    {Manner::otherType, -1},
+                                                    {Manner::floods, 5000}};
+    for (const auto &[manner, count] : manners) {
+        // Whoever was answered once, and whoever never was.
+        GnomeShellWindows known;
+        shell.manner = Manner::honest;
+        QVERIFY(known.open(Deadline(sourcePatience)));
+        shell.manner = manner;
+        QElapsedTimer timer;
+        timer.start();
+        const auto windows = known.windows(soon());
+        QCOMPARE(windows ? windows->size() : -1, count);
+        QCOMPARE(GnomeShellWindows().open(soon()), manner != Manner::silent && manner != Manner::denies);
+        QVERIFY(timer.elapsed() < 2000);
+        if (manner == Manner::honest) {
+            const ApplicationClaims claims{{}, u"foot"_s, {}, u"foot.desktop"_s, u"box"_s};
+            QCOMPARE(*windows, (QList<SourceWindow>{{1, 41, claims, true}, {2, 42, claims, false}}));
+            QVERIFY(known.close(*windows, soon()));
+        } else if (manner == Manner::floods) {
+            QCOMPARE(windows->first().claims.className.size(), 1000);
+        } else {
+            // Another question begins anew.
+            shell.manner = Manner::honest;
+            QVERIFY(known.open(Deadline(sourcePatience)) && known.windows(Deadline(sourcePatience)));
+        }
+    }
+}
+
+void GnomeTest::impostor() {
+    QVERIFY(!GnomeShellWindows().open(soon()));
+    const Shell shell({bothNames.first()});
+    QVERIFY(!GnomeShellWindows().open(soon()));
+    const Shell other({bothNames.last()});
+    QVERIFY(!GnomeShellWindows().open(soon()));
+}
+
+void GnomeTest::following() {
+    for (const bool dies : {false, true}) {
+        std::optional<Shell> shell(bothNames);
+        GnomeShellWindows source;
+        QSignalSpy changed(&source, &WindowSource::changed);
+        QSignalSpy lost(&source, &WindowSource::lost);
+        QVERIFY(source.open(Deadline(sourcePatience)) && source.windows(Deadline(sourcePatience)));
+        shell->signals = 3000;
+        QTRY_VERIFY(shell->signals == 0 && !changed.isEmpty());
+        QVERIFY(lost.isEmpty());
+        if (dies)
+            shell.reset();
+        else
+            shell->losesExtension = true;
+        QTRY_COMPARE(lost.size(), 1);
+        QVERIFY(!source.windows(soon()) && !source.open(soon()));
+    }
+}
+
+void GnomeTest::allowedPrograms() {
+    const QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path()));
+    const QString path = AllowedPrograms::path();
+    const QStringList own{u"/opt/a b/kestrin"_s, u"/opt/a b/kestrinctl"_s};
+    QVERIFY(AllowedPrograms::add(own) && AllowedPrograms::remove(own) && !QFile::exists(path));
+    const QByteArray others("# mine\n/usr/bin/other\n");
+    write(path, others);
+    QVERIFY(AllowedPrograms::add(own) && AllowedPrograms::add(own));
+    QCOMPARE(contents(path), others + "/opt/a b/kestrin\n/opt/a b/kestrinctl\n");
+    QVERIFY(AllowedPrograms::remove(own));
+    QCOMPARE(contents(path), others);
+    QVERIFY(QFile::remove(path) && QDir().mkdir(path) && !AllowedPrograms::add(own));
+}
+
+void GnomeTest::plasmaEntries() {
+    const QTemporaryDir home;
+    const QString folder = home.filePath(u"applications"_s);
+    QVERIFY(PlasmaPermission({{u"/usr/bin/kestrin"_s}, true}, folder).enable().isDone &&
+            !QDir(folder).exists());
+    PlasmaPermission permission({{u"/tmp/my \"builds\"/kestrin"_s, u"/tmp/kestrinctl"_s}, false}, folder);
+    QVERIFY(permission.enable().isDone && permission.enable().isDone);
+    const QDir entries(folder);
+    QCOMPARE(entries.entryList(QDir::Files).size(), 2);
+    const QByteArray text = contents(entries.filePath(entries.entryList(QDir::Files).first()));
+    QVERIFY(text.contains("\nExec=\"/tmp/my \\\\\"builds\\\\\"/kestrin\"\n") &&
+            text.contains("\nNoDisplay=true\n"));
+    write(entries.filePath(u"other.desktop"_s), "");
+    QVERIFY(permission.disable().isDone);
+    QCOMPARE(entries.entryList(QDir::Files), QStringList{u"other.desktop"_s});
+}
+
+QTEST_GUILESS_MAIN(GnomeTest)
+
+#include "tst_gnome.moc"
