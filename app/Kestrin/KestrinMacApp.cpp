@@ -123,8 +123,10 @@ int main(int argc, char **argv) {
     const auto workspace = makeWorkspace();
     const auto defaults = makeUserDefaults();
     const auto loginItem = makeLoginItem(QCoreApplication::applicationFilePath());
+    const auto permission = makeDesktopPermission();
     using Start = KestrinApplication::Start;
-    KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow, *loginItem);
+    KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow, *loginItem,
+                               *permission);
 
     const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     closeToOthers(folder);

@@ -20,6 +20,15 @@ using namespace desktop;
 
 namespace {
 
+const QString howToSee =
+    u"Most of today's desktops tell a program what runs only where their user says so.\n\n"
+    "GNOME: install Kestrin's package, choose Enable here, and log in again if you are told to.\n\n"
+    "KDE Plasma: install Kestrin's package, or choose Enable here.\n\n"
+    "sway, Hyprland, labwc, niri, river, Wayfire: there is nothing to do.\n\n"
+    "Elsewhere: choose an X11 or Xorg session where you log in, if there is one. Until then look yourself "
+    "for "
+    "applications that should not run."_s;
+
 void bringToFront(QQuickWindow &window, const QString &activationToken) {
     // Where Qt's plugin for Wayland looks for it.
     if (!activationToken.isEmpty())
@@ -33,8 +42,9 @@ void bringToFront(QQuickWindow &window, const QString &activationToken) {
 
 } // namespace
 
-KestrinApplication::KestrinApplication(Start start, LoginItem &loginItem)
+KestrinApplication::KestrinApplication(Start start, LoginItem &loginItem, DesktopPermission &permission)
     : m_start(start)
+    , m_permission(permission)
     , m_commands(loginItem)
     , m_engine(makeEngine()) {
     // For desktops that do not know the desktop file.
@@ -110,16 +120,18 @@ void KestrinApplication::tell(const MacProtectionEvent &event) {
 }
 
 void KestrinApplication::helpSight() {
-    m_help = makeObject(
-        *m_engine, u"MacNotice.qml"_s,
-        {{u"text"_s,
-          u"On most of today's desktops a program sees what other programs run only where the desktop tells "
-          u"it.\n\n"
-          "GNOME: install Kestrin's package, switch its extension on, and log in again if it asks for it.\n\n"
-          "KDE Plasma: install Kestrin's package.\n\n"
-          "sway, Hyprland, labwc, niri, river, Wayfire: nothing has to be done.\n\n"
-          "Elsewhere: log in to the X11 or Xorg session, if the login screen offers one. Until then "
-          "look yourself for applications that should not run."_s}});
+    if (m_protection->runtime.sight().help == Sight::Help::read) {
+        showNotice(howToSee);
+        return;
+    }
+    const DesktopPermission::Answer answer = m_permission.enable();
+    m_protection->runtime.refreshSight();
+    if (!m_protection->runtime.sight().isFull())
+        showNotice(visibleText(answer.sentence));
+}
+
+void KestrinApplication::showNotice(const QString &text) {
+    m_notice = makeObject(*m_engine, u"MacNotice.qml"_s, {{u"text"_s, text}});
 }
 
 void KestrinApplication::showSentence(const QString &sentence) {

@@ -7,6 +7,7 @@
 #include "desktop/session/DesktopNotices.h"
 #include "desktop/session/RunningInstance.h"
 #include "desktop/session/TrayHost.h"
+#include "runtime/DesktopPermission.h"
 
 #include <QQmlEngine>
 
@@ -26,8 +27,8 @@ class KestrinApplication : public QObject {
   public:
     enum class Start { withWindow, inBackground };
 
-    /// `loginItem` outlives this object.
-    KestrinApplication(Start start, runtime::LoginItem &loginItem);
+    /// `loginItem` and `permission` outlive this object.
+    KestrinApplication(Start start, runtime::LoginItem &loginItem, runtime::DesktopPermission &permission);
     ~KestrinApplication() override;
 
     /// Starts to protect. The caller has the right to (MonitoringClaim); `defaults` outlives this object.
@@ -41,8 +42,10 @@ class KestrinApplication : public QObject {
     void tell(const engine::MacProtectionEvent &event);
     void showSentence(const QString &sentence);
     void helpSight();
+    void showNotice(const QString &text);
 
     const Start m_start;
+    runtime::DesktopPermission &m_permission;
     desktop::RunningInstance m_instance;
     QuitNotices m_quitNotices;
     std::optional<desktop::DesktopNotices> m_notices;
@@ -53,7 +56,7 @@ class KestrinApplication : public QObject {
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<ProtectionWindow> m_window;
     std::unique_ptr<QObject> m_tray;
-    std::unique_ptr<QObject> m_help;
+    std::unique_ptr<QObject> m_notice;
 };
 
 } // namespace kestrin::app
