@@ -16,12 +16,13 @@ function(kestrin_add_test name)
         "ASAN_OPTIONS=detect_leaks=1;TSAN_OPTIONS=${threads};UBSAN_OPTIONS=print_stacktrace=1;${arg_ENVIRONMENT}")
 endfunction()
 
-# kestrin_test(tst_name LIBRARIES lib... [DESKTOP | BUS] [WINDOW] [TIMEOUT seconds] [LABELS label...])
+# kestrin_test(tst_name LIBRARIES lib... [DESKTOP | WAYLAND kind... | BUS] [WINDOW] [TIMEOUT seconds] [LABELS label...])
 #
-# Builds tst_name.cpp into a Qt Test program and registers it. DESKTOP gives each run a private virtual desktop, BUS
-# only a session bus. WINDOW draws windows offscreen, the same ones everywhere.
+# Builds tst_name.cpp into a Qt Test program and registers it. DESKTOP gives each run a private virtual desktop, WAYLAND
+# registers tst_name_KIND on each of these, and BUS gives only a session bus. Desktops other than sway are large: their
+# tests have the label "desktops" and no other. WINDOW draws windows offscreen, the same ones everywhere.
 function(kestrin_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "DESKTOP;BUS;WINDOW" "TIMEOUT" "LIBRARIES;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "DESKTOP;BUS;WINDOW" "TIMEOUT" "LIBRARIES;LABELS;WAYLAND")
     add_executable(${name} ${name}.cpp)
     set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
     # The QTRY_ macros of newer versions narrow a number themselves. A file's options come after those of its target's
@@ -31,7 +32,7 @@ function(kestrin_test name)
     endif()
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt6::Test)
     set(command $<TARGET_FILE:${name}>)
-    if(arg_DESKTOP)
+    if(arg_DESKTOP OR arg_WAYLAND)
         list(PREPEND command "${PROJECT_SOURCE_DIR}/tools/with-desktop")
     elseif(arg_BUS)
         list(PREPEND command dbus-run-session --)
@@ -51,8 +52,18 @@ function(kestrin_test name)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
-    kestrin_add_test(${name} COMMAND ${command} TIMEOUT ${arg_TIMEOUT} LABELS ${arg_LABELS}
-        ENVIRONMENT ${environment})
+    foreach(kind IN LISTS arg_WAYLAND)
+        set(labels ${arg_LABELS})
+        if(NOT kind STREQUAL "sway")
+            set(labels desktops)
+        endif()
+        kestrin_add_test(${name}_${kind} COMMAND ${command} TIMEOUT ${arg_TIMEOUT} LABELS ${labels}
+            ENVIRONMENT ${environment} KESTRIN_DESKTOP_KIND=${kind})
+    endforeach()
+    if(NOT arg_WAYLAND)
+        kestrin_add_test(${name} COMMAND ${command} TIMEOUT ${arg_TIMEOUT} LABELS ${arg_LABELS}
+            ENVIRONMENT ${environment})
+    endif()
 endfunction()
 
 # Fails when a test's source has lost its way into the build.

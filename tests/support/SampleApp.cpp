@@ -18,6 +18,7 @@ namespace {
 
 constexpr const char *serverVariable = "KESTRIN_DESKTOP_XVFB_PID";
 constexpr const char *windowManagerVariable = "KESTRIN_DESKTOP_WM_PID";
+constexpr const char *compositorVariable = "KESTRIN_DESKTOP_COMPOSITOR_PID";
 
 /// Those that tests have started themselves, by the variable that tells their process ids; the first ones are
 /// children of tools/with-desktop.
@@ -148,6 +149,21 @@ void display::restartServer() {
     if (!waitBlocking([] { return QProcess::execute(u"xprop"_s, {u"-root"_s}) == 0; }))
         qFatal("The X server does not come back.");
     startWindowManager();
+}
+
+void display::signalCompositor(int signal) {
+    sendSignal(compositorVariable, signal);
+}
+
+void display::killCompositor() {
+    end(compositorVariable, SIGKILL);
+}
+
+void display::restartCompositor() {
+    start(compositorVariable, qEnvironmentVariable("KESTRIN_DESKTOP_COMPOSITOR"), {});
+    const QStringList visit{u"--wayland"_s, u"--windows"_s, u"0"_s};
+    if (!waitBlocking([&] { return QProcess::execute(QStringLiteral(SAMPLE_APP), visit) == 0; }))
+        qFatal("The compositor does not come back.");
 }
 
 } // namespace kestrin::samples

@@ -1,0 +1,318 @@
+// The same expectations of every Wayland desktop, over native programs and those of XWayland. Which desktop
+// it is, is said by tools/with-desktop.
+
+#include "desktop/Platform.h"
+#include "tests/support/Files.h"
+#include "tests/support/SampleApp.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+using namespace kestrin::engine;
+using samples::installEntry;
+using samples::Launches;
+using samples::running;
+using samples::SampleApp;
+namespace display = samples::display;
+
+namespace {
+
+/// What of a program can be reached.
+enum class Reach {
+    nothing,
+    process, ///< that it runs, but neither what its windows say nor a way to close them
+    windows,
+};
+
+/// What is different from one desktop to the other, and nothing else is.
+struct Desktop {
+    QString kind;
+    Reach native;
+    Reach x11;
+    Sight::Extent sight;
+};
+
+const Desktop &thisDesktop() {
+    static const QList<Desktop> desktops{
+        {u"sway"_s, Reach::windows, Reach::windows, Sight::Extent::full},
+        {u"kwin"_s, Reach::windows, Reach::windows, Sight::Extent::full},
+        // Its X server has no list of windows.
+        {u"weston"_s, Reach::nothing, Reach::nothing, Sight::Extent::none},
+    };
+    const QString kind = qEnvironmentVariable("KESTRIN_DESKTOP_KIND");
+    for (const Desktop &desktop : desktops) {
+        if (desktop.kind == kind)
+            return desktop;
+    }
+    qFatal("No expectations are written down for the desktop \"%s\".", qUtf8Printable(kind));
+}
+
+/// A kind of programs: how the sample application becomes one, and what this desktop lets be reached of it.
+struct Programs {
+    QString options;
+    Reach reach;
+
+    /// Those that are seen, of these.
+    QList<qint32> seen(const QList<qint32> &pids) const {
+        return reach == Reach::nothing ? QList<qint32>() : pids;
+    }
+};
+
+Programs native() {
+    return {u"--wayland "_s, thisDesktop().native};
+}
+
+Programs ofX11() {
+    return {QString(), thisDesktop().x11};
+}
+
+QString identity(const WorkspaceApplication &application) {
+    return application.localizedName.value_or(u"no name"_s) + u", "_s +
+           application.bundleIdentifier.value_or(u"no identifier"_s);
+}
+
+QList<qint32> sorted(QList<qint32> pids) {
+    std::ranges::sort(pids);
+    return pids;
+}
+
+/// Every call of the contract answers within a few seconds, whatever the desktop does.
+void callEverythingInVain(Workspace &workspace, qint32 process) {
+    const auto isQuick = [](const char *call, auto body) {
+        QElapsedTimer timer;
+        timer.start();
+        body();
+        QVERIFY2(timer.elapsed() < 4000, call);
+    };
+    isQuick("list", [&] { QVERIFY(running(workspace).isEmpty()); });
+    isQuick("terminate", [&] { QCOMPARE(workspace.terminate(process), Termination::gone); });
+    isQuick("subscribe", [&] { Launches launches(workspace); });
+    isQuick("sight", [&] { QVERIFY(!workspace.sight().isFull()); });
+}
+
+} // namespace
+
+class DesktopsTest : public QObject {
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase();
+    void eachApplicationOnce_data() { kinds(); }
+    void eachApplicationOnce();
+    void identities_data() { kinds(); }
+    void identities();
+    void closing_data();
+    void closing();
+    void hiding_data() { kinds(); }
+    void hiding();
+    void vanishing_data() { kinds(); }
+    void vanishing();
+    void silence();
+    void death();
+
+  private:
+    static void kinds() {
+        QTest::addColumn<bool>("isNative");
+        QTest::newRow("native") << true;
+        QTest::newRow("XWayland") << false;
+    }
+};
+
+/// KDE Plasma lets a program see what runs when a desktop entry of the program asks for it.
+void DesktopsTest::initTestCase() {
+    samples::write(qEnvironmentVariable("KESTRIN_DESKTOP_SHARE") + u"/applications/test.desktop"_s,
+                   "[Desktop Entry]\nType=Application\nName=Test\nNoDisplay=true\nExec=" +
+                       QFile::encodeName(QCoreApplication::applicationFilePath()) +
+                       "\nX-KDE-Wayland-Interfaces=org_kde_plasma_window_management\n");
+}
+
+void DesktopsTest::eachApplicationOnce() {
+    QFETCH(bool, isNative);
+    const Programs programs = isNative ? native() : ofX11();
+    const Programs others = isNative ? ofX11() : native();
+    const auto workspace = desktop::makeWorkspace();
+    // Those of the last test go, some more slowly.
+    QTRY_COMPARE(running(*workspace), QList<qint32>());
+    SampleApp before(programs.options + u"--commands"_s);
+    QTRY_COMPARE(before.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(running(*workspace), programs.seen({before.pid()}));
+    Launches launches(*workspace);
+    const SampleApp first(programs.options + u"--windows 3"_s);
+    QTRY_COMPARE(launches.pids, programs.seen({first.pid()}));
+    // A further window is no launch.
+    before.open();
+    QTRY_COMPARE(before.said(u"mapped 2"_s), 1);
+    const SampleApp second(others.options);
+    const QList<qint32> launched = programs.seen({first.pid()}) + others.seen({second.pid()});
+    QTRY_COMPARE(launches.pids, launched);
+    QCOMPARE(sorted(running(*workspace)), sorted(programs.seen({before.pid()}) + launched));
+    QCOMPARE(workspace->sight().extent, thisDesktop().sight);
+    before.kill();
+    QTRY_COMPARE(sorted(running(*workspace)), sorted(launched));
+}
+
+void DesktopsTest::identities() {
+    QFETCH(bool, isNative);
+    const Programs programs = isNative ? native() : ofX11();
+    installEntry(u"Zoom"_s, u"Zoom"_s, {u"StartupWMClass=zoom"_s});
+    installEntry(u"google-chrome"_s, u"Google Chrome"_s);
+    installEntry(u"org.example.Notes"_s, u"Notes"_s);
+    const QString unknown = u"sample-app, no identifier"_s;
+    for (const auto &[options, expected] : {
+             std::pair{u"--class x/google-chrome"_s, u"Google Chrome, com.google.Chrome"_s},
+             std::pair{u"--class x/ZOOM"_s, u"Zoom, us.zoom.xos"_s},
+             std::pair{u"--class x/org.example.notes"_s, u"Notes, org.example.Notes"_s},
+             // Never by the title.
+             std::pair{u"--class none --title Zoom"_s, unknown},
+         }) {
+        const auto workspace = desktop::makeWorkspace();
+        const SampleApp app(programs.options + options);
+        QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
+        QTRY_COMPARE(running(*workspace), programs.seen({app.pid()}));
+        for (const WorkspaceApplication &application : workspace->runningApplications())
+            QCOMPARE(identity(application), programs.reach == Reach::windows ? expected : unknown);
+    }
+}
+
+void DesktopsTest::closing_data() {
+    QTest::addColumn<bool>("isNative");
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<int>("windows");
+    QTest::addColumn<bool>("obeys");
+    for (const bool isNative : {true, false}) {
+        const auto row = [&](const char *manner) -> QTestData & {
+            return QTest::addRow("%s, %s", isNative ? "native" : "XWayland", manner) << isNative;
+        };
+        row("closes") << QString() << 1 << true;
+        row("closes all of its windows") << u"--windows 3"_s << 3 << true;
+        row("refuses") << u"--manner ignores"_s << 1 << false;
+        row("asks first") << u"--manner asks"_s << 1 << false;
+    }
+}
+
+void DesktopsTest::closing() {
+    QFETCH(bool, isNative);
+    QFETCH(QString, options);
+    QFETCH(int, windows);
+    QFETCH(bool, obeys);
+    const Programs programs = isNative ? native() : ofX11();
+    const auto workspace = desktop::makeWorkspace();
+    Launches launches(*workspace);
+    const SampleApp app(programs.options + options);
+    QTRY_COMPARE(app.said(u"mapped %1"_s.arg(windows)), 1);
+    QTRY_COMPARE(launches.pids, programs.seen({app.pid()}));
+    const bool isAsked = programs.reach == Reach::windows;
+    const auto answer = isAsked                            ? Termination::delivered
+                        : programs.reach == Reach::process ? Termination::refused
+                                                           : Termination::gone;
+    QCOMPARE(workspace->terminate(app.pid()), answer);
+    for (int number = 1; number <= windows; ++number)
+        QTRY_COMPARE(app.said(u"asked %1"_s.arg(number)), isAsked ? 1 : 0);
+    if (isAsked && options.contains(u"asks"_s))
+        QTRY_COMPARE(app.said(u"mapped 2"_s), 1);
+    QTRY_COMPARE(app.isRunning(), !isAsked || !obeys);
+    // Its question is no launch.
+    const SampleApp fence(programs.options);
+    QTRY_COMPARE(fence.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(launches.pids, programs.seen({app.pid(), fence.pid()}));
+}
+
+/// As a client of video calls does it, which lives on in a tray.
+void DesktopsTest::hiding() {
+    QFETCH(bool, isNative);
+    const Programs programs = isNative ? native() : ofX11();
+    const auto workspace = desktop::makeWorkspace();
+    Launches launches(*workspace);
+    SampleApp app(programs.options + u"--commands"_s);
+    QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(launches.pids, programs.seen({app.pid()}));
+    if (programs.reach != Reach::windows)
+        return;
+    QCOMPARE(workspace->terminate(app.pid()), Termination::delivered);
+    QTRY_COMPARE(app.said(u"closed 1"_s), 1);
+    QTRY_COMPARE(running(*workspace), QList<qint32>());
+    QCOMPARE(workspace->terminate(app.pid()), Termination::gone);
+    QCoreApplication::processEvents();
+    app.open();
+    QTRY_COMPARE(running(*workspace), QList<qint32>{app.pid()});
+    // So soon after it was launched, it is held back for a while.
+    QTRY_COMPARE_WITH_TIMEOUT(launches.pids, (QList<qint32>{app.pid(), app.pid()}), 10000);
+}
+
+void DesktopsTest::vanishing() {
+    QFETCH(bool, isNative);
+    const Programs programs = isNative ? native() : ofX11();
+    const auto workspace = desktop::makeWorkspace();
+    Launches launches(*workspace);
+    const SampleApp steady(programs.options);
+    QTRY_COMPARE(steady.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(launches.pids, programs.seen({steady.pid()}));
+    {
+        const SampleApp flickering(programs.options + u"--manner flickers"_s);
+        QTRY_COMPARE(flickering.said(u"mapped 1"_s), 1);
+        for (int i = 0; i < 100; ++i) {
+            QList<qint32> seen = running(*workspace);
+            seen.removeAll(flickering.pid());
+            QCOMPARE(seen, programs.seen({steady.pid()}));
+            QCoreApplication::processEvents();
+        }
+    }
+    const SampleApp later(programs.options);
+    QTRY_COMPARE(later.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(launches.pids.count(later.pid()), programs.seen({later.pid()}).size());
+}
+
+void DesktopsTest::silence() {
+    const auto workspace = desktop::makeWorkspace();
+    Launches launches(*workspace);
+    const SampleApp app(native().options);
+    QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(launches.pids, native().seen({app.pid()}));
+    {
+        display::signalCompositor(SIGSTOP);
+        const auto goesOn = qScopeGuard([] { display::signalCompositor(SIGCONT); });
+        callEverythingInVain(*workspace, app.pid());
+        // Also where it is the first call.
+        callEverythingInVain(*desktop::makeWorkspace(), app.pid());
+    }
+    QTRY_COMPARE(running(*workspace), native().seen({app.pid()}));
+    QCOMPARE(workspace->sight().extent, thisDesktop().sight);
+    const SampleApp later(native().options);
+    QTRY_COMPARE(later.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(launches.pids, native().seen({app.pid(), later.pid()}));
+}
+
+/// The last one: what has died does not come back as it was everywhere.
+void DesktopsTest::death() {
+    const auto workspace = desktop::makeWorkspace();
+    Launches launches(*workspace);
+    const SampleApp app(native().options);
+    QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(launches.pids, native().seen({app.pid()}));
+    const SampleApp other(ofX11().options);
+    QTRY_COMPARE(other.said(u"mapped 1"_s), 1);
+    const QList<qint32> before = native().seen({app.pid()}) + ofX11().seen({other.pid()});
+    QTRY_COMPARE(launches.pids, before);
+
+    display::killCompositor();
+    callEverythingInVain(*workspace, app.pid());
+    QTRY_VERIFY(!app.isRunning() && !other.isRunning());
+    QCOMPARE(launches.pids, before);
+
+    display::restartCompositor();
+    const SampleApp again(native().options);
+    QTRY_COMPARE(again.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(running(*workspace), native().seen({again.pid()}));
+    QCOMPARE(workspace->sight().extent, thisDesktop().sight);
+    // The next call has gone on watching for whoever had subscribed, and what ran then is no launch.
+    const SampleApp later(native().options);
+    QTRY_COMPARE(later.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(launches.pids, before + native().seen({later.pid()}));
+}
+
+QTEST_GUILESS_MAIN(DesktopsTest)
+#include "tst_desktops.moc"
