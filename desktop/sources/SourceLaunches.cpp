@@ -2,6 +2,7 @@
 
 #include "desktop/applications/WindowedApplication.h"
 
+#include <QHash>
 #include <QSet>
 
 #include <utility>
@@ -11,7 +12,8 @@ namespace kestrin::desktop {
 using namespace foundation;
 
 /// A process that has become an application since the last look is launched, once however many windows it
-/// shows. It is remembered for as long as the desktop lists one of them, shown or not.
+/// shows. It is remembered for as long as the desktop lists one of them; who has nothing but new ones was
+/// gone in between.
 class SourceLaunches::Finder final : public LaunchFinder {
   public:
     explicit Finder(WindowSource &source) : m_source(source) { Finder::update(); }
@@ -21,10 +23,12 @@ class SourceLaunches::Finder final : public LaunchFinder {
         if (!windows)
             return {};
         QList<LaunchedApplication> launches;
-        QSet<qint32> now;
+        QHash<qint32, QSet<quint64>> now;
         for (const auto &application : applicationsOf(*windows)) {
-            now.insert(application.process);
-            if (!m_known.contains(application.process))
+            QSet<quint64> &shown = now[application.process];
+            for (const SourceWindow &window : application.windows)
+                shown.insert(window.id);
+            if (!shown.intersects(m_known.value(application.process)))
                 launches.append({application.process, application.claims()});
         }
         m_known = std::move(now);
@@ -35,7 +39,8 @@ class SourceLaunches::Finder final : public LaunchFinder {
 
   private:
     WindowSource &m_source;
-    QSet<qint32> m_known;
+    /// The windows of each application.
+    QHash<qint32, QSet<quint64>> m_known;
 };
 
 SourceLaunches::SourceLaunches(ApplicationRecords &records, WindowSource &source)
