@@ -39,8 +39,11 @@ std::optional<QByteArray> SwayWindows::ask(Message message, const QByteArray &pa
     // What came along with the answer is behind us, and no socket tells of it any more.
     if (m_hasNews)
         QMetaObject::invokeMethod(this, &SwayWindows::tellNews, Qt::QueuedConnection);
-    if (!answer)
+    if (!answer && m_notifier) {
+        // Its socket is closed, and the number of it may soon be another one's.
+        m_notifier->setEnabled(false);
         QMetaObject::invokeMethod(this, &SwayWindows::endIfLost, Qt::QueuedConnection);
+    }
     return answer;
 }
 
