@@ -58,7 +58,8 @@ function(kestrin_test name)
             set(labels desktops)
         endif()
         kestrin_add_test(${name}_${kind} COMMAND ${command} TIMEOUT ${arg_TIMEOUT} LABELS ${labels}
-            ENVIRONMENT ${environment} KESTRIN_DESKTOP_KIND=${kind})
+            ENVIRONMENT ${environment} KESTRIN_DESKTOP_KIND=${kind}
+                "KESTRIN_GNOME_EXTENSIONS=${PROJECT_BINARY_DIR}/desktop/gnome/${KESTRIN_GNOME_EXTENSION_FORM}")
     endforeach()
     if(NOT arg_WAYLAND)
         kestrin_add_test(${name} COMMAND ${command} TIMEOUT ${arg_TIMEOUT} LABELS ${arg_LABELS}
