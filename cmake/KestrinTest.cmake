@@ -1,11 +1,26 @@
-# kestrin_add_test(name COMMAND command... [TIMEOUT seconds] [LABELS label...] [ENVIRONMENT NAME=value...])
+# kestrin_add_test(name COMMAND command... [WAYLAND kind...] [TIMEOUT seconds] [LABELS label...]
+#     [ENVIRONMENT NAME=value...])
 #
 # Registers a test, in front of which ctest brings the build folder up to date. The label "sanitized" marks the tests
-# that also run with the sanitizers.
+# that also run with the sanitizers. WAYLAND registers it as name_KIND on each of these desktops. Those other than sway
+# are large: what runs there has the label "desktops" and no other.
 function(kestrin_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "COMMAND;LABELS;ENVIRONMENT")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "COMMAND;LABELS;ENVIRONMENT;WAYLAND")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
+    endif()
+    foreach(kind IN LISTS arg_WAYLAND)
+        set(labels ${arg_LABELS})
+        if(NOT kind STREQUAL "sway")
+            set(labels desktops)
+        endif()
+        kestrin_add_test(${name}_${kind} COMMAND "${PROJECT_SOURCE_DIR}/tools/with-desktop" ${arg_COMMAND}
+            TIMEOUT ${arg_TIMEOUT} LABELS ${labels}
+            ENVIRONMENT ${arg_ENVIRONMENT} KESTRIN_DESKTOP_KIND=${kind}
+                "KESTRIN_GNOME_EXTENSIONS=${PROJECT_BINARY_DIR}/desktop/gnome/${KESTRIN_GNOME_EXTENSION_FORM}")
+    endforeach()
+    if(arg_WAYLAND)
+        return()
     endif()
     add_test(NAME ${name} COMMAND ${arg_COMMAND})
     # How Qt's own threads wait for each other is hidden from ThreadSanitizer, so it is to look at our code alone.
@@ -18,9 +33,8 @@ endfunction()
 
 # kestrin_test(tst_name LIBRARIES lib... [DESKTOP | WAYLAND kind... | BUS] [WINDOW] [TIMEOUT seconds] [LABELS label...])
 #
-# Builds tst_name.cpp into a Qt Test program and registers it. DESKTOP gives each run a private virtual desktop, WAYLAND
-# registers tst_name_KIND on each of these, and BUS gives only a session bus. Desktops other than sway are large: their
-# tests have the label "desktops" and no other. WINDOW draws windows offscreen, the same ones everywhere.
+# Builds tst_name.cpp into a Qt Test program and registers it. DESKTOP gives each run a private virtual desktop, BUS
+# only a session bus. WINDOW draws windows offscreen, the same ones everywhere.
 function(kestrin_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "DESKTOP;BUS;WINDOW" "TIMEOUT" "LIBRARIES;LABELS;WAYLAND")
     add_executable(${name} ${name}.cpp)
@@ -32,7 +46,7 @@ function(kestrin_test name)
     endif()
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt6::Test)
     set(command $<TARGET_FILE:${name}>)
-    if(arg_DESKTOP OR arg_WAYLAND)
+    if(arg_DESKTOP)
         list(PREPEND command "${PROJECT_SOURCE_DIR}/tools/with-desktop")
     elseif(arg_BUS)
         list(PREPEND command dbus-run-session --)
@@ -52,19 +66,8 @@ function(kestrin_test name)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
-    foreach(kind IN LISTS arg_WAYLAND)
-        set(labels ${arg_LABELS})
-        if(NOT kind STREQUAL "sway")
-            set(labels desktops)
-        endif()
-        kestrin_add_test(${name}_${kind} COMMAND ${command} TIMEOUT ${arg_TIMEOUT} LABELS ${labels}
-            ENVIRONMENT ${environment} KESTRIN_DESKTOP_KIND=${kind}
-                "KESTRIN_GNOME_EXTENSIONS=${PROJECT_BINARY_DIR}/desktop/gnome/${KESTRIN_GNOME_EXTENSION_FORM}")
-    endforeach()
-    if(NOT arg_WAYLAND)
-        kestrin_add_test(${name} COMMAND ${command} TIMEOUT ${arg_TIMEOUT} LABELS ${arg_LABELS}
-            ENVIRONMENT ${environment})
-    endif()
+    kestrin_add_test(${name} COMMAND ${command} WAYLAND ${arg_WAYLAND} TIMEOUT ${arg_TIMEOUT} LABELS ${arg_LABELS}
+        ENVIRONMENT ${environment})
 endfunction()
 
 # Fails when a test's source has lost its way into the build.
