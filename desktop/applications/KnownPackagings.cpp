@@ -17,7 +17,7 @@ constexpr auto zoom = "us.zoom.xos"_L1;
 constexpr auto teams = "com.microsoft.teams2"_L1;
 constexpr auto chrome = "com.google.Chrome"_L1;
 
-constexpr Packaging ids[] = {
+constexpr Packaging entryNames[] = {
     {"zoom"_L1, zoom},                                       // the maker's .deb and .rpm
     {"us.zoom.zoom"_L1, zoom},                               // Flatpak
     {"zoom-client_zoom-client"_L1, zoom},                    // Snap
@@ -51,7 +51,7 @@ std::optional<QString> find(const Packaging (&packagings)[count], const QString 
 } // namespace
 
 std::optional<QString> knownBundleIdentifierOfId(const QString &desktopFileId) {
-    return find(ids, desktopFileId);
+    return find(entryNames, desktopFileId);
 }
 
 std::optional<QString> knownBundleIdentifierOfClass(const QString &windowClass) {

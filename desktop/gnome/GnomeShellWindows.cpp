@@ -10,13 +10,13 @@ using namespace foundation;
 
 namespace {
 
-constexpr const char interface[] = KESTRIN_WINDOWS_NAME "1";
+constexpr const char windowsInterface[] = KESTRIN_WINDOWS_NAME "1";
 /// Far beyond what anybody has open.
 constexpr qsizetype maximumWindows = 5000;
 constexpr std::size_t maximumText = 1000;
 
 ShellMethod method(const char *member) {
-    return {KESTRIN_WINDOWS_PATH, interface, member};
+    return {KESTRIN_WINDOWS_PATH, windowsInterface, member};
 }
 
 QString textOf(const char *text) {
@@ -71,7 +71,7 @@ bool GnomeShellWindows::open(const Deadline &deadline) {
     m_isFollowed = false;
     if (!m_shell.open({shellName, extensionName}, deadline))
         return false;
-    m_shell.hear(interface);
+    m_shell.hear(windowsInterface);
     // It does not answer everybody.
     const auto ignore = [](sd_bus_message * /*reply*/) {};
     if (m_shell.ask(method("List"), deadline, ignore))
