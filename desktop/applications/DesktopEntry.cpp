@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace kestrin::desktop {
 
 namespace {
@@ -21,6 +23,34 @@ bool opensSite(QByteArrayView commandLine) {
         }
     }
     return false;
+}
+
+/// Cuts the first word off a command line. Words may be in quotes, inside which a backslash stands before
+/// what would otherwise end or mean something.
+QString takeWord(QStringView &commandLine) {
+    commandLine = commandLine.trimmed();
+    QString word;
+    const bool isQuoted = commandLine.startsWith(u'"');
+    qsizetype at = isQuoted ? 1 : 0;
+    for (; at < commandLine.size() && (isQuoted ? commandLine[at] != u'"' : !commandLine[at].isSpace());
+         ++at) {
+        if (isQuoted && commandLine[at] == u'\\' && at + 1 < commandLine.size())
+            ++at;
+        word.append(commandLine[at]);
+    }
+    commandLine = commandLine.sliced(std::min(at + (isQuoted ? 1 : 0), commandLine.size()));
+    return word;
+}
+
+/// The program that the line starts, or that "env" starts with other variables.
+QString programOf(QStringView commandLine) {
+    QString word = takeWord(commandLine);
+    if (word != "env"_L1 && !word.endsWith("/env"_L1))
+        return word;
+    do {
+        word = takeWord(commandLine);
+    } while (word.contains(u'='));
+    return word;
 }
 
 /// Collects the keys of the one group.
@@ -40,7 +70,7 @@ class EntryReader {
         else if (key == QByteArrayView("NoDisplay"))
             m_entry.isOutsideMenus = desktopEntryBoolean(value);
         else if (key == QByteArrayView("Exec"))
-            m_entry.isWebApplication = opensSite(value);
+            takeCommandLine(value);
     }
 
     DesktopEntry entry() const {
@@ -50,6 +80,11 @@ class EntryReader {
     }
 
   private:
+    void takeCommandLine(QByteArrayView value) {
+        m_entry.isWebApplication = opensSite(value);
+        m_entry.program = programOf(desktopEntryString(value));
+    }
+
     void takeName(QByteArrayView suffix, QByteArrayView value) {
         qsizetype rank = m_locales.size();
         if (!suffix.isEmpty()) {

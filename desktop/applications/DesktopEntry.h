@@ -31,6 +31,8 @@ struct DesktopEntry {
     bool isOutsideMenus = false;
     /// Opens a site inside a browser instead of being a program of its own.
     bool isWebApplication = false;
+    /// What it starts: a path, or a name to be looked for; empty when the entry does not tell.
+    QString program = {};
 
     /// Reads the group "Desktop Entry" of a file's text, and nothing behind it. What cannot be understood is
     /// left out; none when the group is missing. Bytes that are no UTF-8 become replacement characters.

@@ -30,19 +30,6 @@ QByteArray fileHead(const QByteArray &path) {
     return head;
 }
 
-/// The value of "name" in the group "Application" of the file that Flatpak puts into each sandbox.
-QString flatpakId(const QByteArray &info) {
-    bool inside = false;
-    const QList<QByteArray> lines = info.split('\n');
-    for (const QByteArray &line : lines) {
-        if (line.startsWith('['))
-            inside = line.trimmed() == "[Application]";
-        else if (inside && line.startsWith("name="))
-            return QString::fromUtf8(line.sliced(5).trimmed());
-    }
-    return {};
-}
-
 QString sandboxIdOf(const QByteArray &process, const QByteArray &ownProcess, const QByteArray &executable) {
     // Looking further costs more than all the rest, and both kinds of sandbox have their own view of the file
     // system; only those Snaps that ask for none have not.
@@ -50,7 +37,7 @@ QString sandboxIdOf(const QByteArray &process, const QByteArray &ownProcess, con
     if (!isApart && !executable.startsWith("/snap/"))
         return {};
     if (const QByteArray info = fileHead(process + "/root/.flatpak-info"); !info.isEmpty())
-        return flatpakId(info);
+        return flatpakIdOfInfo(info);
     const QString id = snapIdOfSecurityLabel(fileHead(process + "/attr/current"));
     return id.isEmpty() ? snapIdOfControlGroup(fileHead(process + "/cgroup")) : id;
 }
@@ -100,6 +87,18 @@ quint64 ticksNow() {
     ::clock_gettime(CLOCK_BOOTTIME, &now);
     return static_cast<quint64>(now.tv_sec) * ticksASecond +
            static_cast<quint64>(now.tv_nsec) * ticksASecond / 1'000'000'000;
+}
+
+QString flatpakIdOfInfo(const QByteArray &info) {
+    bool inside = false;
+    const QList<QByteArray> lines = info.split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith('['))
+            inside = line.trimmed() == "[Application]";
+        else if (inside && line.startsWith("name="))
+            return QString::fromUtf8(line.sliced(5).trimmed());
+    }
+    return {};
 }
 
 QString snapIdOfSecurityLabel(QByteArrayView label) {

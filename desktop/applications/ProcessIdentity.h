@@ -28,6 +28,9 @@ quint64 startOfProcess(qint32 processIdentifier);
 /// The present in the same ticks.
 quint64 ticksNow();
 
+/// The desktop-file id of a Flatpak application from the file that describes each sandbox, in the sandbox and
+/// outside; empty when it is none.
+QString flatpakIdOfInfo(const QByteArray &info);
 /// The desktop-file id of a Snap application from its security label, such as "snap.NAME.APP (enforce)";
 /// empty when it is none.
 QString snapIdOfSecurityLabel(QByteArrayView label);

@@ -135,6 +135,14 @@ void ApplicationsTest::entryTexts() {
     QVERIFY(!read("Type=Link\n").isApplication);
     QVERIFY(read("Exec=/opt/b/b --profile-directory=D --app-id=abc\n").isWebApplication);
     QVERIFY(!read("Exec=b --no-app=1 %U\n").isWebApplication);
+    for (const auto &[line, program] :
+         QList<std::pair<QByteArray, QString>>{{"/usr/bin/zoom %U", u"/usr/bin/zoom"_s},
+                                               {"  \"/opt/My App/\\\\\"app\" -x", u"/opt/My App/\"app"_s},
+                                               {"env A=1 B=2 zoom", u"zoom"_s},
+                                               {"\"open", u"open"_s},
+                                               {"env", {}},
+                                               {"", {}}})
+        QCOMPARE(read("Exec=" + line).program, program);
     QCOMPARE(DesktopEntry::parse("\xEF\xBB\xBF# c\n\n[Before]\nName=No\n[Desktop Entry]\nName=X", {})->name,
              u"X"_s);
 
