@@ -63,6 +63,7 @@ bool WaylandWindowSource::open(const Deadline &deadline) {
         if (!isUsable())
             noteLoss();
     });
+    begun();
     return true;
 }
 

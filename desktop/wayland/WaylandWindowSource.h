@@ -51,6 +51,8 @@ class WaylandWindowSource : public WindowSource {
     /// Null when closed.
     WaylandConnection *connection() const { return m_connection.get(); }
 
+    /// A conversation has begun.
+    virtual void begun() {}
     /// The manager object; null when the compositor has none, or does not answer.
     virtual wl_proxy *bindManager(WaylandConnection &connection, const foundation::Deadline &deadline) = 0;
     virtual void takeManagerEvent(wl_proxy *manager, std::string_view event,

@@ -16,6 +16,13 @@ zwlr_foreign_toplevel_handle_v1 *handleOf(wl_proxy *window) {
 
 } // namespace
 
+std::optional<QList<SourceWindow>> WlrToplevels::windows(const Deadline &deadline) {
+    auto all = WaylandWindowSource::windows(deadline);
+    if (all)
+        m_processes.fillIn(*all, *connection(), deadline);
+    return all;
+}
+
 wl_proxy *WlrToplevels::bindManager(WaylandConnection &connection, const Deadline &deadline) {
     constexpr quint32 highest = 3;
     return connection.bind(zwlr_foreign_toplevel_manager_v1_interface, 1, highest, deadline);
