@@ -8,6 +8,7 @@
 #include "desktop/permission/LinuxPermission.h"
 #include "desktop/sway/SwayWindows.h"
 #include "desktop/wayland/PlasmaWindows.h"
+#include "desktop/wayland/WlrToplevels.h"
 #include "desktop/x11/X11Workspace.h"
 #include "foundation/PrivateFolder.h"
 
@@ -32,6 +33,7 @@ std::unique_ptr<Workspace> makeWorkspace() {
     if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
         offer(std::make_unique<PlasmaWindows>());
         offer(std::make_unique<GnomeShellWindows>());
+        offer(std::make_unique<WlrToplevels>());
     }
     if (candidates.empty())
         return std::make_unique<X11Workspace>();
