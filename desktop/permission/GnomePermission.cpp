@@ -3,13 +3,13 @@
 #include "desktop/gnome/GnomeShellWindows.h"
 #include "desktop/gnome/ShellExtension.h"
 #include "desktop/permission/AllowedPrograms.h"
+#include "desktop/permission/Opening.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QThread>
 
 using namespace Qt::StringLiterals;
 
@@ -24,17 +24,6 @@ const GnomePermission::Answer silence{false, u"GNOME does not answer."_s};
 QString ownExtension() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
            u"/gnome-shell/extensions/" KESTRIN_GNOME_EXTENSION ""_s;
-}
-
-/// An extension that begins takes a moment.
-bool isAnswered() {
-    const Deadline deadline(sourcePatience);
-    do {
-        if (GnomeShellWindows().open(deadline))
-            return true;
-        QThread::msleep(50);
-    } while (deadline.remaining().count() > 0);
-    return false;
 }
 
 } // namespace
@@ -69,7 +58,7 @@ GnomePermission::Answer GnomePermission::enable() {
 }
 
 GnomePermission::Answer GnomePermission::whatBecameOf(ShellExtension &extension) const {
-    if (isAnswered())
+    if (GnomeShellWindows windows; opensSoon(windows))
         return {true, u"GNOME tells Kestrin which applications run."_s};
     switch (extension.state(Deadline(sourcePatience))) {
     case ExtensionState::incompatible:

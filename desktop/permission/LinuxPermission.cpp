@@ -3,7 +3,7 @@
 #include "desktop/gnome/ShellExtension.h"
 #include "desktop/permission/GnomePermission.h"
 #include "desktop/permission/PlasmaPermission.h"
-#include "desktop/sources/WindowSource.h"
+#include "desktop/wayland/PlasmaWindows.h"
 
 #include <QStandardPaths>
 
@@ -18,13 +18,14 @@ std::unique_ptr<DesktopPermission> LinuxPermission::ofThisDesktop() {
     // On X11 everybody sees everything.
     if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
         const Deadline deadline(sourcePatience);
-        ShellConversation bus;
-        if (bus.open({shellName}, deadline))
+        ShellConversation shell;
+        if (shell.open({shellName}, deadline))
             return std::make_unique<GnomePermission>(OwnPrograms::find());
-        if (bus.open({"org.kde.KWin"}, deadline))
+        if (shell.open({"org.kde.KWin"}, deadline))
             return std::make_unique<PlasmaPermission>(
                 OwnPrograms::find(),
-                QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/applications"_s);
+                QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/applications"_s,
+                std::make_unique<PlasmaWindows>());
     }
     return std::make_unique<NoDesktopPermission>();
 }

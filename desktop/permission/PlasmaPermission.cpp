@@ -1,6 +1,7 @@
 #include "desktop/permission/PlasmaPermission.h"
 
 #include "desktop/applications/DesktopEntryText.h"
+#include "desktop/permission/Opening.h"
 #include "foundation/PrivateFile.h"
 #include "foundation/PrivateFolder.h"
 
@@ -45,8 +46,9 @@ PlasmaPermission::Answer PlasmaPermission::enable() {
         if (!replacePrivateFile(entryOf(program), {viewOf(text)}))
             return {false, u"Nothing was allowed, because "_s + entryOf(program) + u" cannot be written."_s};
     }
-    return {true, u"KDE Plasma shows its windows to the programs "_s + m_programs.paths.join(u" and "_s) +
-                      u" now. What runs already sees them within a minute."_s};
+    if (!opensSoon(*m_windows))
+        return {false, u"KDE Plasma was told, but does not show its windows."_s};
+    return {true, u"KDE Plasma shows its windows to "_s + m_programs.paths.join(u" and "_s) + u'.'};
 }
 
 PlasmaPermission::Answer PlasmaPermission::disable() {

@@ -1,7 +1,10 @@
 #pragma once
 
 #include "desktop/permission/OwnPrograms.h"
+#include "desktop/sources/WindowSource.h"
 #include "runtime/DesktopPermission.h"
+
+#include <memory>
 
 namespace kestrin::desktop {
 
@@ -9,10 +12,12 @@ namespace kestrin::desktop {
 /// its absolute path. Those of the package do.
 class PlasmaPermission final : public runtime::DesktopPermission {
   public:
-    /// `folder` is the one of the user's own desktop entries.
-    PlasmaPermission(const OwnPrograms &programs, const QString &folder)
+    /// `folder` is the one of the user's own desktop entries; `windows` are those that are to be seen.
+    PlasmaPermission(const OwnPrograms &programs, const QString &folder,
+                     std::unique_ptr<WindowSource> windows)
         : m_programs(programs)
-        , m_folder(folder) {}
+        , m_folder(folder)
+        , m_windows(std::move(windows)) {}
 
     Answer enable() override;
     Answer disable() override;
@@ -22,6 +27,7 @@ class PlasmaPermission final : public runtime::DesktopPermission {
 
     const OwnPrograms m_programs;
     const QString m_folder;
+    const std::unique_ptr<WindowSource> m_windows;
 };
 
 } // namespace kestrin::desktop

@@ -4,6 +4,7 @@
 #include "desktop/Platform.h"
 #include "desktop/permission/GnomePermission.h"
 #include "desktop/permission/PlasmaPermission.h"
+#include "desktop/wayland/PlasmaWindows.h"
 #include "tests/support/SampleApp.h"
 
 #include <QElapsedTimer>
@@ -51,7 +52,9 @@ DesktopPermission::Answer allowAnybody(const OwnPrograms &) {
 }
 
 DesktopPermission::Answer allowInPlasma(const OwnPrograms &programs) {
-    return PlasmaPermission(programs, qEnvironmentVariable("XDG_DATA_HOME") + u"/applications"_s).enable();
+    return PlasmaPermission(programs, qEnvironmentVariable("XDG_DATA_HOME") + u"/applications"_s,
+                            std::make_unique<PlasmaWindows>())
+        .enable();
 }
 
 DesktopPermission::Answer allowInGnome(const OwnPrograms &programs) {
