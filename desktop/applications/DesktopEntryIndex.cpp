@@ -4,6 +4,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <QtGlobal>
 
 #include <dirent.h>
@@ -46,6 +48,10 @@ bool isFresh(const FileStamp &stamp) {
     const auto now = duration_cast<nanoseconds>(system_clock::now().time_since_epoch());
     const auto age = now - seconds(stamp.seconds) - nanoseconds(stamp.nanoseconds);
     return age < milliseconds(50) && age > milliseconds(-50);
+}
+
+QString lastPart(const QString &path) {
+    return path.sliced(path.lastIndexOf(u'/') + 1);
 }
 
 } // namespace
@@ -93,6 +99,7 @@ void DesktopEntryIndex::listFolders() {
     m_byId.clear();
     m_byFoldedId.clear();
     m_classesRead = false;
+    m_programsRead = false;
     for (const QByteArray &root : m_roots)
         listFolder(root, {}, 0);
 
@@ -189,7 +196,7 @@ const std::optional<DesktopEntry> &DesktopEntryIndex::entryOf(File &file) {
             file.entry = DesktopEntry::parse(text, m_locales);
         // It may claim another class than it did when the classes were collected.
         if (file.round != 0)
-            m_classesRead = false;
+            m_classesRead = m_programsRead = false;
         file.stamp = now;
     }
     file.round = m_round;
@@ -228,6 +235,33 @@ std::optional<DesktopEntryIndex::Found> DesktopEntryIndex::withWindowClass(const
         if (m_classesRead)
             return result;
     }
+}
+
+void DesktopEntryIndex::readPrograms() {
+    listFolders();
+    if (std::exchange(m_programsRead, true))
+        return;
+    m_byProgram.clear();
+    for (std::size_t number = 0; number < m_files.size(); ++number) {
+        const auto found = usable(number);
+        if (found && !found->entry.isOutsideMenus && !found->entry.isWebApplication)
+            m_byProgram.insert(lastPart(found->entry.program), number);
+    }
+}
+
+std::optional<DesktopEntryIndex::Found> DesktopEntryIndex::withExecutable(const QString &path) {
+    readPrograms();
+    std::vector<Found> sameName;
+    for (const std::size_t number : m_byProgram.values(lastPart(path))) {
+        auto found = usable(number);
+        if (!found)
+            continue;
+        const QString program = QStandardPaths::findExecutable(found->entry.program);
+        if (QFileInfo(program).canonicalFilePath() == path)
+            return found;
+        sameName.push_back(*std::move(found));
+    }
+    return sameName.size() == 1 ? std::optional(sameName.front()) : std::nullopt;
 }
 
 } // namespace kestrin::desktop

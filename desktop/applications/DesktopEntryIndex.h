@@ -41,6 +41,9 @@ class DesktopEntryIndex {
     std::optional<Found> withId(const QString &id);
     /// The application whose entry claims windows of this class, or instance.
     std::optional<Found> withWindowClass(const QString &windowClass);
+    /// The application of the menus whose entry starts this executable: the very file, else the only one of
+    /// that name.
+    std::optional<Found> withExecutable(const QString &path);
 
   private:
     struct Folder {
@@ -59,6 +62,7 @@ class DesktopEntryIndex {
     void listFolders();
     void listFolder(const QByteArray &path, const QString &idPrefix, int depth);
     void readClasses();
+    void readPrograms();
     bool isUpToDate() const;
     const std::optional<DesktopEntry> &entryOf(File &file);
     std::optional<Found> usable(std::size_t number);
@@ -68,6 +72,7 @@ class DesktopEntryIndex {
     quint64 m_round = 1;
     bool m_listed = false;
     bool m_classesRead = false;
+    bool m_programsRead = false;
     /// Something had changed just before it was read, and may do so again without a trace.
     bool m_fresh = false;
     std::vector<Folder> m_folders;
@@ -75,6 +80,8 @@ class DesktopEntryIndex {
     QHash<QString, std::size_t> m_byId;
     QHash<QString, std::size_t> m_byFoldedId;
     QHash<QString, std::size_t> m_byWindowClass;
+    /// By the last part of its path.
+    QMultiHash<QString, std::size_t> m_byProgram;
 };
 
 } // namespace kestrin::desktop

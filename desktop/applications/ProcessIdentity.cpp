@@ -42,6 +42,13 @@ QString sandboxIdOf(const QByteArray &process, const QByteArray &ownProcess, con
     return id.isEmpty() ? snapIdOfControlGroup(fileHead(process + "/cgroup")) : id;
 }
 
+/// Counted from 1, as in proc(5); behind the second.
+QByteArray statusField(qint32 process, qsizetype number) {
+    const QByteArray status = fileHead("/proc/" + QByteArray::number(process) + "/stat");
+    // The second field is the program's name in brackets, which may hold any of both.
+    return status.sliced(status.lastIndexOf(')') + 1).split(' ').value(number - 2);
+}
+
 /// "snap.NAME.APP" as "NAME_APP".
 QString snapId(QByteArrayView tag) {
     const QList<QByteArray> parts = tag.toByteArray().split('.');
@@ -75,10 +82,11 @@ bool ProcessIdentity::forwardsWindows() const {
 }
 
 quint64 startOfProcess(qint32 processIdentifier) {
-    const QByteArray status = fileHead("/proc/" + QByteArray::number(processIdentifier) + "/stat");
-    // The second field is the program's name in brackets, which may hold any of both; the start is the 22nd.
-    const QList<QByteArray> afterName = status.sliced(status.lastIndexOf(')') + 1).split(' ');
-    return afterName.value(20).toULongLong();
+    return statusField(processIdentifier, 22).toULongLong();
+}
+
+qint32 parentOfProcess(qint32 processIdentifier) {
+    return statusField(processIdentifier, 4).toInt();
 }
 
 quint64 ticksNow() {

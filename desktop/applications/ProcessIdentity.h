@@ -25,6 +25,8 @@ struct ProcessIdentity {
 /// When the process began, in the system's own ticks since it was started; 0 when there is none. Tells it
 /// apart from a later one with the same number.
 quint64 startOfProcess(qint32 processIdentifier);
+/// 0 when there is none.
+qint32 parentOfProcess(qint32 processIdentifier);
 /// The present in the same ticks.
 quint64 ticksNow();
 

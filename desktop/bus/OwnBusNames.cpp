@@ -6,16 +6,9 @@ namespace kestrin::desktop {
 
 using namespace foundation;
 
-namespace {
-
-BusMethod busMethod(const char *member) {
-    return {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", member};
-}
-
-} // namespace
-
 bool OwnBusNames::find(const Deadline &deadline) {
-    m_questions.ask(busMethod("ListNames"), [this](sd_bus_message *reply) { m_allNames = readTexts(reply); });
+    m_questions.ask(methodOfBus("ListNames"),
+                    [this](sd_bus_message *reply) { m_allNames = readTexts(reply); });
     if (!m_questions.waitForAll(deadline))
         return false;
     for (const QByteArray &name : std::as_const(m_allNames)) {
@@ -37,12 +30,12 @@ void OwnBusNames::askForProcess(const QByteArray &uniqueName) {
         if (sd_bus_message_read_basic(reply, 'u', &process) > 0 && process == static_cast<quint32>(m_process))
             m_uniqueNames.append(uniqueName);
     };
-    m_questions.ask(busMethod("GetConnectionUnixProcessID"), answered, "s", uniqueName.constData());
+    m_questions.ask(methodOfBus("GetConnectionUnixProcessID"), answered, "s", uniqueName.constData());
 }
 
 void OwnBusNames::askForOwner(const QByteArray &name) {
     const auto answered = [this, name](sd_bus_message *reply) { m_owners.insert(name, readText(reply)); };
-    m_questions.ask(busMethod("GetNameOwner"), answered, "s", name.constData());
+    m_questions.ask(methodOfBus("GetNameOwner"), answered, "s", name.constData());
 }
 
 QHash<QByteArray, QByteArray> OwnBusNames::wellKnownNames() const {

@@ -22,6 +22,11 @@ struct BusMethod {
     const char *member;
 };
 
+/// A method of the bus itself.
+inline BusMethod methodOfBus(const char *member) {
+    return {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", member};
+}
+
 /// Owns the connection. Questions are asked without waiting, any number of them at once, and answered while
 /// somebody waits with a deadline. Main thread only.
 class SessionBus {

@@ -9,13 +9,6 @@ namespace kestrin::desktop {
 
 using namespace foundation;
 
-namespace {
-
-constexpr const char bus[] = "org.freedesktop.DBus";
-constexpr const char busPath[] = "/org/freedesktop/DBus";
-
-} // namespace
-
 bool ShellConversation::open(const QList<QByteArray> &names, const Deadline &deadline) {
     close();
     m_bus = SessionBus::connect();
@@ -43,8 +36,7 @@ bool ShellConversation::open(const QList<QByteArray> &names, const Deadline &dea
 QByteArray ShellConversation::ownerOf(const QByteArray &name, const Deadline &deadline) {
     QByteArray owner;
     askMember(
-        {bus, busPath, bus, "GetNameOwner"}, deadline,
-        [&owner](sd_bus_message *reply) { owner = readText(reply); },
+        methodOfBus("GetNameOwner"), deadline, [&owner](sd_bus_message *reply) { owner = readText(reply); },
         [&name](sd_bus_message *message) {
             return sd_bus_message_append(message, "s", name.constData()) >= 0;
         });
@@ -80,8 +72,8 @@ void ShellConversation::close() {
     m_hasTold = m_hasLeft = false;
 }
 
-void ShellConversation::hear(const QByteArray &interface) {
-    m_bus->hear("type='signal',sender='" + m_owner + "',interface='" + interface + '\'',
+void ShellConversation::hear(const QByteArray &interfaceName) {
+    m_bus->hear("type='signal',sender='" + m_owner + "',interface='" + interfaceName + '\'',
                 [this](sd_bus_message * /*signal*/) { tellSoon(m_hasTold); });
 }
 

@@ -34,7 +34,7 @@ class ShellConversation : public QObject {
     void close();
 
     /// From now on `told` follows the signals of this interface.
-    void hear(const QByteArray &interface);
+    void hear(const QByteArray &interfaceName);
 
     /// Whether there was an answer other than an error. When there was none in time it is closed: whatever
     /// comes later must not be taken for the answer to another question.

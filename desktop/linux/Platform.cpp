@@ -2,6 +2,7 @@
 
 #include "desktop/clock/SystemTimeChangeWatch.h"
 #include "desktop/defaults/JSONUserDefaults.h"
+#include "desktop/gnome/GnomeClients.h"
 #include "desktop/gnome/GnomeShellWindows.h"
 #include "desktop/linux/ChosenWorkspace.h"
 #include "desktop/login/FileLoginItem.h"
@@ -34,6 +35,7 @@ std::unique_ptr<Workspace> makeWorkspace() {
         offer(std::make_unique<PlasmaWindows>());
         offer(std::make_unique<GnomeShellWindows>());
         offer(std::make_unique<WlrToplevels>());
+        offer(std::make_unique<GnomeClients>(), true);
     }
     if (candidates.empty())
         return std::make_unique<X11Workspace>();

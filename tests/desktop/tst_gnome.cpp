@@ -1,18 +1,24 @@
 // What is made of a GNOME shell that is silent, talks nonsense or goes away, and what a user's permission
 // leaves on disk.
 
+#include "desktop/gnome/GnomeClients.h"
 #include "desktop/gnome/GnomeShellWindows.h"
 #include "desktop/permission/AllowedPrograms.h"
 #include "desktop/permission/PlasmaPermission.h"
 #include "tests/support/Files.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <signal.h>
+
 #include <atomic>
+#include <list>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -111,6 +117,7 @@ class GnomeTest : public QObject {
     void answers();
     void impostor();
     void following();
+    void clients();
     void allowedPrograms();
     void plasmaEntries();
 };
@@ -176,6 +183,57 @@ void GnomeTest::following() {
         QTRY_COMPARE(lost.size(), 1);
         QVERIFY(!source.windows(soon()) && !source.open(soon()));
     }
+}
+
+void GnomeTest::clients() {
+    const QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", QFile::encodeName(home.path()));
+    qputenv("XDG_DATA_DIRS", "/nowhere");
+    const auto install = [&home](const QString &id, const QByteArray &program, const QByteArray &more = {}) {
+        write(home.filePath(u"applications/"_s + id + u".desktop"_s),
+              "[Desktop Entry]\nType=Application\nName=A\nExec=\"" + program + "\" %U\n" + more);
+        return QString::fromUtf8(program);
+    };
+    const QByteArray folder = QFile::encodeName(home.path());
+    const QString zoom = install(u"Zoom"_s, folder + "/zoom");
+    const QString hidden = install(u"hidden"_s, folder + "/hidden", "NoDisplay=true\n");
+    const QString notes = install(u"org.example.Notes"_s, folder + "/notes");
+    // This process has that name.
+    install(u"org.gnome.Shell"_s, "/nowhere/shell");
+    for (const QString &program : {zoom, hidden, home.filePath(u"unknown"_s)})
+        QVERIFY(QFile::copy(u"/bin/sleep"_s, program));
+    write(notes, "[ -n \"$1\" ] || sh \"$0\" helper\nsleep 60\n");
+
+    std::list<QProcess> processes;
+    QList<qint32> clients{static_cast<qint32>(QCoreApplication::applicationPid())};
+    const auto start = [&](const QString &program, const QStringList &arguments) {
+        processes.emplace_back().start(program, arguments);
+        QVERIFY(processes.back().waitForStarted());
+        clients.append(static_cast<qint32>(processes.back().processId()));
+    };
+    start(zoom, {u"60"_s});
+    start(hidden, {u"60"_s});
+    start(home.filePath(u"unknown"_s), {u"60"_s});
+    start(u"sh"_s, {notes});
+    const QByteArray script = QByteArray::number(clients.last());
+    const QString children = QString::fromLatin1("/proc/" + script + "/task/" + script + "/children");
+    QTRY_VERIFY(contents(children).toInt() > 0);
+    clients.append(contents(children).toInt());
+
+    const Shell shell({"org.gnome.Shell", "org.gnome.Shell.Introspect"});
+    GnomeClients source([&clients] { return clients; });
+    QVERIFY(source.open(soon()));
+    const auto windows = source.windows(Deadline(sourcePatience));
+    QVERIFY(windows);
+    QStringList found;
+    for (const SourceWindow &window : *windows)
+        found.append(QString::number(clients.indexOf(window.process)) + u' ' + window.claims.kdeDesktopFile);
+    QCOMPARE(found, (QStringList{u"0 org.gnome.Shell"_s, u"1 Zoom"_s, u"4 org.example.Notes"_s}));
+    for (QProcess &process : processes) {
+        process.kill();
+        process.waitForFinished();
+    }
+    ::kill(clients.last(), SIGKILL);
 }
 
 void GnomeTest::allowedPrograms() {

@@ -68,7 +68,7 @@ const Desktop &thisDesktop() {
         {u"sway"_s, allowAnybody, windows, windows, full, true},
         {u"kwin"_s, allowInPlasma, windows, windows, full, true},
         {u"gnome-with-extension"_s, allowInGnome, windows, windows, full, false},
-        {u"gnome"_s, allowAnybody, nothing, windows, partial, false},
+        {u"gnome"_s, allowAnybody, process, windows, partial, false},
         // Its X server has no list of windows.
         {u"weston"_s, allowAnybody, nothing, nothing, none, true},
     };
@@ -153,6 +153,12 @@ class DesktopsTest : public QObject {
 void DesktopsTest::initTestCase() {
     const auto answer = thisDesktop().allow({{QCoreApplication::applicationFilePath()}, false});
     QVERIFY2(answer.isDone, qUtf8Printable(answer.sentence));
+    if (native().reach != Reach::process)
+        return;
+    // A process is an application by its executable.
+    const SampleApp app;
+    installEntry(u"org.example.Sample"_s, u"Sample"_s,
+                 {u"Exec="_s + QFile::symLinkTarget(u"/proc/%1/exe"_s.arg(app.pid()))});
 }
 
 void DesktopsTest::eachApplicationOnce() {
@@ -186,7 +192,8 @@ void DesktopsTest::identities() {
     installEntry(u"Zoom"_s, u"Zoom"_s, {u"StartupWMClass=zoom"_s});
     installEntry(u"google-chrome"_s, u"Google Chrome"_s);
     installEntry(u"org.example.Notes"_s, u"Notes"_s);
-    const QString unknown = u"sample-app, no identifier"_s;
+    const QString unknown =
+        programs.reach == Reach::process ? u"Sample, org.example.Sample"_s : u"sample-app, no identifier"_s;
     for (const auto &[options, expected] : {
              std::pair{u"--class x/google-chrome"_s, u"Google Chrome, com.google.Chrome"_s},
              std::pair{u"--class x/ZOOM"_s, u"Zoom, us.zoom.xos"_s},
