@@ -3,6 +3,7 @@
 #include "tests/support/Files.h"
 
 #include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QThread>
 
 #include <csignal>
@@ -65,13 +66,24 @@ bool waitBlocking(const std::function<bool()> &fact) {
     return true;
 }
 
+/// The sample application under the name that its class says, as programs usually have it.
+static QString programFor(const QString &options) {
+    static const QRegularExpression pattern(u"--class [^ /]*/(\\S+)"_s);
+    const QString name = pattern.match(options).captured(1);
+    if (name.isEmpty())
+        return QStringLiteral(SAMPLE_APP);
+    const QString link = qEnvironmentVariable("KESTRIN_DESKTOP") + u"/tmp/"_s + name;
+    QFile::link(QStringLiteral(SAMPLE_APP), link);
+    return link;
+}
+
 SampleApp::SampleApp(const QString &options, const QStringList &further) {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process, [this] {
         while (m_process.canReadLine())
             m_lines.append(QString::fromUtf8(m_process.readLine().trimmed()));
     });
-    m_process.start(QStringLiteral(SAMPLE_APP), options.split(u' ', Qt::SkipEmptyParts) + further);
+    m_process.start(programFor(options), options.split(u' ', Qt::SkipEmptyParts) + further);
     if (!m_process.waitForStarted())
         qFatal("The sample application does not start.");
     m_pid = static_cast<qint32>(m_process.processId());
