@@ -34,7 +34,6 @@ QByteArray message(quint32 kind, const QByteArray &payload) {
     return "i3-ipc" + QByteArray(reinterpret_cast<const char *>(numbers), sizeof numbers) + payload;
 }
 
-constexpr quint32 subscribe = 2;
 constexpr quint32 getTree = 4;
 constexpr quint32 windowEvent = 0x80000003;
 
