@@ -17,18 +17,15 @@ const INTERFACE = `<node><interface name="@KESTRIN_WINDOWS_NAME@1">
 const PROGRAMS = ['@CMAKE_INSTALL_FULL_BINDIR@/kestrin', '@CMAKE_INSTALL_FULL_BINDIR@/kestrinctl'];
 // One absolute path a line. Other lines say nothing.
 const ALLOWED = 'Kestrin/@KESTRIN_ALLOWED_PROGRAMS@';
+const ERROR = 'org.freedesktop.DBus.Error';
 const COALESCING_MS = 20;
-
-function linkTarget(path) {
-    return GLib.file_read_link(path);
-}
 
 // Throws where nothing can be read. Whoever sees other files than we do could have any program under any path.
 function programOf(process) {
-    if (linkTarget(`/proc/${process}/ns/mnt`) !== linkTarget('/proc/self/ns/mnt'))
+    if (GLib.file_read_link(`/proc/${process}/ns/mnt`) !== GLib.file_read_link('/proc/self/ns/mnt'))
         return '';
     // An update replaced the file while the program was running.
-    return linkTarget(`/proc/${process}/exe`).replace(/ \(deleted\)$/, '');
+    return GLib.file_read_link(`/proc/${process}/exe`).replace(/ \(deleted\)$/, '');
 }
 
 function programsAllowedByUser() {
@@ -85,17 +82,16 @@ class KestrinWindows {
     _answer(invocation, makeAnswer) {
         const bus = invocation.get_connection();
         const told = (_bus, result) => {
-            let isAllowed = false;
             try {
                 const [credentials] = bus.call_finish(result).recursiveUnpack();
-                isAllowed = this._object !== null && mayAsk(credentials);
-            } catch (_gone) {
-                // Who cannot be looked at is not allowed.
+                if (this._object !== null && mayAsk(credentials))
+                    invocation.return_value(makeAnswer());
+                else
+                    invocation.return_dbus_error(`${ERROR}.AccessDenied`, 'Only Kestrin is answered.');
+            } catch (error) {
+                // Who cannot be looked at is not answered, and nobody is left waiting.
+                invocation.return_dbus_error(`${ERROR}.Failed`, `${error}`);
             }
-            if (isAllowed)
-                invocation.return_value(makeAnswer());
-            else
-                invocation.return_dbus_error('org.freedesktop.DBus.Error.AccessDenied', 'Only Kestrin is answered.');
         };
         bus.call('org.freedesktop.DBus', '/org/freedesktop/DBus', 'org.freedesktop.DBus', 'GetConnectionCredentials',
             new GLib.Variant('(s)', [invocation.get_sender()]), new GLib.VariantType('(a{sv})'),
