@@ -16,6 +16,8 @@ class PlasmaWindows final : public WaylandWindowSource {
     static WindowNews read(std::string_view event, const wl_argument *arguments, SourceWindow &window);
 
   private:
+    /// What a client may see is decided when it connects.
+    bool asksAgainInTheSameConversation() const override { return false; }
     wl_proxy *bindManager(WaylandConnection &connection, const foundation::Deadline &deadline) override;
     void takeManagerEvent(wl_proxy *manager, std::string_view event, const wl_argument *arguments) override;
     WindowNews takeWindowEvent(std::string_view event, const wl_argument *arguments,

@@ -11,8 +11,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
-#include <optional>
-#include <string_view>
 
 namespace kestrin::desktop {
 
@@ -62,31 +60,6 @@ QByteArray addressBehind(const Socket &socket) {
     return {path, static_cast<qsizetype>(::strnlen(path, size - offsetof(sockaddr_un, sun_path)))};
 }
 
-/// One object of the compositor that is looked for.
-struct Search {
-    std::string_view interface;
-    struct Found {
-        quint32 name;
-        quint32 version;
-    };
-    std::optional<Found> found = std::nullopt;
-};
-
-void globalTold(void *data, wl_registry * /*registry*/, quint32 name, const char *interface,
-                quint32 version) {
-    auto *const search = static_cast<Search *>(data);
-    if (search->interface == interface && !search->found)
-        search->found = {name, version};
-}
-
-void globalRemoved(void *data, wl_registry * /*registry*/, quint32 name) {
-    auto *const search = static_cast<Search *>(data);
-    if (search->found && search->found->name == name)
-        search->found.reset();
-}
-
-constexpr wl_registry_listener registryListener{globalTold, globalRemoved};
-
 void callbackDone(void *data, wl_callback * /*callback*/, quint32 /*serial*/) {
     *static_cast<bool *>(data) = true;
 }
@@ -132,6 +105,8 @@ WaylandConnection::WaylandConnection(wl_display *display, qint32 compositor, con
 
 WaylandConnection::~WaylandConnection() {
     m_notifier.setEnabled(false);
+    if (m_registry)
+        wl_registry_destroy(m_registry);
     wl_display_disconnect(m_display);
 }
 
@@ -187,21 +162,41 @@ bool WaylandConnection::flush(const Deadline &deadline) {
     return !isBroken();
 }
 
+bool WaylandConnection::knowsGlobals(const Deadline &deadline) {
+    static constexpr wl_registry_listener listener{
+        [](void *globals, wl_registry *, quint32 name, const char *interface, quint32 version) {
+            auto &known = *static_cast<Globals *>(globals);
+            constexpr qsizetype maximum = 1000;
+            if (known.size() < maximum && !known.contains(interface))
+                known.insert(interface, {name, version});
+        },
+        [](void *globals, wl_registry *, quint32 name) {
+            static_cast<Globals *>(globals)->removeIf(
+                [name](const auto &global) { return global.value().name == name; });
+        }};
+    if (!m_registry) {
+        m_registry = wl_display_get_registry(m_display);
+        if (m_registry)
+            wl_registry_add_listener(m_registry, &listener, &m_globals);
+    }
+    // Later changes are told unasked.
+    if (m_hasGlobals)
+        readFor(Deadline(std::chrono::milliseconds::zero()));
+    else
+        m_hasGlobals = m_registry && roundTrip(deadline);
+    return m_hasGlobals && !isBroken();
+}
+
 wl_proxy *WaylandConnection::bind(const wl_interface &interface, quint32 lowest, quint32 highest,
                                   const Deadline &deadline) {
-    Search search{interface.name};
-    wl_registry *const registry = wl_display_get_registry(m_display);
-    if (!registry)
+    if (!knowsGlobals(deadline))
         return nullptr;
-    wl_registry_add_listener(registry, &registryListener, &search);
-    void *object = nullptr;
-    if (roundTrip(deadline) && search.found && search.found->version >= lowest) {
-        const quint32 known = std::min(highest, static_cast<quint32>(interface.version));
-        object = wl_registry_bind(registry, search.found->name, &interface,
-                                  std::min(search.found->version, known));
-    }
-    wl_registry_destroy(registry);
-    return static_cast<wl_proxy *>(object);
+    const auto global = m_globals.constFind(interface.name);
+    if (global == m_globals.cend() || global->version < lowest)
+        return nullptr;
+    const quint32 known = std::min(highest, static_cast<quint32>(interface.version));
+    return static_cast<wl_proxy *>(
+        wl_registry_bind(m_registry, global->name, &interface, std::min(global->version, known)));
 }
 
 } // namespace kestrin::desktop

@@ -4,6 +4,7 @@
 #include "foundation/Deadline.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QObject>
 #include <QSocketNotifier>
 
@@ -12,6 +13,7 @@
 struct wl_display;
 struct wl_interface;
 struct wl_proxy;
+struct wl_registry;
 
 namespace kestrin::desktop {
 
@@ -60,12 +62,23 @@ class WaylandConnection : public QObject {
   private:
     WaylandConnection(wl_display *display, qint32 compositor, const QByteArray &address);
 
+    struct Global {
+        quint32 name;
+        quint32 version;
+    };
+    /// By interface; of several the first.
+    using Globals = QHash<QByteArray, Global>;
+
+    bool knowsGlobals(const foundation::Deadline &deadline);
     bool waitUntil(const bool &isDone, const foundation::Deadline &deadline);
     bool readFor(const foundation::Deadline &deadline);
 
     wl_display *m_display;
     qint32 m_compositor;
     QByteArray m_address;
+    wl_registry *m_registry = nullptr;
+    Globals m_globals;
+    bool m_hasGlobals = false;
     QSocketNotifier m_notifier;
 };
 

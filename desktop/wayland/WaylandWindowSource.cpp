@@ -51,19 +51,29 @@ void WaylandWindowSource::drop() {
 bool WaylandWindowSource::open(const Deadline &deadline) {
     if (isUsable())
         return true;
-    drop();
-    m_connection = WaylandConnection::connect(waylandSocketPath(m_display));
-    m_manager = m_connection ? bindManager(*m_connection, deadline) : nullptr;
+    const bool isKept = m_connection && !m_manager && !m_connection->isBroken();
+    if (!isKept && !connect())
+        return false;
+    m_manager = bindManager(*m_connection, deadline);
     if (!m_manager) {
-        m_connection.reset();
+        if (!asksAgainInTheSameConversation())
+            drop();
         return false;
     }
     wl_proxy_add_dispatcher(m_manager, managerSaid, this, nullptr);
+    begun();
+    return true;
+}
+
+bool WaylandWindowSource::connect() {
+    drop();
+    m_connection = WaylandConnection::connect(waylandSocketPath(m_display));
+    if (!m_connection)
+        return false;
     QObject::connect(m_connection.get(), &WaylandConnection::spoke, this, [this] {
-        if (!isUsable())
+        if (m_manager && !isUsable())
             noteLoss();
     });
-    begun();
     return true;
 }
 

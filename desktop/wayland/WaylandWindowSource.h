@@ -51,6 +51,9 @@ class WaylandWindowSource : public WindowSource {
     /// Null when closed.
     WaylandConnection *connection() const { return m_connection.get(); }
 
+    /// Whether a compositor that has no manager object is asked again without a new connection for each time:
+    /// to a compositor, those are clients that come and go.
+    virtual bool asksAgainInTheSameConversation() const { return true; }
     /// A conversation has begun.
     virtual void begun() {}
     /// The manager object; null when the compositor has none, or does not answer.
@@ -85,6 +88,7 @@ class WaylandWindowSource : public WindowSource {
                            wl_argument *arguments);
     static int windowSaid(const void *followed, void *object, unsigned opcode, const wl_message *message,
                           wl_argument *arguments);
+    bool connect();
     void take(Followed &followed, WindowNews news);
     void drop();
     bool isUsable() const;
