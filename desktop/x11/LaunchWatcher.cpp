@@ -60,10 +60,13 @@ bool LaunchWatcher::compare(const DesktopReading &reading, const Deadline &deadl
         QList<quint32> &windows = now[application.process];
         for (const DesktopWindow &window : application.windows)
             windows.append(window.id);
+    }
+    // Who has nothing but new windows may have been gone in between.
+    forgetEnded(now, reading.windows, deadline);
+    for (const DesktopApplication &application : reading.applications()) {
         if (!m_known.contains(application.process))
             launches.append({application.process, application.claims()});
     }
-    forgetEnded(now, reading.windows, deadline);
     m_known.insert(now);
     return followWindows(reading);
 }
@@ -73,10 +76,15 @@ void LaunchWatcher::forgetEnded(const QHash<qint32, QList<quint32>> &now, const 
     QSet<quint32> listedIds;
     for (const DesktopWindow &window : listed)
         listedIds.insert(window.id);
+    const auto isStillShown = [&now](qint32 process, const QList<quint32> &windows) {
+        const QList<quint32> shown = now.value(process);
+        return std::any_of(windows.cbegin(), windows.cend(),
+                           [&shown](quint32 window) { return shown.contains(window); });
+    };
     m_unlisted.clear();
     QList<quint32> missing;
     for (auto known = m_known.cbegin(); known != m_known.cend(); ++known) {
-        if (now.contains(known.key()))
+        if (isStillShown(known.key(), *known))
             continue;
         std::copy_if(known->cbegin(), known->cend(), std::back_inserter(missing),
                      [&](quint32 window) { return !listedIds.contains(window); });
@@ -86,7 +94,7 @@ void LaunchWatcher::forgetEnded(const QHash<qint32, QList<quint32>> &now, const 
         m_unlisted = QSet<quint32>(inUse.cbegin(), inUse.cend());
     }
     m_known.removeIf([&](const auto &known) {
-        return !now.contains(known.key()) &&
+        return !isStillShown(known.key(), known.value()) &&
                std::none_of(known.value().cbegin(), known.value().cend(),
                             [this](quint32 window) { return m_unlisted.contains(window); });
     });
