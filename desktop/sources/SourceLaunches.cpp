@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QSet>
 
+#include <optional>
 #include <utility>
 
 namespace kestrin::desktop {
@@ -13,7 +14,7 @@ using namespace foundation;
 
 /// A process that has become an application since the last look is launched, once however many windows it
 /// shows. It is remembered for as long as the desktop lists one of them; who has nothing but new ones was
-/// gone in between.
+/// gone in between. What the first answer tells of is no launch, also where it comes late.
 class SourceLaunches::Finder final : public LaunchFinder {
   public:
     explicit Finder(WindowSource &source) : m_source(source) { Finder::update(); }
@@ -23,24 +24,29 @@ class SourceLaunches::Finder final : public LaunchFinder {
         if (!windows)
             return {};
         QList<LaunchedApplication> launches;
-        QHash<qint32, QSet<quint64>> now;
+        Known now;
         for (const auto &application : applicationsOf(*windows)) {
             QSet<quint64> &shown = now[application.process];
             for (const SourceWindow &window : application.windows)
                 shown.insert(window.id);
-            if (!shown.intersects(m_known.value(application.process)))
+            if (m_known && !shown.intersects(m_known->value(application.process)))
                 launches.append({application.process, application.claims()});
         }
         m_known = std::move(now);
         return launches;
     }
 
-    void forget(qint32 process) override { m_known.remove(process); }
+    void forget(qint32 process) override {
+        if (m_known)
+            m_known->remove(process);
+    }
 
   private:
-    WindowSource &m_source;
     /// The windows of each application.
-    QHash<qint32, QSet<quint64>> m_known;
+    using Known = QHash<qint32, QSet<quint64>>;
+
+    WindowSource &m_source;
+    std::optional<Known> m_known;
 };
 
 SourceLaunches::SourceLaunches(ApplicationRecords &records, WindowSource &source)

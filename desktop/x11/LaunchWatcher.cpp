@@ -48,6 +48,9 @@ QList<LaunchedApplication> LaunchWatcher::update() {
         const auto reading = DesktopReading::take(m_connection, deadline);
         m_isBehind = !reading;
         again = reading && compare(*reading, deadline, launches);
+        // What the first answer tells of is no launch, also where it comes late.
+        if (reading && !std::exchange(m_hasBegun, true))
+            launches.clear();
     }
     return launches;
 }

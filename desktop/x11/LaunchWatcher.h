@@ -54,6 +54,7 @@ class LaunchWatcher final : public LaunchFinder {
     /// to count, and those that nobody lists.
     QSet<quint32> m_followed;
     QSet<quint32> m_unlisted;
+    bool m_hasBegun = false;
     bool m_isBehind = false;
 };
 

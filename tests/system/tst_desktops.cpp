@@ -317,18 +317,25 @@ void DesktopsTest::silence() {
     const SampleApp app(native().named("app"));
     QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
     QTRY_COMPARE(launches.pids, native().seen({app.pid()}));
+    const auto other = makeWorkspace();
+    QTRY_COMPARE(running(*other), native().seen({app.pid()}));
+    std::optional<Launches> inSilence;
     {
         display::signalCompositor(SIGSTOP);
         const auto goesOn = qScopeGuard([] { display::signalCompositor(SIGCONT); });
         callEverythingInVain(*workspace, app.pid());
+        inSilence.emplace(*other);
         // Also where it is the first call.
         QCOMPARE(running(*makeWorkspace()), QList<qint32>());
     }
     QTRY_COMPARE(running(*workspace), native().seen({app.pid()}));
+    QTRY_COMPARE(running(*other), native().seen({app.pid()}));
     QCOMPARE(workspace->sight().extent, thisDesktop().sight);
     const SampleApp later(native().named("later"));
     QTRY_COMPARE(later.said(u"mapped 1"_s), 1);
     QTRY_COMPARE(launches.pids, native().seen({app.pid(), later.pid()}));
+    // Who ran when nothing was told yet is no launch.
+    QTRY_COMPARE(inSilence->pids, native().seen({later.pid()}));
 }
 
 /// The last one: what has died does not come back as it was everywhere.

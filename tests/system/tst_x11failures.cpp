@@ -99,10 +99,14 @@ void X11FailuresTest::silentServer() {
     Launches launches(workspace);
     const SampleApp app;
     QTRY_COMPARE(launches.pids, QList<qint32>{app.pid()});
+    X11Workspace other;
+    QCOMPARE(running(other), QList<qint32>{app.pid()});
+    std::optional<Launches> inSilence;
     {
         display::signalServer(SIGSTOP);
         const auto goesOn = qScopeGuard([] { display::signalServer(SIGCONT); });
         callEverythingInVain(workspace, app.pid());
+        inSilence.emplace(other);
         // Also where it is the first call, and one that is given up meanwhile could hang or crash.
         X11Workspace abandoned;
         callEverythingInVain(abandoned, app.pid());
@@ -112,6 +116,8 @@ void X11FailuresTest::silentServer() {
     QVERIFY(workspace.sight().isFull());
     const SampleApp later;
     QTRY_COMPARE(launches.pids, (QList<qint32>{app.pid(), later.pid()}));
+    // Who ran when nothing was told yet is no launch.
+    QTRY_COMPARE(inSilence->pids, QList<qint32>{later.pid()});
     QCOMPARE(workspace.terminate(later.pid()), Termination::delivered);
     QTRY_VERIFY(!later.isRunning());
     QVERIFY(app.isRunning());
