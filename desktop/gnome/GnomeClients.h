@@ -22,6 +22,7 @@ class GnomeClients final : public WindowSource {
     explicit GnomeClients(Clients clients = clientsOfThisSession());
 
     bool open(const foundation::Deadline &deadline) override;
+    bool isOpen() const override { return m_shell.isOpen(); }
     std::optional<QList<SourceWindow>> windows(const foundation::Deadline &deadline) override;
     bool close(const QList<SourceWindow> &windows, const foundation::Deadline &deadline) override;
     /// As it was at the last call of `windows`.

@@ -85,7 +85,7 @@ std::optional<QList<SourceWindow>> GnomeShellWindows::windows(const Deadline &de
     m_isFollowed = m_shell.ask(method("List"), deadline,
                                [&windows](sd_bus_message *reply) { windows = readWindows(reply); });
     if (!windows)
-        m_shell.close();
+        m_shell.giveUp();
     return windows;
 }
 

@@ -13,6 +13,7 @@ class GnomeShellWindows final : public WindowSource {
     GnomeShellWindows();
 
     bool open(const foundation::Deadline &deadline) override;
+    bool isOpen() const override { return m_shell.isOpen(); }
     std::optional<QList<SourceWindow>> windows(const foundation::Deadline &deadline) override;
     /// An application all of whose windows these are gets its own Quit from the shell.
     bool close(const QList<SourceWindow> &windows, const foundation::Deadline &deadline) override;

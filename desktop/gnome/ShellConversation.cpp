@@ -45,7 +45,13 @@ QByteArray ShellConversation::ownerOf(const QByteArray &name, const Deadline &de
 
 bool ShellConversation::ask(const ShellMethod &method, const Deadline &deadline, const Reader &read,
                             const Writer &write) {
-    return m_bus && askMember({m_owner, method.path, method.interface, method.member}, deadline, read, write);
+    if (!m_bus)
+        return false;
+    const bool isAnswered =
+        askMember({m_owner, method.path, method.interface, method.member}, deadline, read, write);
+    if (!m_bus)
+        giveUp();
+    return isAnswered;
 }
 
 bool ShellConversation::askMember(const BusMethod &method, const Deadline &deadline, const Reader &read,
@@ -70,6 +76,11 @@ void ShellConversation::close() {
     m_bus.reset();
     m_owner.clear();
     m_hasTold = m_hasLeft = false;
+}
+
+void ShellConversation::giveUp() {
+    close();
+    tellSoon(m_hasLeft);
 }
 
 void ShellConversation::hear(const QByteArray &interfaceName) {

@@ -32,19 +32,21 @@ class ShellConversation : public QObject {
     bool open(const QList<QByteArray> &names, const foundation::Deadline &deadline);
     bool isOpen() const { return m_bus != nullptr; }
     void close();
+    /// Closes it and tells that: whoever listens would wait in vain.
+    void giveUp();
 
     /// From now on `told` follows the signals of this interface.
     void hear(const QByteArray &interfaceName);
 
-    /// Whether there was an answer other than an error. When there was none in time it is closed: whatever
-    /// comes later must not be taken for the answer to another question.
+    /// Whether there was an answer other than an error. When there was none in time it is given up:
+    /// whatever comes later must not be taken for the answer to another question.
     bool ask(const ShellMethod &method, const foundation::Deadline &deadline, const Reader &read,
              const Writer &write = nothing);
 
   Q_SIGNALS:
     /// From the event loop; what comes together is told once.
     void told();
-    /// From the event loop, and closed: the shell, one of its names or the bus has gone.
+    /// From the event loop, and closed: the shell, one of its names or the bus has gone, or it was given up.
     void left();
 
   private:

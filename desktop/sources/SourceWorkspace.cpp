@@ -23,6 +23,11 @@ SourceWorkspace::SourceWorkspace(std::unique_ptr<WindowSource> source)
 }
 
 bool SourceWorkspace::open(const Deadline &deadline) {
+    // Perhaps without having been told yet. Windows of another conversation cannot be compared with these.
+    if (m_isOpen && !m_source->isOpen()) {
+        m_isOpen = false;
+        m_launches.disconnected();
+    }
     const bool wasOpen = std::exchange(m_isOpen, m_source->open(deadline));
     if (m_isOpen && !wasOpen)
         m_launches.connected();

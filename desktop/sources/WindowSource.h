@@ -51,6 +51,9 @@ class WindowSource : public QObject {
     /// this protocol to us.
     virtual bool open(const foundation::Deadline &deadline) = 0;
 
+    /// Whether the conversation goes on, as far as is known without asking.
+    virtual bool isOpen() const = 0;
+
     /// All windows, in the desktop's order. No answer when the desktop is silent or has gone.
     virtual std::optional<QList<SourceWindow>> windows(const foundation::Deadline &deadline) = 0;
 

@@ -21,6 +21,7 @@ class SwayWindows final : public WindowSource {
     ~SwayWindows() override;
 
     bool open(const foundation::Deadline &deadline) override;
+    bool isOpen() const override { return m_connection.isOpen(); }
     std::optional<QList<SourceWindow>> windows(const foundation::Deadline &deadline) override;
     bool close(const QList<SourceWindow> &windows, const foundation::Deadline &deadline) override;
 

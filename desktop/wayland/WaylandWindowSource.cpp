@@ -32,7 +32,7 @@ WaylandWindowSource::~WaylandWindowSource() {
     drop();
 }
 
-bool WaylandWindowSource::isUsable() const {
+bool WaylandWindowSource::isOpen() const {
     return m_manager && !m_hasEnded && !m_connection->isBroken();
 }
 
@@ -44,12 +44,12 @@ void WaylandWindowSource::drop() {
     if (m_manager)
         wl_proxy_destroy(std::exchange(m_manager, nullptr));
     m_connection.reset();
-    m_hasEnded = m_hasAsked = m_willTellChange = false;
+    m_hasEnded = m_hasAsked = m_isBehind = m_willTellChange = false;
     ++m_conversation;
 }
 
 bool WaylandWindowSource::open(const Deadline &deadline) {
-    if (isUsable())
+    if (isOpen())
         return true;
     const bool isKept = m_connection && !m_manager && !m_connection->isBroken();
     if (!isKept && !connect())
@@ -71,8 +71,10 @@ bool WaylandWindowSource::connect() {
     if (!m_connection)
         return false;
     QObject::connect(m_connection.get(), &WaylandConnection::spoke, this, [this] {
-        if (m_manager && !isUsable())
+        if (m_manager && !isOpen())
             noteLoss();
+        else if (m_isBehind)
+            noteChange();
     });
     return true;
 }
@@ -80,15 +82,18 @@ bool WaylandWindowSource::connect() {
 std::optional<QList<SourceWindow>> WaylandWindowSource::windows(const Deadline &deadline) {
     if (!m_manager)
         return std::nullopt;
+    m_hasAsked = true;
     // What was announced by the end of the first trip may be asked for in the second, and complete then.
-    bool isAnswered = isUsable() && m_connection->roundTrip(deadline);
+    bool isAnswered = isOpen() && m_connection->roundTrip(deadline);
     for (int trip = 0; isAnswered && trip < 2 && !areComplete(); ++trip)
         isAnswered = m_connection->roundTrip(deadline);
-    if (!isUsable())
+    if (!isOpen())
         noteLoss();
-    if (!isAnswered || !isUsable())
+    // Whoever did not get an answer asks again as soon as there is one.
+    if (std::exchange(m_isBehind, !isAnswered) && isAnswered)
+        noteChange();
+    if (!isAnswered || !isOpen())
         return std::nullopt;
-    m_hasAsked = true;
     QList<SourceWindow> windows;
     for (const Followed &followed : m_windows) {
         if (followed.isComplete)
@@ -98,7 +103,7 @@ std::optional<QList<SourceWindow>> WaylandWindowSource::windows(const Deadline &
 }
 
 bool WaylandWindowSource::close(const QList<SourceWindow> &windows, const Deadline &deadline) {
-    if (!isUsable())
+    if (!isOpen())
         return false;
     bool isAsked = false;
     for (const Followed &followed : m_windows) {
@@ -110,7 +115,7 @@ bool WaylandWindowSource::close(const QList<SourceWindow> &windows, const Deadli
     }
     // Only then is it certain that somebody has read the requests.
     const bool isDelivered = isAsked && m_connection->roundTrip(deadline);
-    if (!isUsable())
+    if (!isOpen())
         noteLoss();
     return isDelivered;
 }

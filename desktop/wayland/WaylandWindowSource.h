@@ -40,6 +40,7 @@ class WaylandWindowSource : public WindowSource {
     ~WaylandWindowSource() override;
 
     bool open(const foundation::Deadline &deadline) override;
+    bool isOpen() const override;
     std::optional<QList<SourceWindow>> windows(const foundation::Deadline &deadline) override;
     /// Asks them all, also those that do not count.
     bool close(const QList<SourceWindow> &windows, const foundation::Deadline &deadline) override;
@@ -91,7 +92,6 @@ class WaylandWindowSource : public WindowSource {
     bool connect();
     void take(Followed &followed, WindowNews news);
     void drop();
-    bool isUsable() const;
     bool areComplete() const;
     void noteChange();
     void noteLoss();
@@ -103,6 +103,8 @@ class WaylandWindowSource : public WindowSource {
     quint64 m_lastId = 0;
     bool m_hasEnded = false;
     bool m_hasAsked = false;
+    /// The last question for the windows got no answer in time.
+    bool m_isBehind = false;
     bool m_willTellChange = false;
     /// Which conversation it is. What is told from the event loop may be about an earlier one.
     quint64 m_conversation = 0;

@@ -96,6 +96,7 @@ class Shell {
 class OpenWindows final : public WindowSource {
   public:
     bool open(const Deadline & /*deadline*/) override { return true; }
+    bool isOpen() const override { return true; }
     std::optional<QList<SourceWindow>> windows(const Deadline & /*deadline*/) override { return {}; }
     bool close(const QList<SourceWindow> & /*windows*/, const Deadline & /*deadline*/) override {
         return false;
@@ -167,7 +168,8 @@ void GnomeTest::impostor() {
 }
 
 void GnomeTest::following() {
-    for (const bool dies : {false, true}) {
+    enum class End { ofShell, ofExtension, ofPatience };
+    for (const End end : {End::ofShell, End::ofExtension, End::ofPatience}) {
         std::optional<Shell> shell(bothNames);
         GnomeShellWindows source;
         QSignalSpy changed(&source, &WindowSource::changed);
@@ -176,10 +178,14 @@ void GnomeTest::following() {
         shell->signals = 3000;
         QTRY_VERIFY(shell->signals == 0 && !changed.isEmpty());
         QVERIFY(lost.isEmpty());
-        if (dies)
+        if (end == End::ofShell) {
             shell.reset();
-        else
+        } else if (end == End::ofExtension) {
             shell->losesExtension = true;
+        } else {
+            shell->manner = Manner::silent;
+            QVERIFY(!source.windows(soon()));
+        }
         QTRY_COMPARE(lost.size(), 1);
         QVERIFY(!source.windows(soon()) && !source.open(soon()));
     }

@@ -166,8 +166,10 @@ void WaylandTest::silence() {
     QVERIFY(!talk.source.close({{1, 0, {}, true}}, Deadline(100ms)));
     QVERIFY(!other.open(Deadline(100ms)));
     QVERIFY(timer.elapsed() < 2000);
-    // The same conversation goes on.
+    // The same conversation goes on, and whoever was not answered hears of it.
+    talk.changed.clear();
     talk.compositor->setSilent(false);
+    QTRY_COMPARE(talk.changed.size(), 1);
     QCOMPARE(talk.appIds(), QStringList{u"first"_s});
     QVERIFY(talk.lost.isEmpty());
 }
