@@ -23,7 +23,8 @@ class ChosenWorkspace::Subscription final : public LaunchSubscription {
     }
     ~Subscription() override {
         m_workspace.m_subscriptions.removeOne(this);
-        m_workspace.lookAgainLater();
+        if (m_workspace.m_subscriptions.isEmpty())
+            m_workspace.m_again.stop();
     }
 
     void renew() {
@@ -66,9 +67,7 @@ ChosenWorkspace::ChosenWorkspace(std::vector<Candidate> candidates) : m_candidat
 ChosenWorkspace::~ChosenWorkspace() = default;
 
 void ChosenWorkspace::lookAgainLater() {
-    if (m_subscriptions.isEmpty())
-        m_again.stop();
-    else if (!m_again.isActive())
+    if (!m_subscriptions.isEmpty() && !m_again.isActive())
         m_again.start(1min);
 }
 
@@ -78,8 +77,10 @@ const ChosenWorkspace::Candidate *ChosenWorkspace::choose() {
         return candidate.workspace->open(deadline);
     };
     // Opening is quick where it is open already.
-    if (m_leader && !m_leader->needsX11 && answers(*m_leader))
+    if (m_leader && !m_leader->needsX11 && answers(*m_leader)) {
+        m_again.stop();
         return m_leader;
+    }
     const auto found = std::ranges::find_if(m_candidates, answers);
     m_isSilent = deadline.remaining() == 0ms;
     follow(found == m_candidates.end() ? nullptr : &*found);
