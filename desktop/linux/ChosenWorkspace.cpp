@@ -77,23 +77,25 @@ const ChosenWorkspace::Candidate *ChosenWorkspace::choose() {
         return candidate.workspace->open(deadline);
     };
     // Opening is quick where it is open already.
-    if (m_leader && !m_leader->needsX11 && answers(*m_leader)) {
+    if (!mayFindBetter() && answers(*m_leader)) {
         m_again.stop();
         return m_leader;
     }
     const auto found = std::ranges::find_if(m_candidates, answers);
-    m_isSilent = deadline.remaining() == 0ms;
-    follow(found == m_candidates.end() ? nullptr : &*found);
-    if (usesX11())
+    const bool isSilent = deadline.remaining() == 0ms;
+    follow(found == m_candidates.end() || isSilent ? nullptr : &*found, isSilent);
+    if (mayFindBetter())
         lookAgainLater();
     else
         m_again.stop();
     return m_leader;
 }
 
-void ChosenWorkspace::follow(const Candidate *leader) {
-    if (std::exchange(m_leader, leader) == leader)
+void ChosenWorkspace::follow(const Candidate *leader, bool isSilent) {
+    if (m_leader == leader && m_isSilent == isSilent)
         return;
+    m_leader = leader;
+    m_isSilent = isSilent;
     for (Subscription *const subscription : std::as_const(m_subscriptions))
         subscription->renew();
 }
@@ -116,17 +118,14 @@ QList<WorkspaceApplication> ChosenWorkspace::runningApplications() {
 
 Termination ChosenWorkspace::terminate(qint32 processIdentifier) {
     const Candidate *const leader = choose();
-    const auto asked =
-        usesX11() ? m_x11.terminate(processIdentifier) : leader->workspace->terminate(processIdentifier);
-    return asked == Termination::gone && leader && leader->needsX11
-               ? leader->workspace->terminate(processIdentifier)
-               : asked;
+    const auto asked = usesX11() ? m_x11.terminate(processIdentifier) : Termination::gone;
+    return asked == Termination::gone && leader ? leader->workspace->terminate(processIdentifier) : asked;
 }
 
 std::unique_ptr<LaunchSubscription> ChosenWorkspace::subscribeToLaunches(LaunchHandler handler) {
     choose();
     auto subscription = std::make_unique<Subscription>(*this, std::move(handler));
-    if (usesX11())
+    if (mayFindBetter())
         lookAgainLater();
     return subscription;
 }
@@ -134,7 +133,7 @@ std::unique_ptr<LaunchSubscription> ChosenWorkspace::subscribeToLaunches(LaunchH
 Sight ChosenWorkspace::sight() {
     if (const Candidate *const leader = choose())
         return leader->workspace->sight();
-    return sightOfX11InWayland(m_x11.sight(), m_isSilent);
+    return m_isSilent ? sightOfSilence() : sightOfX11InWayland(m_x11.sight());
 }
 
 } // namespace kestrin::desktop

@@ -13,9 +13,10 @@
 namespace kestrin::desktop {
 
 /// The first of its sources that answers leads; a better one takes over where the leading one does not see
-/// everything, at the next call or within a minute. Where none answers, X11 does what it can. Who has
-/// subscribed stays subscribed when the lead changes; what runs at that moment is no launch. Main thread
-/// only.
+/// everything, at the next call or within a minute. Where none answers, X11 does what it can. A desktop that
+/// keeps everybody waiting costs each call two seconds, and X11 is not asked as well: its windows are shown
+/// by the same desktop. Who has subscribed stays subscribed when the lead changes; what runs at that moment
+/// is no launch. Main thread only.
 class ChosenWorkspace final : public engine::Workspace {
   public:
     struct Candidate {
@@ -37,16 +38,17 @@ class ChosenWorkspace final : public engine::Workspace {
   private:
     class Subscription;
 
-    /// Null where X11 leads.
+    /// Null where X11 leads, or nobody.
     const Candidate *choose();
-    void follow(const Candidate *leader);
-    bool usesX11() const { return !m_leader || m_leader->needsX11; }
+    void follow(const Candidate *leader, bool isSilent);
+    bool usesX11() const { return !m_isSilent && (!m_leader || m_leader->needsX11); }
+    bool mayFindBetter() const { return !m_leader || m_leader->needsX11; }
     void lookAgainLater();
 
     const std::vector<Candidate> m_candidates;
     X11Workspace m_x11;
     const Candidate *m_leader = nullptr;
-    /// The desktop did not answer when it was last looked at.
+    /// The desktop did not answer when it was last looked at, and nobody leads.
     bool m_isSilent = false;
     QList<Subscription *> m_subscriptions;
     QTimer m_again;

@@ -17,9 +17,7 @@ struct Words {
 };
 
 /// What the desktop calls itself decides on the words, and on nothing else.
-Words wordsFor(const QStringList &desktops, bool isSilent) {
-    if (isSilent)
-        return {u"The desktop does not answer"_s, {}, Sight::Help::none};
+Words wordsFor(const QStringList &desktops) {
     if (desktops.contains(u"KDE"_s, Qt::CaseInsensitive))
         return {u"Plasma does not let this copy of Kestrin see what runs"_s,
                 u"Allow it with \"kestrinctl desktop enable\", or install the package."_s,
@@ -31,9 +29,9 @@ Words wordsFor(const QStringList &desktops, bool isSilent) {
 
 } // namespace
 
-Sight sightOfX11InWayland(const Sight &x11, bool isSilent) {
+Sight sightOfX11InWayland(const Sight &x11) {
     const bool seesNothing = x11.extent == Sight::Extent::none;
-    const Words words = wordsFor(qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':'), isSilent);
+    const Words words = wordsFor(qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':'));
     return {.extent = seesNothing ? Sight::Extent::none : Sight::Extent::partial,
             .reason =
                 words.why + (seesNothing ? u", so no running applications can be seen."_s

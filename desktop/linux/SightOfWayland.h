@@ -5,7 +5,6 @@
 
 namespace kestrin::desktop {
 
-/// `isSilent`: the desktop did not answer in time, so that it is not known what it would tell.
-engine::Sight sightOfX11InWayland(const engine::Sight &x11, bool isSilent);
+engine::Sight sightOfX11InWayland(const engine::Sight &x11);
 
 } // namespace kestrin::desktop

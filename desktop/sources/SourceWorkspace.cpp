@@ -12,6 +12,13 @@ namespace kestrin::desktop {
 using namespace foundation;
 using namespace engine;
 
+Sight sightOfSilence() {
+    return {Sight::Extent::none,
+            u"The desktop does not answer, so no running applications can be seen."_s,
+            {},
+            {}};
+}
+
 SourceWorkspace::SourceWorkspace(std::unique_ptr<WindowSource> source)
     : m_source(std::move(source))
     , m_launches(m_records, *m_source) {
@@ -83,10 +90,7 @@ std::unique_ptr<LaunchSubscription> SourceWorkspace::subscribeToLaunches(LaunchH
 Sight SourceWorkspace::sight() {
     const auto all = windows(Deadline(sourcePatience));
     if (!all)
-        return {Sight::Extent::none,
-                u"The desktop does not answer, so no running applications can be seen."_s,
-                {},
-                {}};
+        return sightOfSilence();
     const auto unknown = std::count_if(all->cbegin(), all->cend(), [](const SourceWindow &window) {
         return window.isRegular && window.process == 0;
     });

@@ -12,6 +12,9 @@
 
 namespace kestrin::desktop {
 
+/// Of a desktop that keeps us waiting it is not known what it would tell.
+engine::Sight sightOfSilence();
+
 /// An application is a process with at least one window that a task bar would show. Where the source cannot
 /// be opened the next call tries again, and for whoever has subscribed it is tried once a minute; what runs
 /// then is no launch. A desktop that does not answer costs each call two seconds. Main thread only.
