@@ -125,10 +125,8 @@ const QList<CommandDescription> &commandTable() {
          u"desktop"_s,
          u"Let the desktop show its windows to Kestrin, or no longer"_s,
          u"Some desktops let no program see what runs before their user says so. On GNOME, enable switches "
-         u"on "
-         "Kestrin's extension, which answers the installed Kestrin alone, or also this one where it is "
-         "another. "
-         "On KDE Plasma only a Kestrin that is not installed needs it. Disable takes both back."_s,
+         "on Kestrin's extension, which answers the installed Kestrin alone, or also this one where it is "
+         "another. On KDE Plasma only a Kestrin that is not installed needs it. Disable takes both back."_s,
          {{u"kestrinctl desktop enable"_s, u"let this Kestrin see which applications run"_s},
           {u"kestrinctl desktop disable"_s, u"take that back"_s}},
          CommandArguments::enableOrDisable,

@@ -23,8 +23,7 @@ Words wordsFor(const QStringList &desktops) {
                 u"Allow it with \"kestrinctl desktop enable\", or install the package."_s,
                 Sight::Help::allow};
     return {u"This desktop does not tell programs what runs"_s,
-            u"Everything can be seen on GNOME, KDE Plasma, sway and the desktops named in the manual."_s,
-            Sight::Help::read};
+            u"GNOME, KDE Plasma, sway and desktops with X11 let Kestrin see more."_s, Sight::Help::read};
 }
 
 } // namespace

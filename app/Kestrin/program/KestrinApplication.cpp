@@ -26,8 +26,7 @@ const QString howToSee =
     "KDE Plasma: install Kestrin's package, or choose Enable here.\n\n"
     "sway, Hyprland, labwc, niri, river, Wayfire: there is nothing to do.\n\n"
     "Elsewhere: choose an X11 or Xorg session where you log in, if there is one. Until then look yourself "
-    "for "
-    "applications that should not run."_s;
+    "for applications that should not run."_s;
 
 void bringToFront(QQuickWindow &window, const QString &activationToken) {
     // Where Qt's plugin for Wayland looks for it.
