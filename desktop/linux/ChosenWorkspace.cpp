@@ -1,6 +1,10 @@
 #include "desktop/linux/ChosenWorkspace.h"
 
 #include "desktop/linux/SightOfWayland.h"
+#include "desktop/wayland/WaylandConnection.h"
+
+#include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <utility>
@@ -133,7 +137,11 @@ std::unique_ptr<LaunchSubscription> ChosenWorkspace::subscribeToLaunches(LaunchH
 Sight ChosenWorkspace::sight() {
     if (const Candidate *const leader = choose())
         return leader->workspace->sight();
-    return m_isSilent ? sightOfSilence() : sightOfX11InWayland(m_x11.sight());
+    if (m_isSilent)
+        return sightOfSilence();
+    const Sight x11 = m_x11.sight();
+    // What is left in the environment of a session that has ended makes this none of Wayland.
+    return QFileInfo::exists(QFile::decodeName(waylandSocketPath())) ? sightOfX11InWayland(x11) : x11;
 }
 
 } // namespace kestrin::desktop

@@ -1,5 +1,6 @@
 // X servers that are absent, silent or gone.
 
+#include "desktop/Platform.h"
 #include "desktop/x11/X11Workspace.h"
 #include "tests/support/SampleApp.h"
 
@@ -57,6 +58,12 @@ void X11FailuresTest::noDisplay() {
     callEverythingInVain(workspace, 1);
     qputenv("DISPLAY", before);
     QVERIFY(workspace.sight().isFull());
+    // Left over from a session that has ended.
+    qputenv("SWAYSOCK", "/nowhere");
+    qputenv("WAYLAND_DISPLAY", "nowhere");
+    QVERIFY(makeWorkspace()->sight().isFull());
+    qunsetenv("SWAYSOCK");
+    qunsetenv("WAYLAND_DISPLAY");
 }
 
 void X11FailuresTest::noWindowManager() {
