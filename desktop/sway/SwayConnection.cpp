@@ -7,8 +7,11 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <utility>
+
+using namespace std::chrono_literals;
 
 namespace kestrin::desktop {
 
@@ -44,6 +47,10 @@ bool SwayConnection::open(const QByteArray &path) {
     m_socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     if (::connect(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
         close();
+    ucred owner{};
+    socklen_t size = sizeof owner;
+    m_server = ::getsockopt(m_socket, SOL_SOCKET, SO_PEERCRED, &owner, &size) == 0 ? owner.pid : 0;
+    m_wasHungUp = false;
     return isOpen();
 }
 
@@ -63,7 +70,8 @@ std::optional<QByteArray> SwayConnection::ask(Message message, const QByteArray 
     append(bytes, kind);
     bytes += payload;
     bool goesOn = send(bytes, deadline);
-    while (goesOn && waitFor(POLLIN, deadline)) {
+    // Whoever talks without end is no reason to go on listening.
+    while (goesOn && deadline.remaining() > 0ms && waitFor(POLLIN, deadline)) {
         goesOn = receive();
         auto answer = nextAnswer();
         goesOn = goesOn && isOpen();
@@ -106,7 +114,8 @@ bool SwayConnection::receive() {
     const ssize_t length = ::recv(m_socket, room.data(), room.size(), 0);
     if (length > 0)
         m_received.append(room.data(), length);
-    return length > 0 || (length < 0 && (errno == EAGAIN || errno == EINTR));
+    m_wasHungUp = length == 0 || (length < 0 && errno != EAGAIN && errno != EINTR);
+    return !m_wasHungUp;
 }
 
 std::optional<SwayConnection::Received> SwayConnection::nextAnswer() {

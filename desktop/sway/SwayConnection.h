@@ -36,6 +36,10 @@ class SwayConnection {
     void close();
     bool isOpen() const { return m_socket >= 0; }
     int descriptor() const { return m_socket; }
+    /// The process at the other end, also when that has hung up; 0 when it cannot be told.
+    qint32 server() const { return m_server; }
+    /// The last conversation was ended from there.
+    bool wasHungUp() const { return m_wasHungUp; }
 
     /// The answer; none, and a closed conversation, when it does not come in time.
     std::optional<QByteArray> ask(Message message, const QByteArray &payload,
@@ -60,6 +64,8 @@ class SwayConnection {
 
     const EventHandler m_handleEvent;
     int m_socket = -1;
+    qint32 m_server = 0;
+    bool m_wasHungUp = false;
     QByteArray m_received;
 };
 

@@ -77,7 +77,12 @@ void SwayWindows::endIfLost() {
     // Perhaps in the middle of its own signal.
     m_notifier->setEnabled(false);
     m_notifier.release()->deleteLater();
-    Q_EMIT lost();
+    // Sway hangs up on whoever is slow to read, so that a flood of windows would leave us deaf.
+    const qint32 sway = m_connection.server();
+    if (m_connection.wasHungUp() && open(Deadline(sourcePatience)) && m_connection.server() == sway)
+        Q_EMIT changed();
+    else
+        Q_EMIT lost();
 }
 
 } // namespace kestrin::desktop

@@ -179,9 +179,10 @@ void SwayTest::conversations() {
 
 void SwayTest::events() {
     bool ends = false;
+    bool hangsUp = false;
     QByteArray news;
     FakeSway sway([&](quint32 kind) -> std::optional<QByteArray> {
-        if (ends)
+        if (ends || std::exchange(hangsUp, false))
             return std::nullopt;
         return message(kind, kind == getTree ? oneWindow : R"([{"success":true}])") + std::exchange(news, {});
     });
@@ -197,6 +198,11 @@ void SwayTest::events() {
     QVERIFY(windows.windows(Deadline(1s)));
     QCoreApplication::processEvents();
     QCOMPARE(changed.count(), 1);
+    // As on everybody who is slow to read.
+    hangsUp = true;
+    QVERIFY(!windows.windows(Deadline(1s)));
+    QTRY_COMPARE(changed.count(), 2);
+    QVERIFY(windows.windows(Deadline(1s)) && lost.isEmpty());
     ends = true;
     QVERIFY(!windows.windows(Deadline(1s)));
     QTRY_COMPARE(lost.count(), 1);
