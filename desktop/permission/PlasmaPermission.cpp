@@ -54,7 +54,7 @@ PlasmaPermission::Answer PlasmaPermission::enable() {
 PlasmaPermission::Answer PlasmaPermission::disable() {
     // Also those of programs that are not there any more.
     QDir folder(m_folder, u"" KESTRIN_DESKTOP_ID ".allowed-*.desktop"_s);
-    for (const QString &entry : folder.entryList(QDir::Files)) {
+    for (const QString &entry : folder.entryList(QDir::Files | QDir::CaseSensitive)) {
         if (!folder.remove(entry))
             return {false, folder.filePath(entry) + u" cannot be removed."_s};
     }
