@@ -90,8 +90,10 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     QObject::connect(&readerLeft, &QSocketNotifier::activated, end);
 
     CommandSession session(surroundings, CommandSession::Desktop::seen);
-    if (const Sight sight = surroundings.runtime.workspace.sight(); !sight.isFull())
-        surroundings.say(sight.text());
+    QObject::connect(&session.runtime, &MacProtectionRuntime::sightChanged, [&] {
+        const Sight &sight = session.runtime.sight();
+        surroundings.say(sight.isFull() ? u"Everything that runs can be seen now."_s : sight.text());
+    });
     QObject::connect(&session.runtime, &MacProtectionRuntime::storageFailed,
                      [&surroundings](const QString &sentence) { surroundings.say(sentence); });
     EventPrinter printer(session.runtime, surroundings.out, surroundings.palette, json);

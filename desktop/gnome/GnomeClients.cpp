@@ -82,8 +82,7 @@ bool GnomeClients::open(const Deadline &deadline) {
 
 std::optional<QList<SourceWindow>> GnomeClients::windows(const Deadline &deadline) {
     m_isFollowed = true;
-    // The kernel goes on telling when the shell does not answer any more. X11 is asked afterwards, and may be
-    // as silent.
+    // X11 is asked afterwards, and may be as silent.
     m_extension = ShellExtension(m_shell).state(Deadline(deadline.remaining() / 2));
     if (!m_shell.isOpen())
         return std::nullopt;

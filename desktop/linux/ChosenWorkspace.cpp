@@ -62,8 +62,10 @@ ChosenWorkspace::ChosenWorkspace(std::vector<Candidate> candidates) : m_candidat
     QObject::connect(&m_again, &QTimer::timeout, &m_again, [this] { choose(); });
     for (const Candidate &candidate : m_candidates) {
         QObject::connect(&candidate.workspace->source(), &WindowSource::lost, &m_again, [this, &candidate] {
-            if (&candidate == m_leader)
-                lookAgainLater();
+            // Whoever asks something chooses anew anyway.
+            if (&candidate == m_leader && !m_subscriptions.isEmpty())
+                QMetaObject::invokeMethod(
+                    &m_again, [this] { choose(); }, Qt::QueuedConnection);
         });
     }
 }

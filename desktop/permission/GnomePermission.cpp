@@ -74,6 +74,10 @@ GnomePermission::Answer GnomePermission::whatBecameOf(ShellExtension &extension)
 }
 
 GnomePermission::Answer GnomePermission::disable() {
+    // Whether or not GNOME answers.
+    AllowedPrograms::remove(m_programs.paths);
+    if (QFileInfo(ownExtension()).isSymLink())
+        QFile::remove(ownExtension());
     const Deadline deadline(sourcePatience);
     ShellConversation shell;
     ShellExtension extension(shell);
@@ -82,9 +86,6 @@ GnomePermission::Answer GnomePermission::disable() {
     // What GNOME does not know is off.
     const bool isDone =
         extension.setEnabled(false, deadline) || extension.state(deadline) == ExtensionState::unknown;
-    AllowedPrograms::remove(m_programs.paths);
-    if (QFileInfo(ownExtension()).isSymLink())
-        QFile::remove(ownExtension());
     if (!isDone)
         return {false, u"GNOME did not switch Kestrin's extension off."_s};
     return {true, u"GNOME tells Kestrin no longer which applications run."_s};
