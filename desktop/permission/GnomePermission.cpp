@@ -86,6 +86,8 @@ GnomePermission::Answer GnomePermission::disable() {
     // What GNOME does not know is off.
     const bool isDone =
         extension.setEnabled(false, deadline) || extension.state(deadline) == ExtensionState::unknown;
+    if (!shell.isOpen())
+        return silence;
     if (!isDone)
         return {false, u"GNOME did not switch Kestrin's extension off."_s};
     return {true, u"GNOME tells Kestrin no longer which applications run."_s};

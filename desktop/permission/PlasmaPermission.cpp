@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -43,6 +44,9 @@ PlasmaPermission::Answer PlasmaPermission::enable() {
     makePrivateFolder(QFile::encodeName(m_folder));
     for (const QString &program : m_programs.paths) {
         const QByteArray text = entryText(program);
+        // What a link leads to is somebody else's.
+        if (QFileInfo(entryOf(program)).isSymLink())
+            QFile::remove(entryOf(program));
         if (!replacePrivateFile(entryOf(program), {viewOf(text)}))
             return {false, u"Nothing was allowed, because "_s + entryOf(program) + u" cannot be written."_s};
     }
