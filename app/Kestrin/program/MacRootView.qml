@@ -67,11 +67,22 @@ Item {
             });
         }
 
-        MacSightLine {
+        // Where everything can be seen nobody waits for it to be made.
+        Loader {
             id: sightLine
 
+            readonly property bool isWanted: root.protection.sightText !== ""
+
             width: parent.width
-            protection: root.protection
+            height: item?.height ?? 0
+            onIsWantedChanged: {
+                if (isWanted)
+                    setSource("MacSightLine.qml", {
+                        "protection": root.protection
+                    });
+                else
+                    source = "";
+            }
         }
 
         Loader {

@@ -2,14 +2,13 @@ import QtQuick
 import Kestrin
 import KestrinDesignSystem
 
-// What cannot be seen of what runs, above every page. It takes no room while everything can.
+// What cannot be seen of what runs, above every page.
 Rectangle {
     id: root
 
     required property MacProtectionState protection
 
-    height: visible ? Math.max(text.height + 24, help.visible ? help.height + 16 : 0) : 0
-    visible: protection.sightText !== ""
+    height: Math.max(text.height + 24, help.visible ? help.height + 16 : 0)
     color: KestrinColors.attentionSoft
 
     KestrinSymbol {
