@@ -6,9 +6,11 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QGuiApplication>
+#include <QSet>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +23,9 @@ namespace {
 const QString service = u"org.freedesktop.portal.Desktop"_s;
 const QString path = u"/org/freedesktop/portal/desktop"_s;
 const QString interface = u"org.freedesktop.portal.Settings"_s;
+
+/// Settings by their key, by the space that they belong to.
+const QString answerSignature = u"a{sa{sv}}"_s;
 
 const QString appearanceSpace = u"org.freedesktop.appearance"_s;
 const QString gnomeSpace = u"org.gnome.desktop.interface"_s;
@@ -52,20 +57,36 @@ std::unique_ptr<DesktopPreferences> SettingsPortal::connectToSession() {
 }
 
 void SettingsPortal::readAll() {
-    // A dictionary of dictionaries is no type that Qt knows by itself; it ends the program over one.
-    qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, u"ReadAll"_s);
     call.setArguments({QStringList{appearanceSpace, gnomeSpace, gnomeAccessibilitySpace}});
-    callDesktop(this, call, [this](const QDBusPendingReply<QMap<QString, QVariantMap>> &reply) {
-        if (reply.isError())
+    callDesktop(this, call, [this](const QDBusPendingCall &reply) {
+        const QDBusMessage answer = reply.reply();
+        if (answer.signature() != answerSignature)
             return;
-        const QMap<QString, QVariantMap> spaces = reply.value();
-        for (auto space = spaces.begin(); space != spaces.end(); ++space) {
-            for (auto key = space->begin(); key != space->end(); ++key)
-                take(space.key(), key.key(), key.value());
-        }
+        takeAll(answer.arguments().constFirst().value<QDBusArgument>());
         Q_EMIT changed();
     });
+}
+
+void SettingsPortal::takeAll(const QDBusArgument &spaces) {
+    // Where several desktops are installed, one after the other has answered: first the one that runs. A
+    // dictionary of Qt would keep the last.
+    QSet<std::pair<QString, QString>> taken;
+    spaces.beginMap();
+    while (!spaces.atEnd()) {
+        QString space;
+        QVariantMap settings;
+        spaces.beginMapEntry();
+        spaces >> space >> settings;
+        spaces.endMapEntry();
+        for (auto key = settings.cbegin(); key != settings.cend(); ++key) {
+            const std::pair name(space, key.key());
+            if (!taken.contains(name))
+                take(space, key.key(), key.value());
+            taken.insert(name);
+        }
+    }
+    spaces.endMap();
 }
 
 void SettingsPortal::settingChanged(const QString &space, const QString &key, const QDBusVariant &value) {

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class QDBusArgument;
 class QDBusVariant;
 
 namespace kestrin::desktop {
@@ -24,6 +25,7 @@ class SettingsPortal : public design::DesktopPreferences {
 
   private:
     void readAll();
+    void takeAll(const QDBusArgument &spaces);
     void take(const QString &space, const QString &key, const QVariant &value);
 
     /// What the portal says in its own name, and GNOME's setting, which is older and known to more portals.

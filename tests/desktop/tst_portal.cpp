@@ -3,11 +3,14 @@
 #include "design/KestrinAppearance.h"
 #include "desktop/appearance/Appearance.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QTest>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -16,14 +19,36 @@ using namespace kestrin::desktop;
 
 const QString path = u"/org/freedesktop/portal/desktop"_s;
 
+/// A dictionary in which a space can be named twice, as some portals answer where several desktops are
+/// installed.
+struct Settings {
+    QList<std::pair<QString, QVariantMap>> spaces;
+};
+Q_DECLARE_METATYPE(Settings)
+
+QDBusArgument &operator<<(QDBusArgument &argument, const Settings &settings) {
+    argument.beginMap(QMetaType::fromType<QString>(), QMetaType::fromType<QVariantMap>());
+    for (const auto &[space, keys] : settings.spaces) {
+        argument.beginMapEntry();
+        argument << space << keys;
+        argument.endMapEntry();
+    }
+    argument.endMap();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, Settings &) {
+    return argument;
+}
+
 /// A portal that knows more than it is asked for.
 class Portal : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
   public Q_SLOTS:
-    QMap<QString, QVariantMap> ReadAll(const QStringList &) {
-        return {
+    Settings ReadAll(const QStringList &) {
+        return {{
             {u"org.freedesktop.appearance"_s,
              {{u"color-scheme"_s, 1U}, {u"contrast"_s, 1U}, {u"reduced-motion"_s, 1U}}},
             {u"org.gnome.desktop.interface"_s,
@@ -31,7 +56,9 @@ class Portal : public QObject {
               {u"color-scheme"_s, u"default"_s},
               {u"text-scaling-factor"_s, 1.5}}},
             {u"org.gnome.desktop.a11y.interface"_s, {{u"high-contrast"_s, false}}},
-        };
+            // of the desktop that does not run
+            {u"org.freedesktop.appearance"_s, {{u"color-scheme"_s, 2U}}},
+        }};
     }
 };
 
@@ -59,7 +86,7 @@ void PortalTest::changesWithoutPortal() {
 }
 
 void PortalTest::firstAnswerAndChanges() {
-    qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
+    qDBusRegisterMetaType<Settings>();
     Portal portal;
     QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
     QVERIFY(bus.registerObject(path, &portal, QDBusConnection::ExportAllSlots));
