@@ -5,6 +5,7 @@
 #include "design/KestrinColors.h"
 
 #include <QGuiApplication>
+#include <QPalette>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QScreen>
@@ -26,6 +27,31 @@ QSize fitted(const QScreen &screen) {
     return usual.boundedTo(screen.availableSize() - frame).expandedTo(least);
 }
 
+/// Where the desktop leaves the frame to the program, as GNOME does, Qt draws it in the colours that the
+/// palette has at the moment when the frame is made. Otherwise the palette is the desktop's, and may be all
+/// that tells of a dark one.
+class FrameColors {
+  public:
+    FrameColors() {
+        const KestrinColors &colors = KestrinColors::shared();
+        QPalette palette;
+        palette.setColor(QPalette::Window, colors.surfaceMuted());
+        palette.setColor(QPalette::WindowText, colors.textPrimary());
+        palette.setColor(QPalette::Disabled, QPalette::WindowText, colors.textSecondary());
+        QGuiApplication::setPalette(palette);
+    }
+    ~FrameColors() { QGuiApplication::setPalette(QPalette()); }
+    Q_DISABLE_COPY_MOVE(FrameColors)
+};
+
+void renewFrame(QQuickWindow &window) {
+    if (QGuiApplication::platformName() != "wayland"_L1 || window.frameMargins().isNull())
+        return;
+    const FrameColors colors;
+    window.setFlag(Qt::FramelessWindowHint);
+    window.setFlag(Qt::FramelessWindowHint, false);
+}
+
 std::unique_ptr<QQuickWindow> makeWindow() {
     auto window = std::make_unique<QQuickWindow>();
     window->setMinimumSize(least);
@@ -43,6 +69,9 @@ ProtectionWindow::ProtectionWindow(QQmlEngine &engine, MacProtectionState &state
     // It finds its place on the desktop while it is filled.
     m_window = makeWindow();
     m_window->show();
+    renewFrame(*m_window);
+    QObject::connect(&KestrinColors::shared(), &KestrinColors::changed, m_window.get(),
+                     [&window = *m_window] { renewFrame(window); });
     m_content = makeObject(engine, u"MacRootView.qml"_s,
                            {{u"protection"_s, QVariant::fromValue(&state)},
                             {u"parent"_s, QVariant::fromValue(m_window->contentItem())}});
