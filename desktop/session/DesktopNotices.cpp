@@ -16,6 +16,14 @@ namespace {
 const QString service = u"org.freedesktop.Notifications"_s;
 const QString path = u"/org/freedesktop/Notifications"_s;
 
+/// Without an action of ours GNOME Shell brings the application of a clicked notice to the front itself. With
+/// one, older versions tell of the click without a token, and then a window that is behind others stays
+/// there.
+bool opensTheWindow(const QString &server, const QString &version) {
+    constexpr int firstWithTokens = 46;
+    return server == "gnome-shell"_L1 && version.section(u'.', 0, 0).toInt() < firstWithTokens;
+}
+
 } // namespace
 
 DesktopNotices::DesktopNotices(QObject *parent) : QObject(parent) {
@@ -30,15 +38,24 @@ DesktopNotices::DesktopNotices(QObject *parent) : QObject(parent) {
 bool DesktopNotices::show(const QString &text) {
     if (!desktopBus())
         return false;
+    const QDBusMessage call =
+        QDBusMessage::createMethodCall(service, path, service, u"GetServerInformation"_s);
+    callDesktop(this, call, [this, text](const QDBusPendingReply<QString, QString, QString, QString> &reply) {
+        const bool opens = !reply.isError() && opensTheWindow(reply.argumentAt<0>(), reply.argumentAt<2>());
+        notify(text, opens ? QStringList() : QStringList{u"default"_s, u"Open Kestrin"_s});
+    });
+    return true;
+}
+
+void DesktopNotices::notify(const QString &text, const QStringList &actions) {
     const QString icon = QStringLiteral(KESTRIN_DESKTOP_ID);
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, service, u"Notify"_s);
-    call.setArguments({u"Kestrin"_s, 0U, icon, text, QString(), QStringList{u"default"_s, u"Open Kestrin"_s},
+    call.setArguments({u"Kestrin"_s, 0U, icon, text, QString(), actions,
                        QVariantMap{{u"desktop-entry"_s, icon}, {u"transient"_s, true}}, -1});
     callDesktop(this, call, [this](const QDBusPendingReply<uint> &reply) {
         if (!reply.isError())
             m_ids.append(reply.value());
     });
-    return true;
 }
 
 void DesktopNotices::takeToken(uint id, const QString &token) {

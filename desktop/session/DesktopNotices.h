@@ -25,6 +25,8 @@ class DesktopNotices : public QObject {
     void forget(uint id);
 
   private:
+    void notify(const QString &text, const QStringList &actions);
+
     QList<uint> m_ids;
     QString m_token;
 };

@@ -28,6 +28,8 @@ INTERFACES = Gio.DBusNodeInfo.new_for_xml(f"""<node>
   <method name="Notify"><arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/>
     <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="as" direction="in"/>
     <arg type="a{{sv}}" direction="in"/><arg type="i" direction="in"/><arg type="u" direction="out"/></method>
+  <method name="GetServerInformation"><arg type="s" direction="out"/><arg type="s" direction="out"/>
+    <arg type="s" direction="out"/><arg type="s" direction="out"/></method>
 </interface>
 </node>""").interfaces
 
@@ -99,9 +101,14 @@ class Notices(Service):
 
     def __init__(self):
         self.shown = []
+        self.server = ("notices", "0.1")
         super().__init__(1, "/org/freedesktop/Notifications")
 
-    def called(self, _bus, _sender, _path, _interface, _method, arguments, invocation):
+    def called(self, _bus, _sender, _path, _interface, method, arguments, invocation):
+        if method == "GetServerInformation":
+            name, version = self.server
+            invocation.return_value(GLib.Variant("(ssss)", (name, "nobody", version, "1.2")))
+            return
         self.shown.append(arguments.unpack())
         invocation.return_value(GLib.Variant("(u)", (len(self.shown),)))
 
@@ -240,6 +247,19 @@ class BackgroundTest(unittest.TestCase):
         wait("The window is not active.", lambda: "Kestrin" in output("xdotool", "getactivewindow", "getwindowname"))
         self.ask_to_quit("Microsoft Teams", "teams")
         self.assertEqual(len(self.notices.shown), 1)
+
+    def test_click_opens_the_window_by_what_the_desktop_offers(self):
+        self.start("--background")
+        kestrinctl("enforce", "on")
+        opens = ["default", "Open Kestrin"]
+        for number, (app, window_class, server, version, actions) in enumerate([
+                ("Zoom", "Zoom", "Plasma", "5.27.5", opens),
+                ("Microsoft Teams", "teams", "gnome-shell", "43.9", []),
+                ("Otter AI", "otter", "gnome-shell", "48.7", opens)]):
+            self.notices.server = (server, version)
+            self.ask_to_quit(app, window_class)
+            notice = wait("There is no notice.", lambda n=number: self.notices.shown[n:])[0]
+            self.assertEqual(notice[5], actions, server)
 
 
 if __name__ == "__main__":
