@@ -78,7 +78,7 @@ void ChosenWorkspace::lookAgainLater() {
 }
 
 const ChosenWorkspace::Candidate *ChosenWorkspace::choose() {
-    const Deadline deadline(sourcePatience);
+    const Deadline deadline(desktopPatience);
     const auto answers = [&deadline](const Candidate &candidate) {
         return candidate.workspace->open(deadline);
     };

@@ -41,7 +41,7 @@ GnomePermission::Answer GnomePermission::enable() {
     if (!m_programs.areInstalled && !AllowedPrograms::add(m_programs.paths))
         return {false,
                 u"Nothing was allowed, because "_s + AllowedPrograms::path() + u" cannot be written."_s};
-    const Deadline deadline(sourcePatience);
+    const Deadline deadline(desktopPatience);
     ShellConversation shell;
     ShellExtension extension(shell);
     if (!shell.open({shellName}, deadline))
@@ -60,7 +60,7 @@ GnomePermission::Answer GnomePermission::enable() {
 GnomePermission::Answer GnomePermission::whatBecameOf(ShellExtension &extension) const {
     if (GnomeShellWindows windows; opensSoon(windows))
         return {true, u"GNOME tells Kestrin which applications run."_s};
-    switch (extension.state(Deadline(sourcePatience))) {
+    switch (extension.state(Deadline(desktopPatience))) {
     case ExtensionState::incompatible:
         return {false, u"Kestrin's extension is not made for this version of GNOME."_s};
     case ExtensionState::withAllOff:
@@ -78,7 +78,7 @@ GnomePermission::Answer GnomePermission::disable() {
     AllowedPrograms::remove(m_programs.paths);
     if (QFileInfo(ownExtension()).isSymLink())
         QFile::remove(ownExtension());
-    const Deadline deadline(sourcePatience);
+    const Deadline deadline(desktopPatience);
     ShellConversation shell;
     ShellExtension extension(shell);
     if (!shell.open({shellName}, deadline))

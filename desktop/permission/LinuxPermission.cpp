@@ -17,7 +17,7 @@ using namespace runtime;
 std::unique_ptr<DesktopPermission> LinuxPermission::ofThisDesktop() {
     // On X11 everybody sees everything.
     if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
-        const Deadline deadline(sourcePatience);
+        const Deadline deadline(desktopPatience);
         ShellConversation shell;
         if (shell.open({shellName}, deadline))
             return std::make_unique<GnomePermission>(OwnPrograms::find());

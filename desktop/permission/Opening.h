@@ -8,7 +8,7 @@ namespace kestrin::desktop {
 
 /// Whether the source opens within a few seconds: desktops need a moment to notice what they were allowed.
 inline bool opensSoon(WindowSource &source) {
-    const foundation::Deadline deadline(2 * sourcePatience);
+    const foundation::Deadline deadline(2 * desktopPatience);
     do {
         if (source.open(deadline))
             return true;

@@ -20,7 +20,7 @@ class SourceLaunches::Finder final : public LaunchFinder {
     explicit Finder(WindowSource &source) : m_source(source) { Finder::update(); }
 
     QList<LaunchedApplication> update() override {
-        const auto windows = m_source.windows(Deadline(sourcePatience));
+        const auto windows = m_source.windows(Deadline(desktopPatience));
         if (!windows)
             return {};
         QList<LaunchedApplication> launches;

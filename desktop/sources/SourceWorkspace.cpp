@@ -26,7 +26,7 @@ SourceWorkspace::SourceWorkspace(std::unique_ptr<WindowSource> source)
         m_isOpen = false;
         m_launches.disconnected();
     });
-    QObject::connect(&m_launches, &Launches::wanted, &m_launches, [this] { open(Deadline(sourcePatience)); });
+    QObject::connect(&m_launches, &Launches::wanted, &m_launches, [this] { open(Deadline(desktopPatience)); });
 }
 
 bool SourceWorkspace::open(const Deadline &deadline) {
@@ -48,7 +48,7 @@ std::optional<QList<SourceWindow>> SourceWorkspace::windows(const Deadline &dead
 }
 
 QList<WorkspaceApplication> SourceWorkspace::runningApplications() {
-    const auto all = windows(Deadline(sourcePatience));
+    const auto all = windows(Deadline(desktopPatience));
     if (!all)
         return {};
     m_records.refreshForAll();
@@ -63,7 +63,7 @@ QList<WorkspaceApplication> SourceWorkspace::runningApplications() {
 Termination SourceWorkspace::terminate(qint32 processIdentifier) {
     if (m_records.isGone(processIdentifier))
         return Termination::gone;
-    const Deadline deadline(sourcePatience);
+    const Deadline deadline(desktopPatience);
     const auto all = windows(deadline);
     if (!all)
         return Termination::gone;
@@ -83,12 +83,12 @@ Termination SourceWorkspace::terminate(qint32 processIdentifier) {
 }
 
 std::unique_ptr<LaunchSubscription> SourceWorkspace::subscribeToLaunches(LaunchHandler handler) {
-    open(Deadline(sourcePatience));
+    open(Deadline(desktopPatience));
     return m_launches.subscribe(std::move(handler));
 }
 
 Sight SourceWorkspace::sight() {
-    const auto all = windows(Deadline(sourcePatience));
+    const auto all = windows(Deadline(desktopPatience));
     if (!all)
         return sightOfSilence();
     const auto unknown = std::count_if(all->cbegin(), all->cend(), [](const SourceWindow &window) {

@@ -2,19 +2,16 @@
 #pragma once
 
 #include "desktop/applications/ApplicationClaims.h"
+#include "desktop/applications/DesktopPatience.h"
 #include "engine/workspace/Sight.h"
 #include "foundation/Deadline.h"
 
 #include <QList>
 #include <QObject>
 
-#include <chrono>
 #include <optional>
 
 namespace kestrin::desktop {
-
-/// How long a desktop may take to answer everything that one question leads to.
-inline constexpr std::chrono::seconds sourcePatience{2};
 
 /// A window as its desktop's own list has it.
 struct SourceWindow {

@@ -79,7 +79,7 @@ void SwayWindows::endIfLost() {
     m_notifier.release()->deleteLater();
     // Sway hangs up on whoever is slow to read, so that a flood of windows would leave us deaf.
     const qint32 sway = m_connection.server();
-    if (m_connection.wasHungUp() && open(Deadline(sourcePatience)) && m_connection.server() == sway)
+    if (m_connection.wasHungUp() && open(Deadline(desktopPatience)) && m_connection.server() == sway)
         Q_EMIT changed();
     else
         Q_EMIT lost();

@@ -40,7 +40,7 @@ bool LaunchWatcher::concerns(const xcb_generic_event_t &event) const {
 }
 
 QList<LaunchedApplication> LaunchWatcher::update() {
-    const Deadline deadline(serverPatience);
+    const Deadline deadline(desktopPatience);
     QList<LaunchedApplication> launches;
     bool again = true;
     // A window that is followed from now on may have changed since it was read.

@@ -1,6 +1,7 @@
 // A connection to an X server that may stop answering or go away at any time.
 #pragma once
 
+#include "desktop/applications/DesktopPatience.h"
 #include "desktop/x11/X11Atoms.h"
 #include "foundation/Deadline.h"
 
@@ -9,15 +10,11 @@
 #include <xcb/xcb.h>
 #include <xcb/xcb_ewmh.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <utility>
 
 namespace kestrin::desktop {
-
-/// What one call of the workspace may cost when the X server does not answer.
-inline constexpr std::chrono::milliseconds serverPatience{2000};
 
 struct FreeDeleter {
     void operator()(void *memory) const { std::free(memory); }

@@ -20,7 +20,7 @@ X11Workspace::X11Workspace(const QString &display)
     , m_launches(std::make_unique<X11Launches>(m_records)) {
     QObject::connect(m_launches.get(), &X11Launches::serverLost, m_launches.get(), [this] { drop(); });
     QObject::connect(m_launches.get(), &X11Launches::wanted, m_launches.get(),
-                     [this] { connection(Deadline(serverPatience)); });
+                     [this] { connection(Deadline(desktopPatience)); });
 }
 
 X11Workspace::~X11Workspace() = default;
@@ -43,7 +43,7 @@ void X11Workspace::drop() {
 }
 
 QList<WorkspaceApplication> X11Workspace::runningApplications() {
-    const Deadline deadline(serverPatience);
+    const Deadline deadline(desktopPatience);
     X11Connection *const server = connection(deadline);
     const auto reading = server ? DesktopReading::take(*server, deadline) : std::nullopt;
     if (!reading)
@@ -60,7 +60,7 @@ QList<WorkspaceApplication> X11Workspace::runningApplications() {
 Termination X11Workspace::terminate(qint32 processIdentifier) {
     if (m_records.isGone(processIdentifier))
         return Termination::gone;
-    const Deadline deadline(serverPatience);
+    const Deadline deadline(desktopPatience);
     X11Connection *const server = connection(deadline);
     const auto reading = server ? DesktopReading::take(*server, deadline) : std::nullopt;
     const auto application = reading ? reading->application(processIdentifier) : std::nullopt;
@@ -78,7 +78,7 @@ Termination X11Workspace::terminate(qint32 processIdentifier) {
 }
 
 std::unique_ptr<LaunchSubscription> X11Workspace::subscribeToLaunches(LaunchHandler handler) {
-    connection(Deadline(serverPatience));
+    connection(Deadline(desktopPatience));
     return m_launches->subscribe(std::move(handler));
 }
 
@@ -92,7 +92,7 @@ QString X11Workspace::obstacle() {
     if (m_display.isEmpty() && qEnvironmentVariableIsEmpty("DISPLAY"))
         return u"There is no desktop session here"_s + consequence;
     const QString display = m_display.isEmpty() ? qEnvironmentVariable("DISPLAY") : m_display;
-    const Deadline deadline(serverPatience);
+    const Deadline deadline(desktopPatience);
     X11Connection *const server = connection(deadline);
     if (!server)
         return u"The display \""_s + display + u"\" cannot be reached"_s + consequence;

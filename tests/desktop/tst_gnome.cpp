@@ -134,12 +134,12 @@ void GnomeTest::answers() {
         // Whoever was answered once, and whoever never was.
         GnomeShellWindows known;
         shell.manner = Manner::honest;
-        QVERIFY(known.open(Deadline(sourcePatience)));
+        QVERIFY(known.open(Deadline(desktopPatience)));
         shell.manner = manner;
         QElapsedTimer timer;
         timer.start();
         const std::chrono::milliseconds patience =
-            manner == Manner::silent ? soon().remaining() : sourcePatience;
+            manner == Manner::silent ? soon().remaining() : desktopPatience;
         const auto windows = known.windows(Deadline(patience));
         QCOMPARE(windows ? windows->size() : -1, count);
         QCOMPARE(GnomeShellWindows().open(Deadline(patience)),
@@ -154,7 +154,7 @@ void GnomeTest::answers() {
         } else {
             // Another question begins anew.
             shell.manner = Manner::honest;
-            QVERIFY(known.open(Deadline(sourcePatience)) && known.windows(Deadline(sourcePatience)));
+            QVERIFY(known.open(Deadline(desktopPatience)) && known.windows(Deadline(desktopPatience)));
         }
     }
 }
@@ -174,7 +174,7 @@ void GnomeTest::following() {
         GnomeShellWindows source;
         QSignalSpy changed(&source, &WindowSource::changed);
         QSignalSpy lost(&source, &WindowSource::lost);
-        QVERIFY(source.open(Deadline(sourcePatience)) && source.windows(Deadline(sourcePatience)));
+        QVERIFY(source.open(Deadline(desktopPatience)) && source.windows(Deadline(desktopPatience)));
         shell->signals = 3000;
         QTRY_VERIFY(shell->signals == 0 && !changed.isEmpty());
         QVERIFY(lost.isEmpty());
@@ -229,7 +229,7 @@ void GnomeTest::clients() {
     const Shell shell({"org.gnome.Shell", "org.gnome.Shell.Introspect"});
     GnomeClients source([&clients] { return clients; });
     QVERIFY(source.open(soon()));
-    const auto windows = source.windows(Deadline(sourcePatience));
+    const auto windows = source.windows(Deadline(desktopPatience));
     QVERIFY(windows);
     QStringList found;
     for (const SourceWindow &window : *windows)

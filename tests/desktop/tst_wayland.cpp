@@ -45,8 +45,8 @@ struct Conversation {
     QSignalSpy lost{&source, &WindowSource::lost};
 
     /// Afterwards the compositor knows whom to tell.
-    bool open() { return source.open(Deadline(sourcePatience)) && windows(); }
-    std::optional<QList<SourceWindow>> windows() { return source.windows(Deadline(sourcePatience)); }
+    bool open() { return source.open(Deadline(desktopPatience)) && windows(); }
+    std::optional<QList<SourceWindow>> windows() { return source.windows(Deadline(desktopPatience)); }
     QStringList appIds() {
         const std::optional<QList<SourceWindow>> all = windows();
         if (!all)
@@ -57,7 +57,7 @@ struct Conversation {
         return ids;
     }
     bool close(qsizetype window) {
-        return source.close({windows().value().at(window)}, Deadline(sourcePatience));
+        return source.close({windows().value().at(window)}, Deadline(desktopPatience));
     }
 };
 
@@ -148,7 +148,7 @@ void WaylandTest::windowsComeAndGo() {
     const SourceWindow gone = talk.windows().value().at(0);
     talk.compositor->tell(0, zwlr_foreign_toplevel_handle_v1_send_closed);
     QTRY_COMPARE(talk.appIds(), QStringList{u"second"_s});
-    QVERIFY(!talk.source.close({gone}, Deadline(sourcePatience)));
+    QVERIFY(!talk.source.close({gone}, Deadline(desktopPatience)));
     QCOMPARE(talk.compositor->objects(), 2);
 }
 
