@@ -22,6 +22,10 @@ bool ApplicationRecords::isGone(qint32 process) const {
     return start == 0 || start > *seen;
 }
 
+Termination ApplicationRecords::unanswered(qint32 process) {
+    return startOfProcess(process) == 0 ? Termination::gone : Termination::refused;
+}
+
 std::optional<WorkspaceApplication> ApplicationRecords::recordOf(qint32 processIdentifier,
                                                                  const ApplicationClaims &claims) {
     const auto process = ProcessIdentity::of(processIdentifier);

@@ -22,6 +22,9 @@ class ApplicationRecords {
     /// number now.
     bool isGone(qint32 process) const;
 
+    /// What became of a request to whom the desktop knows, if it does, when it does not say whom it knows.
+    static engine::Termination unanswered(qint32 process);
+
     /// By its process, and by what the window that stands for it claims. None when the process only hands on
     /// the windows of another machine.
     std::optional<engine::WorkspaceApplication> recordOf(qint32 process, const ApplicationClaims &claims);

@@ -1,6 +1,7 @@
 #include "desktop/applications/Launches.h"
 
 #include "desktop/applications/ApplicationRecords.h"
+#include "desktop/applications/DesktopPatience.h"
 #include "desktop/applications/ProcessIdentity.h"
 
 #include <algorithm>
@@ -10,6 +11,7 @@ using namespace std::chrono_literals;
 
 namespace kestrin::desktop {
 
+using namespace foundation;
 using namespace engine;
 
 Launches::Launches(ApplicationRecords &records) : m_records(records) {
@@ -20,16 +22,17 @@ Launches::Launches(ApplicationRecords &records) : m_records(records) {
 
 Launches::~Launches() = default;
 
-void Launches::connected() {
+void Launches::connected(const Deadline &deadline) {
     m_isConnected = true;
     m_wait.stop();
     if (!m_subscribers.isEmpty())
-        startWatching();
+        startWatching(deadline);
 }
 
 void Launches::disconnected() {
     stopWatching();
     m_isConnected = false;
+    expectEvents();
     waitForDesktop();
 }
 
@@ -38,12 +41,13 @@ void Launches::waitForDesktop() {
         m_wait.start(1min);
 }
 
-std::unique_ptr<LaunchSubscription> Launches::subscribe(Workspace::LaunchHandler handler) {
+std::unique_ptr<LaunchSubscription> Launches::subscribe(Workspace::LaunchHandler handler,
+                                                        const Deadline &deadline) {
     // What was launched until now is the business of those who came before.
     if (m_finder && !m_subscribers.isEmpty())
-        findLaunches();
+        findLaunches(deadline);
     else if (!m_finder && m_isConnected)
-        startWatching();
+        startWatching(deadline);
     // Who ends his subscription may be about to begin another one.
     const auto ended = [this] {
         QMetaObject::invokeMethod(this, &Launches::stopWithoutSubscribers, Qt::QueuedConnection);
@@ -60,11 +64,12 @@ void Launches::stopWithoutSubscribers() {
 
 void Launches::stop() {
     stopWatching();
+    m_launches.clear();
     m_wait.stop();
 }
 
-void Launches::startWatching() {
-    m_finder = startFinding();
+void Launches::startWatching(const Deadline &deadline) {
+    m_finder = startFinding(deadline);
     expectEvents();
 }
 
@@ -72,18 +77,19 @@ void Launches::stopWatching() {
     if (m_finder)
         stopFinding();
     m_finder.reset();
-    m_launches.clear();
     m_limit = {};
     m_heldBack.stop();
 }
 
 void Launches::expectEvents() {
-    if (!m_finder || std::exchange(m_expectsEvents, true))
+    if ((!m_finder && m_launches.isEmpty()) || std::exchange(m_expectsEvents, true))
         return;
     const auto take = [this] {
         m_expectsEvents = false;
         if (m_finder)
             takeEvents();
+        else
+            tellLaunches();
     };
     QMetaObject::invokeMethod(this, take, Qt::QueuedConnection);
 }
@@ -97,10 +103,12 @@ void Launches::tellLaunches() {
     }
 }
 
-void Launches::findLaunches() {
+void Launches::findLaunches(const Deadline &deadline) {
     const auto now = std::chrono::steady_clock::now();
-    const QList<LaunchedApplication> launches = m_finder->update();
+    const QList<LaunchedApplication> launches = m_finder->update(deadline);
     for (const LaunchedApplication &application : launches) {
+        if (m_isElsewhere && m_isElsewhere(application.process))
+            continue;
         if (m_limit.admits(application.process, startOfProcess(application.process), now))
             m_launches.append({m_subscribers.notice(), application});
     }
@@ -114,7 +122,7 @@ void Launches::findHeldBack() {
         return;
     for (const qint32 process : m_limit.takeDue(std::chrono::steady_clock::now()))
         m_finder->forget(process);
-    findLaunches();
+    findLaunches(Deadline(desktopPatience));
 }
 
 } // namespace kestrin::desktop

@@ -4,11 +4,14 @@
 #include "desktop/applications/ApplicationClaims.h"
 #include "desktop/applications/LaunchLimit.h"
 #include "engine/workspace/LaunchBroadcast.h"
+#include "foundation/Deadline.h"
 
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace kestrin::desktop {
 
@@ -27,7 +30,9 @@ class LaunchFinder {
 
     /// The launches since the last call. When the desktop does not answer in time, the next call finds what
     /// this one did not.
-    virtual QList<LaunchedApplication> update() = 0;
+    virtual QList<LaunchedApplication> update(const foundation::Deadline &deadline) = 0;
+    /// Whether the application of this process ran at the last call of `update`.
+    virtual bool knows(qint32 process) const = 0;
     /// Should the application of this process still be there, the next call of `update` returns it.
     virtual void forget(qint32 process) = 0;
 };
@@ -43,18 +48,24 @@ class Launches : public QObject {
     ~Launches() override;
 
     /// The desktop can be asked again. Whoever listens hears of what is launched from now on.
-    void connected();
-    /// It cannot any more.
+    void connected(const foundation::Deadline &deadline);
+    /// It cannot any more. What was noticed before is told all the same.
     void disconnected();
 
-    std::unique_ptr<engine::LaunchSubscription> subscribe(engine::Workspace::LaunchHandler handler);
+    std::unique_ptr<engine::LaunchSubscription> subscribe(engine::Workspace::LaunchHandler handler,
+                                                          const foundation::Deadline &deadline);
+
+    /// Whether an application is known to run. Nobody is to whoever does not watch.
+    bool knows(qint32 process) const { return m_finder && m_finder->knows(process); }
+    /// From now on those of whom this is true were launched elsewhere.
+    void leaveOut(std::function<bool(qint32 process)> isElsewhere) { m_isElsewhere = std::move(isElsewhere); }
 
   Q_SIGNALS:
     /// Somebody listens, and the desktop could not be asked for a while.
     void wanted();
 
   protected:
-    virtual std::unique_ptr<LaunchFinder> startFinding() = 0;
+    virtual std::unique_ptr<LaunchFinder> startFinding(const foundation::Deadline &deadline) = 0;
     /// The finder goes next.
     virtual void stopFinding() {}
     /// Called from the event loop after `expectEvents`.
@@ -65,17 +76,18 @@ class Launches : public QObject {
     bool isWatching() const { return m_finder != nullptr; }
     void expectEvents();
     /// Notes what has come up. It is told afterwards, from the event loop.
-    void findLaunches();
+    void findLaunches(const foundation::Deadline &deadline);
     void tellLaunches();
 
   private:
-    void startWatching();
+    void startWatching(const foundation::Deadline &deadline);
     void stopWatching();
     void stopWithoutSubscribers();
     void waitForDesktop();
     void findHeldBack();
 
     ApplicationRecords &m_records;
+    std::function<bool(qint32)> m_isElsewhere;
     bool m_isConnected = false;
     std::unique_ptr<LaunchFinder> m_finder;
     QTimer m_wait;

@@ -2,11 +2,13 @@
 
 #include "desktop/linux/SightOfWayland.h"
 #include "desktop/wayland/WaylandConnection.h"
+#include "desktop/x11/X11Launches.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -19,11 +21,11 @@ using namespace engine;
 /// What somebody has subscribed to, wherever it is heard.
 class ChosenWorkspace::Subscription final : public LaunchSubscription {
   public:
-    Subscription(ChosenWorkspace &workspace, LaunchHandler handler)
+    Subscription(ChosenWorkspace &workspace, LaunchHandler handler, const Deadline &deadline)
         : m_workspace(workspace)
         , m_handler(std::move(handler)) {
         m_workspace.m_subscriptions.append(this);
-        renew();
+        renew(deadline);
     }
     ~Subscription() override {
         m_workspace.m_subscriptions.removeOne(this);
@@ -31,54 +33,59 @@ class ChosenWorkspace::Subscription final : public LaunchSubscription {
             m_workspace.m_again.stop();
     }
 
-    void renew() {
-        m_parts.clear();
-        if (const Candidate *const leader = m_workspace.m_leader) {
-            m_parts.push_back(
-                leader->workspace->subscribeToLaunches(leader->needsX11 ? exceptThoseOfX11() : m_handler));
-        }
+    void renew(const Deadline &deadline) {
+        endLater();
+        if (const Candidate *const leader = m_workspace.m_leader)
+            m_parts.push_back(leader->workspace->listen(m_handler, deadline));
         if (m_workspace.usesX11())
-            m_parts.push_back(m_workspace.m_x11.subscribeToLaunches(m_handler));
+            m_parts.push_back(m_workspace.m_x11.listen(m_handler, deadline));
     }
 
   private:
-    /// Who speaks both is heard once.
-    LaunchHandler exceptThoseOfX11() const {
-        return [&x11 = m_workspace.m_x11, handler = m_handler](const WorkspaceApplication &application) {
-            const auto isIt = [&](const WorkspaceApplication &other) {
-                return other.processIdentifier == application.processIdentifier;
-            };
-            if (std::ranges::none_of(x11.runningApplications(), isIt))
-                handler(application);
-        };
+    using Parts = std::vector<std::unique_ptr<LaunchSubscription>>;
+
+    /// What they have noticed is told from the event loop, and nobody else will tell it.
+    void endLater() {
+        std::ranges::move(std::exchange(m_parts, {}), std::back_inserter(m_former));
+        QMetaObject::invokeMethod(
+            &m_context, [this] { m_former.clear(); }, Qt::QueuedConnection);
     }
 
     ChosenWorkspace &m_workspace;
     const LaunchHandler m_handler;
-    std::vector<std::unique_ptr<LaunchSubscription>> m_parts;
+    Parts m_parts;
+    Parts m_former;
+    QObject m_context;
 };
 
 ChosenWorkspace::ChosenWorkspace(std::vector<Candidate> candidates) : m_candidates(std::move(candidates)) {
-    QObject::connect(&m_again, &QTimer::timeout, &m_again, [this] { choose(); });
+    QObject::connect(&m_again, &QTimer::timeout, &m_again, [this] { choose(Deadline(desktopPatience)); });
     for (const Candidate &candidate : m_candidates) {
         QObject::connect(&candidate.workspace->source(), &WindowSource::lost, &m_again, [this, &candidate] {
             // Whoever asks something chooses anew anyway.
             if (&candidate == m_leader && !m_subscriptions.isEmpty())
                 QMetaObject::invokeMethod(
-                    &m_again, [this] { choose(); }, Qt::QueuedConnection);
+                    &m_again, [this] { choose(Deadline(desktopPatience)); }, Qt::QueuedConnection);
         });
+        if (candidate.needsX11)
+            hearOnce(candidate.workspace->launches(), m_x11.launches());
     }
 }
 
 ChosenWorkspace::~ChosenWorkspace() = default;
+
+/// Who has windows of both kinds is launched when the first of them shows.
+void ChosenWorkspace::hearOnce(Launches &native, Launches &x11) {
+    native.leaveOut([&x11](qint32 process) { return x11.knows(process); });
+    x11.leaveOut([&native](qint32 process) { return native.knows(process); });
+}
 
 void ChosenWorkspace::lookAgainLater() {
     if (!m_subscriptions.isEmpty() && !m_again.isActive())
         m_again.start(1min);
 }
 
-const ChosenWorkspace::Candidate *ChosenWorkspace::choose() {
-    const Deadline deadline(desktopPatience);
+const ChosenWorkspace::Candidate *ChosenWorkspace::choose(const Deadline &deadline) {
     const auto answers = [&deadline](const Candidate &candidate) {
         return candidate.workspace->open(deadline);
     };
@@ -87,9 +94,13 @@ const ChosenWorkspace::Candidate *ChosenWorkspace::choose() {
         m_again.stop();
         return m_leader;
     }
+    // Whoever has just kept us waiting would do it again.
+    if (m_isSilent && std::chrono::steady_clock::now() - m_lookedAt < 1s)
+        return nullptr;
     const auto found = std::ranges::find_if(m_candidates, answers);
     const bool isSilent = deadline.remaining() == 0ms;
-    follow(found == m_candidates.end() || isSilent ? nullptr : &*found, isSilent);
+    m_lookedAt = std::chrono::steady_clock::now();
+    follow(found == m_candidates.end() || isSilent ? nullptr : &*found, isSilent, deadline);
     if (mayFindBetter())
         lookAgainLater();
     else
@@ -97,23 +108,23 @@ const ChosenWorkspace::Candidate *ChosenWorkspace::choose() {
     return m_leader;
 }
 
-void ChosenWorkspace::follow(const Candidate *leader, bool isSilent) {
+void ChosenWorkspace::follow(const Candidate *leader, bool isSilent, const Deadline &deadline) {
     if (m_leader == leader && m_isSilent == isSilent)
         return;
     m_leader = leader;
     m_isSilent = isSilent;
     for (Subscription *const subscription : std::as_const(m_subscriptions))
-        subscription->renew();
+        subscription->renew(deadline);
 }
 
-QList<WorkspaceApplication> ChosenWorkspace::runningApplications() {
-    const Candidate *const leader = choose();
+QList<WorkspaceApplication> ChosenWorkspace::list(const Deadline &deadline) {
+    const Candidate *const leader = choose(deadline);
     QList<WorkspaceApplication> applications;
     if (leader)
-        applications = leader->workspace->runningApplications();
+        applications = leader->workspace->list(deadline);
     if (!usesX11())
         return applications;
-    const QList<WorkspaceApplication> others = m_x11.runningApplications();
+    const QList<WorkspaceApplication> others = m_x11.list(deadline);
     applications.removeIf([&others](const WorkspaceApplication &application) {
         return std::ranges::any_of(others, [&application](const WorkspaceApplication &other) {
             return other.processIdentifier == application.processIdentifier;
@@ -122,26 +133,31 @@ QList<WorkspaceApplication> ChosenWorkspace::runningApplications() {
     return applications + others;
 }
 
-Termination ChosenWorkspace::terminate(qint32 processIdentifier) {
-    const Candidate *const leader = choose();
-    const auto asked = usesX11() ? m_x11.terminate(processIdentifier) : Termination::gone;
-    return asked == Termination::gone && leader ? leader->workspace->terminate(processIdentifier) : asked;
+Termination ChosenWorkspace::quit(qint32 process, const Deadline &deadline) {
+    const Candidate *const leader = choose(deadline);
+    if (m_isSilent)
+        return ApplicationRecords::unanswered(process);
+    const auto asked = usesX11() ? m_x11.quit(process, deadline) : Termination::gone;
+    if (!leader || asked == Termination::delivered)
+        return asked;
+    const auto askedByLeader = leader->workspace->quit(process, deadline);
+    return askedByLeader == Termination::gone ? asked : askedByLeader;
 }
 
-std::unique_ptr<LaunchSubscription> ChosenWorkspace::subscribeToLaunches(LaunchHandler handler) {
-    choose();
-    auto subscription = std::make_unique<Subscription>(*this, std::move(handler));
+std::unique_ptr<LaunchSubscription> ChosenWorkspace::listen(LaunchHandler handler, const Deadline &deadline) {
+    choose(deadline);
+    auto subscription = std::make_unique<Subscription>(*this, std::move(handler), deadline);
     if (mayFindBetter())
         lookAgainLater();
     return subscription;
 }
 
-Sight ChosenWorkspace::sight() {
-    if (const Candidate *const leader = choose())
-        return leader->workspace->sight();
+Sight ChosenWorkspace::look(const Deadline &deadline) {
+    if (const Candidate *const leader = choose(deadline))
+        return leader->workspace->look(deadline);
     if (m_isSilent)
         return sightOfSilence();
-    const Sight x11 = m_x11.sight();
+    const Sight x11 = m_x11.look(deadline);
     // What is left in the environment of a session that has ended makes this none of Wayland.
     return QFileInfo::exists(QFile::decodeName(waylandSocketPath())) ? sightOfX11InWayland(x11) : x11;
 }

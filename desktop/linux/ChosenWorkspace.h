@@ -7,6 +7,7 @@
 #include <QList>
 #include <QTimer>
 
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -14,10 +15,10 @@ namespace kestrin::desktop {
 
 /// The first of its sources that answers leads; a better one takes over where the leading one does not see
 /// everything, at the next call or within a minute. Where none answers, X11 does what it can. A desktop that
-/// keeps everybody waiting costs each call two seconds, and X11 is not asked as well: its windows are shown
-/// by the same desktop. Who has subscribed stays subscribed when the lead changes; what runs at that moment
-/// is no launch. Main thread only.
-class ChosenWorkspace final : public engine::Workspace {
+/// keeps everybody waiting costs a call two seconds, and is not asked again for one second more. X11 is not
+/// asked as well: its windows are shown by the same desktop. Who has subscribed stays subscribed when the
+/// lead changes; what runs at that moment is no launch. Main thread only.
+class ChosenWorkspace final : public DesktopWorkspace {
   public:
     struct Candidate {
         std::unique_ptr<SourceWorkspace> workspace;
@@ -29,27 +30,29 @@ class ChosenWorkspace final : public engine::Workspace {
     explicit ChosenWorkspace(std::vector<Candidate> candidates);
     ~ChosenWorkspace() override;
 
-    QList<engine::WorkspaceApplication> runningApplications() override;
-    [[nodiscard]] engine::Termination terminate(qint32 processIdentifier) override;
+    QList<engine::WorkspaceApplication> list(const foundation::Deadline &deadline) override;
+    [[nodiscard]] engine::Termination quit(qint32 process, const foundation::Deadline &deadline) override;
     [[nodiscard]] std::unique_ptr<engine::LaunchSubscription>
-    subscribeToLaunches(LaunchHandler handler) override;
-    engine::Sight sight() override;
+    listen(LaunchHandler handler, const foundation::Deadline &deadline) override;
+    engine::Sight look(const foundation::Deadline &deadline) override;
 
   private:
     class Subscription;
 
     /// Null where X11 leads, or nobody.
-    const Candidate *choose();
-    void follow(const Candidate *leader, bool isSilent);
+    const Candidate *choose(const foundation::Deadline &deadline);
+    void follow(const Candidate *leader, bool isSilent, const foundation::Deadline &deadline);
     bool usesX11() const { return !m_isSilent && (!m_leader || m_leader->needsX11); }
     bool mayFindBetter() const { return !m_leader || m_leader->needsX11; }
     void lookAgainLater();
+    static void hearOnce(Launches &native, Launches &x11);
 
     const std::vector<Candidate> m_candidates;
     X11Workspace m_x11;
     const Candidate *m_leader = nullptr;
     /// The desktop did not answer when it was last looked at, and nobody leads.
     bool m_isSilent = false;
+    std::chrono::steady_clock::time_point m_lookedAt;
     QList<Subscription *> m_subscriptions;
     QTimer m_again;
 };

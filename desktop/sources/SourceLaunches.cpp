@@ -17,10 +17,10 @@ using namespace foundation;
 /// gone in between. What the first answer tells of is no launch, also where it comes late.
 class SourceLaunches::Finder final : public LaunchFinder {
   public:
-    explicit Finder(WindowSource &source) : m_source(source) { Finder::update(); }
+    Finder(WindowSource &source, const Deadline &deadline) : m_source(source) { Finder::update(deadline); }
 
-    QList<LaunchedApplication> update() override {
-        const auto windows = m_source.windows(Deadline(desktopPatience));
+    QList<LaunchedApplication> update(const Deadline &deadline) override {
+        const auto windows = m_source.windows(deadline);
         if (!windows)
             return {};
         QList<LaunchedApplication> launches;
@@ -35,6 +35,8 @@ class SourceLaunches::Finder final : public LaunchFinder {
         m_known = std::move(now);
         return launches;
     }
+
+    bool knows(qint32 process) const override { return m_known && m_known->contains(process); }
 
     void forget(qint32 process) override {
         if (m_known)
@@ -55,7 +57,7 @@ SourceLaunches::SourceLaunches(ApplicationRecords &records, WindowSource &source
     connect(&source, &WindowSource::changed, this, [this] {
         if (!isWatching())
             return;
-        findLaunches();
+        findLaunches(Deadline(desktopPatience));
         tellLaunches();
     });
 }
@@ -64,8 +66,8 @@ SourceLaunches::~SourceLaunches() {
     stop();
 }
 
-std::unique_ptr<LaunchFinder> SourceLaunches::startFinding() {
-    return std::make_unique<Finder>(m_source);
+std::unique_ptr<LaunchFinder> SourceLaunches::startFinding(const Deadline &deadline) {
+    return std::make_unique<Finder>(m_source, deadline);
 }
 
 } // namespace kestrin::desktop

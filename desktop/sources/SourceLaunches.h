@@ -17,7 +17,7 @@ class SourceLaunches final : public Launches {
   private:
     class Finder;
 
-    std::unique_ptr<LaunchFinder> startFinding() override;
+    std::unique_ptr<LaunchFinder> startFinding(const foundation::Deadline &deadline) override;
 
     WindowSource &m_source;
 };

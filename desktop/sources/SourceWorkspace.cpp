@@ -26,7 +26,8 @@ SourceWorkspace::SourceWorkspace(std::unique_ptr<WindowSource> source)
         m_isOpen = false;
         m_launches.disconnected();
     });
-    QObject::connect(&m_launches, &Launches::wanted, &m_launches, [this] { open(Deadline(desktopPatience)); });
+    QObject::connect(&m_launches, &Launches::wanted, &m_launches,
+                     [this] { open(Deadline(desktopPatience)); });
 }
 
 bool SourceWorkspace::open(const Deadline &deadline) {
@@ -37,7 +38,7 @@ bool SourceWorkspace::open(const Deadline &deadline) {
     }
     const bool wasOpen = std::exchange(m_isOpen, m_source->open(deadline));
     if (m_isOpen && !wasOpen)
-        m_launches.connected();
+        m_launches.connected(deadline);
     else if (wasOpen && !m_isOpen)
         m_launches.disconnected();
     return m_isOpen;
@@ -47,8 +48,8 @@ std::optional<QList<SourceWindow>> SourceWorkspace::windows(const Deadline &dead
     return open(deadline) ? m_source->windows(deadline) : std::nullopt;
 }
 
-QList<WorkspaceApplication> SourceWorkspace::runningApplications() {
-    const auto all = windows(Deadline(desktopPatience));
+QList<WorkspaceApplication> SourceWorkspace::list(const Deadline &deadline) {
+    const auto all = windows(deadline);
     if (!all)
         return {};
     m_records.refreshForAll();
@@ -60,21 +61,20 @@ QList<WorkspaceApplication> SourceWorkspace::runningApplications() {
     return records;
 }
 
-Termination SourceWorkspace::terminate(qint32 processIdentifier) {
-    if (m_records.isGone(processIdentifier))
+Termination SourceWorkspace::quit(qint32 process, const Deadline &deadline) {
+    if (m_records.isGone(process))
         return Termination::gone;
-    const Deadline deadline(desktopPatience);
     const auto all = windows(deadline);
     if (!all)
-        return Termination::gone;
+        return ApplicationRecords::unanswered(process);
     const auto applications = applicationsOf(*all);
     const auto application =
         std::find_if(applications.cbegin(), applications.cend(),
-                     [&](const auto &candidate) { return candidate.process == processIdentifier; });
+                     [&](const auto &candidate) { return candidate.process == process; });
     if (application == applications.cend())
         return Termination::gone;
     m_records.refresh();
-    const auto record = m_records.recordOf(processIdentifier, application->claims());
+    const auto record = m_records.recordOf(process, application->claims());
     if (!record)
         return Termination::gone;
     const bool isAsked = m_patience.acceptsQuitCommand(QuitTarget::of(*record)) ||
@@ -82,13 +82,13 @@ Termination SourceWorkspace::terminate(qint32 processIdentifier) {
     return isAsked ? Termination::delivered : Termination::refused;
 }
 
-std::unique_ptr<LaunchSubscription> SourceWorkspace::subscribeToLaunches(LaunchHandler handler) {
-    open(Deadline(desktopPatience));
-    return m_launches.subscribe(std::move(handler));
+std::unique_ptr<LaunchSubscription> SourceWorkspace::listen(LaunchHandler handler, const Deadline &deadline) {
+    open(deadline);
+    return m_launches.subscribe(std::move(handler), deadline);
 }
 
-Sight SourceWorkspace::sight() {
-    const auto all = windows(Deadline(desktopPatience));
+Sight SourceWorkspace::look(const Deadline &deadline) {
+    const auto all = windows(deadline);
     if (!all)
         return sightOfSilence();
     const auto unknown = std::count_if(all->cbegin(), all->cend(), [](const SourceWindow &window) {

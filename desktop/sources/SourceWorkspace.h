@@ -2,10 +2,10 @@
 #pragma once
 
 #include "desktop/applications/ApplicationRecords.h"
+#include "desktop/applications/DesktopWorkspace.h"
 #include "desktop/quitting/QuitPatience.h"
 #include "desktop/sources/SourceLaunches.h"
 #include "desktop/sources/WindowSource.h"
-#include "engine/workspace/Workspace.h"
 
 #include <memory>
 #include <optional>
@@ -18,7 +18,7 @@ engine::Sight sightOfSilence();
 /// An application is a process with at least one window that a task bar would show. Where the source cannot
 /// be opened the next call tries again, and for whoever has subscribed it is tried once a minute; what runs
 /// then is no launch. A desktop that does not answer costs each call two seconds. Main thread only.
-class SourceWorkspace final : public engine::Workspace {
+class SourceWorkspace final : public DesktopWorkspace {
   public:
     explicit SourceWorkspace(std::unique_ptr<WindowSource> source);
 
@@ -28,11 +28,14 @@ class SourceWorkspace final : public engine::Workspace {
     /// For whoever has to know when it is lost.
     const WindowSource &source() const { return *m_source; }
 
-    QList<engine::WorkspaceApplication> runningApplications() override;
-    [[nodiscard]] engine::Termination terminate(qint32 processIdentifier) override;
+    QList<engine::WorkspaceApplication> list(const foundation::Deadline &deadline) override;
+    [[nodiscard]] engine::Termination quit(qint32 process, const foundation::Deadline &deadline) override;
     [[nodiscard]] std::unique_ptr<engine::LaunchSubscription>
-    subscribeToLaunches(LaunchHandler handler) override;
-    engine::Sight sight() override;
+    listen(LaunchHandler handler, const foundation::Deadline &deadline) override;
+    engine::Sight look(const foundation::Deadline &deadline) override;
+
+    /// For whoever hears of the same applications elsewhere too.
+    Launches &launches() { return m_launches; }
 
   private:
     /// No answer when there is none by the deadline.

@@ -8,10 +8,10 @@ namespace kestrin::desktop {
 
 using namespace foundation;
 
-LaunchWatcher::LaunchWatcher(X11Connection &connection) : m_connection(connection) {
+LaunchWatcher::LaunchWatcher(X11Connection &connection, const Deadline &deadline) : m_connection(connection) {
     // The events come first, so that nothing happens between the reading and them.
     select(m_connection.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
-    LaunchWatcher::update();
+    LaunchWatcher::update(deadline);
 }
 
 LaunchWatcher::~LaunchWatcher() {
@@ -39,8 +39,7 @@ bool LaunchWatcher::concerns(const xcb_generic_event_t &event) const {
     }
 }
 
-QList<LaunchedApplication> LaunchWatcher::update() {
-    const Deadline deadline(desktopPatience);
+QList<LaunchedApplication> LaunchWatcher::update(const Deadline &deadline) {
     QList<LaunchedApplication> launches;
     bool again = true;
     // A window that is followed from now on may have changed since it was read.

@@ -21,7 +21,7 @@ namespace kestrin::desktop {
 /// What runs at construction is no launch. Main thread only; the connection outlives the watcher.
 class LaunchWatcher final : public LaunchFinder {
   public:
-    explicit LaunchWatcher(X11Connection &connection);
+    LaunchWatcher(X11Connection &connection, const foundation::Deadline &deadline);
     /// Takes back its interest in the connection's events.
     ~LaunchWatcher() override;
     LaunchWatcher(const LaunchWatcher &) = delete;
@@ -32,7 +32,9 @@ class LaunchWatcher final : public LaunchFinder {
 
     /// Reads the desktop and returns the launches since the last call. When the server does not answer in
     /// time, nothing changes, and the next call finds what this one did not.
-    QList<LaunchedApplication> update() override;
+    QList<LaunchedApplication> update(const foundation::Deadline &deadline) override;
+
+    bool knows(qint32 process) const override { return m_known.contains(process); }
 
     void forget(qint32 process) override { m_known.remove(process); }
 

@@ -6,19 +6,21 @@
 
 namespace kestrin::desktop {
 
+using namespace foundation;
+
 X11Launches::X11Launches(ApplicationRecords &records) : Launches(records) {}
 
 X11Launches::~X11Launches() {
     stop();
 }
 
-void X11Launches::connected(X11Connection &connection) {
+void X11Launches::connected(X11Connection &connection, const Deadline &deadline) {
     m_connection = &connection;
-    Launches::connected();
+    Launches::connected(deadline);
 }
 
-std::unique_ptr<LaunchFinder> X11Launches::startFinding() {
-    auto watcher = std::make_unique<LaunchWatcher>(*m_connection);
+std::unique_ptr<LaunchFinder> X11Launches::startFinding(const Deadline &deadline) {
+    auto watcher = std::make_unique<LaunchWatcher>(*m_connection, deadline);
     m_watcher = watcher.get();
     m_notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection->xcb()),
                                                    QSocketNotifier::Read);
@@ -43,7 +45,7 @@ void X11Launches::takeEvents(bool serverSpoke) {
         return;
     }
     if (isConcerned)
-        findLaunches();
+        findLaunches(Deadline(desktopPatience));
     tellLaunches();
 }
 

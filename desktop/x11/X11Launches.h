@@ -20,7 +20,7 @@ class X11Launches final : public Launches {
     ~X11Launches() override;
 
     /// There is a server again. The connection lasts until `disconnected`.
-    void connected(X11Connection &connection);
+    void connected(X11Connection &connection, const foundation::Deadline &deadline);
     /// Somebody is about to talk to the server, which may bring events along that no socket tells of any
     /// more.
     void serverIsAsked() { expectEvents(); }
@@ -30,7 +30,7 @@ class X11Launches final : public Launches {
     void serverLost();
 
   private:
-    std::unique_ptr<LaunchFinder> startFinding() override;
+    std::unique_ptr<LaunchFinder> startFinding(const foundation::Deadline &deadline) override;
     void stopFinding() override;
     void takeEvents() override { takeEvents(false); }
     void takeEvents(bool serverSpoke);

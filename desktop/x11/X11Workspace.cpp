@@ -31,7 +31,7 @@ X11Connection *X11Workspace::connection(const Deadline &deadline) {
     if (!m_connection) {
         m_connection = m_connector->connect(deadline);
         if (m_connection)
-            m_launches->connected(*m_connection);
+            m_launches->connected(*m_connection, deadline);
     }
     m_launches->serverIsAsked();
     return m_connection.get();
@@ -42,8 +42,7 @@ void X11Workspace::drop() {
     m_connection.reset();
 }
 
-QList<WorkspaceApplication> X11Workspace::runningApplications() {
-    const Deadline deadline(desktopPatience);
+QList<WorkspaceApplication> X11Workspace::list(const Deadline &deadline) {
     X11Connection *const server = connection(deadline);
     const auto reading = server ? DesktopReading::take(*server, deadline) : std::nullopt;
     if (!reading)
@@ -57,17 +56,18 @@ QList<WorkspaceApplication> X11Workspace::runningApplications() {
     return records;
 }
 
-Termination X11Workspace::terminate(qint32 processIdentifier) {
-    if (m_records.isGone(processIdentifier))
+Termination X11Workspace::quit(qint32 process, const Deadline &deadline) {
+    if (m_records.isGone(process))
         return Termination::gone;
-    const Deadline deadline(desktopPatience);
     X11Connection *const server = connection(deadline);
     const auto reading = server ? DesktopReading::take(*server, deadline) : std::nullopt;
-    const auto application = reading ? reading->application(processIdentifier) : std::nullopt;
+    if (!reading)
+        return ApplicationRecords::unanswered(process);
+    const auto application = reading->application(process);
     if (!application)
         return Termination::gone;
     m_records.refresh();
-    const auto record = m_records.recordOf(processIdentifier, application->claims());
+    const auto record = m_records.recordOf(process, application->claims());
     if (!record)
         return Termination::gone;
     QuitTarget target = QuitTarget::of(*record);
@@ -77,22 +77,25 @@ Termination X11Workspace::terminate(qint32 processIdentifier) {
     return isAsked ? Termination::delivered : Termination::refused;
 }
 
-std::unique_ptr<LaunchSubscription> X11Workspace::subscribeToLaunches(LaunchHandler handler) {
-    connection(Deadline(desktopPatience));
-    return m_launches->subscribe(std::move(handler));
+std::unique_ptr<LaunchSubscription> X11Workspace::listen(LaunchHandler handler, const Deadline &deadline) {
+    connection(deadline);
+    return m_launches->subscribe(std::move(handler), deadline);
 }
 
-Sight X11Workspace::sight() {
-    const QString reason = obstacle();
+X11Launches &X11Workspace::launches() {
+    return *m_launches;
+}
+
+Sight X11Workspace::look(const Deadline &deadline) {
+    const QString reason = obstacle(deadline);
     return reason.isEmpty() ? Sight() : Sight{Sight::Extent::none, reason, {}, Sight::Help::none};
 }
 
-QString X11Workspace::obstacle() {
+QString X11Workspace::obstacle(const Deadline &deadline) {
     const QString consequence = u", so no running applications can be seen."_s;
     if (m_display.isEmpty() && qEnvironmentVariableIsEmpty("DISPLAY"))
         return u"There is no desktop session here"_s + consequence;
     const QString display = m_display.isEmpty() ? qEnvironmentVariable("DISPLAY") : m_display;
-    const Deadline deadline(desktopPatience);
     X11Connection *const server = connection(deadline);
     if (!server)
         return u"The display \""_s + display + u"\" cannot be reached"_s + consequence;

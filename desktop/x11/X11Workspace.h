@@ -2,12 +2,8 @@
 #pragma once
 
 #include "desktop/applications/ApplicationRecords.h"
+#include "desktop/applications/DesktopWorkspace.h"
 #include "desktop/quitting/QuitPatience.h"
-#include "engine/workspace/Workspace.h"
-
-namespace kestrin::foundation {
-class Deadline;
-}
 
 namespace kestrin::desktop {
 
@@ -19,24 +15,27 @@ class X11Launches;
 /// display. When there is no X server the next call tries again, and for whoever has subscribed it is tried
 /// once a minute; what runs then is no launch. A server that does not answer costs each call two seconds.
 /// Main thread only.
-class X11Workspace final : public engine::Workspace {
+class X11Workspace final : public DesktopWorkspace {
   public:
     /// `display` names the X display, "" the one in the environment (DISPLAY).
     explicit X11Workspace(const QString &display = {});
     ~X11Workspace() override;
 
-    QList<engine::WorkspaceApplication> runningApplications() override;
-    [[nodiscard]] engine::Termination terminate(qint32 processIdentifier) override;
+    QList<engine::WorkspaceApplication> list(const foundation::Deadline &deadline) override;
+    [[nodiscard]] engine::Termination quit(qint32 process, const foundation::Deadline &deadline) override;
     [[nodiscard]] std::unique_ptr<engine::LaunchSubscription>
-    subscribeToLaunches(LaunchHandler handler) override;
-    engine::Sight sight() override;
+    listen(LaunchHandler handler, const foundation::Deadline &deadline) override;
+    engine::Sight look(const foundation::Deadline &deadline) override;
+
+    /// For whoever hears of the same applications elsewhere too.
+    X11Launches &launches();
 
   private:
     /// Null when there is none to be had by the deadline.
     X11Connection *connection(const foundation::Deadline &deadline);
     void drop();
     /// Why nothing can be seen, as a sentence; empty when it can.
-    QString obstacle();
+    QString obstacle(const foundation::Deadline &deadline);
 
     const QString m_display;
     ApplicationRecords m_records;

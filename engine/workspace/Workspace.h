@@ -34,7 +34,7 @@ struct WorkspaceApplication {
 /// What became of a request to quit.
 enum class Termination {
     delivered, ///< which says nothing about what the application does with it
-    refused,   ///< the application runs, and there was no way to ask it
+    refused,   ///< it runs, and there was no way to ask it, or a desktop that does not answer
     gone,      ///< no application with this process id can be seen
 };
 

@@ -3,8 +3,8 @@
 #include "desktop/Platform.h"
 #include "desktop/x11/X11Workspace.h"
 #include "tests/support/SampleApp.h"
+#include "tests/support/Unanswered.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 #include <csignal>
@@ -13,6 +13,7 @@ using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::engine;
 using namespace kestrin::desktop;
+using samples::callEverythingInVain;
 using samples::Launches;
 using samples::running;
 using samples::SampleApp;
@@ -20,19 +21,7 @@ namespace display = samples::display;
 
 namespace {
 
-/// Every call of the contract, each of which must answer within a few seconds and find nothing.
-void callEverythingInVain(X11Workspace &workspace, qint32 process) {
-    const auto isQuick = [](const char *call, auto body) {
-        QElapsedTimer timer;
-        timer.start();
-        body();
-        QVERIFY2(timer.elapsed() < 4000, call);
-    };
-    isQuick("list", [&] { QVERIFY(running(workspace).isEmpty()); });
-    isQuick("terminate", [&] { QCOMPARE(workspace.terminate(process), Termination::gone); });
-    isQuick("subscribe", [&] { Launches launches(workspace); });
-    isQuick("limitation", [&] { QVERIFY(!workspace.sight().isFull()); });
-}
+const auto thisProcess = static_cast<qint32>(QCoreApplication::applicationPid());
 
 } // namespace
 
@@ -49,13 +38,13 @@ class X11FailuresTest : public QObject {
 void X11FailuresTest::noDisplay() {
     for (const QString &display : {u":9999"_s, u"nonsense"_s, u"no-such-host.invalid:0"_s}) {
         X11Workspace workspace(display);
-        callEverythingInVain(workspace, 1);
+        callEverythingInVain(workspace, thisProcess);
         QVERIFY(workspace.sight().reason.contains(display));
     }
     const QByteArray before = qgetenv("DISPLAY");
     qunsetenv("DISPLAY");
     X11Workspace workspace;
-    callEverythingInVain(workspace, 1);
+    callEverythingInVain(workspace, thisProcess);
     qputenv("DISPLAY", before);
     QVERIFY(workspace.sight().isFull());
     // Left over from a session that has ended.
@@ -141,8 +130,8 @@ void X11FailuresTest::serverGoesAway() {
     display::killServer();
     // Writing to whoever has gone ends the process where nobody has made arrangements. QProcess has.
     const auto before = std::signal(SIGPIPE, SIG_DFL);
-    callEverythingInVain(workspace, app.pid());
-    callEverythingInVain(watching, app.pid());
+    callEverythingInVain(workspace, thisProcess);
+    callEverythingInVain(watching, thisProcess);
     std::signal(SIGPIPE, before);
     QTRY_VERIFY(!app.isRunning());
     QCOMPARE(launches.pids.size(), 1);
