@@ -110,4 +110,10 @@ std::optional<FileStamp> readFileHead(const QByteArray &path, qsizetype limit, Q
     return file.state() == FileState::readable ? std::optional(file.stamp()) : std::nullopt;
 }
 
+QByteArray fileHead(const QByteArray &path, qsizetype limit) {
+    QByteArray head;
+    readFileHead(path, limit, head);
+    return head;
+}
+
 } // namespace kestrin::foundation

@@ -67,5 +67,7 @@ std::optional<QByteArray> readWholeFile(const QString &path, qint64 limit);
 /// At most the first `limit` bytes of a regular file, into a buffer that may be used again and again. Returns
 /// the file's stamp; none when it cannot be read, and then the buffer is empty.
 std::optional<FileStamp> readFileHead(const QByteArray &path, qsizetype limit, QByteArray &head);
+/// As much of it as the kernel usually tells in a file about a process, and empty when it cannot be read.
+QByteArray fileHead(const QByteArray &path, qsizetype limit = 4096);
 
 } // namespace kestrin::foundation

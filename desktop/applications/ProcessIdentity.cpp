@@ -24,12 +24,6 @@ QByteArray linkTarget(const QByteArray &path) {
     return QByteArray::fromStdString(std::filesystem::read_symlink(path.constData(), error).native());
 }
 
-QByteArray fileHead(const QByteArray &path) {
-    QByteArray head;
-    readFileHead(path, 4096, head);
-    return head;
-}
-
 QString sandboxIdOf(const QByteArray &process, const QByteArray &ownProcess, const QByteArray &executable) {
     // Looking further costs more than all the rest, and both kinds of sandbox have their own view of the file
     // system; only those Snaps that ask for none have not.

@@ -30,6 +30,24 @@ BusNames BusNames::all(const Deadline &deadline) {
     return result;
 }
 
+QHash<QString, qint32> BusNames::owners(const QStringList &names, const Deadline &deadline) {
+    QHash<QString, qint32> owners;
+    const auto bus = names.isEmpty() ? nullptr : SessionBus::connect();
+    if (!bus)
+        return owners;
+    BusQuestions questions(*bus);
+    for (const QString &name : names) {
+        const auto answered = [&owners, name](sd_bus_message *reply) {
+            quint32 process = 0;
+            if (sd_bus_message_read_basic(reply, 'u', &process) > 0)
+                owners.insert(name, static_cast<qint32>(process));
+        };
+        questions.ask(methodOfBus("GetConnectionUnixProcessID"), answered, "s", name.toLatin1().constData());
+    }
+    questions.waitForAll(deadline);
+    return owners;
+}
+
 QStringList BusNames::of(qint32 process) const {
     QStringList names = m_names.values(process);
     names.sort();

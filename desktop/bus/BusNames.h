@@ -2,6 +2,7 @@
 
 #include "foundation/Deadline.h"
 
+#include <QHash>
 #include <QMultiHash>
 #include <QStringList>
 
@@ -15,6 +16,9 @@ class BusNames {
 
     /// Apart from unique ones; sorted.
     QStringList of(qint32 process) const;
+
+    /// The process behind each of these names; those that nobody owns are left out.
+    static QHash<QString, qint32> owners(const QStringList &names, const foundation::Deadline &deadline);
 
   private:
     QMultiHash<qint32, QString> m_names;

@@ -12,15 +12,9 @@ using namespace foundation;
 
 namespace {
 
-QByteArray headOfFile(const QByteArray &path) {
-    QByteArray head;
-    readFileHead(path, 4096, head);
-    return head;
-}
-
 /// What is started in a terminal is in the unit of the terminal, which has another number.
 QString idOfOwnScope(const QByteArray &folder, qint32 process) {
-    const QByteArray group = headOfFile(folder + "/cgroup");
+    const QByteArray group = fileHead(folder + "/cgroup");
     return group.contains('-' + QByteArray::number(process) + ".scope") ? unitIdOfControlGroup(group)
                                                                         : QString();
 }
@@ -46,7 +40,7 @@ std::optional<DesktopEntryIndex::Found> applicationOfProcess(qint32 process, Des
     if (identity.executablePath && take(entries.withExecutable(*identity.executablePath)))
         return found;
     // An interpreter's first argument is the script.
-    const QList<QByteArray> words = headOfFile(folder + "/cmdline").split('\0');
+    const QList<QByteArray> words = fileHead(folder + "/cmdline").split('\0');
     if (words.size() > 1 && words[1].contains('/'))
         take(entries.withExecutable(QFile::decodeName(words[1])));
     return found;

@@ -2,8 +2,6 @@
 
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -37,26 +35,14 @@ quint32 numberAt(const QByteArray &bytes, qsizetype at) {
 } // namespace
 
 bool SwayConnection::open(const QByteArray &path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (path.isEmpty() || static_cast<std::size_t>(path.size()) >= sizeof address.sun_path)
-        return false;
-    std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
     close();
-    // Full means that nobody has taken a call for long.
-    m_socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (::connect(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
-        close();
-    ucred owner{};
-    socklen_t size = sizeof owner;
-    m_server = ::getsockopt(m_socket, SOL_SOCKET, SO_PEERCRED, &owner, &size) == 0 ? owner.pid : 0;
     m_wasHungUp = false;
+    m_server = m_socket.connect(path) ? m_socket.server() : 0;
     return isOpen();
 }
 
 void SwayConnection::close() {
-    if (isOpen())
-        ::close(std::exchange(m_socket, -1));
+    m_socket.close();
     m_received.clear();
 }
 
@@ -99,7 +85,7 @@ void SwayConnection::takeEvents() {
 
 bool SwayConnection::send(const QByteArray &bytes, const Deadline &deadline) {
     for (qsizetype sent = 0; sent < bytes.size();) {
-        const ssize_t more = ::send(m_socket, bytes.constData() + sent,
+        const ssize_t more = ::send(descriptor(), bytes.constData() + sent,
                                     static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL);
         if (more >= 0)
             sent += more;
@@ -111,7 +97,7 @@ bool SwayConnection::send(const QByteArray &bytes, const Deadline &deadline) {
 
 bool SwayConnection::receive() {
     std::array<char, 1U << 16U> room{};
-    const ssize_t length = ::recv(m_socket, room.data(), room.size(), 0);
+    const ssize_t length = ::recv(descriptor(), room.data(), room.size(), 0);
     if (length > 0)
         m_received.append(room.data(), length);
     m_wasHungUp = length == 0 || (length < 0 && errno != EAGAIN && errno != EINTR);
@@ -145,7 +131,7 @@ std::optional<SwayConnection::Received> SwayConnection::nextMessage() {
 }
 
 bool SwayConnection::waitFor(short events, const Deadline &deadline) const {
-    pollfd socket{m_socket, events, 0};
+    pollfd socket{descriptor(), events, 0};
     int ready = 0;
     do {
         ready = ::poll(&socket, 1, static_cast<int>(deadline.remaining().count()));

@@ -1,6 +1,7 @@
 // A conversation over sway's socket, as sway-ipc(7) and the i3 protocol define it.
 #pragma once
 
+#include "desktop/sources/LocalSocket.h"
 #include "foundation/Deadline.h"
 
 #include <QByteArray>
@@ -27,15 +28,12 @@ class SwayConnection {
     using EventHandler = std::function<void(const QByteArray &payload)>;
 
     explicit SwayConnection(EventHandler handler) : m_handleEvent(std::move(handler)) {}
-    SwayConnection(const SwayConnection &) = delete;
-    SwayConnection &operator=(const SwayConnection &) = delete;
-    ~SwayConnection() { close(); }
 
     /// To the socket at this path. False when nobody listens there.
     bool open(const QByteArray &path);
     void close();
-    bool isOpen() const { return m_socket >= 0; }
-    int descriptor() const { return m_socket; }
+    bool isOpen() const { return m_socket.isConnected(); }
+    int descriptor() const { return m_socket.descriptor(); }
     /// The process at the other end, also when that has hung up; 0 when it cannot be told.
     qint32 server() const { return m_server; }
     /// The last conversation was ended from there.
@@ -63,7 +61,7 @@ class SwayConnection {
     bool waitFor(short events, const foundation::Deadline &deadline) const;
 
     const EventHandler m_handleEvent;
-    int m_socket = -1;
+    LocalSocket m_socket;
     qint32 m_server = 0;
     bool m_wasHungUp = false;
     QByteArray m_received;

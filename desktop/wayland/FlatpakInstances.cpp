@@ -19,9 +19,7 @@ namespace {
 constexpr qsizetype maximumInstances = 200;
 
 QByteArray contentOf(const QString &path) {
-    QByteArray content;
-    readFileHead(QFile::encodeName(path), 64 * 1024, content);
-    return content;
+    return fileHead(QFile::encodeName(path), 64 * 1024);
 }
 
 } // namespace

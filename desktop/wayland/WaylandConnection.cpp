@@ -1,64 +1,19 @@
 #include "desktop/wayland/WaylandConnection.h"
 
+#include "desktop/sources/LocalSocket.h"
+
 #include <poll.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include <wayland-client.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstddef>
-#include <cstring>
 
 namespace kestrin::desktop {
 
 using namespace foundation;
 
 namespace {
-
-/// Closes the socket unless it was handed on.
-class Socket {
-  public:
-    explicit Socket(int descriptor) : m_descriptor(descriptor) {}
-    Socket(const Socket &) = delete;
-    Socket &operator=(const Socket &) = delete;
-    ~Socket() {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    int descriptor() const { return m_descriptor; }
-    void handOn() { m_descriptor = -1; }
-
-  private:
-    int m_descriptor;
-};
-
-bool connectTo(const Socket &socket, const QByteArray &path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (path.isEmpty() || path.size() >= static_cast<qsizetype>(sizeof address.sun_path))
-        return false;
-    std::copy(path.cbegin(), path.cend(), static_cast<char *>(address.sun_path));
-    return ::connect(socket.descriptor(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
-}
-
-qint32 processBehind(const Socket &socket) {
-    ucred owner{};
-    socklen_t size = sizeof owner;
-    return ::getsockopt(socket.descriptor(), SOL_SOCKET, SO_PEERCRED, &owner, &size) == 0 ? owner.pid : 0;
-}
-
-QByteArray addressBehind(const Socket &socket) {
-    sockaddr_un address{};
-    socklen_t size = sizeof address;
-    if (::getpeername(socket.descriptor(), reinterpret_cast<sockaddr *>(&address), &size) != 0 ||
-        size <= offsetof(sockaddr_un, sun_path))
-        return {};
-    const char *const path = static_cast<const char *>(address.sun_path);
-    return {path, static_cast<qsizetype>(::strnlen(path, size - offsetof(sockaddr_un, sun_path)))};
-}
 
 void callbackDone(void *data, wl_callback * /*callback*/, quint32 /*serial*/) {
     *static_cast<bool *>(data) = true;
@@ -76,16 +31,22 @@ QByteArray waylandSocketPath(const QByteArray &display) {
     return folder.startsWith('/') ? folder + '/' + name : QByteArray();
 }
 
+bool mayBeCompositorHere(qint32 process) {
+    LocalSocket socket;
+    const qint32 compositor = socket.connect(waylandSocketPath()) ? socket.server() : 0;
+    return compositor == 0 || compositor == process;
+}
+
 std::unique_ptr<WaylandConnection> WaylandConnection::connect(const QByteArray &socketPath) {
-    Socket socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    if (socket.descriptor() < 0 || !connectTo(socket, socketPath))
+    LocalSocket socket;
+    if (!socket.connect(socketPath))
         return nullptr;
-    const qint32 compositor = processBehind(socket);
-    const QByteArray address = addressBehind(socket);
-    wl_display *const display = wl_display_connect_to_fd(socket.descriptor());
+    const qint32 compositor = socket.server();
+    const QByteArray address = socket.address();
+    // It takes the socket over, also where it fails.
+    wl_display *const display = wl_display_connect_to_fd(socket.handOn());
     if (!display)
         return nullptr;
-    socket.handOn();
     return std::unique_ptr<WaylandConnection>(new WaylandConnection(display, compositor, address));
 }
 

@@ -21,6 +21,10 @@ namespace kestrin::desktop {
 /// (WAYLAND_DISPLAY). Empty when there is none.
 QByteArray waylandSocketPath(const QByteArray &display = {});
 
+/// Whether the process is the compositor of this session (WAYLAND_DISPLAY), or it cannot be told who that is.
+/// A name on the bus and a socket in the environment may be those of another session, in which this one runs.
+bool mayBeCompositorHere(qint32 process);
+
 /// Owns the connection, which is nobody else's. Main thread only.
 ///
 /// Requests are sent with libwayland's own functions. Nothing here blocks longer than its deadline, and a

@@ -1,7 +1,7 @@
 #include "desktop/wayland/WindowProcesses.h"
 
 #include "desktop/applications/ProcessIdentity.h"
-#include "desktop/bus/BusQuestions.h"
+#include "desktop/bus/BusNames.h"
 #include "desktop/wayland/FlatpakInstances.h"
 #include "desktop/wayland/SessionUnit.h"
 #include "desktop/wayland/SocketPeers.h"
@@ -30,20 +30,15 @@ constexpr std::chrono::seconds startingTime{60};
 /// What the members of the bus may cost one look at the windows.
 constexpr std::chrono::milliseconds namesPatience{200};
 
-QByteArray processFile(qint32 process, const char *name) {
-    QByteArray text;
-    readFileHead("/proc/" + QByteArray::number(process) + '/' + name, 4096, text);
-    return text;
-}
-
 MatchCandidate candidateOf(qint32 process) {
     const ProcessIdentity identity = ProcessIdentity::of(process);
+    const QByteArray folder = "/proc/" + QByteArray::number(process);
     MatchCandidate candidate;
     candidate.process = process;
     candidate.sandboxId = identity.sandboxId;
-    candidate.unitId = unitIdOfControlGroup(processFile(process, "cgroup"));
+    candidate.unitId = unitIdOfControlGroup(fileHead(folder + "/cgroup"));
     candidate.executable = identity.executablePath.value_or(QString());
-    candidate.commandName = QString::fromUtf8(processFile(process, "comm").trimmed());
+    candidate.commandName = QString::fromUtf8(fileHead(folder + "/comm").trimmed());
     return candidate;
 }
 
@@ -67,27 +62,6 @@ bool mayBeBusName(const QString &appId) {
     return appId.contains(u'.') && !appId.startsWith(u'.') && !appId.endsWith(u'.') &&
            !appId.contains(".."_L1) && appId.size() <= 255 &&
            std::all_of(appId.cbegin(), appId.cend(), isAllowed);
-}
-
-/// The processes that own the names; those without an owner are left out.
-QHash<QString, qint32> ownersOfNames(const QStringList &names, const Deadline &deadline) {
-    QHash<QString, qint32> owners;
-    const auto bus = names.isEmpty() ? nullptr : SessionBus::connect();
-    if (!bus)
-        return owners;
-    BusQuestions questions(*bus);
-    for (const QString &name : names) {
-        const auto answered = [&owners, name](sd_bus_message *reply) {
-            quint32 process = 0;
-            if (sd_bus_message_read_basic(reply, 'u', &process) > 0)
-                owners.insert(name, static_cast<qint32>(process));
-        };
-        questions.ask({"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                       "GetConnectionUnixProcessID"},
-                      answered, "s", name.toLatin1().constData());
-    }
-    questions.waitForAll(Deadline(std::min(deadline.remaining(), namesPatience)));
-    return owners;
 }
 
 } // namespace
@@ -147,7 +121,8 @@ void WindowProcesses::fillIn(QList<SourceWindow> &windows, const WaylandConnecti
     m_entries.refresh();
     QStringList names;
     std::copy_if(open.cbegin(), open.cend(), std::back_inserter(names), mayBeBusName);
-    const QHash<QString, qint32> busOwners = ownersOfNames(names, deadline);
+    const QHash<QString, qint32> busOwners =
+        BusNames::owners(names, Deadline(std::min(deadline.remaining(), namesPatience)));
     QList<MatchCandidate> all = candidates(clients, isOnX11, deadline);
     for (const QString &appId : std::as_const(open)) {
         MatchQuestion question = questionAbout(appId);
