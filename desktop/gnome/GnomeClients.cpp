@@ -56,10 +56,7 @@ Remedy remedyFor(ExtensionState state) {
 } // namespace
 
 GnomeClients::GnomeClients(Clients clients) : m_clients(std::move(clients)) {
-    connect(&m_shell, &ShellConversation::told, this, [this] {
-        if (m_isFollowed)
-            Q_EMIT changed();
-    });
+    connect(&m_shell, &ShellConversation::told, this, &GnomeClients::changed);
     connect(&m_shell, &ShellConversation::left, this, &GnomeClients::lost);
 }
 
@@ -73,7 +70,6 @@ GnomeClients::Clients GnomeClients::clientsOfThisSession() {
 bool GnomeClients::open(const Deadline &deadline) {
     if (m_shell.isOpen())
         return true;
-    m_isFollowed = false;
     if (!m_shell.open({shellName, introspect}, deadline))
         return false;
     m_shell.hear(introspect);
@@ -81,7 +77,7 @@ bool GnomeClients::open(const Deadline &deadline) {
 }
 
 std::optional<QList<SourceWindow>> GnomeClients::windows(const Deadline &deadline) {
-    m_isFollowed = true;
+    m_shell.follow();
     // X11 is asked afterwards, and may be as silent.
     m_extension = ShellExtension(m_shell).state(Deadline(deadline.remaining() / 2));
     if (!m_shell.isOpen())

@@ -33,7 +33,6 @@ class GnomeClients final : public WindowSource {
     ShellConversation m_shell;
     DesktopEntryIndex m_entries;
     ExtensionState m_extension = ExtensionState::unknown;
-    bool m_isFollowed = false;
 };
 
 } // namespace kestrin::desktop

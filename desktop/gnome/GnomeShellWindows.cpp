@@ -58,17 +58,13 @@ std::optional<QList<SourceWindow>> readWindows(sd_bus_message *reply) {
 } // namespace
 
 GnomeShellWindows::GnomeShellWindows() {
-    connect(&m_shell, &ShellConversation::told, this, [this] {
-        if (m_isFollowed)
-            Q_EMIT changed();
-    });
+    connect(&m_shell, &ShellConversation::told, this, &GnomeShellWindows::changed);
     connect(&m_shell, &ShellConversation::left, this, &GnomeShellWindows::lost);
 }
 
 bool GnomeShellWindows::open(const Deadline &deadline) {
     if (m_shell.isOpen())
         return true;
-    m_isFollowed = false;
     if (!m_shell.open({shellName, extensionName}, deadline))
         return false;
     m_shell.hear(windowsInterface);
@@ -82,8 +78,9 @@ bool GnomeShellWindows::open(const Deadline &deadline) {
 
 std::optional<QList<SourceWindow>> GnomeShellWindows::windows(const Deadline &deadline) {
     std::optional<QList<SourceWindow>> windows;
-    m_isFollowed = m_shell.ask(method("List"), deadline,
-                               [&windows](sd_bus_message *reply) { windows = readWindows(reply); });
+    m_shell.follow();
+    m_shell.ask(method("List"), deadline,
+                [&windows](sd_bus_message *reply) { windows = readWindows(reply); });
     if (!windows)
         m_shell.giveUp();
     return windows;

@@ -20,7 +20,6 @@ class GnomeShellWindows final : public WindowSource {
 
   private:
     ShellConversation m_shell;
-    bool m_isFollowed = false;
 };
 
 } // namespace kestrin::desktop

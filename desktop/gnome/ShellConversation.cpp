@@ -1,6 +1,7 @@
 #include "desktop/gnome/ShellConversation.h"
 
 #include "desktop/bus/BusValues.h"
+#include "desktop/wayland/WaylandConnection.h"
 
 #include <optional>
 #include <utility>
@@ -28,6 +29,10 @@ bool ShellConversation::open(const QList<QByteArray> &names, const Deadline &dea
         }
         m_owner = owner;
     }
+    if (!isOwnerHere(deadline)) {
+        close();
+        return false;
+    }
     m_readable = std::make_unique<QSocketNotifier>(m_bus->descriptor(), QSocketNotifier::Read);
     connect(m_readable.get(), &QSocketNotifier::activated, this, &ShellConversation::handOut);
     return true;
@@ -41,6 +46,16 @@ QByteArray ShellConversation::ownerOf(const QByteArray &name, const Deadline &de
             return sd_bus_message_append(message, "s", name.constData()) >= 0;
         });
     return owner;
+}
+
+bool ShellConversation::isOwnerHere(const Deadline &deadline) {
+    quint32 process = 0;
+    const auto read = [&process](sd_bus_message *reply) { sd_bus_message_read_basic(reply, 'u', &process); };
+    const auto write = [this](sd_bus_message *message) {
+        return sd_bus_message_append(message, "s", m_owner.constData()) >= 0;
+    };
+    return askMember(methodOfBus("GetConnectionUnixProcessID"), deadline, read, write) &&
+           mayBeCompositorHere(static_cast<qint32>(process));
 }
 
 bool ShellConversation::ask(const ShellMethod &method, const Deadline &deadline, const Reader &read,
@@ -75,7 +90,7 @@ void ShellConversation::close() {
     m_readable.reset();
     m_bus.reset();
     m_owner.clear();
-    m_hasTold = m_hasLeft = false;
+    m_isFollowed = m_hasTold = m_hasLeft = false;
 }
 
 void ShellConversation::giveUp() {
@@ -113,7 +128,7 @@ void ShellConversation::tell() {
     if (m_hasLeft) {
         close();
         Q_EMIT left();
-    } else if (hasTold) {
+    } else if (hasTold && m_isFollowed) {
         Q_EMIT told();
     }
 }

@@ -28,15 +28,16 @@ class ShellConversation : public QObject {
     using Writer = SessionBus::Writer;
 
     /// Begins a conversation with whoever owns all of these names, of which the first is the shell's own.
-    /// False when there is nobody, or it is not one and the same.
+    /// False when there is nobody, it is not one and the same, or not the compositor of this session.
     bool open(const QList<QByteArray> &names, const foundation::Deadline &deadline);
     bool isOpen() const { return m_bus != nullptr; }
     void close();
     /// Closes it and tells that: whoever listens would wait in vain.
     void giveUp();
 
-    /// From now on `told` follows the signals of this interface.
+    /// After `follow` the signals of this interface are told.
     void hear(const QByteArray &interfaceName);
+    void follow() { m_isFollowed = true; }
 
     /// Whether there was an answer other than an error. When there was none in time it is given up:
     /// whatever comes later must not be taken for the answer to another question.
@@ -54,6 +55,7 @@ class ShellConversation : public QObject {
     bool askMember(const BusMethod &method, const foundation::Deadline &deadline, const Reader &read,
                    const Writer &write);
     QByteArray ownerOf(const QByteArray &name, const foundation::Deadline &deadline);
+    bool isOwnerHere(const foundation::Deadline &deadline);
     void handOut();
     void lookSoonForMore();
     void tellSoon(bool &what);
@@ -62,6 +64,7 @@ class ShellConversation : public QObject {
     std::unique_ptr<SessionBus> m_bus;
     std::unique_ptr<QSocketNotifier> m_readable;
     QByteArray m_owner;
+    bool m_isFollowed = false;
     bool m_hasTold = false;
     bool m_hasLeft = false;
 };

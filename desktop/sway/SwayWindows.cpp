@@ -1,6 +1,7 @@
 #include "desktop/sway/SwayWindows.h"
 
 #include "desktop/sway/SwayTree.h"
+#include "desktop/wayland/WaylandConnection.h"
 
 #include <QSocketNotifier>
 
@@ -23,6 +24,11 @@ bool SwayWindows::open(const Deadline &deadline) {
         return true;
     if (!m_connection.open(m_path))
         return false;
+    // What this session inherited from another one, in which it runs, is left to that.
+    if (!mayBeCompositorHere(m_connection.server())) {
+        m_connection.close();
+        return false;
+    }
     m_hasNews = false;
     // The events come first, so that nothing happens between the windows and them.
     const auto answer = m_connection.ask(Message::subscribe, R"(["window"])", deadline);

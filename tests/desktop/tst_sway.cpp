@@ -102,6 +102,8 @@ class SwayTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
+    // The sway of these tests is no compositor.
+    void initTestCase() { qunsetenv("WAYLAND_DISPLAY"); }
     void trees();
     void conversations();
     void events();
