@@ -1,5 +1,6 @@
 #include "desktop/permission/GnomePermission.h"
 
+#include "desktop/gnome/EnabledExtensions.h"
 #include "desktop/gnome/GnomeShellWindows.h"
 #include "desktop/gnome/ShellExtension.h"
 #include "desktop/permission/AllowedPrograms.h"
@@ -41,6 +42,8 @@ GnomePermission::Answer GnomePermission::enable() {
     if (!m_programs.areInstalled && !AllowedPrograms::add(m_programs.paths))
         return {false,
                 u"Nothing was allowed, because "_s + AllowedPrograms::path() + u" cannot be written."_s};
+    // Also where this session knows it from before, for the next one.
+    const bool isInstalled = install();
     const Deadline deadline(desktopPatience);
     ShellConversation shell;
     ShellExtension extension(shell);
@@ -50,11 +53,11 @@ GnomePermission::Answer GnomePermission::enable() {
         return whatBecameOf(extension);
     if (!shell.isOpen())
         return silence;
-    if (!install())
+    if (!isInstalled)
         return {false, u"Kestrin's extension of GNOME is not installed; it comes with Kestrin's package."_s};
-    return {
-        false,
-        u"GNOME finds Kestrin's extension at your next login. Log out and in, and then allow it again."_s};
+    const QString why = u"GNOME finds Kestrin's extension at your next login. Log out and in"_s;
+    return {false, why + (setEnabledAtLogin(true) ? u"; nothing else is needed then."_s
+                                                  : u", and then allow it again."_s)};
 }
 
 GnomePermission::Answer GnomePermission::whatBecameOf(ShellExtension &extension) const {
@@ -73,11 +76,18 @@ GnomePermission::Answer GnomePermission::whatBecameOf(ShellExtension &extension)
     }
 }
 
+QString GnomePermission::takeBack() const {
+    if (!AllowedPrograms::remove(m_programs.paths))
+        return AllowedPrograms::path() + u" cannot be changed."_s;
+    if (QFileInfo(ownExtension()).isSymLink() && !QFile::remove(ownExtension()))
+        return ownExtension() + u" cannot be removed."_s;
+    return setEnabledAtLogin(false) ? QString() : u"GNOME's setting enabled-extensions cannot be changed."_s;
+}
+
 GnomePermission::Answer GnomePermission::disable() {
     // Whether or not GNOME answers.
-    AllowedPrograms::remove(m_programs.paths);
-    if (QFileInfo(ownExtension()).isSymLink())
-        QFile::remove(ownExtension());
+    if (const QString obstacle = takeBack(); !obstacle.isEmpty())
+        return {false, obstacle};
     const Deadline deadline(desktopPatience);
     ShellConversation shell;
     ShellExtension extension(shell);

@@ -16,6 +16,10 @@ class GnomePermission final : public runtime::DesktopPermission {
     Answer enable() override;
     Answer disable() override;
 
+    /// What `enable` left where GNOME does not have to be asked, also in another session than its own. Empty
+    /// when that is gone, else what is in the way, as a sentence.
+    QString takeBack() const;
+
   private:
     /// As far as the package has not done that for all users.
     static bool install();

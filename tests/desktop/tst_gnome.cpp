@@ -1,6 +1,7 @@
 // What is made of a GNOME shell that is silent, talks nonsense or goes away, and what a user's permission
 // leaves on disk.
 
+#include "desktop/gnome/EnabledExtensions.h"
 #include "desktop/gnome/GnomeClients.h"
 #include "desktop/gnome/GnomeShellWindows.h"
 #include "desktop/permission/AllowedPrograms.h"
@@ -17,6 +18,7 @@
 
 #include <signal.h>
 
+#include <array>
 #include <atomic>
 #include <list>
 #include <thread>
@@ -115,11 +117,14 @@ class GnomeTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
+    // The shell of these tests is no compositor.
+    void initTestCase() { qunsetenv("WAYLAND_DISPLAY"); }
     void answers();
     void impostor();
     void following();
     void clients();
     void allowedPrograms();
+    void settings();
     void plasmaEntries();
 };
 
@@ -255,6 +260,21 @@ void GnomeTest::allowedPrograms() {
     QVERIFY(AllowedPrograms::remove(own));
     QCOMPARE(contents(path), others);
     QVERIFY(QFile::remove(path) && QDir().mkdir(path) && !AllowedPrograms::add(own));
+}
+
+void GnomeTest::settings() {
+    for (const auto &[before, with, without] : std::initializer_list<std::array<QByteArray, 3>>{
+             {"@as []", "@as ['x@y']", "@as []"},
+             {"['a@b']", "['a@b', 'x@y']", "['a@b']"},
+             {"['x@y']", "['x@y']", "[]"},
+             {"['x@y', 'a@b']", "['x@y', 'a@b']", "['a@b']"},
+             {"['a@b', 'x@y', 'c@d']", "['a@b', 'x@y', 'c@d']", "['a@b', 'c@d']"},
+             {"['ax@y']", "['ax@y', 'x@y']", "['ax@y']"},
+             {"No such key", {}, {}},
+         }) {
+        QCOMPARE(listWith(before, "x@y", true), with);
+        QCOMPARE(listWith(before, "x@y", false), without);
+    }
 }
 
 void GnomeTest::plasmaEntries() {

@@ -2,13 +2,18 @@
 // it is, is said by tools/with-desktop.
 
 #include "desktop/Platform.h"
+#include "desktop/bus/BusNames.h"
 #include "desktop/permission/GnomePermission.h"
+#include "desktop/permission/LinuxPermission.h"
 #include "desktop/permission/PlasmaPermission.h"
 #include "desktop/wayland/PlasmaWindows.h"
 #include "tests/support/SampleApp.h"
+#include "tests/support/StoppedServer.h"
 #include "tests/support/Unanswered.h"
 
+#include <QDir>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QTest>
 
 #include <algorithm>
@@ -21,6 +26,7 @@ using namespace kestrin;
 using namespace kestrin::desktop;
 using namespace kestrin::engine;
 using namespace kestrin::runtime;
+using foundation::Deadline;
 using samples::callEverythingInVain;
 using samples::installEntry;
 using samples::Launches;
@@ -134,7 +140,9 @@ class DesktopsTest : public QObject {
     void vanishing_data() { kinds(); }
     void vanishing();
     void silence();
+    void strangers();
     void death();
+    void newLogin();
 
   private:
     static void kinds() {
@@ -329,7 +337,28 @@ void DesktopsTest::silence() {
     QTRY_COMPARE(inSilence->pids, native().seen({later.pid()}));
 }
 
-/// The last one: what has died does not come back as it was everywhere.
+/// In the environment is the socket of a sway that is none of this session and has stopped, and on the bus
+/// somebody calls himself as GNOME's shell does.
+void DesktopsTest::strangers() {
+    const SampleApp app(native().named("app --later --commands --qt accepts --bus-name org.gnome.Shell"));
+    const QString shell = u"org.gnome.Shell"_s;
+    QTRY_VERIFY(BusNames::owners({shell}, Deadline(desktopPatience)).contains(shell));
+    const samples::StoppedServer sway;
+    const QByteArray before = qgetenv("SWAYSOCK");
+    qputenv("SWAYSOCK", sway.path());
+    const auto restore =
+        qScopeGuard([&] { before.isEmpty() ? qunsetenv("SWAYSOCK") : qputenv("SWAYSOCK", before); });
+    const auto workspace = makeWorkspace();
+    QCOMPARE(workspace->sight().extent, thisDesktop().sight);
+    Launches launches(*workspace);
+    const SampleApp other(native().named("other"));
+    QTRY_COMPARE(other.said(u"mapped 1"_s), 1);
+    QTRY_COMPARE(launches.pids, native().seen({other.pid()}));
+    if (!thisDesktop().kind.startsWith("gnome"_L1))
+        QCOMPARE(LinuxPermission().enable().sentence, thisDesktop().allow(OwnPrograms::find()).sentence);
+}
+
+/// The last but one: what has died does not come back as it was everywhere.
 void DesktopsTest::death() {
     const auto workspace = makeWorkspace();
     Launches launches(*workspace);
@@ -357,6 +386,34 @@ void DesktopsTest::death() {
     const SampleApp later(native().named("later"));
     QTRY_COMPARE(later.said(u"mapped 1"_s), 1);
     QTRY_COMPARE(launches.pids, before + native().seen({later.pid()}));
+}
+
+/// GNOME finds an extension that is new to it at the next login, and what was allowed before counts then.
+void DesktopsTest::newLogin() {
+    if (thisDesktop().kind != "gnome"_L1)
+        QSKIP("The other desktops need no login for what they allow.");
+    const auto tellsOf = [](const QStringList &command, const QByteArray &what, bool isOnWayland = true) {
+        QProcess kestrinctl;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        if (!isOnWayland)
+            environment.remove(u"WAYLAND_DISPLAY"_s);
+        kestrinctl.setProcessEnvironment(environment);
+        kestrinctl.setProcessChannelMode(QProcess::MergedChannels);
+        kestrinctl.start(QCoreApplication::applicationDirPath() + u"/../../cli/kestrinctl"_s, command);
+        return kestrinctl.waitForFinished() && kestrinctl.readAllStandardOutput().contains(what);
+    };
+    const QStringList status{u"status"_s, u"--json"_s};
+    const QByteArray full = R"("extent": "full")";
+    display::restartCompositor();
+    QTRY_VERIFY(tellsOf({u"desktop"_s, u"enable"_s}, "next login"));
+    QVERIFY(!tellsOf(status, full));
+    display::killCompositor();
+    display::restartCompositor();
+    QTRY_VERIFY(tellsOf(status, full));
+    // It is taken back from anywhere.
+    QVERIFY(tellsOf({u"desktop"_s, u"disable"_s}, "taken back", false));
+    QTRY_VERIFY(!tellsOf(status, full));
+    QVERIFY(QDir(qEnvironmentVariable("XDG_DATA_HOME") + u"/gnome-shell/extensions"_s).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(DesktopsTest)
