@@ -1,5 +1,7 @@
 #include "cli/CommandLine.h"
 
+#include "foundation/TimePhrase.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -77,7 +79,11 @@ class Parser {
                  listed(commandNames()) + u'.');
     }
 
-    static bool takesValue(const QString &word) { return Option{word, {}}.name() == u"--limit"; }
+    static bool takesValue(const QString &word) {
+        static const QStringList names{u"--limit"_s, u"--since"_s,  u"--until"_s, u"--kind"_s,
+                                       u"--app"_s,   u"--search"_s, u"--format"_s};
+        return names.contains(Option{word, {}}.name());
+    }
 
     QString takeValue(const QString &word) {
         if (word.contains(u'='))
@@ -118,17 +124,70 @@ class Parser {
             m_result.json = true;
         else if (option.word == u"--preview" && own.contains(u"--preview"_s))
             m_result.preview = true;
-        else if (option.name() == u"--limit" && own.contains(u"--limit"_s))
-            settleLimit(option.value);
+        else if (m_result.command->command == Command::log && own.contains(option.name()))
+            settleLogOption(option);
         else
             fail(quoted(m_result.command->name) + u" does not accept "_s + quoted(option.word) +
                  (own.isEmpty() ? u"; its only option is "_s : u"; its options are "_s) +
                  listed(own + QStringList{u"--help"_s}) + u'.');
     }
 
+    void settleLogOption(const Option &option) {
+        const QString name = option.name();
+        LogRequest &log = m_result.log;
+        if (name == u"--limit")
+            settleLimit(option.value);
+        else if (name == u"--since")
+            settleTime(option, log.since);
+        else if (name == u"--until")
+            settleTime(option, log.until);
+        else if (name == u"--kind")
+            settleRawValue(option, log.query.kinds.emplace_back());
+        else if (name == u"--app")
+            settleText(option, log.query.apps.emplace_back());
+        else if (name == u"--search")
+            settleText(option, log.query.text);
+        else if (name == u"--format")
+            settleRawValue(option, log.format);
+        else if (option.word == u"--all")
+            log.limit = std::numeric_limits<qsizetype>::max();
+        else if (option.word == u"--follow")
+            log.follow = true;
+        else
+            fail(name + u" accepts no value."_s);
+    }
+
+    void settleTime(const Option &option, QString &target) {
+        if (!foundation::timeOfPhrase(option.value, QDateTime::currentDateTime()))
+            fail(
+                option.name() +
+                u" accepts a date or a time, such as \"2026-11-25 19:04\", today, \"2 hours ago\" or -90min, not "_s +
+                quoted(option.value) + u'.');
+        target = option.value;
+    }
+
+    void settleText(const Option &option, QString &target) {
+        if (option.value.isEmpty())
+            fail(option.name() + u" needs a text behind it."_s);
+        target = option.value;
+    }
+
+    template <typename Enumeration>
+    void settleRawValue(const Option &option, Enumeration &target) {
+        if (const auto value = foundation::fromRawValue<Enumeration>(option.value)) {
+            target = *value;
+            return;
+        }
+        QStringList accepted;
+        for (const Enumeration value : foundation::allCases<Enumeration>())
+            accepted.append(foundation::rawValue(value));
+        fail(option.name() + u" accepts "_s + listed(accepted, u" or "_s) + u", not "_s +
+             quoted(option.value) + u'.');
+    }
+
     void settleLimit(const QString &value) {
         if (const auto limit = naturalNumber(value))
-            m_result.limit = *limit;
+            m_result.log.limit = *limit;
         else
             fail(u"--limit accepts a whole number that is not negative, such as 20, not "_s + quoted(value) +
                  u'.');

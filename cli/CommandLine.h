@@ -2,11 +2,25 @@
 #pragma once
 
 #include "cli/CommandTable.h"
+#include "cli/LogFormat.h"
+#include "runtime/LogQuery.h"
 
 #include <optional>
 #include <variant>
 
 namespace kestrin::cli {
+
+/// What `log` is asked for.
+struct LogRequest {
+    /// Without its times, which depend on when the call is carried out.
+    runtime::LogQuery query;
+    /// Phrases that timeOfPhrase() understands; empty where nothing was said.
+    QString since;
+    QString until;
+    std::optional<qsizetype> limit;
+    LogFormat format = LogFormat::text;
+    bool follow = false;
+};
 
 /// A call that can be carried out: every word of it has been checked.
 struct Invocation {
@@ -22,7 +36,7 @@ struct Invocation {
     std::optional<bool> enable;
     bool json = false;
     bool preview = false;
-    qsizetype limit = 8;
+    LogRequest log;
 };
 
 /// One sentence that says what was wrong and names what is accepted.

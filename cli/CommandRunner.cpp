@@ -3,6 +3,7 @@
 #include "cli/CommandLine.h"
 #include "cli/HelpText.h"
 #include "cli/HumanOutput.h"
+#include "cli/LogCommand.h"
 #include "cli/TerminationSignals.h"
 #include "cli/WatchCommand.h"
 #include "engine/NSWorkspaceAppInventoryService.h"
@@ -40,7 +41,7 @@ class CommandRunner {
         case Command::watch:
             return runWatch(m_surroundings, m_call.json);
         case Command::log:
-            return log();
+            return runLog(m_surroundings, m_call);
         case Command::status:
             return status();
         case Command::on:
@@ -171,23 +172,6 @@ class CommandRunner {
     PrivacyModeCheck performCheck(bool previews) {
         const HeldBackSignals untilRecorded;
         return m_session->runtime.performCheck(previews);
-    }
-
-    ExitStatus log() {
-        MacActivityLogStoring &store = *m_surroundings.runtime.logStore;
-        auto events = store.recent(m_call.limit);
-        if (events.isEmpty()) {
-            if (const QString problem = store.problem(); !problem.isEmpty())
-                return m_surroundings.couldNot(problem);
-            // What was in the way may have gone by now.
-            events = store.recent(m_call.limit);
-        }
-        return answer([&] { return toJsonValue(events); },
-                      [&] {
-                          return events.isEmpty() && m_call.limit > 0
-                                     ? u"The activity log is empty.\n"_s
-                                     : eventsText(events, m_surroundings.palette);
-                      });
     }
 
     ExitStatus status() {

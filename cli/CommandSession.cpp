@@ -3,6 +3,8 @@
 #include "engine/workspace/InMemoryWorkspace.h"
 #include "runtime/MonitoringClaim.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace kestrin::cli {
@@ -66,6 +68,7 @@ StatusReport CommandSession::status() const {
         runtime.modes(),
         runtime.scheduledPrivacyModeState(surroundings.runtime.clock()),
         runtime.devices(),
+        QFileInfo(surroundings.runtime.logStore->file()).size(),
     };
 }
 

@@ -50,11 +50,26 @@ const QList<CommandDescription> &commandTable() {
           {u"kestrinctl watch --json | jq -r '.message'"_s, u"only the sentences, as they come"_s}}},
         {Command::log,
          u"log"_s,
-         u"Print the newest events"_s,
-         u"The newest event comes first. --limit N sets how many there are at most, 8 unless told."_s,
-         {{u"kestrinctl log"_s, u"the newest 8"_s}, {u"kestrinctl log --limit 100"_s, u"the newest 100"_s}},
+         u"Print events of the activity log"_s,
+         u"The newest event comes first. There are at most 8 of them, unless a number, a time or --all is "
+         u"given. Only "
+         "events for which everything holds that is asked are printed; --kind and --app may be given several "
+         "times, "
+         "and one of each has to hold. NAME and TEXT are parts of what is looked for, in capitals or not. "
+         "TIME is a "
+         "date, a time or both, \"now\", \"today\", \"yesterday\", \"2 hours ago\", -90min or @ and seconds "
+         "since "
+         "1970, in local time unless it ends in UTC. With --follow the oldest comes first, and new events "
+         "are printed "
+         "as they are recorded, until Ctrl-C; JSON is one object a line then."_s,
+         {{u"kestrinctl log"_s, u"the newest 8"_s},
+          {u"kestrinctl log --since today --app zoom"_s, u"what Zoom did today"_s},
+          {u"kestrinctl log --since yesterday --until today"_s, u"what happened yesterday"_s},
+          {u"kestrinctl log --all --format csv"_s, u"everything, for a spreadsheet"_s},
+          {u"kestrinctl log --follow --kind quitRequested"_s, u"each quit request as it is sent"_s}},
          CommandArguments::none,
-         {u"--limit"_s, u"--json"_s}},
+         {u"--limit"_s, u"--all"_s, u"--since"_s, u"--until"_s, u"--kind"_s, u"--app"_s, u"--search"_s,
+          u"--follow"_s, u"--format"_s, u"--json"_s}},
         {Command::status,
          u"status"_s,
          u"Tell how Privacy Mode, monitor, selection and schedules stand"_s,

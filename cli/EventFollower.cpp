@@ -14,8 +14,11 @@ constexpr qsizetype memory = 64;
 
 } // namespace
 
-EventFollower::EventFollower(MacActivityLogStoring &log) : m_log(log) {
-    for (const MacProtectionEvent &event : m_log.recent(memory))
+EventFollower::EventFollower(MacActivityLogStoring &log) : EventFollower(log, log.recent(memory)) {}
+
+EventFollower::EventFollower(MacActivityLogStoring &log, const QList<MacProtectionEvent> &newest)
+    : m_log(log) {
+    for (const MacProtectionEvent &event : newest.first(std::min(memory, newest.size())))
         m_known.append(event.id);
 }
 

@@ -10,6 +10,8 @@ class EventFollower {
   public:
     /// What the log holds now is not news. The log outlives the follower.
     explicit EventFollower(engine::MacActivityLogStoring &log);
+    /// Neither are the events, the newest of the log, that somebody has read from it.
+    EventFollower(engine::MacActivityLogStoring &log, const QList<engine::MacProtectionEvent> &newest);
 
     /// The new events, oldest first, for who has read the `newest` few of the log already, newest first. More
     /// is read only where those cannot be all.

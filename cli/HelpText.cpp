@@ -1,6 +1,10 @@
 #include "cli/HelpText.h"
 
+#include "cli/LogFormat.h"
 #include "cli/TerminalText.h"
+#include "engine/MacProtectionEvent.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -54,25 +58,46 @@ QStringList synopses(const CommandDescription &command) {
     return {call};
 }
 
-QString optionSpelling(const QString &option) {
-    return option == u"--limit" ? u"--limit N"_s : option;
+template <foundation::RawRepresentable Enumeration>
+QString rawValuesListed() {
+    QStringList names;
+    for (const Enumeration value : foundation::allCases<Enumeration>())
+        names.append(foundation::rawValue(value));
+    return names.first(names.size() - 1).join(u", "_s) + u" or "_s + names.last();
 }
 
-QString optionMeaning(const QString &option) {
-    if (option == u"--json")
-        return u"print JSON for programs"_s;
-    if (option == u"--preview")
-        return u"only preview, ask nobody to quit"_s;
-    if (option == u"--limit")
-        return u"print at most N events"_s;
-    return u"show this"_s;
+struct OptionHelp {
+    QString option;
+    QString spelling;
+    QString meaning;
+};
+
+OptionHelp helpOf(const QString &option) {
+    static const QList<OptionHelp> known{
+        {u"--json"_s, u"--json"_s, u"print JSON for programs"_s},
+        {u"--preview"_s, u"--preview"_s, u"only preview, ask nobody to quit"_s},
+        {u"--limit"_s, u"--limit N"_s, u"print at most N events"_s},
+        {u"--all"_s, u"--all"_s, u"print however many there are"_s},
+        {u"--since"_s, u"--since TIME"_s, u"print none that is older"_s},
+        {u"--until"_s, u"--until TIME"_s, u"print none that is newer"_s},
+        {u"--kind"_s, u"--kind KIND"_s, u"print this kind"_s},
+        {u"--app"_s, u"--app NAME"_s, u"print those about an application, by its name or identifier"_s},
+        {u"--search"_s, u"--search TEXT"_s, u"print those that say this"_s},
+        {u"--follow"_s, u"--follow"_s, u"go on with those that come"_s},
+        {u"--format"_s, u"--format FORMAT"_s, u"print them as "_s + rawValuesListed<LogFormat>()},
+    };
+    const auto found = std::find_if(known.cbegin(), known.cend(),
+                                    [&](const OptionHelp &help) { return help.option == option; });
+    return found == known.cend() ? OptionHelp{option, option, {}} : *found;
 }
 
-QString acceptedIDs(const CommandDescription &command) {
+QString acceptedWords(const CommandDescription &command) {
     if (command.arguments == CommandArguments::definitionIDs)
         return u"ID is one of "_s + definitionIDs().join(u", "_s) + u'.';
     if (command.arguments == CommandArguments::presetSwitch)
         return u"ID is one of "_s + presetIDs().join(u", "_s) + u'.';
+    if (command.options.contains(u"--kind"_s))
+        return u"KIND is "_s + rawValuesListed<engine::MacProtectionEventKind>() + u'.';
     return {};
 }
 
@@ -99,7 +124,7 @@ QString programHelp() {
 QString commandHelp(const CommandDescription &command) {
     QList<QList<Cell>> options;
     for (const QString &option : command.options)
-        options.append({optionSpelling(option), optionMeaning(option)});
+        options.append({helpOf(option).spelling, helpOf(option).meaning});
     options.append({u"-h, --help"_s, u"show this"_s});
     QList<QList<Cell>> examples;
     for (const CommandExample &example : command.examples)
@@ -112,8 +137,8 @@ QString commandHelp(const CommandDescription &command) {
         label = QString(label.size(), u' ');
     }
     text += u'\n' + wrapped(command.details);
-    if (const QString ids = acceptedIDs(command); !ids.isEmpty())
-        text += u'\n' + wrapped(ids);
+    if (const QString words = acceptedWords(command); !words.isEmpty())
+        text += u'\n' + wrapped(words);
     return text + u"\nOptions:\n"_s + indented(options) + u"\nExamples:\n"_s + indented(examples);
 }
 

@@ -2,6 +2,8 @@
 
 #include "runtime/StatusSummaries.h"
 
+#include <QLocale>
+
 using namespace Qt::StringLiterals;
 
 namespace kestrin::cli {
@@ -155,6 +157,8 @@ QString statusText(const StatusReport &status, const Palette &palette) {
             {label(u"Running"_s), runningSentence(status)},
             {label(u"Schedules"_s), enabledModesSentence(status.modes)},
             {label(u"Schedules want"_s), wantedSentence(status.scheduledPrivacyModeState)},
+            {label(u"Activity log"_s),
+             QLocale::c().formattedDataSize(status.logBytes, 1, QLocale::DataSizeSIFormat)},
         },
         palette);
 }

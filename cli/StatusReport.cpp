@@ -52,6 +52,7 @@ QJsonObject StatusReport::toJson() const {
         {u"scheduledPrivacyModeState"_s,
          scheduledPrivacyModeState ? QJsonValue(*scheduledPrivacyModeState) : QJsonValue(QJsonValue::Null)},
         {u"devices"_s, toJsonValue(devices)},
+        {u"activityLogBytes"_s, logBytes},
     };
 }
 

@@ -40,6 +40,8 @@ struct StatusReport {
     std::optional<bool> scheduledPrivacyModeState;
     /// As the saved settings have it, by which launches and checks go.
     QList<shared::ProtectionDevice> devices;
+    /// How large the activity log's file is, which nothing ever makes smaller.
+    qint64 logBytes = 0;
 
     QString monitorLabel() const;
     QStringList enabledModeIDs() const;

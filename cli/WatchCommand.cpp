@@ -1,15 +1,9 @@
 #include "cli/WatchCommand.h"
 
 #include "cli/EventFollower.h"
-#include "cli/HumanOutput.h"
-#include "cli/TerminationSignals.h"
-#include "foundation/JsonEncoding.h"
+#include "cli/EventPrinter.h"
+#include "cli/UntilEnded.h"
 #include "runtime/MonitoringClaim.h"
-
-#include <QCoreApplication>
-#include <QSocketNotifier>
-
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -20,47 +14,6 @@ using namespace engine;
 using namespace runtime;
 
 namespace {
-
-/// Only a pipe or a socket has a reader that can go away.
-bool hasReader(int descriptor) {
-    struct stat status {};
-    return ::fstat(descriptor, &status) == 0 && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
-}
-
-/// Prints what is new in the log. Nothing is printed any more once the reader has gone.
-class EventPrinter {
-  public:
-    EventPrinter(MacProtectionRuntime &runtime, Output &out, const Palette &palette, bool json)
-        : m_runtime(runtime)
-        , m_follower(runtime.logStore())
-        , m_out(out)
-        , m_palette(palette)
-        , m_json(json) {}
-
-    /// Goes by what the runtime has read.
-    void printNew() { print(m_follower.takeNew(m_runtime.recentEvents())); }
-    /// Looks into the log.
-    void printRest() { print(m_follower.takeNew(m_runtime.logStore().recent(1))); }
-
-  private:
-    void print(const QList<MacProtectionEvent> &events) {
-        // One flush an event: who reads a line at a time is not kept waiting for the next.
-        for (const MacProtectionEvent &event : events) {
-            if (m_json)
-                m_out.write(visibleJson(jsonText(toJsonValue(event))) + '\n');
-            else
-                m_out.write(eventsText({event}, m_palette));
-            if (!m_out.flush())
-                return QCoreApplication::quit();
-        }
-    }
-
-    MacProtectionRuntime &m_runtime;
-    EventFollower m_follower;
-    Output &m_out;
-    const Palette m_palette;
-    const bool m_json;
-};
 
 ExitStatus refuse(const CommandSurroundings &surroundings, const MonitoringClaim &claim) {
     if (claim.holder())
@@ -76,18 +29,8 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     if (!claim.isHeld())
         return refuse(surroundings, claim);
 
-    bool ended = false;
-    const auto end = [&ended] {
-        ended = true;
-        QCoreApplication::quit();
-    };
-    QObject::connect(&claim, &MonitoringClaim::lost, end);
-    TerminationSignals signalsToEnd;
-    QObject::connect(&signalsToEnd, &TerminationSignals::received, end);
-    // A pipe whose reader has gone says so at once; without this it would be noticed at the next event.
-    QSocketNotifier readerLeft(surroundings.out.descriptor(), QSocketNotifier::Exception);
-    readerLeft.setEnabled(hasReader(surroundings.out.descriptor()));
-    QObject::connect(&readerLeft, &QSocketNotifier::activated, end);
+    UntilEnded ended(surroundings.out);
+    QObject::connect(&claim, &MonitoringClaim::lost, [&ended] { ended.end(); });
 
     CommandSession session(surroundings, CommandSession::Desktop::seen);
     QObject::connect(&session.runtime, &MacProtectionRuntime::sightChanged, [&] {
@@ -96,19 +39,20 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     });
     QObject::connect(&session.runtime, &MacProtectionRuntime::storageFailed,
                      [&surroundings](const QString &sentence) { surroundings.say(sentence); });
-    EventPrinter printer(session.runtime, surroundings.out, surroundings.palette, json);
+    MacActivityLogStoring &log = session.runtime.logStore();
+    EventFollower follower(log);
+    EventPrinter printer(surroundings.out, surroundings.palette, json ? LogFormat::jsonl : LogFormat::text);
     QObject::connect(&session.runtime, &MacProtectionRuntime::recentEventsChanged,
-                     [&printer] { printer.printNew(); });
+                     [&] { printer.print(follower.takeNew(session.runtime.recentEvents())); });
+    const auto printRest = [&] { printer.print(follower.takeNew(log.recent(1))); };
     session.flag.startRuntime();
     // What others recorded while the runtime was starting was not told by anybody.
-    printer.printRest();
+    printRest();
     surroundings.say(u"Watching."_s);
 
-    // quit() before exec() would be forgotten.
-    if (!ended && surroundings.out.flush())
-        QCoreApplication::exec();
+    ended.run();
     // An event may have been recorded just before the end without having been noticed yet.
-    printer.printRest();
+    printRest();
     return claim.isHeld() ? ExitStatus::done : surroundings.couldNot(claim.lossSentence());
 }
 

@@ -6,6 +6,7 @@ _kestrinctl() {
         autostart desktop diagnostics'
     local definitions='zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind
         macwhisper otter'
+    local kinds='privacyModeOn privacyModeOff riskAppMatched relaunchDetected quitRequested dryRun actionFailed'
     local presets='sleep away focus travel manual'
 
     # The command is the first word that is no option; the word behind it decides about presets.
@@ -27,7 +28,14 @@ _kestrinctl() {
     case $command in
     '') words="$commands --help --version" ;;
     check) words='--preview --json --help' ;;
-    log) words='--limit --json --help' ;;
+    log)
+        words='--limit --all --since --until --kind --app --search --follow --format --json --help'
+        case $previous in
+        --kind) words=$kinds ;;
+        --format) words='text json jsonl csv' ;;
+        --since | --until) words='today yesterday now' ;;
+        esac
+        ;;
     desktop)
         words='--help'
         [ -n "$verb" ] || words="enable disable $words"
@@ -46,8 +54,8 @@ _kestrinctl() {
         ;;
     *) [[ " ${commands//$'\n'/ } " != *" $command "* ]] || words='--json --help' ;;
     esac
-    # A number comes here, and there is no telling which.
-    [ "$previous" != --limit ] || words=''
+    # There is no telling what comes here.
+    case $previous in --limit | --app | --search) words='' ;; esac
 
     COMPREPLY=()
     # Not mapfile: the bash of macOS does not have it. None of the words holds a space.

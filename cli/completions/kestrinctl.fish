@@ -3,6 +3,7 @@
 set -l commands apps catalog check watch log status on off protect unprotect recommended enforce schedule autostart desktop diagnostics
 set -l definitions zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind macwhisper otter
 set -l presets sleep away focus travel manual
+set -l kinds privacyModeOn privacyModeOff riskAppMatched relaunchDetected quitRequested dryRun actionFailed
 set -l none "not __fish_seen_subcommand_from $commands"
 
 complete -c kestrinctl -f
@@ -13,7 +14,7 @@ complete -c kestrinctl -n $none -a apps -d 'List the running applications as Kes
 complete -c kestrinctl -n $none -a catalog -d 'List the applications that Kestrin knows, and which are protected'
 complete -c kestrinctl -n $none -a check -d 'Check the running applications once'
 complete -c kestrinctl -n $none -a watch -d 'React to launches, run the schedules and print each new event'
-complete -c kestrinctl -n $none -a log -d 'Print the newest events'
+complete -c kestrinctl -n $none -a log -d 'Print events of the activity log'
 complete -c kestrinctl -n $none -a status -d 'Tell how Privacy Mode, monitor, selection and schedules stand'
 complete -c kestrinctl -n $none -a on -d 'Turn Privacy Mode on'
 complete -c kestrinctl -n $none -a off -d 'Turn Privacy Mode off'
@@ -29,7 +30,16 @@ complete -c kestrinctl -n $none -a diagnostics -d 'Print five lines for a report
 complete -c kestrinctl -n "__fish_seen_subcommand_from $commands; and not __fish_seen_subcommand_from desktop diagnostics" \
     -l json -d 'Print JSON for programs'
 complete -c kestrinctl -n '__fish_seen_subcommand_from check' -l preview -d 'Only preview, ask nobody to quit'
-complete -c kestrinctl -n '__fish_seen_subcommand_from log' -l limit -x -d 'Print at most this many events'
+set -l log '__fish_seen_subcommand_from log'
+complete -c kestrinctl -n $log -l limit -x -d 'Print at most this many events'
+complete -c kestrinctl -n $log -l all -d 'Print however many there are'
+complete -c kestrinctl -n $log -l since -x -a 'today yesterday now' -d 'Print none that is older'
+complete -c kestrinctl -n $log -l until -x -a 'today yesterday now' -d 'Print none that is newer'
+complete -c kestrinctl -n $log -l kind -x -a "$kinds" -d 'Print this kind'
+complete -c kestrinctl -n $log -l app -x -d 'Print those about an application'
+complete -c kestrinctl -n $log -l search -x -d 'Print those that say this'
+complete -c kestrinctl -n $log -l follow -d 'Go on with those that come'
+complete -c kestrinctl -n $log -l format -x -a 'text json jsonl csv' -d 'Print them in this form'
 complete -c kestrinctl -n '__fish_seen_subcommand_from protect unprotect' -a "$definitions"
 complete -c kestrinctl -n '__fish_seen_subcommand_from enforce autostart; and not __fish_seen_subcommand_from on off' \
     -a 'on off'

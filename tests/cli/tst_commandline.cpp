@@ -3,6 +3,7 @@
 #include "cli/CommandLine.h"
 #include "cli/CommandRunner.h"
 #include "cli/EventFollower.h"
+#include "foundation/TimePhrase.h"
 #include "tests/support/Files.h"
 #include "tests/support/Home.h"
 
@@ -15,6 +16,7 @@
 #include <QTemporaryFile>
 #include <QTest>
 
+#include <ctime>
 #include <tuple>
 
 using namespace Qt::StringLiterals;
@@ -100,6 +102,8 @@ class CommandLineTest : public QObject {
     void unwritable();
     void unreadable();
     void changesInWords();
+    void times();
+    void loggedPart();
     void following();
     void completions();
 };
@@ -116,6 +120,11 @@ void CommandLineTest::misuse() {
         {u"a whole number"_s,
          {u"log --limit -1"_s, u"log --limit +1"_s, u"log --limit 1.5"_s, u"log --limit "_s,
           u"log --limit 0x10"_s, u"log --limit ٣"_s, u"log --limit"_s, u"log --limit="_s}},
+        {u"\"2 hours ago\""_s, {u"log --since lunch"_s, u"log --until"_s}},
+        {u"quitRequested"_s, {u"log --kind quit"_s}},
+        {u"jsonl"_s, {u"log --format xml"_s}},
+        {u"no value"_s, {u"log --all=1"_s}},
+        {u"needs a text"_s, {u"log --search"_s, u"log --app="_s}},
         {u"zoom, facetime"_s,
          {u"unprotect"_s, u"unprotect zoom Zoom"_s, u"protect sleep"_s, u"unprotect -- --json"_s}},
         {u"on or off"_s, {u"enforce"_s, u"enforce on off"_s, u"autostart On"_s, u"autostart off on"_s}},
@@ -189,6 +198,7 @@ void CommandLineTest::json() {
     QCOMPARE(status.take(u"protectedDefinitionIDs"_s).toArray().size(), 12);
     QCOMPARE(status.take(u"devices"_s).toArray().size(), 3);
     QCOMPARE(status.take(u"matches"_s)[0][u"app"_s], zoom);
+    QCOMPARE(status.take(u"activityLogBytes"_s), QFileInfo(home.support() + u"/activity-log.json"_s).size());
     QCOMPARE(status, (QJsonObject{{u"enabledModeIDs"_s, QJsonArray{u"sleep"_s, u"away"_s, u"manual"_s}},
                                   {u"enforceActions"_s, false},
                                   {u"monitorLabel"_s, u"Off"_s},
@@ -368,6 +378,79 @@ void CommandLineTest::changesInWords() {
     // One name that is very long disturbs no other line.
     home.workspace.add(samples::running(QString(300, u'x'), 12, u"long"_s));
     QVERIFY(home.call(u"apps"_s).out.contains(u"\n10       Zoom    us.zoom.xos\n"));
+}
+
+void CommandLineTest::times() {
+    // The clocks of Berlin went forward at 2:00 on that day.
+    qputenv("TZ", "Europe/Berlin");
+    ::tzset();
+    const QDateTime now(QDate(2026, 3, 29), QTime(14, 30, 10));
+    const std::pair<QString, QString> phrases[] = {
+        {u" Now "_s, u"2026-03-29T12:30:10Z"_s},
+        {u"today"_s, u"2026-03-28T23:00:00Z"_s},
+        {u"YESTERDAY 8:05"_s, u"2026-03-28T07:05:00Z"_s},
+        {u"tomorrow"_s, u"2026-03-29T22:00:00Z"_s},
+        {u"14:00"_s, u"2026-03-29T12:00:00Z"_s},
+        {u"14:00:05 UTC"_s, u"2026-03-29T14:00:05Z"_s},
+        {u"2026-01-02"_s, u"2026-01-01T23:00:00Z"_s},
+        {u"2026-07-02 03:04"_s, u"2026-07-02T01:04:00Z"_s},
+        {u"2026-07-02T03:04:05Z"_s, u"2026-07-02T03:04:05Z"_s},
+        {u"2026-03-29 02:30"_s, u"2026-03-29T01:30:00Z"_s},
+        {u"13 hours ago"_s, u"2026-03-28T23:30:10Z"_s},
+        {u"1h 30min ago"_s, u"2026-03-29T11:00:10Z"_s},
+        {u"-90s"_s, u"2026-03-29T12:28:40Z"_s},
+        {u"+1w"_s, u"2026-04-05T12:30:10Z"_s},
+        {u"1 month ago"_s, u"2026-02-28T13:30:10Z"_s},
+        {u"1M ago"_s, u"2026-02-28T13:30:10Z"_s},
+        {u"@1700000000"_s, u"2023-11-14T22:13:20Z"_s},
+    };
+    for (const auto &[phrase, expected] : phrases) {
+        const auto moment = timeOfPhrase(phrase, now);
+        QVERIFY2(moment && moment->toUTC().toString(Qt::ISODate) == expected, qUtf8Printable(phrase));
+    }
+    for (const QString &phrase : {u""_s, u"ago"_s, u"2 ago"_s, u"hours ago"_s, u"2 moons ago"_s, u"-"_s,
+                                  u"@"_s, u"@x"_s, u"2026-02-30"_s, u"25:00"_s, u"2026-01-02 "_s + u"3"_s,
+                                  u"today tomorrow"_s, u"UTC"_s, u"1e9h ago"_s})
+        QVERIFY2(!timeOfPhrase(phrase, now), qUtf8Printable(phrase));
+    qunsetenv("TZ");
+    ::tzset();
+}
+
+void CommandLineTest::loggedPart() {
+    Home home;
+    QCOMPARE(home.call(u"log --since today"_s).out, u"The activity log is empty.\n"_s);
+    using enum MacProtectionEventKind;
+    const QDateTime noon(QDate(2026, 3, 14), QTime(12, 0), universalTime);
+    for (int hour = 0; hour < 20; ++hour) {
+        const bool isZoom = hour % 2 == 0;
+        home.log.append(MacProtectionEvent::create(
+            noon.addSecs(3600 * hour), hour < 10 ? dryRun : quitRequested,
+            QString::number(hour) + u" o'clock"_s, isZoom ? u"Zoom"_s : u"Caf\u00e9"_s,
+            isZoom ? std::optional(u"us.zoom.xos"_s) : std::nullopt));
+    }
+    // Which of the events, newest first.
+    const std::pair<QStringList, QList<int>> calls[] = {
+        {{}, {19, 18, 17, 16, 15, 14, 13, 12}},
+        {{u"--limit"_s, u"2"_s}, {19, 18}},
+        {{u"--all"_s, u"--app"_s, u"ZOOM.xos"_s, u"--kind"_s, u"dryRun"_s}, {8, 6, 4, 2, 0}},
+        {{u"--limit=3"_s, u"--app=CAF\u00c9"_s, u"--app"_s, u"nobody"_s}, {19, 17, 15}},
+        {{u"--since"_s, u"2026-03-14 20:00 UTC"_s, u"--until"_s, u"2026-03-14 22:00 UTC"_s}, {10, 9, 8}},
+        {{u"--until=2026-03-14 22:00 UTC"_s}, {10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0}},
+        {{u"--since=2026-03-14"_s, u"--limit"_s, u"1"_s}, {19}},
+        {{u"--search"_s, u"1 O'"_s, u"--all"_s}, {11, 1}},
+        {{u"--kind"_s, u"dryRun"_s, u"--kind"_s, u"quitRequested"_s, u"--limit"_s, u"1"_s}, {19}},
+        {{u"--kind"_s, u"actionFailed"_s}, {}},
+    };
+    for (const auto &[options, expected] : calls) {
+        QStringList messages;
+        for (const QJsonValue &event : home.call(QStringList{u"log"_s, u"--json"_s} + options).array())
+            messages.append(event.toObject().value(u"message"_s).toString());
+        QStringList wanted;
+        for (const int hour : expected)
+            wanted.append(QString::number(hour) + u" o'clock"_s);
+        QVERIFY2(messages == wanted, qUtf8Printable(options.join(u' ')));
+    }
+    QVERIFY(home.call(u"log --kind actionFailed"_s).out.startsWith(u"No event"));
 }
 
 void CommandLineTest::following() {

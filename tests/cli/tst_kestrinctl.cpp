@@ -66,7 +66,7 @@ struct Home {
     QJsonObject status() { return QJsonDocument::fromJson(call(u"status --json"_s).out.toUtf8()).object(); }
 };
 
-/// A `watch` that runs until the test ends, unless it was ended before.
+/// A `watch`, or another call that goes on, that runs until the test ends, unless it was ended before.
 struct Watch {
     QProcess process;
 
@@ -120,6 +120,7 @@ class KestrinctlTest : public QObject {
     void interruptedWhileRecording();
     void stuckReader();
     void streams();
+    void exports();
 };
 
 void KestrinctlTest::callsWithoutADesktop() {
@@ -251,6 +252,58 @@ void KestrinctlTest::streams() {
     QCOMPARE(quiet.shell(u"\"$KESTRINCTL\" off >&- 2>&-"_s).code, 0);
     QCOMPARE(quiet.status().value(u"privacyModeOn"_s), QJsonValue(false));
     QCOMPARE(quiet.log.recent(9).size(), 1);
+}
+
+void KestrinctlTest::exports() {
+    Home home;
+    const QString hostile[] = {
+        u"=HYPERLINK(\"x\")"_s, u" +1"_s,        u"-1"_s,      u"@SUM(A1)"_s, u"a \"b\", c;\td"_s,
+        u"two\r\nlines"_s,      u"\u202eback"_s, u"\uff1d1"_s, u"plain"_s,    u""_s};
+    for (const QString &text : hostile)
+        home.log.append(MacProtectionEvent::create(QDateTime::currentDateTimeUtc(),
+                                                   MacProtectionEventKind::dryRun, text, text));
+    // Its cells are told as JSON, one row a line.
+    const Answer csv = home.shell(
+        u"\"$KESTRINCTL\" log --all --format csv | python3 -c 'import csv, io, json, sys\n"
+        "for row in csv.reader(io.TextIOWrapper(sys.stdin.buffer, \"utf-8\", newline=\"\")): print(json.dumps(row))'"_s);
+    QVERIFY2(csv.err.isEmpty(), qUtf8Printable(csv.err));
+    QStringList rows = csv.out.split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(rows.size(), 1 + qsizetype(std::size(hostile)));
+    const QStringList columns{u"date"_s, u"kind"_s, u"application"_s, u"identifier"_s, u"message"_s, u"id"_s};
+    QCOMPARE(QJsonDocument::fromJson(rows.takeFirst().toUtf8()).toVariant().toStringList(), columns);
+    const QString shown[] = {u"'=HYPERLINK(\"x\")"_s,
+                             u"' +1"_s,
+                             u"'-1"_s,
+                             u"'@SUM(A1)"_s,
+                             u"a \"b\", c;\\u0009d"_s,
+                             u"two\\u000d\\u000alines"_s,
+                             u"\\u202eback"_s,
+                             u"'\uff1d1"_s,
+                             u"plain"_s,
+                             u""_s};
+    const QList<MacProtectionEvent> events = home.log.recent(100);
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        const QStringList row = QJsonDocument::fromJson(rows.at(i).toUtf8()).toVariant().toStringList();
+        QCOMPARE(row.value(4), shown[std::size(hostile) - 1 - std::size_t(i)]);
+        QCOMPARE(row.value(2), row.value(4));
+        QCOMPARE(QUuid(row.value(5)), events.at(i).id);
+        QCOMPARE(QDateTime::fromString(row.value(0), Qt::ISODate), events.at(i).date);
+    }
+
+    const Answer lines = home.shell(u"\"$KESTRINCTL\" log --all --format jsonl"_s);
+    qsizetype i = 0;
+    for (const QString &line : lines.out.split(u'\n', Qt::SkipEmptyParts))
+        QCOMPARE(QJsonDocument::fromJson(line.toUtf8()).object().value(u"message"_s).toString(),
+                 events.at(i++).message);
+    QCOMPARE(i, events.size());
+
+    // The newest first of all, and then what comes and is asked for.
+    Watch follower(home, u"log --follow --limit 2 --search i --format jsonl"_s);
+    QCOMPARE(follower.next(2), (QStringList{u"two\r\nlines"_s, u"plain"_s}));
+    for (const QString &text : {u"nothing"_s, u"other"_s, u"this"_s})
+        home.log.append(samples::event(text));
+    QCOMPARE(follower.next(2), (QStringList{u"nothing"_s, u"this"_s}));
+    QCOMPARE(follower.end(SIGINT), 0);
 }
 
 QTEST_GUILESS_MAIN(KestrinctlTest)

@@ -74,7 +74,7 @@ Item {
             readonly property bool isWanted: root.protection.sightText !== ""
 
             width: parent.width
-            height: item?.height ?? 0
+            height: (item as Item)?.height ?? 0
             onIsWantedChanged: {
                 if (isWanted)
                     setSource("MacSightLine.qml", {

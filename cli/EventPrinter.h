@@ -1,0 +1,31 @@
+#pragma once
+
+#include "cli/LogFormat.h"
+#include "cli/Output.h"
+#include "cli/TerminalText.h"
+#include "engine/MacProtectionEvent.h"
+
+namespace kestrin::cli {
+
+/// What stands in front of the first event, and one event.
+QByteArray headingOf(LogFormat format);
+QByteArray lineOf(const engine::MacProtectionEvent &event, LogFormat format, const Palette &palette);
+
+/// Prints events as they come. Nothing is printed any more once the reader has gone, and the event loop ends
+/// then.
+class EventPrinter {
+  public:
+    EventPrinter(Output &out, const Palette &palette, LogFormat format)
+        : m_out(out)
+        , m_palette(palette)
+        , m_format(format) {}
+
+    void print(const QList<engine::MacProtectionEvent> &events);
+
+  private:
+    Output &m_out;
+    const Palette m_palette;
+    const LogFormat m_format;
+};
+
+} // namespace kestrin::cli
