@@ -1,5 +1,7 @@
 #include "engine/PrivacyModeController.h"
 
+#include "engine/RiskAppMatcher.h"
+
 using namespace Qt::StringLiterals;
 
 namespace kestrin::engine {
@@ -34,7 +36,7 @@ PrivacyModeCheck PrivacyModeController::check(const PrivacyModeSettings &setting
         return {{{}, events}, record(events)};
     }
 
-    QList<RiskAppMatch> matches = m_catalog.matches(m_inventoryService->runningApps());
+    QList<RiskAppMatch> matches = RiskAppMatcher(m_catalog).matches(m_inventoryService->runningApps());
     matches.removeIf([&](const RiskAppMatch &match) { return !settings.protects(match.definition); });
 
     QList<MacProtectionEvent> events{

@@ -61,11 +61,11 @@ const QList<RiskAppDefinition> &RiskAppCatalog::defaultDefinitions() {
     return list;
 }
 
-namespace {
-
-QString normalized(const QString &name) {
+QString normalizedAppName(const QString &name) {
     return name.trimmed().toLower();
 }
+
+namespace {
 
 bool matchesByBundle(const RiskAppDefinition &definition, const RunningMacApp &app) {
     return app.bundleIdentifier &&
@@ -73,10 +73,10 @@ bool matchesByBundle(const RiskAppDefinition &definition, const RunningMacApp &a
 }
 
 bool matchesByName(const RiskAppDefinition &definition, const RunningMacApp &app) {
-    const QString name = normalized(app.localizedName);
-    return name == normalized(definition.displayName) ||
+    const QString name = normalizedAppName(app.localizedName);
+    return name == normalizedAppName(definition.displayName) ||
            std::any_of(definition.aliases.cbegin(), definition.aliases.cend(),
-                       [&](const QString &alias) { return name == normalized(alias); });
+                       [&](const QString &alias) { return name == normalizedAppName(alias); });
 }
 
 } // namespace

@@ -29,6 +29,9 @@ struct RiskAppCatalog {
     }
 };
 
+/// A name as the matcher compares it: ends trimmed, lower case.
+QString normalizedAppName(const QString &name);
+
 /// The ids of the built-in twelve.
 QSet<QString> defaultDefinitionIDs();
 

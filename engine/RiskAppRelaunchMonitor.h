@@ -35,6 +35,8 @@ class RiskAppRelaunchMonitor {
     void start();
     /// Stops watching, at once; does nothing while it is stopped.
     void stop();
+    /// Another catalog holds from the next launch on. No launch is missed by that.
+    void setCatalog(const RiskAppCatalog &catalog) { m_catalog = catalog; }
 
     /// Reacts to one launch and returns the events that it recorded: none, or two. The handler is told of
     /// each right after it was logged, so of the first one before the second is logged.
@@ -43,7 +45,7 @@ class RiskAppRelaunchMonitor {
   private:
     MacProtectionEvent act(const RunningMacApp &app);
 
-    const RiskAppCatalog m_catalog;
+    RiskAppCatalog m_catalog;
     const std::shared_ptr<PrivacyModeSettingsStoring> m_settingsStore;
     const std::shared_ptr<RiskAppActionPerforming> m_actionPerformer;
     const std::shared_ptr<MacActivityLogStoring> m_logStore;

@@ -4,9 +4,11 @@
 #include "engine/NSWorkspaceAppInventoryService.h"
 #include "engine/NSWorkspaceRiskAppActionPerformer.h"
 #include "engine/PrivacyModeController.h"
+#include "engine/RiskAppMatcher.h"
 #include "engine/RiskAppRelaunchMonitor.h"
 #include "tests/support/Journal.h"
 
+#include <QRandomGenerator>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -61,6 +63,7 @@ class PrivacyModeTest : public QObject {
 
   private Q_SLOTS:
     void definition();
+    void matcher();
     void checks();
     void onlyRequestedIsSuccess();
     void conversion();
@@ -92,6 +95,34 @@ void PrivacyModeTest::definition() {
         const auto found = catalog.definition(samples::app(name, 1, bundle));
         QVERIFY2((found ? found->id : u"none"_s) == id, rule);
     }
+}
+
+/// It finds what the catalog finds, whatever letters there are.
+void PrivacyModeTest::matcher() {
+    QRandomGenerator random(42);
+    const QStringList letters{u"a"_s,          u"A"_s,          u"ß"_s, u"ẞ"_s, u"ss"_s, u"İ"_s,
+                              u"i"_s,          u"I"_s,          u"K"_s, u"k"_s, u"ſ"_s,  u"S"_s,
+                              u"\U00010400"_s, u"\U00010428"_s, u" "_s, u"\n"_s};
+    const auto word = [&] {
+        QString text;
+        for (quint32 left = random.bounded(3); left > 0; --left)
+            text += letters.at(random.bounded(letters.size()));
+        return text;
+    };
+    qsizetype found = 0;
+    for (int round = 0; round < 500; ++round) {
+        RiskAppCatalog catalog;
+        for (int i = 0; i < 6; ++i)
+            catalog.definitions.append(
+                {QString::number(i), word(), {word(), word()}, {word()}, {}, RiskAppAction::quit});
+        QList<RunningMacApp> apps;
+        for (int i = 0; i < 20; ++i)
+            apps.append(samples::app(word(), i, i % 3 == 0 ? std::nullopt : std::optional(word())));
+        const QList<RiskAppMatch> matches = catalog.matches(apps);
+        QCOMPARE(RiskAppMatcher(catalog).matches(apps), matches);
+        found += matches.size();
+    }
+    QVERIFY(found > 1000 && found < 9000);
 }
 
 void PrivacyModeTest::checks() {

@@ -1,5 +1,6 @@
-// The settings.
+// The settings, and the user's own applications.
 
+#include "engine/OwnApplications.h"
 #include "engine/PrivacyModeSettings.h"
 #include "tests/fuzz/Fuzzing.h"
 
@@ -10,8 +11,25 @@ using namespace kestrin::foundation;
 using namespace kestrin::engine;
 using namespace kestrin::fuzzing;
 
+namespace {
+
+/// Whatever is stored, one more can be added and found, or is refused in words.
+void addTo(QList<RiskAppDefinition> own) {
+    if (!flawOf(own).isEmpty())
+        return;
+    const bool isKnown = catalogWith(own).definition({0, QStringLiteral("Notes"), {}, {}}).has_value();
+    const bool isFull = own.size() == OwnApplicationLimits::applications;
+    require(appendOwn({.name = QStringLiteral("Notes")}, own).isEmpty() == !(isKnown || isFull),
+            "what is known is not added");
+    require(flawOf(own).isEmpty(), "what is added is no flaw");
+}
+
+} // namespace
+
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const QByteArray text = bytesOf(data, size);
+    if (const auto catalog = decodeJson<RiskAppCatalog>(text))
+        addTo(catalog->definitions);
     const auto settings = decodeJson<PrivacyModeSettings>(text);
     if (!settings)
         return 0;
