@@ -96,7 +96,8 @@ class Enforcing {
         m_runtime = std::make_unique<MacProtectionRuntime>(
             m_defaults, MacProtectionSurroundings{.workspace = *m_workspace,
                                                   .settingsStore = settingsStoreIn(folder),
-                                                  .logStore = activityLogIn(folder)});
+                                                  .logStore = activityLogIn(folder),
+                                                  .ownApplications = ownApplicationsIn(folder)});
         m_runtime->start(true, [](bool) { return Outcome(); });
         QObject::connect(m_runtime.get(), &MacProtectionRuntime::recentEventsChanged, [this] { note(); });
     }

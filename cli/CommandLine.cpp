@@ -22,6 +22,12 @@ QString listed(const QStringList &words, const QString &lastJoin = u" and "_s) {
     return words.first(words.size() - 1).join(u", "_s) + lastJoin + words.last();
 }
 
+/// A user may have added hundreds.
+QStringList shortened(const QStringList &ids) {
+    constexpr qsizetype longEnough = 30;
+    return ids.size() <= longEnough ? ids : ids.first(longEnough) + QStringList{u"others"_s};
+}
+
 /// A number of any size, cut to what a limit can hold; none when it is not made of digits.
 std::optional<qsizetype> naturalNumber(const QString &text) {
     const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
@@ -35,7 +41,9 @@ std::optional<qsizetype> naturalNumber(const QString &text) {
 /// Reads the words one by one and stops at the first that is wrong.
 class Parser {
   public:
-    explicit Parser(const QStringList &words) : m_words(words) {}
+    Parser(const QStringList &words, const std::function<QStringList()> &ownIDs)
+        : m_words(words)
+        , m_ownIDs(ownIDs) {}
 
     std::variant<Invocation, UsageError> parse() {
         while (m_error.isEmpty() && m_next < m_words.size()) {
@@ -80,8 +88,9 @@ class Parser {
     }
 
     static bool takesValue(const QString &word) {
-        static const QStringList names{u"--limit"_s, u"--since"_s,  u"--until"_s, u"--kind"_s,
-                                       u"--app"_s,   u"--search"_s, u"--format"_s};
+        static const QStringList names{u"--limit"_s,      u"--since"_s,  u"--until"_s,    u"--kind"_s,
+                                       u"--app"_s,        u"--search"_s, u"--format"_s,   u"--running"_s,
+                                       u"--identifier"_s, u"--alias"_s,  u"--category"_s, u"--action"_s};
         return names.contains(Option{word, {}}.name());
     }
 
@@ -126,6 +135,8 @@ class Parser {
             m_result.preview = true;
         else if (m_result.command->command == Command::log && own.contains(option.name()))
             settleLogOption(option);
+        else if (m_result.command->addOptions.contains(option.name()))
+            settleAddOption(option);
         else
             fail(quoted(m_result.command->name) + u" does not accept "_s + quoted(option.word) +
                  (own.isEmpty() ? u"; its only option is "_s : u"; its options are "_s) +
@@ -172,6 +183,25 @@ class Parser {
         target = option.value;
     }
 
+    void settleAddOption(const Option &option) {
+        const QString name = option.name();
+        engine::OwnApplication &application = m_result.application;
+        if (m_arguments.isEmpty() || m_arguments.first() != u"add")
+            return fail(quoted(m_result.command->name) + u" accepts "_s + name + u" only with add."_s);
+        if (option.value.trimmed().isEmpty())
+            return fail(name + u" needs a word behind it."_s);
+        if (name == u"--running")
+            m_result.running = option.value.trimmed();
+        else if (name == u"--identifier")
+            application.identifiers.append(option.value);
+        else if (name == u"--alias")
+            application.aliases.append(option.value);
+        else if (name == u"--action")
+            settleRawValue(option, application.action);
+        else
+            settleRawValue(option, application.categories.emplace_back());
+    }
+
     template <typename Enumeration>
     void settleRawValue(const Option &option, Enumeration &target) {
         if (const auto value = foundation::fromRawValue<Enumeration>(option.value)) {
@@ -202,7 +232,7 @@ class Parser {
                      listed(m_result.command->options + QStringList{u"--help"_s}) + u'.');
             return;
         case CommandArguments::definitionIDs:
-            return settleIDs(m_arguments, definitionIDs(), u"an application of the catalog"_s);
+            return settleDefinitionIDs();
         case CommandArguments::onOrOff:
             return settleOnOrOff();
         case CommandArguments::maybeOnOrOff:
@@ -211,7 +241,59 @@ class Parser {
             return settleEnableOrDisable();
         case CommandArguments::presetSwitch:
             return settlePresetSwitch();
+        case CommandArguments::catalogChange:
+            return settleCatalogChange();
         }
+    }
+
+    void settleDefinitionIDs() {
+        QStringList accepted = definitionIDs();
+        const auto isBuiltIn = [&](const QString &id) { return accepted.contains(id); };
+        if (!std::all_of(m_arguments.cbegin(), m_arguments.cend(), isBuiltIn))
+            accepted += m_ownIDs();
+        settleIDs(m_arguments, accepted, u"an application of the catalog"_s);
+    }
+
+    void settleCatalogChange() {
+        using enum Invocation::CatalogVerb;
+        if (m_arguments.isEmpty())
+            return;
+        const QString verb = m_arguments.takeFirst();
+        if (verb == u"add")
+            settleAdd();
+        else if (verb == u"remove")
+            settleRemove();
+        else if (verb != u"candidates")
+            fail(u"\"catalog\" accepts add, remove or candidates, or nothing, not "_s + quoted(verb) + u'.');
+        else if (!m_arguments.isEmpty())
+            fail(u"\"catalog candidates\" accepts no argument such as "_s + quoted(m_arguments.first()) +
+                 u'.');
+        else
+            m_result.catalogVerb = candidates;
+    }
+
+    void settleAdd() {
+        m_result.catalogVerb = Invocation::CatalogVerb::add;
+        if (m_arguments.size() > 1)
+            return fail(u"\"catalog add\" accepts one name, not also "_s + quoted(m_arguments.at(1)) +
+                        u"; a name of several words needs quotes."_s);
+        if (m_arguments.isEmpty() == m_result.running.isEmpty())
+            return fail(u"\"catalog add\" needs either the name of an application or --running and one that "
+                        "runs."_s);
+        if (m_arguments.isEmpty())
+            return;
+        m_result.application.name = m_arguments.first().trimmed();
+        if (m_result.application.name.isEmpty())
+            fail(u"\"catalog add\" needs a name that is not empty."_s);
+    }
+
+    void settleRemove() {
+        m_result.catalogVerb = Invocation::CatalogVerb::remove;
+        m_result.ids = m_arguments;
+        m_result.ids.removeDuplicates();
+        if (m_result.ids.isEmpty())
+            fail(u"\"catalog remove\" needs the identifier of an application of your own, which "
+                 "\"kestrinctl catalog\" lists."_s);
     }
 
     void settleIDs(const QStringList &ids, const QStringList &accepted, const QString &what) {
@@ -221,7 +303,8 @@ class Parser {
             fail(quoted(m_result.command->name) + u" needs the identifier of "_s + what + u": "_s +
                  listed(accepted, u" or "_s) + u'.');
         else if (unknown != ids.cend())
-            fail(quoted(*unknown) + u" is not "_s + what + u"; accepted are "_s + listed(accepted) + u'.');
+            fail(quoted(*unknown) + u" is not "_s + what + u"; accepted are "_s +
+                 listed(shortened(accepted)) + u'.');
         m_result.ids = ids;
         m_result.ids.removeDuplicates();
     }
@@ -263,6 +346,7 @@ class Parser {
     }
 
     const QStringList m_words;
+    const std::function<QStringList()> &m_ownIDs;
     qsizetype m_next = 0;
     bool m_onlyArguments = false;
     QList<Option> m_options;
@@ -273,8 +357,9 @@ class Parser {
 
 } // namespace
 
-std::variant<Invocation, UsageError> parseCommandLine(const QStringList &arguments) {
-    return Parser(arguments).parse();
+std::variant<Invocation, UsageError> parseCommandLine(const QStringList &arguments,
+                                                      const std::function<QStringList()> &ownIDs) {
+    return Parser(arguments, ownIDs).parse();
 }
 
 } // namespace kestrin::cli

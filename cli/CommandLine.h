@@ -3,8 +3,10 @@
 
 #include "cli/CommandTable.h"
 #include "cli/LogFormat.h"
+#include "engine/OwnApplications.h"
 #include "runtime/LogQuery.h"
 
+#include <functional>
 #include <optional>
 #include <variant>
 
@@ -29,11 +31,20 @@ struct Invocation {
     Action action = Action::run;
     /// Null only for the help and the version of the whole program.
     const CommandDescription *command = nullptr;
-    /// The identifiers of `protect`, `unprotect` and `schedule`, in the order given and each once.
+    /// What `catalog` does.
+    enum class CatalogVerb { list, add, remove, candidates };
+
+    /// The identifiers of `protect`, `unprotect`, `schedule` and `catalog remove`, in the order given and
+    /// each once.
     QStringList ids;
     /// What `enforce`, `schedule`, `autostart` or `desktop` switches to; absent when nothing is to be
     /// changed.
     std::optional<bool> enable;
+    CatalogVerb catalogVerb = CatalogVerb::list;
+    /// Without a name where one that runs is to be added.
+    engine::OwnApplication application;
+    /// The process or the name of that one.
+    QString running;
     bool json = false;
     bool preview = false;
     LogRequest log;
@@ -44,7 +55,9 @@ struct UsageError {
     QString sentence;
 };
 
-/// `arguments` are the words behind the program's name. Looks at nothing but the words.
-std::variant<Invocation, UsageError> parseCommandLine(const QStringList &arguments);
+/// `arguments` are the words behind the program's name. Looks at nothing but the words, and at the ids that
+/// the user's own applications have, where they could be meant.
+std::variant<Invocation, UsageError> parseCommandLine(const QStringList &arguments,
+                                                      const std::function<QStringList()> &ownIDs);
 
 } // namespace kestrin::cli

@@ -8,6 +8,7 @@
 #include "cli/WatchCommand.h"
 #include "engine/NSWorkspaceAppInventoryService.h"
 #include "foundation/JsonEncoding.h"
+#include "runtime/AddableApplications.h"
 #include "runtime/StatusSummaries.h"
 
 using namespace Qt::StringLiterals;
@@ -35,7 +36,7 @@ class CommandRunner {
         case Command::apps:
             return apps();
         case Command::catalog:
-            return catalog();
+            return catalogCommand();
         case Command::check:
             return check();
         case Command::watch:
@@ -95,6 +96,7 @@ class CommandRunner {
 
     void sayUnreadable() {
         sayProblem(m_surroundings.runtime.settingsStore->problem());
+        sayProblem(m_surroundings.runtime.ownApplications->problem());
         sayProblem(m_surroundings.defaults.problem());
     }
 
@@ -127,15 +129,142 @@ class CommandRunner {
     ExitStatus apps() {
         if (!seesSomething())
             return ExitStatus::couldNot;
-        const QList<RunningMacApp> found =
-            NSWorkspaceAppInventoryService(m_surroundings.runtime.workspace).runningApps();
+        const QList<RunningMacApp> found = runningApps();
         return answer([&] { return toJsonValue(found); },
                       [&] { return appsText(found, m_surroundings.palette); });
     }
 
-    ExitStatus catalog() {
-        const MacProtectionRuntime &runtime = session(Desktop::ignored).runtime;
+    ExitStatus catalogCommand() {
+        switch (m_call.catalogVerb) {
+        case Invocation::CatalogVerb::list:
+            break;
+        case Invocation::CatalogVerb::add:
+            return addApplication();
+        case Invocation::CatalogVerb::remove:
+            return removeApplications();
+        case Invocation::CatalogVerb::candidates:
+            return candidates();
+        }
+        session(Desktop::ignored);
         sayProblem(m_surroundings.runtime.settingsStore->problem());
+        sayProblem(m_surroundings.runtime.ownApplications->problem());
+        return printCatalog();
+    }
+
+    ExitStatus addApplication() {
+        OwnApplication application = m_call.application;
+        if (!m_call.running.isEmpty()) {
+            const QString problem = takeRunning(application);
+            if (!problem.isEmpty())
+                return m_surroundings.couldNot(problem);
+        }
+        MacProtectionRuntime &runtime = session(Desktop::ignored).runtime;
+        const Outcome outcome = runtime.addOwnApplication(application);
+        if (!outcome.catalog.isKept())
+            return m_surroundings.couldNot(u"Nothing was added: "_s + outcome.catalog.problem);
+        const RiskAppDefinition &added = runtime.catalog().definitions.last();
+        if (!outcome.settings.isKept())
+            return m_surroundings.couldNot(u"It is in the catalog as "_s + added.id +
+                                           u", but could not be selected: "_s + outcome.settings.problem);
+        if (!m_call.json)
+            remark(added.displayName + u" is in the catalog as "_s + added.id + u", and protected."_s);
+        const ExitStatus status = outcomeOf(outcome);
+        return status == ExitStatus::done ? printCatalog() : status;
+    }
+
+    /// Takes name and identifier from what runs. Returns why that cannot be.
+    QString takeRunning(OwnApplication &application) {
+        const Sight sight = m_surroundings.runtime.workspace.sight();
+        const QList<RunningMacApp> apps = runningApps();
+        if (apps.isEmpty() && !sight.isFull())
+            return sight.text();
+        QList<RunningMacApp> found;
+        bool isProcess = false;
+        const int process = m_call.running.toInt(&isProcess);
+        const QString name = normalizedAppName(m_call.running);
+        for (const RunningMacApp &app : apps) {
+            if (isProcess && app.processIdentifier == process) {
+                found = {app};
+                break;
+            }
+            const bool isKnown = std::any_of(found.cbegin(), found.cend(), [&](const RunningMacApp &other) {
+                return other.localizedName == app.localizedName &&
+                       other.bundleIdentifier == app.bundleIdentifier;
+            });
+            if (!isKnown && normalizedAppName(app.localizedName) == name)
+                found.append(app);
+        }
+        if (found.isEmpty())
+            return u"No running application is \""_s + m_call.running +
+                   u"\"; \"kestrinctl apps\" lists those that run."_s;
+        if (found.size() > 1) {
+            QStringList processes;
+            for (const RunningMacApp &app : std::as_const(found))
+                processes.append(QString::number(app.processIdentifier));
+            return u"Several running applications are called \""_s + m_call.running +
+                   u"\"; choose one by its process: "_s + processes.join(u" or "_s) + u'.';
+        }
+        application.name = found.first().localizedName;
+        if (const auto &identifier = found.first().bundleIdentifier)
+            application.identifiers.prepend(*identifier);
+        return {};
+    }
+
+    ExitStatus removeApplications() {
+        if (const QString problem = m_surroundings.runtime.ownApplications->problem(); !problem.isEmpty())
+            return m_surroundings.couldNot(u"Nothing was removed: "_s + problem);
+        MacProtectionRuntime &runtime = session(Desktop::ignored).runtime;
+        for (const QString &id : m_call.ids) {
+            if (runtime.isOwnApplication(id))
+                continue;
+            m_surroundings.say(
+                u'"' + id +
+                (defaultDefinitionIDs().contains(id)
+                     ? u"\" is built in and stays; \"kestrinctl unprotect "_s + id + u"\" leaves it alone."_s
+                     : u"\" is not an application of your own; \"kestrinctl catalog\" "
+                       "lists them."_s));
+            return ExitStatus::usedWrongly;
+        }
+        const Outcome outcome = runtime.removeOwnApplications(m_call.ids);
+        if (!outcome.catalog.isKept())
+            return m_surroundings.couldNot(u"Nothing was removed: "_s + outcome.catalog.problem);
+        const ExitStatus status = outcomeOf(outcome);
+        if (status != ExitStatus::done)
+            return status;
+        remarkIfNothingIsSelected(runtime);
+        return printCatalog();
+    }
+
+    void remarkIfNothingIsSelected(const MacProtectionRuntime &runtime) {
+        if (runtime.protectedDefinitionIDs().isEmpty())
+            remark(u"Nothing is selected now, and that protects everything; \"kestrinctl off\" turns "
+                   "Privacy Mode off."_s);
+    }
+
+    ExitStatus candidates() {
+        const RiskAppCatalog &catalog = session(Desktop::ignored).runtime.catalog();
+        sayProblem(m_surroundings.runtime.ownApplications->problem());
+        const auto found = addableApplications(catalog, runningApps(), m_surroundings.installed.list());
+        return answer([&] { return toJson(found); }, [&] { return candidatesText(found); });
+    }
+
+    static QJsonArray toJson(const QList<AddableApplication> &applications) {
+        QJsonArray array;
+        for (const AddableApplication &application : applications) {
+            QJsonObject object{{u"name"_s, application.name}, {u"running"_s, application.isRunning}};
+            if (application.identifier)
+                object.insert(u"identifier"_s, *application.identifier);
+            array.append(object);
+        }
+        return array;
+    }
+
+    QList<RunningMacApp> runningApps() {
+        return NSWorkspaceAppInventoryService(m_surroundings.runtime.workspace).runningApps();
+    }
+
+    ExitStatus printCatalog() {
+        const MacProtectionRuntime &runtime = m_session->runtime;
         return answer([&] { return toJsonValue(runtime.catalog()); },
                       [&] {
                           return catalogText(runtime.catalog(), runtime.protectedDefinitionIDs(),
@@ -200,9 +329,7 @@ class CommandRunner {
         const Outcome outcome = changing.runtime.setProtectedDefinitions(m_call.ids, isProtected);
         if (outcome.isKept()) {
             remarkUnchanged(outcome, isProtected ? u"protected already"_s : u"not protected"_s);
-            if (changing.runtime.protectedDefinitionIDs().isEmpty())
-                remark(u"Nothing is selected now, and that protects everything; \"kestrinctl off\" turns "
-                       "Privacy Mode off."_s);
+            remarkIfNothingIsSelected(changing.runtime);
         }
         return afterChange(outcome);
     }
@@ -353,10 +480,22 @@ class CommandRunner {
     std::optional<CommandSession> m_session;
 };
 
+QStringList ownIDs(const CommandSurroundings &surroundings, QString &problem) {
+    CurrentCatalog catalog(surroundings.runtime.ownApplications, {});
+    problem = catalog.problem();
+    QStringList ids;
+    for (const RiskAppDefinition &definition : catalog.own())
+        ids.append(definition.id);
+    return ids;
+}
+
 ExitStatus carryOut(const QStringList &arguments, CommandSurroundings &surroundings) {
-    const auto parsed = parseCommandLine(arguments);
+    QString ownProblem;
+    const auto parsed = parseCommandLine(arguments, [&] { return ownIDs(surroundings, ownProblem); });
     if (const auto *wrong = std::get_if<UsageError>(&parsed)) {
         surroundings.say(wrong->sentence);
+        if (!ownProblem.isEmpty())
+            surroundings.say(ownProblem);
         return ExitStatus::usedWrongly;
     }
     const auto &invocation = std::get<Invocation>(parsed);

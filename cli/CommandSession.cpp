@@ -18,7 +18,8 @@ MacProtectionSurroundings runtimeSurroundings(const MacProtectionSurroundings &a
                                               CommandSession::Desktop desktop) {
     static InMemoryWorkspace nothing;
     Workspace &workspace = desktop == CommandSession::Desktop::ignored ? nothing : all.workspace;
-    return {workspace, all.settingsStore, all.logStore, all.clock, all.watchTime, all.scheduleInterval};
+    return {workspace, all.settingsStore, all.logStore,        all.ownApplications,
+            all.clock, all.watchTime,     all.scheduleInterval};
 }
 
 } // namespace
@@ -51,16 +52,16 @@ StatusReport CommandSession::status() const {
     const QSet<QString> selection = runtime.savedDefinitionIDs();
     QStringList isProtected(selection.cbegin(), selection.cend());
     std::sort(isProtected.begin(), isProtected.end());
+    QStringList known;
     QStringList unprotected;
-    for (const RiskAppDefinition &definition : runtime.catalog().definitions) {
-        if (!selection.contains(definition.id))
-            unprotected.append(definition.id);
-    }
+    for (const RiskAppDefinition &definition : runtime.catalog().definitions)
+        (selection.contains(definition.id) ? known : unprotected).append(definition.id);
     return {
         flag.isOn(),
         runtime.enforceActions(),
         monitor(),
         isProtected,
+        known,
         unprotected,
         runtime.runningAppCount(),
         surroundings.runtime.workspace.sight(),

@@ -5,6 +5,7 @@
 #include "cli/StatusReport.h"
 #include "cli/TerminalText.h"
 #include "runtime/DesktopPermission.h"
+#include "runtime/InstalledApplications.h"
 #include "runtime/LoginItem.h"
 #include "runtime/MacProtectionRuntime.h"
 #include "runtime/PrivacyModeFlag.h"
@@ -27,6 +28,7 @@ struct CommandSurroundings {
     runtime::MacProtectionSurroundings runtime;
     runtime::LoginItem &loginItem;
     runtime::DesktopPermission &permission;
+    runtime::InstalledApplications &installed;
     Output &out;
     Output &err;
     Palette palette{false};

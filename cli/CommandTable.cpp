@@ -27,9 +27,19 @@ const QList<CommandDescription> &commandTable() {
          u"List the applications that Kestrin knows, and which are protected"_s,
          u"The first column is what protect and unprotect take. Applications whose action is Allow are "
          "reported and never asked to quit. With --json the definitions are printed without the selection, "
-         "which status --json tells."_s,
+         "which status --json tells. Add puts an application of your own behind the built-in ones and "
+         "protects it; remove takes it out again. Running programs follow at once, and both print the "
+         "catalog afterwards. An application is recognised by its name, and by the identifier that apps "
+         "shows. Candidates lists what could be added, those that run first."_s,
          {{u"kestrinctl catalog"_s, u"the table, protected applications marked"_s},
-          {u"kestrinctl catalog --json | jq -r '.definitions[].id'"_s, u"every identifier"_s}}},
+          {u"kestrinctl catalog --json | jq -r '.definitions[].id'"_s, u"every identifier"_s},
+          {u"kestrinctl catalog add --running Signal"_s, u"add what runs under this name"_s},
+          {u"kestrinctl catalog add Signal --category videoCall --action quit"_s, u"add it as you want it"_s},
+          {u"kestrinctl catalog remove signal"_s, u"remove it again"_s},
+          {u"kestrinctl catalog candidates"_s, u"what runs or is installed and could be added"_s}},
+         CommandArguments::catalogChange,
+         {u"--json"_s},
+         {u"--running"_s, u"--identifier"_s, u"--alias"_s, u"--category"_s, u"--action"_s}},
         {Command::check,
          u"check"_s,
          u"Check the running applications once"_s,

@@ -34,6 +34,7 @@ enum class CommandArguments {
     maybeOnOrOff,    ///< nothing, or one of the two words
     enableOrDisable, ///< exactly one of the two words
     presetSwitch,    ///< nothing, or "enable" or "disable" and one or more presets
+    catalogChange,   ///< nothing, "add" and a name or --running, "remove" and identifiers, or "candidates"
 };
 
 struct CommandExample {
@@ -52,6 +53,8 @@ struct CommandDescription {
     CommandArguments arguments = CommandArguments::none;
     /// Its own options besides --help, spelled with their dashes.
     QStringList options{QStringLiteral("--json")};
+    /// Those that are accepted only behind the word "add".
+    QStringList addOptions = {};
 };
 
 /// Every command, in the order in which people are told of them.
@@ -63,7 +66,7 @@ const CommandDescription *findCommand(const QString &name);
 /// The names of the table, in its order.
 QStringList commandNames();
 
-/// The identifiers that `protect` and `unprotect` accept.
+/// The identifiers that `protect` and `unprotect` always accept, besides those of own applications.
 QStringList definitionIDs();
 /// The identifiers that `schedule enable` and `schedule disable` accept.
 QStringList presetIDs();

@@ -3,6 +3,7 @@
 #include "cli/LogFormat.h"
 #include "cli/TerminalText.h"
 #include "engine/MacProtectionEvent.h"
+#include "engine/RiskAppDefinition.h"
 
 #include <algorithm>
 
@@ -54,6 +55,9 @@ QStringList synopses(const CommandDescription &command) {
         return {call + u" enable|disable"_s};
     case CommandArguments::presetSwitch:
         return {call, call + u" enable|disable ID..."_s};
+    case CommandArguments::catalogChange:
+        return {call, call + u" add NAME"_s, call + u" add --running PROCESS-OR-NAME"_s,
+                call + u" remove ID..."_s, call + u" candidates"_s};
     }
     return {call};
 }
@@ -84,6 +88,14 @@ OptionHelp helpOf(const QString &option) {
         {u"--app"_s, u"--app NAME"_s, u"print those about an application, by its name or identifier"_s},
         {u"--search"_s, u"--search TEXT"_s, u"print those that say this"_s},
         {u"--follow"_s, u"--follow"_s, u"go on with those that come"_s},
+        {u"--running"_s, u"--running PROCESS-OR-NAME"_s, u"add what runs, with its name and identifier"_s},
+        {u"--identifier"_s, u"--identifier ID"_s,
+         u"an identifier of the application to add; may be repeated"_s},
+        {u"--alias"_s, u"--alias NAME"_s, u"a further name of it; may be repeated"_s},
+        {u"--category"_s, u"--category C"_s,
+         rawValuesListed<engine::MacRiskCategory>() + u"; may be repeated"_s},
+        {u"--action"_s, u"--action A"_s,
+         rawValuesListed<engine::RiskAppAction>() + u"; keepClosed unless told"_s},
         {u"--format"_s, u"--format FORMAT"_s, u"print them as "_s + rawValuesListed<LogFormat>()},
     };
     const auto found = std::find_if(known.cbegin(), known.cend(),
@@ -93,7 +105,8 @@ OptionHelp helpOf(const QString &option) {
 
 QString acceptedWords(const CommandDescription &command) {
     if (command.arguments == CommandArguments::definitionIDs)
-        return u"ID is one of "_s + definitionIDs().join(u", "_s) + u'.';
+        return u"ID is one of "_s + definitionIDs().join(u", "_s) +
+               u", or that of an application of your own."_s;
     if (command.arguments == CommandArguments::presetSwitch)
         return u"ID is one of "_s + presetIDs().join(u", "_s) + u'.';
     if (command.options.contains(u"--kind"_s))

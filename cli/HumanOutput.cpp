@@ -55,12 +55,8 @@ QString monitorSentence(const StatusReport &status) {
 QString protectionSentence(const StatusReport &status) {
     if (status.protectedDefinitionIDs.isEmpty())
         return u"everything, because nothing is selected"_s;
+    const QStringList &in = status.protectedKnownIDs;
     const QStringList &out = status.unprotectedDefinitionIDs;
-    QStringList in;
-    for (const RiskAppDefinition &definition : RiskAppCatalog::defaultDefinitions()) {
-        if (!out.contains(definition.id))
-            in.append(definition.id);
-    }
     if (in.isEmpty())
         return u"none of "_s + QString::number(out.size()) + u" known applications, only unknown ones: "_s +
                status.protectedDefinitionIDs.join(u", "_s);
@@ -121,6 +117,14 @@ QString catalogText(const RiskAppCatalog &catalog, const QSet<QString> &selectio
                      userLabel(definition.defaultAction),
                      userLabels(definition.categories, u", "_s)});
     return alignedLines(rows, palette) + palette.paint(TextColour::faint, u"* protected"_s) + u'\n';
+}
+
+QString candidatesText(const QList<AddableApplication> &applications) {
+    QString text;
+    for (const AddableApplication &application : applications)
+        text +=
+            visibleText(application.name) + (application.isRunning ? u"\trunning\n"_s : u"\tinstalled\n"_s);
+    return text;
 }
 
 QString runResultText(const PrivacyModeRunResult &result, qint64 runningAppCount, const Palette &palette) {

@@ -6,6 +6,7 @@
 #include "engine/PrivacyModeRunResult.h"
 #include "engine/PrivacyModeSettings.h"
 #include "engine/RiskAppCatalog.h"
+#include "runtime/AddableApplications.h"
 
 #include <QSet>
 
@@ -16,6 +17,9 @@ QString appsText(const QList<engine::RunningMacApp> &apps, const Palette &palett
 /// `selection` as the settings hold it: an empty one protects everything.
 QString catalogText(const engine::RiskAppCatalog &catalog, const QSet<QString> &selection,
                     const Palette &palette);
+
+/// A name, a tabulator and "running" or "installed" a line, which the completions of the shells read.
+QString candidatesText(const QList<runtime::AddableApplication> &applications);
 
 QString runResultText(const engine::PrivacyModeRunResult &result, qint64 runningAppCount,
                       const Palette &palette);

@@ -30,7 +30,8 @@ struct StatusReport {
     Monitor monitor;
     /// What is selected; nothing protects everything.
     QStringList protectedDefinitionIDs;
-    /// The rest of the catalog, in its order.
+    /// Of the catalog, in its order: those that are, and the rest.
+    QStringList protectedKnownIDs;
     QStringList unprotectedDefinitionIDs;
     qint64 runningAppCount = 0;
     engine::Sight sight;

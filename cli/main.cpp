@@ -29,6 +29,7 @@ int main(int argc, char *argv[]) {
     const auto defaults = makeUserDefaults();
     const auto loginItem = makeLoginItem();
     const auto permission = makeDesktopPermission();
+    const auto installed = makeInstalledApplications();
     const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     closeToOthers(folder);
     CommandSurroundings surroundings{
@@ -38,9 +39,11 @@ int main(int argc, char *argv[]) {
         .runtime = {.workspace = *workspace,
                     .settingsStore = settingsStoreIn(folder),
                     .logStore = activityLogIn(folder),
+                    .ownApplications = ownApplicationsIn(folder),
                     .watchTime = makeTimeChangeWatch},
         .loginItem = *loginItem,
         .permission = *permission,
+        .installed = *installed,
         .out = out,
         .err = err,
         .palette = Palette(wantsColour(STDOUT_FILENO)),

@@ -4,6 +4,7 @@
 
 #include "engine/workspace/Workspace.h"
 #include "runtime/DesktopPermission.h"
+#include "runtime/InstalledApplications.h"
 #include "runtime/LoginItem.h"
 #include "runtime/TimeChangeWatch.h"
 #include "runtime/UserDefaults.h"
@@ -27,6 +28,9 @@ std::unique_ptr<runtime::TimeChangeWatch> makeTimeChangeWatch();
 /// `program` is the absolute path of the window's program, empty for the one that is installed beside this
 /// program or in PATH. Needs the application object.
 std::unique_ptr<runtime::LoginItem> makeLoginItem(const QString &program = {});
+
+/// What the menus of this desktop offer; nothing where that cannot be told.
+std::unique_ptr<runtime::InstalledApplications> makeInstalledApplications();
 
 /// Needs the application object when it is used.
 std::unique_ptr<runtime::DesktopPermission> makeDesktopPermission();

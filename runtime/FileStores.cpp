@@ -19,4 +19,8 @@ std::shared_ptr<JSONMacActivityLogStore> activityLogIn(const QString &supportFol
         QUrl::fromLocalFile(supportFolder + u"/activity-log.json"_s));
 }
 
+std::shared_ptr<JSONOwnApplicationsStore> ownApplicationsIn(const QString &supportFolder) {
+    return std::make_shared<JSONOwnApplicationsStore>(supportFolder + u"/own-applications.json"_s);
+}
+
 } // namespace kestrin::runtime

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/JSONMacActivityLogStore.h"
+#include "engine/JSONOwnApplicationsStore.h"
 #include "engine/JSONPrivacyModeSettingsStore.h"
 
 #include <memory>
@@ -14,5 +15,8 @@ std::shared_ptr<engine::JSONPrivacyModeSettingsStore> settingsStoreIn(const QStr
 
 /// Over "activity-log.json".
 std::shared_ptr<engine::JSONMacActivityLogStore> activityLogIn(const QString &supportFolder);
+
+/// Over "own-applications.json".
+std::shared_ptr<engine::JSONOwnApplicationsStore> ownApplicationsIn(const QString &supportFolder);
 
 } // namespace kestrin::runtime

@@ -2,6 +2,7 @@
 
 #include "engine/NSWorkspaceAppInventoryService.h"
 #include "engine/NSWorkspaceRiskAppActionPerformer.h"
+#include "engine/RiskAppMatcher.h"
 #include "foundation/FileWatch.h"
 #include "runtime/ReportedStores.h"
 #include "runtime/StatusSummaries.h"
@@ -26,9 +27,8 @@ namespace {
 constexpr qsizetype recentEventLimit = 8;
 
 QString nameOf(const RiskAppCatalog &catalog, const QString &id) {
-    const auto found = std::find_if(catalog.definitions.cbegin(), catalog.definitions.cend(),
-                                    [&](const RiskAppDefinition &definition) { return definition.id == id; });
-    return found == catalog.definitions.cend() ? u"Protected app"_s : found->displayName;
+    const RiskAppDefinition *found = findDefinition(catalog, id);
+    return found ? found->displayName : u"Protected app"_s;
 }
 
 } // namespace
@@ -42,12 +42,14 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
     , m_watchTime(std::move(surroundings.watchTime))
     , m_scheduleInterval(surroundings.scheduleInterval)
     , m_workspace(surroundings.workspace)
-    , m_catalog{RiskAppCatalog::defaultDefinitions()}
+    , m_catalog(std::move(surroundings.ownApplications),
+                [this](const StoreResult &read) { report(StoreUse::catalog, read); })
     , m_inventoryService(std::make_shared<NSWorkspaceAppInventoryService>(m_workspace))
     , m_settingsStore(std::make_shared<RememberedSettings>(
           std::move(surroundings.settingsStore),
           [this](const StoreResult &loaded) { report(StoreUse::loading, loaded); },
-          [this](const StoreResult &saved) { report(StoreUse::saving, saved); }))
+          [this](const StoreResult &saved) { report(StoreUse::saving, saved); },
+          [this] { return m_catalog.ids(); }))
     , m_actionPerformer(std::make_shared<CarefulPerformer>(
           std::make_shared<NSWorkspaceRiskAppActionPerformer>(m_workspace), m_settingsStore))
     , m_logStore(
@@ -55,10 +57,10 @@ MacProtectionRuntime::MacProtectionRuntime(UserDefaults &defaults, MacProtection
                                         [this](const StoreResult &result) { report(StoreUse::log, result); }))
     , m_defaults(defaults) {
     m_storedDefinitionIDs = m_settingsStore->load().protectedDefinitionIDs;
-    m_protectedDefinitionIDs =
-        m_storedDefinitionIDs.isEmpty() ? defaultDefinitionIDs() : m_storedDefinitionIDs;
+    m_protectedDefinitionIDs = m_storedDefinitionIDs.isEmpty() ? m_catalog.ids() : m_storedDefinitionIDs;
     adoptStoredModes();
     m_enforceActions = m_defaults.boolean(enforceActionsKey).value_or(false);
+    connect(&m_catalog, &CurrentCatalog::changed, this, &MacProtectionRuntime::adoptCatalog);
     m_recentEvents = m_logStore->recent(recentEventLimit);
     refreshInventoryPreview();
 }
@@ -116,6 +118,7 @@ void MacProtectionRuntime::start(bool privacyModeOn, const PrivacyModeSetter &se
     report(StoreUse::loading, {m_settingsStore->problem(), {}});
     report(StoreUse::defaults, {m_defaults.problem(), {}});
     report(StoreUse::log, {m_logStore->problem(), {}});
+    m_catalog.reload();
     Q_EMIT summariesChanged();
     refreshInventoryPreview();
     refreshSight();
@@ -163,19 +166,76 @@ Outcome MacProtectionRuntime::setProtectedDefinitions(const QStringList &ids, bo
         }
     });
     Q_EMIT protectedDefinitionIDsChanged();
-    const QString change = enabled ? u" added to Mac Privacy Mode."_s : u" removed from Mac Privacy Mode."_s;
-    for (const QString &id : std::as_const(outcome.changed)) {
-        const QString name = nameOf(m_catalog, id);
-        outcome.log &= recordEvent(MacProtectionEventKind::riskAppMatched, name + change, name);
+    for (const QString &id : std::as_const(outcome.changed))
+        outcome.log &= recordSelection(nameOf(catalog(), id), enabled);
+    refreshInventoryPreview();
+    return outcome;
+}
+
+StoreResult MacProtectionRuntime::recordSelection(const QString &name, bool enabled) {
+    return recordEvent(
+        MacProtectionEventKind::riskAppMatched,
+        name + (enabled ? u" added to Mac Privacy Mode."_s : u" removed from Mac Privacy Mode."_s), name);
+}
+
+Outcome MacProtectionRuntime::addOwnApplication(const OwnApplication &application) {
+    Outcome outcome;
+    QString id;
+    outcome.catalog = m_catalog.add(application, id);
+    if (!outcome.catalog.isKept())
+        return outcome;
+    outcome.settings = updateSettings([&](PrivacyModeSettings &, bool) {
+        // Where nothing is selected everything is protected, this one too. Selecting it alone would leave
+        // all others unprotected.
+        if (!m_protectedDefinitionIDs.isEmpty())
+            m_protectedDefinitionIDs.insert(id);
+    });
+    Q_EMIT protectedDefinitionIDsChanged();
+    if (outcome.settings.isKept()) {
+        outcome.changed.append(id);
+        outcome.log = recordSelection(nameOf(catalog(), id), true);
     }
+    refreshInventoryPreview();
+    return outcome;
+}
+
+Outcome MacProtectionRuntime::removeOwnApplications(const QStringList &ids) {
+    Outcome outcome;
+    m_catalog.reload();
+    outcome.catalog.problem = m_catalog.problem();
+    if (!outcome.catalog.isKept())
+        return outcome;
+    QStringList own = ids;
+    own.removeIf([this](const QString &id) { return !m_catalog.isOwn(id); });
+    // What has protected them so far ends in the log too, selected or with everything else.
+    QStringList names;
+    outcome.settings = updateSettings([&](PrivacyModeSettings &, bool) {
+        for (const QString &id : std::as_const(own)) {
+            if (m_protectedDefinitionIDs.isEmpty() || m_protectedDefinitionIDs.contains(id))
+                names.append(nameOf(catalog(), id));
+        }
+        m_protectedDefinitionIDs.subtract(QSet<QString>(own.cbegin(), own.cend()));
+    });
+    Q_EMIT protectedDefinitionIDsChanged();
+    if (!outcome.settings.isKept())
+        return outcome;
+    for (const QString &name : std::as_const(names))
+        outcome.log &= recordSelection(name, false);
+    outcome.catalog = m_catalog.remove(own);
+    if (outcome.catalog.isKept())
+        outcome.changed = own;
     refreshInventoryPreview();
     return outcome;
 }
 
 Outcome MacProtectionRuntime::applyRecommendedRiskApps() {
     Outcome outcome;
-    outcome.settings =
-        updateSettings([this](auto &, bool) { m_protectedDefinitionIDs = defaultDefinitionIDs(); });
+    outcome.settings = updateSettings([this](auto &, bool) {
+        const QSet<QString> &before = m_protectedDefinitionIDs;
+        QSet<QString> own = before.isEmpty() ? m_catalog.ids() : before;
+        own.removeIf([this](const QString &id) { return !m_catalog.isOwn(id); });
+        m_protectedDefinitionIDs = defaultDefinitionIDs().unite(own);
+    });
     Q_EMIT protectedDefinitionIDsChanged();
     outcome.log =
         recordEvent(MacProtectionEventKind::riskAppMatched, u"Recommended Mac protected app list applied."_s);
@@ -201,7 +261,7 @@ Outcome MacProtectionRuntime::setEnforceActions(bool enforceActions) {
 
 PrivacyModeCheck MacProtectionRuntime::performCheck(bool dryRun) {
     const qsizetype count = m_inventoryService->runningApps().size();
-    PrivacyModeController controller(m_catalog, m_inventoryService, m_actionPerformer, m_logStore, m_clock);
+    PrivacyModeController controller(catalog(), m_inventoryService, m_actionPerformer, m_logStore, m_clock);
     PrivacyModeCheck check = controller.check(m_settingsStore->load(), dryRun);
     publishPreview(count, check.result.matches);
     m_lastChecked = m_clock();
@@ -214,7 +274,7 @@ PrivacyModeCheck MacProtectionRuntime::performCheck(bool dryRun) {
 void MacProtectionRuntime::refreshInventoryPreview() {
     const QList<RunningMacApp> apps = m_inventoryService->runningApps();
     const PrivacyModeSettings settings = m_settingsStore->load();
-    QList<RiskAppMatch> matches = m_catalog.matches(apps);
+    QList<RiskAppMatch> matches = RiskAppMatcher(catalog()).matches(apps);
     matches.removeIf([&](const RiskAppMatch &match) { return !settings.protects(match.definition); });
     publishPreview(apps.size(), matches);
 }
@@ -235,7 +295,7 @@ void MacProtectionRuntime::configureRelaunchMonitor() {
         refreshLater();
     };
     m_monitor =
-        std::make_unique<RiskAppRelaunchMonitor>(m_catalog, m_settingsStore, m_actionPerformer, m_logStore,
+        std::make_unique<RiskAppRelaunchMonitor>(catalog(), m_settingsStore, m_actionPerformer, m_logStore,
                                                  !m_enforceActions, reacted, m_workspace, m_clock);
     m_monitor->start();
     setMonitoring();
@@ -326,7 +386,16 @@ StoreResult MacProtectionRuntime::updateSettings(const PrivacyModeSettingsStorin
     return saved;
 }
 
+/// Whoever has changed it has recorded that.
+void MacProtectionRuntime::adoptCatalog() {
+    if (m_monitor)
+        m_monitor->setCatalog(catalog());
+    Q_EMIT catalogChanged();
+    refreshInventoryPreview();
+}
+
 void MacProtectionRuntime::followOtherProcesses() {
+    m_catalog.follow();
     connect(&m_defaults, &UserDefaults::changed, this, &MacProtectionRuntime::adoptStoredDefault,
             Qt::UniqueConnection);
     if (const QString file = m_settingsStore->file(); !file.isEmpty() && !m_settingsWatch) {

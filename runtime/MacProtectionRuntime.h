@@ -3,6 +3,7 @@
 #include "engine/PrivacyModeController.h"
 #include "engine/PrivacyModeSettingsStoring.h"
 #include "engine/RiskAppRelaunchMonitor.h"
+#include "runtime/CurrentCatalog.h"
 #include "runtime/Outcome.h"
 #include "runtime/ReportedStores.h"
 #include "runtime/TimeChangeWatch.h"
@@ -33,6 +34,7 @@ struct MacProtectionSurroundings {
     engine::Workspace &workspace;
     std::shared_ptr<engine::PrivacyModeSettingsStoring> settingsStore;
     std::shared_ptr<engine::MacActivityLogStoring> logStore;
+    std::shared_ptr<engine::OwnApplicationsStoring> ownApplications;
     foundation::Clock clock = foundation::systemTime;
     /// How the runtime hears that the clock jumped.
     TimeChangeWatchMaker watchTime = {};
@@ -45,7 +47,8 @@ struct MacProtectionSurroundings {
 /// records what the user and the schedules change. Nothing fails; who wants to know whether his change was
 /// kept looks at the outcome. Main thread only; checks and file access are synchronous.
 ///
-/// Once started it also follows what other processes store: the selection, the log and the user defaults.
+/// Once started it also follows what other processes store: the own applications, the selection, the log and
+/// the user defaults.
 class MacProtectionRuntime : public QObject {
     Q_OBJECT
 
@@ -78,7 +81,9 @@ class MacProtectionRuntime : public QObject {
     QStringList sortedProtectedDefinitionIDs() const;
     const QList<shared::ModePreset> &modes() const { return m_modes; }
     bool enforceActions() const { return m_enforceActions; }
-    const engine::RiskAppCatalog &catalog() const { return m_catalog; }
+    /// As it is now, the user's own applications included.
+    const engine::RiskAppCatalog &catalog() const { return m_catalog.catalog(); }
+    bool isOwnApplication(const QString &id) const { return m_catalog.isOwn(id); }
     engine::MacActivityLogStoring &logStore() const { return *m_logStore; }
 
     // Summaries, derived from the state at each call
@@ -107,7 +112,11 @@ class MacProtectionRuntime : public QObject {
     }
     /// Several as one change, each recorded.
     Outcome setProtectedDefinitions(const QStringList &ids, bool enabled);
-    /// Selects the whole default catalog.
+    /// Adds an application of the user's own to the catalog, and selects it. Its id is what was changed.
+    Outcome addOwnApplication(const engine::OwnApplication &application);
+    /// Deselects those of the user's own applications that have these ids, and removes them from the catalog.
+    Outcome removeOwnApplications(const QStringList &ids);
+    /// Selects the whole default catalog. The choice about own applications stays.
     Outcome applyRecommendedRiskApps();
     /// Stores the choice, replaces the monitor, records an event and runs a check, also when the value stays
     /// the same.
@@ -155,6 +164,7 @@ class MacProtectionRuntime : public QObject {
     /// Something could not be stored, or what is stored cannot be read. A sentence, and each once until it is
     /// over.
     void storageFailed(const QString &sentence);
+    void catalogChanged();
     void recentEventsChanged();
     void isMonitoringChanged();
     void matchesChanged();
@@ -171,7 +181,7 @@ class MacProtectionRuntime : public QObject {
 
   private:
     /// What succeeds or fails by itself.
-    enum class StoreUse { loading, saving, defaults, log };
+    enum class StoreUse { loading, saving, defaults, log, catalog };
 
     void report(StoreUse use, const foundation::StoreResult &result);
     foundation::StoreResult recordEvent(engine::MacProtectionEventKind kind, const QString &message,
@@ -185,6 +195,8 @@ class MacProtectionRuntime : public QObject {
     void refresh();
     void tellQuitRequests(const QList<engine::MacProtectionEvent> &events);
     foundation::StoreResult updateSettings(const engine::PrivacyModeSettingsStoring::Change &change);
+    foundation::StoreResult recordSelection(const QString &name, bool enabled);
+    void adoptCatalog();
     void followOtherProcesses();
     void adoptStoredSelection();
     void adoptStoredModes();
@@ -209,7 +221,7 @@ class MacProtectionRuntime : public QObject {
     const TimeChangeWatchMaker m_watchTime;
     const std::chrono::milliseconds m_scheduleInterval;
     engine::Workspace &m_workspace;
-    const engine::RiskAppCatalog m_catalog;
+    CurrentCatalog m_catalog;
     const std::shared_ptr<engine::MacAppInventoryService> m_inventoryService;
     const std::shared_ptr<RememberedSettings> m_settingsStore;
     const std::shared_ptr<engine::RiskAppActionPerforming> m_actionPerformer;

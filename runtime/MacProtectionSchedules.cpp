@@ -178,6 +178,7 @@ void MacProtectionRuntime::postScheduleTick() {
     QMetaObject::invokeMethod(
         this,
         [this] {
+            m_catalog.reload();
             adoptStoredSelection();
             evaluateSchedules(m_clock());
             refreshSight();

@@ -20,10 +20,18 @@ StoreResult ReportedLog::tryAppend(const MacProtectionEvent &event) {
 }
 
 RememberedSettings::RememberedSettings(std::shared_ptr<PrivacyModeSettingsStoring> settings,
-                                       StoreReport loaded, StoreReport saved)
+                                       StoreReport loaded, StoreReport saved,
+                                       std::function<QSet<QString>()> everything)
     : m_settings(std::move(settings))
     , m_loaded(std::move(loaded))
-    , m_saved(std::move(saved)) {}
+    , m_saved(std::move(saved))
+    , m_everything(std::move(everything)) {}
+
+PrivacyModeSettings RememberedSettings::withEverything(PrivacyModeSettings fallback) const {
+    if (!fallback.protectedDefinitionIDs.isEmpty())
+        fallback.protectedDefinitionIDs.unite(m_everything());
+    return fallback;
+}
 
 PrivacyModeSettings RememberedSettings::load() {
     auto stored = m_settings->stored();
@@ -35,14 +43,14 @@ PrivacyModeSettings RememberedSettings::load() {
         m_last = stored;
     m_areChosen = m_last || problem.isEmpty();
     m_loaded({problem, {}});
-    return m_last ? *m_last : m_settings->load();
+    return m_last ? *m_last : withEverything(m_settings->load());
 }
 
 StoreResult RememberedSettings::update(const Change &change) {
     PrivacyModeSettings changed;
     StoreResult result = m_settings->update([&](PrivacyModeSettings &settings, bool areStored) {
-        if (!areStored && m_last)
-            settings = *m_last;
+        if (!areStored)
+            settings = m_last ? *m_last : withEverything(settings);
         change(settings, areStored);
         changed = settings;
     });

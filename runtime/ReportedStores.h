@@ -30,8 +30,10 @@ class ReportedLog final : public engine::MacActivityLogStoring {
 /// Settings that cannot be used any more are nobody's choice: then those that were read or saved last hold.
 class RememberedSettings final : public engine::PrivacyModeSettingsStoring {
   public:
+    /// `everything` gives the ids that are selected as long as nobody has chosen, besides those of the
+    /// fallback.
     RememberedSettings(std::shared_ptr<engine::PrivacyModeSettingsStoring> settings, StoreReport loaded,
-                       StoreReport saved);
+                       StoreReport saved, std::function<QSet<QString>()> everything);
 
     engine::PrivacyModeSettings load() override;
     [[nodiscard]] foundation::StoreResult update(const Change &change) override;
@@ -43,9 +45,12 @@ class RememberedSettings final : public engine::PrivacyModeSettingsStoring {
     bool areChosen() const { return m_areChosen; }
 
   private:
+    engine::PrivacyModeSettings withEverything(engine::PrivacyModeSettings fallback) const;
+
     const std::shared_ptr<engine::PrivacyModeSettingsStoring> m_settings;
     const StoreReport m_loaded;
     const StoreReport m_saved;
+    const std::function<QSet<QString>()> m_everything;
     std::optional<engine::PrivacyModeSettings> m_last;
     bool m_areChosen = true;
 };

@@ -141,6 +141,7 @@ int main(int argc, char **argv) {
     kestrin.protect(*defaults, {.workspace = *workspace,
                                 .settingsStore = settingsStoreIn(folder),
                                 .logStore = activityLogIn(folder),
+                                .ownApplications = ownApplicationsIn(folder),
                                 .watchTime = makeTimeChangeWatch});
     const int result = QGuiApplication::exec();
     if (!claim.isHeld())

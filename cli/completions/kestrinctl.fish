@@ -27,6 +27,22 @@ complete -c kestrinctl -n $none -a autostart -d 'Tell or choose whether Kestrin 
 complete -c kestrinctl -n $none -a desktop -d 'Let the desktop show its windows to Kestrin, or no longer'
 complete -c kestrinctl -n $none -a diagnostics -d 'Print five lines for a report'
 
+set -l catalog '__fish_seen_subcommand_from catalog; and'
+complete -c kestrinctl -n "$catalog not __fish_seen_subcommand_from add remove candidates" -a 'add remove candidates'
+complete -c kestrinctl -n "$catalog __fish_seen_subcommand_from add" -a '(kestrinctl catalog candidates 2>/dev/null)'
+complete -c kestrinctl -n "$catalog __fish_seen_subcommand_from add" -l running -x -d 'Add what runs' \
+    -a '(kestrinctl catalog candidates 2>/dev/null | string match "*"\trunning)'
+complete -c kestrinctl -n "$catalog __fish_seen_subcommand_from add" -l identifier -x -d 'An identifier of it'
+complete -c kestrinctl -n "$catalog __fish_seen_subcommand_from add" -l alias -x -d 'A further name of it'
+complete -c kestrinctl -n "$catalog __fish_seen_subcommand_from add" -l category -x -d 'What it can do' \
+    -a 'microphone camera screenCapture aiTool videoCall browser'
+complete -c kestrinctl -n "$catalog __fish_seen_subcommand_from add" -l action -x -d 'What is done with it' \
+    -a 'allow quit keepClosed'
+# The user's own applications come behind the twelve that are built in.
+set -l own '(kestrinctl catalog 2>/dev/null | string replace -rf "^[* ] +(\S+) +\S.*" \'$1\' | tail -n +14)'
+complete -c kestrinctl -n "$catalog __fish_seen_subcommand_from remove" -a "$own"
+complete -c kestrinctl -n '__fish_seen_subcommand_from protect unprotect' -a "$own"
+
 complete -c kestrinctl -n "__fish_seen_subcommand_from $commands; and not __fish_seen_subcommand_from desktop diagnostics" \
     -l json -d 'Print JSON for programs'
 complete -c kestrinctl -n '__fish_seen_subcommand_from check' -l preview -d 'Only preview, ask nobody to quit'

@@ -69,6 +69,10 @@ class EntryReader {
             m_entry.isHidden = desktopEntryBoolean(value);
         else if (key == QByteArrayView("NoDisplay"))
             m_entry.isOutsideMenus = desktopEntryBoolean(value);
+        else if (key == QByteArrayView("Icon"))
+            m_entry.icon = desktopEntryString(value);
+        else if (key == QByteArrayView("Terminal"))
+            m_entry.needsTerminal = desktopEntryBoolean(value);
         else if (key == QByteArrayView("Exec"))
             takeCommandLine(value);
     }

@@ -33,6 +33,10 @@ struct DesktopEntry {
     bool isWebApplication = false;
     /// What it starts: a path, or a name to be looked for; empty when the entry does not tell.
     QString program = {};
+    /// A name in the theme, or a path; empty when the entry does not tell.
+    QString icon = {};
+    /// Runs inside a terminal, whose windows it has.
+    bool needsTerminal = false;
 
     /// Reads the group "Desktop Entry" of a file's text, and nothing behind it. What cannot be understood is
     /// left out; none when the group is missing. Bytes that are no UTF-8 become replacement characters.

@@ -249,6 +249,18 @@ void DesktopEntryIndex::readPrograms() {
     }
 }
 
+std::vector<DesktopEntryIndex::Found> DesktopEntryIndex::ofMenus() {
+    listFolders();
+    std::vector<Found> result;
+    for (std::size_t number = 0; number < m_files.size(); ++number) {
+        auto found = usable(number);
+        if (found && !found->entry.isOutsideMenus && !found->entry.isWebApplication &&
+            !found->entry.needsTerminal)
+            result.push_back(*std::move(found));
+    }
+    return result;
+}
+
 std::optional<DesktopEntryIndex::Found> DesktopEntryIndex::withExecutable(const QString &path) {
     readPrograms();
     std::vector<Found> sameName;

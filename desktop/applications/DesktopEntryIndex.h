@@ -44,6 +44,8 @@ class DesktopEntryIndex {
     /// The application of the menus whose entry starts this executable: the very file, else the only one of
     /// that name.
     std::optional<Found> withExecutable(const QString &path);
+    /// The applications of the menus that have windows of their own.
+    std::vector<Found> ofMenus();
 
   private:
     struct Folder {

@@ -1,5 +1,6 @@
 #include "desktop/Platform.h"
 
+#include "desktop/applications/MenuApplications.h"
 #include "desktop/clock/SystemTimeChangeWatch.h"
 #include "desktop/defaults/JSONUserDefaults.h"
 #include "desktop/gnome/GnomeClients.h"
@@ -61,6 +62,10 @@ std::unique_ptr<LoginItem> makeLoginItem(const QString &program) {
     const QString folder = QCoreApplication::applicationDirPath();
     return std::make_unique<FileLoginItem>(
         program.isEmpty() ? FileLoginItem::installedProgram(folder, file) : program, file);
+}
+
+std::unique_ptr<InstalledApplications> makeInstalledApplications() {
+    return std::make_unique<MenuApplications>();
 }
 
 std::unique_ptr<DesktopPermission> makeDesktopPermission() {

@@ -41,6 +41,10 @@ std::unique_ptr<LoginItem> makeLoginItem(const QString &program) {
         program.isEmpty() ? FileLoginItem::installedProgram(folder, file) : program, file);
 }
 
+std::unique_ptr<InstalledApplications> makeInstalledApplications() {
+    return std::make_unique<InMemoryInstalledApplications>();
+}
+
 std::unique_ptr<DesktopPermission> makeDesktopPermission() {
     return std::make_unique<NoDesktopPermission>();
 }

@@ -46,7 +46,18 @@ QString everythingIn(QTemporaryFile &file) {
 
 struct Home : samples::Home {
     bool isColourful = false;
+    QList<InstalledApplication> menus;
 
+    QString ownFile() const { return support() + u"/own-applications.json"_s; }
+    QJsonArray own() const {
+        return QJsonDocument::fromJson(samples::contents(ownFile())).object()[u"definitions"_s].toArray();
+    }
+    QStringList ownIDs() const {
+        QStringList ids;
+        for (const QJsonValue &definition : own())
+            ids.append(definition[u"id"_s].toString());
+        return ids;
+    }
     bool isUntouched() const { return QDir(folder.path()).isEmpty(); }
 
     Answer call(const QStringList &arguments) {
@@ -58,8 +69,11 @@ struct Home : samples::Home {
         Output err(errFile.handle());
         InMemoryLoginItem item;
         NoDesktopPermission permission;
-        CommandSurroundings surroundings{defaults,   preferences(), support(), this->surroundings(), item,
-                                         permission, out,           err,       Palette(isColourful)};
+        InMemoryInstalledApplications installed;
+        installed.applications = menus;
+        CommandSurroundings surroundings{defaults, preferences(),       support(), this->surroundings(),
+                                         item,     permission,          installed, out,
+                                         err,      Palette(isColourful)};
         Answer answer;
         answer.status = runCommandLine(arguments, surroundings);
         answer.out = everythingIn(outFile);
@@ -68,6 +82,13 @@ struct Home : samples::Home {
     }
     Answer call(const QString &words) { return call(words.split(u' ', Qt::SkipEmptyParts)); }
 };
+
+/// The own application "Notes" in the form of the file.
+QJsonObject notes() {
+    return {
+        {u"id"_s, u"notes"_s},        {u"displayName"_s, u"Notes"_s},  {u"bundleIdentifiers"_s, QJsonArray()},
+        {u"aliases"_s, QJsonArray()}, {u"categories"_s, QJsonArray()}, {u"defaultAction"_s, u"keepClosed"_s}};
+}
 
 /// What bash would offer for the last of `words`.
 QStringList offeredByBash(const QString &words) {
@@ -104,6 +125,8 @@ class CommandLineTest : public QObject {
     void changesInWords();
     void times();
     void loggedPart();
+    void ownApplications();
+    void unusableOwnApplications();
     void following();
     void completions();
 };
@@ -130,6 +153,16 @@ void CommandLineTest::misuse() {
         {u"on or off"_s, {u"enforce"_s, u"enforce on off"_s, u"autostart On"_s, u"autostart off on"_s}},
         {u"enable or disable"_s, {u"schedule on"_s, u"desktop"_s, u"desktop on"_s}},
         {u"sleep, away, focus"_s, {u"schedule disable"_s, u"schedule disable away zoom"_s}},
+        {u"add, remove or candidates"_s, {u"catalog Add"_s}},
+        {u"either the name"_s, {u"catalog add"_s, u"catalog add x --running y"_s}},
+        {u"needs quotes"_s, {u"catalog add OBS Studio"_s}},
+        {u"only with add"_s, {u"catalog --action quit"_s, u"catalog remove x --alias y"_s}},
+        {u"a word behind it"_s, {u"catalog add --running"_s, u"catalog add x --identifier="_s}},
+        {u"microphone, camera"_s, {u"catalog add x --category Camera"_s}},
+        {u"allow, quit or keepClosed"_s, {u"catalog add x --action=keep"_s}},
+        {u"of your own"_s, {u"catalog remove"_s, u"catalog remove notes"_s}},
+        {u"unprotect zoom"_s, {u"catalog remove zoom"_s}},
+        {u"no argument"_s, {u"catalog candidates zoom"_s}},
     };
     Home home;
     for (const auto &[names, calls] : wrong) {
@@ -154,8 +187,9 @@ void CommandLineTest::help() {
             // An example that is shown has to work.
             QStringList words = example.call.section(u" | "_s, 0, 0).split(u' ');
             QCOMPARE(words.takeFirst(), u"kestrinctl"_s);
-            QVERIFY2(std::holds_alternative<Invocation>(parseCommandLine(words)),
-                     qUtf8Printable(example.call));
+            QVERIFY2(
+                std::holds_alternative<Invocation>(parseCommandLine(words, [] { return QStringList(); })),
+                qUtf8Printable(example.call));
         }
     }
     QVERIFY(home.isUntouched());
@@ -453,6 +487,158 @@ void CommandLineTest::loggedPart() {
     QVERIFY(home.call(u"log --kind actionFailed"_s).out.startsWith(u"No event"));
 }
 
+void CommandLineTest::ownApplications() {
+    // What is called, what it says on which stream, and what is in the file of a home in which this stays.
+    struct Step {
+        QStringList call;
+        QString says;
+        QStringList ids;
+    };
+    const QString longName(201, u'x');
+    QStringList tooManyNames;
+    for (int i = 0; i < 21; ++i)
+        tooManyNames += {u"--alias"_s, u"name %1"_s.arg(i)};
+    const Step steps[] = {
+        {{u"add"_s, u"  Notes "_s, u"--alias"_s, u"noter"_s, u"--identifier"_s, u" org.example.Notes "_s},
+         u"Notes is in the catalog as notes, and protected."_s,
+         {u"notes"_s}},
+        {{u"add"_s, u"NOTES\n"_s},
+         u"\"NOTES\" is Notes, which is in the catalog already as \"notes\"."_s,
+         {}},
+        {{u"add"_s, u"x"_s, u"--alias"_s, u"Noter"_s}, u"\"Noter\" is Notes"_s, {}},
+        {{u"add"_s, u"x"_s, u"--identifier"_s, u"ORG.EXAMPLE.NOTES"_s},
+         u"\"ORG.EXAMPLE.NOTES\" is Notes"_s,
+         {}},
+        {{u"add"_s, u"zoom.us"_s}, u"\"zoom.us\" is Zoom"_s, {}},
+        {{u"add"_s, u"x"_s, u"--identifier"_s, u"US.zoom.XOS"_s}, u"\"US.zoom.XOS\" is Zoom"_s, {}},
+        {{u"add"_s, u" kestrin"_s}, u"Kestrin does not close itself."_s, {}},
+        {{u"add"_s, longName}, u"at most 200 characters"_s, {}},
+        {u"add x"_s.split(u' ') + tooManyNames, u"at most 20 identifiers"_s, {}},
+        // One who is called like the other's id.
+        {{u"add"_s, u"Notes!"_s}, u"Notes! is in the catalog as notes-2, and protected."_s, {u"notes-2"_s}},
+        {{u"add"_s, u"Zoé  Café_2.0"_s}, u"as zoe-cafe-2-0,"_s, {u"zoe-cafe-2-0"_s}},
+        {{u"add"_s, u"日本が"_s}, u"as 日本が,"_s, {u"日本が"_s}},
+        {{u"add"_s, u"++"_s}, u"as app,"_s, {u"app"_s}},
+        {{u"add"_s, u"--running"_s, u" EDITOR "_s}, u"Editor is in the catalog as editor,"_s, {u"editor"_s}},
+        {{u"add"_s, u"--running"_s, u"12"_s}, u"Paint is in the catalog as paint,"_s, {u"paint"_s}},
+        {{u"add"_s, u"--running"_s, u"Twin"_s}, u"choose one by its process: 13 or 15."_s, {}},
+        {{u"add"_s, u"--running"_s, u"99"_s}, u"No running application is \"99\""_s, {}},
+        {{u"add"_s, u"--running"_s, u"10"_s}, u"\"Zoom\" is Zoom"_s, {}},
+    };
+    Home home;
+    home.workspace.add(samples::running(u"Paint"_s, 12, u"org.example.Paint"_s));
+    // Two processes of one application, and another one.
+    home.workspace.add(samples::running(u"Twin"_s, 13, u"org.example.Twin"_s));
+    home.workspace.add(samples::running(u"Twin"_s, 14, u"org.example.Twin"_s));
+    home.workspace.add(samples::running(u"Twin"_s, 15, u"org.example.Other"_s));
+    QCOMPARE(home.call(u"unprotect chrome"_s).status, ExitStatus::done);
+    QStringList ids;
+    for (const Step &step : steps) {
+        const Answer answer = home.call(QStringList{u"catalog"_s} + step.call);
+        const bool isAdded = !step.ids.isEmpty();
+        QCOMPARE(answer.status, isAdded ? ExitStatus::done : ExitStatus::couldNot);
+        QVERIFY2((isAdded ? answer.out : answer.err).contains(step.says), qUtf8Printable(answer.err));
+        QVERIFY(isAdded || answer.isOneSentence());
+        ids += step.ids;
+        QCOMPARE(home.ownIDs(), ids);
+    }
+    const QJsonObject added = home.own().first().toObject();
+    QCOMPARE(added[u"displayName"_s], u"Notes"_s);
+    QCOMPARE(added[u"bundleIdentifiers"_s], QJsonArray{u"org.example.Notes"_s});
+    QCOMPARE(added[u"defaultAction"_s], u"keepClosed"_s);
+    QVERIFY(samples::isOwnersAlone(home.ownFile()));
+    // Behind the built-in ones, and like them.
+    const QJsonArray all =
+        home.call(u"catalog add Call --category videoCall --category camera --action quit --json"_s)
+            .object()[u"definitions"_s]
+            .toArray();
+    QCOMPARE(all.size(), 12 + ids.size() + 1);
+    QCOMPARE(all.last()[u"categories"_s], (QJsonArray{u"videoCall"_s, u"camera"_s}));
+    QCOMPARE(all.last()[u"defaultAction"_s], u"quit"_s);
+    const QJsonArray selected = home.call(u"status --json"_s).object()[u"protectedDefinitionIDs"_s].toArray();
+    QVERIFY(selected.size() == all.size() - 1 && !selected.contains(u"chrome"_s));
+    QVERIFY(home.call(u"check"_s).out.contains(u"Preview: Kestrin would ask Paint to quit"));
+    QCOMPARE(home.call(u"unprotect paint"_s).status, ExitStatus::done);
+    QVERIFY(!home.call(u"check"_s).out.contains(u"Paint"));
+
+    // What runs and is known is no candidate, nor is what is installed and runs.
+    home.menus = {{u"Twin"_s, u"org.example.Twin"_s, {}},
+                  {u"Paint"_s, u"org.example.Paint"_s, {}},
+                  {u"Kestrin"_s, u"org.example.Kestrin"_s, {}},
+                  {u"Writer"_s, u"org.example.Writer"_s, {}}};
+    QCOMPARE(home.call(u"catalog candidates"_s).out, u"Twin\trunning\nTwin\trunning\nWriter\tinstalled\n"_s);
+
+    QCOMPARE(home.call(u"catalog remove zoe-cafe-2-0 notes app"_s).status, ExitStatus::done);
+    QCOMPARE(home.ownIDs().size(), ids.size() + 1 - 3);
+    QCOMPARE(home.story().last(), u"++ removed from Mac Privacy Mode."_s);
+    // An id that has become free.
+    QVERIFY(home.call(u"catalog add Notes"_s).out.contains(u"as notes,"_s));
+    // Where it was the last that was selected, everything is protected from then on.
+    home.settings.save({true, {u"notes"_s}});
+    QVERIFY(home.call(u"catalog remove notes"_s).out.startsWith(u"Nothing is selected now"_s));
+}
+
+void CommandLineTest::unusableOwnApplications() {
+    const auto with = [](const QString &key, const QJsonValue &value) {
+        QJsonObject changed = notes();
+        changed[key] = value;
+        return changed;
+    };
+    const auto file = [](const QJsonArray &definitions) {
+        return QJsonDocument(QJsonObject{{u"definitions"_s, definitions}}).toJson();
+    };
+    QJsonObject incomplete = notes();
+    incomplete.remove(u"aliases"_s);
+    QJsonArray tooMany;
+    for (int i = 0; i <= OwnApplicationLimits::applications; ++i)
+        tooMany.append(with(u"id"_s, QString::number(i)));
+    const std::pair<QByteArray, QString> texts[] = {
+        {"{", u"not a JSON object"_s},
+        {"[]", u"not a JSON object"_s},
+        {QByteArray(1000, '\0'), u"not a JSON object"_s},
+        {file({incomplete}), u"complete"_s},
+        {file({with(u"defaultAction"_s, u"kill"_s)}), u"complete"_s},
+        {file({notes(), notes()}), u"two applications in it have the id \"notes\""_s},
+        {file({with(u"id"_s, u"zoom"_s)}), u"\"zoom\" in it is the id of an application that is built in"_s},
+        {file({with(u"id"_s, u" "_s)}), u"no id or no name"_s},
+        {file({with(u"displayName"_s, QString(201, u'x'))}), u"too long"_s},
+        {file({with(u"aliases"_s, QJsonArray{QString()})}), u"\"notes\" has"_s},
+        {file({with(u"bundleIdentifiers"_s, QJsonArray::fromStringList(QStringList(21, u"x"_s)))}),
+         u"\"notes\" has"_s},
+        {file(tooMany), u"more than 2000"_s},
+    };
+    for (const auto &[text, reason] : texts) {
+        Home home;
+        samples::write(home.ownFile(), text);
+        for (const QString &call : {u"catalog"_s, u"check"_s, u"recommended"_s}) {
+            const Answer answer = home.call(call);
+            QVERIFY(answer.status == ExitStatus::done && answer.isOneSentence());
+            QVERIFY2(answer.err.startsWith(home.ownFile()) && answer.err.contains(reason),
+                     qUtf8Printable(answer.err));
+        }
+        QVERIFY(!home.call(u"catalog"_s).out.contains(u"notes"));
+        for (const QString &call : {u"catalog add Writer"_s, u"catalog remove notes"_s}) {
+            const Answer answer = home.call(call);
+            QVERIFY(answer.status == ExitStatus::couldNot && answer.isOneSentence());
+            QVERIFY2(answer.err.contains(reason), qUtf8Printable(answer.err));
+        }
+        QVERIFY(home.call(u"protect notes"_s).err.contains(reason));
+        QCOMPARE(samples::contents(home.ownFile()), text);
+        QCOMPARE(QDir(home.support()).entryList({u"own-applications.json*"_s}).size(), 1);
+        QVERIFY(!home.story().contains(u"Writer added to Mac Privacy Mode."_s));
+    }
+    // Neither does anything else that has its name make way.
+    Home home;
+    QVERIFY(QDir().mkpath(home.ownFile()));
+    QVERIFY(home.call(u"catalog add Writer"_s).err.contains(u"is a folder and not a file"_s));
+    // What cannot be selected is told so.
+    Home unselectable;
+    QVERIFY(QDir().mkpath(unselectable.settings.file()));
+    const Answer answer = unselectable.call(u"catalog add Writer"_s);
+    QVERIFY(answer.status == ExitStatus::couldNot &&
+            answer.err.contains(u"as writer, but could not be selected"_s));
+}
+
 void CommandLineTest::following() {
     QTemporaryDir folder;
     const QString path = folder.filePath(u"log.json"_s);
@@ -498,6 +684,8 @@ void CommandLineTest::completions() {
         if (command.arguments == CommandArguments::enableOrDisable ||
             command.arguments == CommandArguments::presetSwitch)
             expected += {u"enable"_s, u"disable"_s};
+        if (command.arguments == CommandArguments::catalogChange)
+            expected += {u"add"_s, u"remove"_s, u"candidates"_s};
         QCOMPARE(sorted(offeredByBash(u"kestrinctl "_s + command.name + u" ''"_s)), sorted(expected));
     }
     QCOMPARE(sorted(offeredByBash(u"kestrinctl schedule --json disable ''"_s)),
@@ -507,7 +695,7 @@ void CommandLineTest::completions() {
     // The other two shells may not be there to be asked, but no word may have been forgotten in their files.
     QStringList words = commandNames() + definitionIDs() + presetIDs() + anywhere;
     for (const CommandDescription &command : commandTable())
-        words += command.options;
+        words += command.options + command.addOptions;
     for (const QString &name : {u"_kestrinctl"_s, u"kestrinctl.fish"_s}) {
         const QString text = QString::fromUtf8(samples::contents(QString::fromLatin1(COMPLETIONS) + name));
         for (QString word : std::as_const(words)) {

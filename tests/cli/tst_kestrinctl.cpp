@@ -6,6 +6,7 @@
 #include "tests/support/Samples.h"
 
 #include <QDir>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -116,6 +117,8 @@ class KestrinctlTest : public QObject {
   private Q_SLOTS:
     void callsWithoutADesktop();
     void watching();
+    void addingAtOnce();
+    void completions();
     void endings();
     void interruptedWhileRecording();
     void stuckReader();
@@ -176,6 +179,57 @@ void KestrinctlTest::watching() {
     QCOMPARE(watch.end(SIGTERM), 0);
     QCOMPARE(watch.process.readAllStandardOutput(), QByteArray());
     QCOMPARE(home.status().value(u"monitorLabel"_s), QJsonValue(u"Off"_s));
+}
+
+void KestrinctlTest::addingAtOnce() {
+    Home home;
+    QCOMPARE(home.call(u"unprotect zoom"_s).code, 0);
+    // Each adds some of the same names, which get a number then, and the last removes what it has added.
+    const Answer all =
+        home.shell(u"for i in 1 2 3 4 5 6 7 8; do for j in 1 2 3; do"
+                   " \"$KESTRINCTL\" catalog add \"App $i $j\" >/dev/null & done;"
+                   " (\"$KESTRINCTL\" catalog add \"x $i!\" && \"$KESTRINCTL\" catalog remove x-$i)"
+                   " >/dev/null & done; wait"_s);
+    QCOMPARE(all.err, QString());
+    QStringList expected;
+    for (int i = 1; i <= 8; ++i) {
+        for (int j = 1; j <= 3; ++j)
+            expected.append(u"app-%1-%2"_s.arg(i).arg(j));
+    }
+    QStringList added;
+    for (const QJsonValue &definition :
+         QJsonDocument::fromJson(home.call(u"catalog --json"_s).out.toUtf8())[u"definitions"_s].toArray())
+        added.append(definition[u"id"_s].toString());
+    added.remove(0, 12);
+    added.sort();
+    QCOMPARE(added, expected);
+    // Nor is any of them left out of the selection, or of the log.
+    QCOMPARE(home.status()[u"protectedDefinitionIDs"_s].toArray().size(), 11 + expected.size());
+    QCOMPARE(home.log.recent(1000).size(), 1 + expected.size() + 2 * 8);
+}
+
+void KestrinctlTest::completions() {
+    Home home;
+    samples::write(home.folder.filePath(u"data/applications/org.example.Notes.desktop"_s),
+                   "[Desktop Entry]\nType=Application\nName=Own Notes (old)\nExec=notes\n");
+    QCOMPARE(home.call(u"catalog add 'Text Writer'"_s).code, 0);
+    const std::pair<QString, QString> cases[] = {
+        {u"catalog add 'Own\\ N'"_s, u"Own\\ Notes\\ \\(old\\)"_s},
+        {u"catalog add '\"Own N'"_s, u"Own Notes (old)"_s},
+        // It does not run.
+        {u"catalog add --running Own"_s, u""_s},
+        {u"catalog add x --action ke"_s, u"keepClosed"_s},
+        {u"catalog remove t"_s, u"text-writer"_s},
+        {u"protect te"_s, u"teams text-writer"_s},
+    };
+    for (const auto &[words, offered] : cases) {
+        const Answer answer = home.shell(u". '" COMPLETIONS "kestrinctl.bash'; PATH=${KESTRINCTL%/*}:$PATH;"
+                                         " COMP_WORDS=(kestrinctl "_s +
+                                         words +
+                                         u"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kestrinctl;"
+                                         " echo \"${COMPREPLY[*]}\""_s);
+        QCOMPARE(answer.out, offered + u'\n');
+    }
 }
 
 void KestrinctlTest::endings() {

@@ -3,10 +3,12 @@
 
 #include "runtime/MonitoringClaim.h"
 #include "runtime/PrivacyModeFlag.h"
+#include "tests/support/Files.h"
 #include "tests/support/Home.h"
 #include "tests/support/MemoryHome.h"
 #include "tests/support/Witness.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -61,6 +63,9 @@ class RuntimeTest : public QObject {
     void publishedEvents();
     void otherProcesses();
     void twoProcesses();
+    void ownApplications_data();
+    void ownApplications();
+    void ownApplicationsOfOthers();
     void unreadable();
     void nobodysChoice();
     void severalAsOne();
@@ -265,7 +270,8 @@ void RuntimeTest::otherProcesses() {
     InMemoryWorkspace noWorkspace;
     MacProtectionRuntime theirs(theirDefaults, {.workspace = noWorkspace,
                                                 .settingsStore = settingsStoreIn(home.support()),
-                                                .logStore = activityLogIn(home.support())});
+                                                .logStore = activityLogIn(home.support()),
+                                                .ownApplications = ownApplicationsIn(home.support())});
     PrivacyModeFlag theirFlag(theirDefaults, theirs);
 
     theirs.setProtectedDefinition(u"zoom"_s, false);
@@ -305,6 +311,112 @@ void RuntimeTest::twoProcesses() {
     QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, both}));
     QCOMPARE(ours.protectedDefinitionIDs(), both);
     QCOMPARE(theirs.protectedDefinitionIDs(), both);
+}
+
+void RuntimeTest::ownApplications_data() {
+    // What is selected when the runtime starts, what another process stores then, and what is selected after
+    // each step: two are added, the twelve are chosen, one is removed.
+    QTest::addColumn<std::optional<QStringList>>("stored");
+    QTest::addColumn<std::optional<QStringList>>("storedMeanwhile");
+    QTest::addColumn<QList<QStringList>>("selected");
+    const QStringList all = samples::sorted(defaultDefinitionIDs());
+    const auto with = [](QStringList ids, const QStringList &more) { return samples::sorted(ids + more); };
+    const QStringList both{u"notes"_s, u"paint"_s};
+    const std::optional<QStringList> nothing;
+    QTest::newRow("nothing stored") << nothing << nothing
+                                    << QList<QStringList>{with(all, both), with(all, both),
+                                                          with(all, {u"paint"_s})};
+    QTest::newRow("some selected") << std::optional(QStringList{u"zoom"_s}) << nothing
+                                   << QList<QStringList>{with(both, {u"zoom"_s}), with(all, both),
+                                                         with(all, {u"paint"_s})};
+    // Nothing selected protects everything. A program that starts shows and stores that.
+    QTest::newRow("empty") << std::optional(QStringList()) << nothing
+                           << QList<QStringList>{with(all, both), with(all, both), with(all, {u"paint"_s})};
+    // One that runs leaves it so: selecting what is added alone would leave the others unprotected.
+    QTest::newRow("emptied meanwhile")
+        << std::optional(QStringList{u"zoom"_s}) << std::optional(QStringList())
+        << QList<QStringList>{QStringList(), with(all, both), with(all, {u"paint"_s})};
+}
+
+void RuntimeTest::ownApplications() {
+    QFETCH(std::optional<QStringList>, stored);
+    QFETCH(std::optional<QStringList>, storedMeanwhile);
+    QFETCH(QList<QStringList>, selected);
+    Home home;
+    const auto store = [&](const std::optional<QStringList> &ids) {
+        if (ids)
+            home.settings.save({true, QSet<QString>(ids->cbegin(), ids->cend())});
+    };
+    store(stored);
+    auto runtime = std::make_unique<MacProtectionRuntime>(home.defaults, home.surroundings());
+    QSignalSpy changed(runtime.get(), &MacProtectionRuntime::catalogChanged);
+    runtime->start(true, [](bool) { return Outcome(); });
+    store(storedMeanwhile);
+    const auto areSelected = [&](const QStringList &expected) {
+        const PrivacyModeSettings settings = home.settings.load();
+        const QStringList ids = samples::sorted(settings.protectedDefinitionIDs);
+        return ids == expected &&
+               (ids.isEmpty() || samples::sorted(runtime->protectedDefinitionIDs()) == ids);
+    };
+    home.workspace.add(samples::running(u"Paint"_s, 30));
+    const Outcome added = runtime->addOwnApplication({.name = u"Notes"_s});
+    QVERIFY(added.isKept() && added.changed == QStringList{u"notes"_s});
+    QVERIFY(runtime->addOwnApplication({.name = u"Paint"_s}).isKept());
+    QCOMPARE(changed.size(), 2);
+    QCOMPARE(home.story(),
+             (QStringList{u"Notes added to Mac Privacy Mode."_s, u"Paint added to Mac Privacy Mode."_s}));
+    QVERIFY(areSelected(selected.at(0)));
+    QVERIFY(matchIDs(*runtime).contains(u"paint-30"_s));
+    runtime->applyRecommendedRiskApps();
+    QVERIFY(areSelected(selected.at(1)));
+    QVERIFY(runtime->removeOwnApplications({u"notes"_s}).isKept());
+    QCOMPARE(home.story().last(), u"Notes removed from Mac Privacy Mode."_s);
+    QVERIFY(areSelected(selected.at(2)));
+    QCOMPARE(runtime->catalog().definitions.size(), 13);
+    // Whoever starts over lost settings protects everything, the own ones too.
+    runtime.reset();
+    QVERIFY(QFile::remove(home.settings.file()));
+    MacProtectionRuntime anew(home.defaults, home.surroundings());
+    anew.start(true, [](bool) { return Outcome(); });
+    QCOMPARE(home.settings.load().protectedDefinitionIDs, defaultDefinitionIDs() | QSet<QString>{u"paint"_s});
+}
+
+void RuntimeTest::ownApplicationsOfOthers() {
+    Home home;
+    home.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, true);
+    JSONUserDefaults theirDefaults(home.preferences());
+    MacProtectionRuntime ours(home.defaults, home.surroundings());
+    ours.start(true, [](bool) { return Outcome(); });
+    QSignalSpy changed(&ours, &MacProtectionRuntime::catalogChanged);
+    QSignalSpy failed(&ours, &MacProtectionRuntime::storageFailed);
+    QElapsedTimer timer;
+    timer.start();
+    MacProtectionRuntime theirs(theirDefaults, home.surroundings());
+    QVERIFY(theirs.addOwnApplication({.name = u"Notes"_s}).isKept());
+    QTRY_VERIFY(ours.protectedDefinitionIDs().contains(u"notes"_s) && changed.size() == 1);
+    QVERIFY2(timer.elapsed() < 1000, "It took longer than a second to be heard of.");
+    // The monitor is the same and knows it.
+    home.workspace.launch(samples::running(u"notes"_s, 20));
+    QCOMPARE(home.workspace.terminationRequests(), QList<qint32>{20});
+    // What cannot be read any more is nobody's choice, and told once.
+    const QString file = home.support() + u"/own-applications.json"_s;
+    const QByteArray before = samples::contents(file);
+    samples::write(file, "{");
+    QTRY_COMPARE(failed.size(), 1);
+    QVERIFY(failed.first().first().toString().startsWith(file));
+    home.workspace.launch(samples::running(u"Notes"_s, 21));
+    QCOMPARE(home.workspace.terminationRequests().last(), 21);
+    QVERIFY(!ours.addOwnApplication({.name = u"Paint"_s}).isKept());
+    QVERIFY(!ours.removeOwnApplications({u"notes"_s}).isKept());
+    QVERIFY(ours.protectedDefinitionIDs().contains(u"notes"_s));
+    QCOMPARE(samples::contents(file), QByteArray("{"));
+    // Mended, or moved away.
+    samples::write(file, before);
+    QVERIFY(ours.addOwnApplication({.name = u"Paint"_s}).isKept());
+    QVERIFY(QFile::remove(file));
+    QTRY_COMPARE(ours.catalog().definitions.size(), 12);
+    home.workspace.launch(samples::running(u"Notes"_s, 22));
+    QCOMPARE(home.workspace.terminationRequests().last(), 21);
 }
 
 void RuntimeTest::unreadable() {

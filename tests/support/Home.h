@@ -35,6 +35,7 @@ struct Home {
         return {.workspace = workspace,
                 .settingsStore = runtime::settingsStoreIn(support()),
                 .logStore = runtime::activityLogIn(support()),
+                .ownApplications = runtime::ownApplicationsIn(support()),
                 .clock = [this] { return now; }};
     }
     QStringList story() { return samples::story(log); }

@@ -14,6 +14,8 @@ struct MemoryHome {
     std::shared_ptr<JournalSettings> settings =
         std::make_shared<JournalSettings>(journal, engine::PrivacyModeSettings{true, {}});
     std::shared_ptr<JournalLog> log = std::make_shared<JournalLog>(journal);
+    std::shared_ptr<engine::InMemoryOwnApplicationsStore> ownApplications =
+        std::make_shared<engine::InMemoryOwnApplicationsStore>();
     /// "store", the last part of the key and, of a list, what is in it.
     runtime::InMemoryUserDefaults defaults;
     QDateTime now{QDate(2026, 3, 14), QTime(12, 0)};
@@ -28,9 +30,11 @@ struct MemoryHome {
     }
 
     runtime::MacProtectionSurroundings surroundings() {
-        return {.workspace = workspace, .settingsStore = settings, .logStore = log, .clock = [this] {
-                    return now = now.addSecs(1);
-                }};
+        return {.workspace = workspace,
+                .settingsStore = settings,
+                .logStore = log,
+                .ownApplications = ownApplications,
+                .clock = [this] { return now = now.addSecs(1); }};
     }
     /// What was asked since one last looked.
     QStringList asked() { return std::exchange(journal, {}); }

@@ -36,6 +36,14 @@ inline QStringList messages(const QList<engine::MacProtectionEvent> &events) {
     return texts;
 }
 
+inline QStringList sorted(QStringList list) {
+    list.sort();
+    return list;
+}
+inline QStringList sorted(const QSet<QString> &set) {
+    return sorted(QStringList(set.cbegin(), set.cend()));
+}
+
 /// Everything that a log holds, oldest first.
 inline QStringList story(engine::MacActivityLogStoring &log) {
     QStringList texts = messages(log.recent(1000));

@@ -54,6 +54,7 @@ void MacProtectionState::follow() {
     connect(&m_runtime, &Runtime::sightChanged, this, &State::sightChanged);
     connect(&m_runtime, &Runtime::runningAppCountChanged, this, &State::runningAppCountChanged);
     // The lists come first: who hears of a change finds them as they are now.
+    connect(&m_runtime, &Runtime::catalogChanged, this, &State::fillDefinitions);
     connect(&m_runtime, &Runtime::protectedDefinitionIDsChanged, this, &State::fillDefinitions);
     connect(&m_runtime, &Runtime::protectedDefinitionIDsChanged, this, &State::selectionChanged);
     connect(&m_runtime, &Runtime::matchesChanged, this, &State::fillMatches);
