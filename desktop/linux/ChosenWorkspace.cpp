@@ -67,18 +67,18 @@ ChosenWorkspace::ChosenWorkspace(std::vector<Candidate> candidates) : m_candidat
                 QMetaObject::invokeMethod(
                     &m_again, [this] { choose(Deadline(desktopPatience)); }, Qt::QueuedConnection);
         });
-        if (candidate.needsX11)
-            hearOnce(candidate.workspace->launches(), m_x11.launches());
+        // Who has windows of both kinds is launched when the first of them is noticed.
+        candidate.workspace->launches().leaveOut(
+            [this](qint32 process) { return m_x11.launches().knows(process); });
     }
+    m_x11.launches().leaveOut([this](qint32 process) {
+        return std::ranges::any_of(m_candidates, [process](const Candidate &candidate) {
+            return candidate.workspace->launches().knows(process);
+        });
+    });
 }
 
 ChosenWorkspace::~ChosenWorkspace() = default;
-
-/// Who has windows of both kinds is launched when the first of them shows.
-void ChosenWorkspace::hearOnce(Launches &native, Launches &x11) {
-    native.leaveOut([&x11](qint32 process) { return x11.knows(process); });
-    x11.leaveOut([&native](qint32 process) { return native.knows(process); });
-}
 
 void ChosenWorkspace::lookAgainLater() {
     if (!m_subscriptions.isEmpty() && !m_again.isActive())

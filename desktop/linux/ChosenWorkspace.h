@@ -45,7 +45,6 @@ class ChosenWorkspace final : public DesktopWorkspace {
     bool usesX11() const { return !m_isSilent && (!m_leader || m_leader->needsX11); }
     bool mayFindBetter() const { return !m_leader || m_leader->needsX11; }
     void lookAgainLater();
-    static void hearOnce(Launches &native, Launches &x11);
 
     const std::vector<Candidate> m_candidates;
     X11Workspace m_x11;
