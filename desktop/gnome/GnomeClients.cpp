@@ -48,8 +48,9 @@ Remedy remedyFor(ExtensionState state) {
     }
     if (ShellExtension::isInstalled())
         return {
-            u"Log out and in once, so that GNOME finds Kestrin's extension, and then allow Kestrin to see them."_s,
-            Help::read};
+            u"Allow Kestrin to see them, here or by \"kestrinctl desktop enable\", and then log out and in "
+            "once."_s,
+            Help::allow};
     return {u"Kestrin's package brings an extension by which GNOME tells them."_s, Help::read};
 }
 
