@@ -193,7 +193,7 @@ void WindowTest::whatCannotBeSeen() {
         desk.runtime().refreshSight();
         desk.settle();
     };
-    QVERIFY(desk.all("MacSightLine").isEmpty());
+    QVERIFY(desk.all("MacQuietLine").isEmpty());
     look({Sight::Extent::partial, u"Some run unseen."_s, u"Look."_s, Sight::Help::read});
     for (const MacSection section : {MacSection::Home, MacSection::Connect}) {
         desk.show(section);
@@ -203,7 +203,7 @@ void WindowTest::whatCannotBeSeen() {
     desk.press("KestrinSecondaryButton", u"Read How"_s);
     QCOMPARE(wanted.count(), 1);
     look({});
-    QVERIFY(desk.all("MacSightLine").isEmpty());
+    QVERIFY(desk.all("MacQuietLine").isEmpty());
 }
 
 void WindowTest::appsAreCountedAndListed() {

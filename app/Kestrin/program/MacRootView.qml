@@ -77,7 +77,7 @@ Item {
             height: (item as Item)?.height ?? 0
             onIsWantedChanged: {
                 if (isWanted)
-                    setSource("MacSightLine.qml", {
+                    setSource("MacQuietLine.qml", {
                         "protection": root.protection
                     });
                 else
