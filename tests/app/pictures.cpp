@@ -90,6 +90,11 @@ QList<Scene> scenes() {
              u"Allow it with \"kestrinctl desktop enable\", or install the package."_s, Sight::Help::allow});
         afternoon(home);
     };
+    const auto unselected = [](samples::WindowHome &home) {
+        home.open();
+        auto &runtime = home.shown->protection.runtime;
+        runtime.setProtectedDefinitions(runtime.sortedProtectedDefinitionIDs(), false);
+    };
     // The stored ones are every page in each of its states, every kind of row, both appearances.
     QList<Scene> all{
         {u"home"_s, MacSection::Home, afternoon, u"light"_s},
@@ -109,6 +114,7 @@ QList<Scene> scenes() {
         {u"connect-enforcing"_s, MacSection::Connect, enforcing, {}},
         {u"home-blind"_s, MacSection::Home, blind, {}},
         {u"apps-blind"_s, MacSection::Apps, blind, {}},
+        {u"apps-unselected"_s, MacSection::Apps, unselected, {}},
     };
     for (const Scene &page : all.first(7))
         all.append({page.name + u"-eased"_s, page.section, eased, {}});

@@ -127,7 +127,7 @@ class WindowTest : public QObject {
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void home();
     void nothingIsCut();
-    void whatCannotBeSeen();
+    void quietLine();
     void appsAreCountedAndListed();
     void appsFollowTheFlag();
     void activity();
@@ -186,7 +186,7 @@ void WindowTest::nothingIsCut() {
     }
 }
 
-void WindowTest::whatCannotBeSeen() {
+void WindowTest::quietLine() {
     Desk desk(MacSection::Home);
     const auto look = [&desk](const Sight &sight) {
         desk.workspace.setSight(sight);
@@ -203,6 +203,21 @@ void WindowTest::whatCannotBeSeen() {
     desk.press("KestrinSecondaryButton", u"Read How"_s);
     QCOMPARE(wanted.count(), 1);
     look({});
+    QVERIFY(desk.all("MacQuietLine").isEmpty());
+
+    // Only where nothing more important is to be said.
+    const QString nothingSelected =
+        u"Nothing is selected, so everything is protected. Select applications on the Apps "
+        "page to protect only those."_s;
+    const QStringList all = desk.runtime().sortedProtectedDefinitionIDs();
+    desk.runtime().setProtectedDefinitions(all, false);
+    desk.settle();
+    QVERIFY(desk.says(nothingSelected));
+    look({Sight::Extent::none, u"Nothing is seen."_s, u"Look."_s, Sight::Help::none});
+    QVERIFY(!desk.says(nothingSelected) && desk.says(u"Nothing is seen. Look."_s));
+    look({});
+    desk.runtime().setProtectedDefinitions(all.first(1), true);
+    desk.settle();
     QVERIFY(desk.all("MacQuietLine").isEmpty());
 }
 

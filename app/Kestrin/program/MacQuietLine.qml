@@ -2,30 +2,32 @@ import QtQuick
 import Kestrin
 import KestrinDesignSystem
 
-// What cannot be seen of what runs, above every page.
+// What one should know whichever page one reads: what cannot be seen of what runs, or else that nothing is selected.
 Rectangle {
     id: root
 
     required property MacProtectionState protection
+    readonly property bool isWarning: protection.sightText !== ""
 
     height: Math.max(text.height + 24, help.visible ? help.height + 16 : 0)
-    color: KestrinColors.attentionSoft
+    color: isWarning ? KestrinColors.attentionSoft : KestrinColors.linkSoft
 
     KestrinSymbol {
         x: 28
         y: text.y + (text.naturalHeight - height) / 2
-        name: "exclamationmark.shield.fill"
+        name: root.isWarning ? "exclamationmark.shield.fill" : "info.circle.fill"
         size: 15
-        color: KestrinColors.attention
+        color: root.isWarning ? KestrinColors.attention : KestrinColors.link
     }
 
     KestrinText {
         id: text
 
-        x: 54
+        x: 56
         y: (root.height - height) / 2
         width: root.width - x - (help.visible ? help.width + 20 : 0) - 28
-        text: root.protection.sightText
+        text: root.isWarning ? root.protection.sightText : "Nothing is selected, so everything is protected. "
+            + "Select applications on the Apps page to protect only those."
         size: 13
     }
 

@@ -67,11 +67,11 @@ Item {
             });
         }
 
-        // Where everything can be seen nobody waits for it to be made.
+        // Where it has nothing to say nobody waits for it to be made.
         Loader {
-            id: sightLine
+            id: quietLine
 
-            readonly property bool isWanted: root.protection.sightText !== ""
+            readonly property bool isWanted: root.protection.sightText !== "" || root.protection.selectedCount === 0
 
             width: parent.width
             height: (item as Item)?.height ?? 0
@@ -88,7 +88,7 @@ Item {
         Loader {
             id: loader
 
-            y: sightLine.height
+            y: quietLine.height
             width: parent.width
             height: parent.height - y
         }
