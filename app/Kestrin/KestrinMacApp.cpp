@@ -48,6 +48,17 @@ void chooseRenderer() {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
+/// Plasma's plugin for Qt 6 makes the tray's menu of widgets, and a program without QApplication ends at
+/// once. Qt's own theme tells the menu over the bus. Colours and fonts are not the theme's in any case.
+void avoidWidgets() {
+    const bool isPlasma = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains("KDE"_L1) ||
+                          qEnvironmentVariableIsSet("KDE_FULL_SESSION");
+    if (isPlasma)
+        QGuiApplication::setDesktopSettingsAware(false);
+    if (qEnvironmentVariable("QT_QPA_PLATFORMTHEME") == "kde"_L1)
+        qunsetenv("QT_QPA_PLATFORMTHEME");
+}
+
 /// What the desktop tells about a start. Qt takes some of it away, so it is read before the application is
 /// made.
 struct Launch {
@@ -116,6 +127,7 @@ int main(int argc, char **argv) {
 
     const Launch launch;
     chooseRenderer();
+    avoidWidgets();
     QGuiApplication application(argc, argv);
     useNativeSymbols(nativeSymbols());
     KestrinAppearance::shared().follow(makePreferences());
