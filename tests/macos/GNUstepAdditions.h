@@ -9,7 +9,7 @@ static NSString *const NSWorkspaceApplicationKey __attribute__((unused)) = @"NSW
 static NSString *const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification __attribute__((unused)) =
     @"NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification";
 
-// The rest is only declared: it is compiled and never run.
+// The rest is compiled and never run.
 @interface NSApplication (Appearance)
 - (NSAppearance *)effectiveAppearance;
 @end
