@@ -17,7 +17,9 @@ SwayWindows::SwayWindows(const QByteArray &path)
     : m_path(path)
     , m_connection([this](const QByteArray &event) { m_hasNews = mayBeSwayLaunch(event) || m_hasNews; }) {}
 
-SwayWindows::~SwayWindows() = default;
+SwayWindows::~SwayWindows() {
+    dropNotifier();
+}
 
 bool SwayWindows::open(const Deadline &deadline) {
     if (m_connection.isOpen())
@@ -34,8 +36,9 @@ bool SwayWindows::open(const Deadline &deadline) {
     const auto answer = m_connection.ask(Message::subscribe, R"(["window"])", deadline);
     if (!answer)
         return false;
-    m_notifier = std::make_unique<QSocketNotifier>(m_connection.descriptor(), QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &SwayWindows::takeEvents);
+    dropNotifier();
+    m_notifier = new QSocketNotifier(m_connection.descriptor(), QSocketNotifier::Read, this);
+    connect(m_notifier, &QSocketNotifier::activated, this, &SwayWindows::takeEvents);
     return true;
 }
 
@@ -77,12 +80,18 @@ void SwayWindows::tellNews() {
         Q_EMIT changed();
 }
 
-void SwayWindows::endIfLost() {
-    if (m_connection.isOpen() || !m_notifier)
+void SwayWindows::dropNotifier() {
+    if (!m_notifier)
         return;
     // Perhaps in the middle of its own signal.
     m_notifier->setEnabled(false);
-    m_notifier.release()->deleteLater();
+    std::exchange(m_notifier, nullptr)->deleteLater();
+}
+
+void SwayWindows::endIfLost() {
+    if (m_connection.isOpen() || !m_notifier)
+        return;
+    dropNotifier();
     // Sway hangs up on whoever is slow to read, so that a flood of windows would leave us deaf.
     const qint32 sway = m_connection.server();
     if (m_connection.wasHungUp() && open(Deadline(desktopPatience)) && m_connection.server() == sway)

@@ -30,11 +30,13 @@ class SwayWindows final : public WindowSource {
                                   const foundation::Deadline &deadline);
     void takeEvents();
     void tellNews();
+    void dropNotifier();
     void endIfLost();
 
     const QByteArray m_path;
     SwayConnection m_connection;
-    std::unique_ptr<QSocketNotifier> m_notifier;
+    /// A child: where no event loop is left to delete it later, it goes with this.
+    QSocketNotifier *m_notifier = nullptr;
     bool m_hasNews = false;
 };
 

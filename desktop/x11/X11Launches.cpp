@@ -4,6 +4,8 @@
 
 #include <QSocketNotifier>
 
+#include <utility>
+
 namespace kestrin::desktop {
 
 using namespace foundation;
@@ -22,16 +24,16 @@ void X11Launches::connected(X11Connection &connection, const Deadline &deadline)
 std::unique_ptr<LaunchFinder> X11Launches::startFinding(const Deadline &deadline) {
     auto watcher = std::make_unique<LaunchWatcher>(*m_connection, deadline);
     m_watcher = watcher.get();
-    m_notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(m_connection->xcb()),
-                                                   QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] { takeEvents(true); });
+    m_notifier =
+        new QSocketNotifier(xcb_get_file_descriptor(m_connection->xcb()), QSocketNotifier::Read, this);
+    connect(m_notifier, &QSocketNotifier::activated, this, [this] { takeEvents(true); });
     return watcher;
 }
 
 void X11Launches::stopFinding() {
     // Perhaps in the middle of the notifier's own signal.
     m_notifier->setEnabled(false);
-    m_notifier.release()->deleteLater();
+    std::exchange(m_notifier, nullptr)->deleteLater();
     m_watcher = nullptr;
 }
 

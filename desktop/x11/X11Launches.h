@@ -37,7 +37,8 @@ class X11Launches final : public Launches {
 
     X11Connection *m_connection = nullptr;
     LaunchWatcher *m_watcher = nullptr;
-    std::unique_ptr<QSocketNotifier> m_notifier;
+    /// A child: where no event loop is left to delete it later, it goes with this.
+    QSocketNotifier *m_notifier = nullptr;
 };
 
 } // namespace kestrin::desktop
