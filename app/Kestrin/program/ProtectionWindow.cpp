@@ -5,10 +5,12 @@
 #include "design/KestrinColors.h"
 
 #include <QGuiApplication>
+#include <QLibraryInfo>
 #include <QPalette>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QScreen>
+#include <QVersionNumber>
 
 using namespace Qt::StringLiterals;
 
@@ -44,8 +46,13 @@ class FrameColors {
     Q_DISABLE_COPY_MOVE(FrameColors)
 };
 
+/// From Qt 6.8 on the frame follows the desktop, and one that is made anew stays black.
+bool framesFollow() {
+    return QLibraryInfo::version() >= QVersionNumber(6, 8);
+}
+
 void renewFrame(QQuickWindow &window) {
-    if (QGuiApplication::platformName() != "wayland"_L1 || window.frameMargins().isNull())
+    if (framesFollow() || QGuiApplication::platformName() != "wayland"_L1 || window.frameMargins().isNull())
         return;
     const FrameColors colors;
     window.setFlag(Qt::FramelessWindowHint);
