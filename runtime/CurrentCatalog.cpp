@@ -2,6 +2,10 @@
 
 #include "foundation/FileWatch.h"
 
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
 namespace kestrin::runtime {
 
 using namespace foundation;
@@ -36,6 +40,25 @@ StoreResult CurrentCatalog::add(const OwnApplication &application, QString &id) 
         if (refusal.isEmpty())
             id = own.last().id;
         return refusal;
+    });
+}
+
+StoreResult CurrentCatalog::restore(const RiskAppDefinition &definition, qsizetype place) {
+    return update([&](QList<RiskAppDefinition> &own) {
+        const OwnApplication application{.name = definition.displayName,
+                                         .identifiers = definition.bundleIdentifiers,
+                                         .aliases = definition.aliases,
+                                         .categories = definition.categories,
+                                         .action = definition.defaultAction};
+        QString refusal = appendOwn(application, own);
+        if (!refusal.isEmpty())
+            return refusal;
+        own.removeLast();
+        const bool isTaken = findDefinition(catalogWith(own), definition.id);
+        if (isTaken)
+            return u"\"%1\" is another application now."_s.arg(definition.id);
+        own.insert(std::min(place, own.size()), definition);
+        return QString();
     });
 }
 

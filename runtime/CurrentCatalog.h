@@ -36,6 +36,10 @@ class CurrentCatalog : public QObject {
 
     /// Adds it as the last one and gives its id.
     [[nodiscard]] foundation::StoreResult add(const engine::OwnApplication &application, QString &id);
+    /// Puts one back in front of what is at that place of the own applications now, unless its id or one of
+    /// its names or identifiers has been given away meanwhile.
+    [[nodiscard]] foundation::StoreResult restore(const engine::RiskAppDefinition &definition,
+                                                  qsizetype place);
     /// Removes those of these that are there.
     [[nodiscard]] foundation::StoreResult remove(const QStringList &ids);
 

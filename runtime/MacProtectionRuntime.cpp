@@ -182,12 +182,16 @@ Outcome MacProtectionRuntime::addOwnApplication(const OwnApplication &applicatio
     Outcome outcome;
     QString id;
     outcome.catalog = m_catalog.add(application, id);
-    if (!outcome.catalog.isKept())
-        return outcome;
+    if (outcome.catalog.isKept())
+        selectAdded(id, false, outcome);
+    return outcome;
+}
+
+void MacProtectionRuntime::selectAdded(const QString &id, bool alone, Outcome &outcome) {
     outcome.settings = updateSettings([&](PrivacyModeSettings &, bool) {
         // Where nothing is selected everything is protected, this one too. Selecting it alone would leave
         // all others unprotected.
-        if (!m_protectedDefinitionIDs.isEmpty())
+        if (alone || !m_protectedDefinitionIDs.isEmpty())
             m_protectedDefinitionIDs.insert(id);
     });
     Q_EMIT protectedDefinitionIDsChanged();
@@ -196,6 +200,27 @@ Outcome MacProtectionRuntime::addOwnApplication(const OwnApplication &applicatio
         outcome.log = recordSelection(nameOf(catalog(), id), true);
     }
     refreshInventoryPreview();
+}
+
+std::optional<RemovedApplication> MacProtectionRuntime::removedApplication(const QString &id) const {
+    const QList<RiskAppDefinition> own = m_catalog.own();
+    const auto found = std::find_if(own.cbegin(), own.cend(),
+                                    [&](const RiskAppDefinition &definition) { return definition.id == id; });
+    if (found == own.cend())
+        return std::nullopt;
+    using enum RemovedApplication::Selection;
+    RemovedApplication removed{*found, found - own.cbegin(), none};
+    if (m_protectedDefinitionIDs.isEmpty() || m_protectedDefinitionIDs.contains(id))
+        removed.selection = m_protectedDefinitionIDs.size() == 1 ? alone : amongOthers;
+    return removed;
+}
+
+Outcome MacProtectionRuntime::restoreOwnApplication(const RemovedApplication &removed) {
+    Outcome outcome;
+    outcome.catalog = m_catalog.restore(removed.definition, removed.place);
+    using enum RemovedApplication::Selection;
+    if (outcome.catalog.isKept() && removed.selection != none)
+        selectAdded(removed.definition.id, removed.selection == alone, outcome);
     return outcome;
 }
 

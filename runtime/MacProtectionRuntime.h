@@ -42,6 +42,15 @@ struct MacProtectionSurroundings {
     std::chrono::milliseconds scheduleInterval = std::chrono::minutes(1);
 };
 
+/// An application of the user's own as it was before it was removed.
+struct RemovedApplication {
+    engine::RiskAppDefinition definition;
+    /// Among the own ones.
+    qsizetype place = 0;
+    /// With nothing else selected it is `alone`; a selection that is empty protects everything.
+    enum class Selection { none, amongOthers, alone } selection = Selection::none;
+};
+
 /// The one object between the engine and whoever shows and steers it, a window or a command line. It owns the
 /// stores, the services, the relaunch monitor and the schedule timer, publishes the state that is shown, and
 /// records what the user and the schedules change. Nothing fails; who wants to know whether his change was
@@ -84,6 +93,8 @@ class MacProtectionRuntime : public QObject {
     /// As it is now, the user's own applications included.
     const engine::RiskAppCatalog &catalog() const { return m_catalog.catalog(); }
     bool isOwnApplication(const QString &id) const { return m_catalog.isOwn(id); }
+    /// Lists what runs now.
+    QList<engine::RunningMacApp> runningApps() const { return m_inventoryService->runningApps(); }
     engine::MacActivityLogStoring &logStore() const { return *m_logStore; }
 
     // Summaries, derived from the state at each call
@@ -116,6 +127,10 @@ class MacProtectionRuntime : public QObject {
     Outcome addOwnApplication(const engine::OwnApplication &application);
     /// Deselects those of the user's own applications that have these ids, and removes them from the catalog.
     Outcome removeOwnApplications(const QStringList &ids);
+    /// What has to be known to take a removal back; none for what is not the user's own.
+    std::optional<RemovedApplication> removedApplication(const QString &id) const;
+    /// Takes a removal back.
+    Outcome restoreOwnApplication(const RemovedApplication &removed);
     /// Selects the whole default catalog. The choice about own applications stays.
     Outcome applyRecommendedRiskApps();
     /// Stores the choice, replaces the monitor, records an event and runs a check, also when the value stays
@@ -195,6 +210,7 @@ class MacProtectionRuntime : public QObject {
     void refresh();
     void tellQuitRequests(const QList<engine::MacProtectionEvent> &events);
     foundation::StoreResult updateSettings(const engine::PrivacyModeSettingsStoring::Change &change);
+    void selectAdded(const QString &id, bool alone, Outcome &outcome);
     foundation::StoreResult recordSelection(const QString &name, bool enabled);
     void adoptCatalog();
     void followOtherProcesses();

@@ -136,9 +136,10 @@ int main(int argc, char **argv) {
     const auto defaults = makeUserDefaults();
     const auto loginItem = makeLoginItem(QCoreApplication::applicationFilePath());
     const auto permission = makeDesktopPermission();
+    const auto installed = makeInstalledApplications();
     using Start = KestrinApplication::Start;
     KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow, *loginItem,
-                               *permission);
+                               *permission, *installed);
 
     const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     closeToOthers(folder);

@@ -31,6 +31,8 @@ struct Scene {
     MacSection section = MacSection::Home;
     std::function<void(samples::WindowHome &)> prepare;
     QString stored;
+    /// What is done once it is shown.
+    std::function<void(samples::WindowHome &)> then = {};
 };
 
 void runUsualApplications(samples::WindowHome &home) {
@@ -95,6 +97,23 @@ QList<Scene> scenes() {
         auto &runtime = home.shown->protection.runtime;
         runtime.setProtectedDefinitions(runtime.sortedProtectedDefinitionIDs(), false);
     };
+    const auto withOwn = [afternoon](samples::WindowHome &home) {
+        home.installed.applications = {
+            {u"Audacity"_s, u"audacity"_s, u"audacity"_s},
+            {u"Foot"_s, u"foot"_s, u"foot"_s},
+            {u"KeePassXC"_s, u"org.keepassxc.KeePassXC"_s, u"keepassxc"_s},
+            {u"OBS Studio"_s, u"com.obsproject.obs-studio"_s, u"com.obsproject.Studio"_s},
+            {u"Signal"_s, u"org.signal.Signal"_s, {}}};
+        afternoon(home);
+        for (const QString &name : {u"Signal"_s, u"Discord"_s})
+            home.runtime().addOwnApplication({.name = name, .categories = {MacRiskCategory::videoCall}});
+    };
+    const auto addDialog = [](samples::WindowHome &home) {
+        QMetaObject::invokeMethod(&home.root(), "openDialog", Q_ARG(QQuickItem *, nullptr));
+    };
+    const auto removal = [](samples::WindowHome &home) {
+        home.shown->protection.state.property("ownApps").value<MacOwnApps *>()->remove(u"signal"_s);
+    };
     // The stored ones are every page in each of its states, every kind of row, both appearances.
     QList<Scene> all{
         {u"home"_s, MacSection::Home, afternoon, u"light"_s},
@@ -115,6 +134,8 @@ QList<Scene> scenes() {
         {u"home-blind"_s, MacSection::Home, blind, {}},
         {u"apps-blind"_s, MacSection::Apps, blind, {}},
         {u"apps-unselected"_s, MacSection::Apps, unselected, {}},
+        {u"apps-own"_s, MacSection::Apps, withOwn, {}, removal},
+        {u"add-app"_s, MacSection::Apps, withOwn, {}, addDialog},
     };
     for (const Scene &page : all.first(7))
         all.append({page.name + u"-eased"_s, page.section, eased, {}});
@@ -128,6 +149,8 @@ QImage draw(const Scene &scene, const QString &appearance, QSize size) {
     scene.prepare(home);
     home.window().resize(size);
     home.select(scene.section);
+    if (scene.then)
+        scene.then(home);
     // Two turns of layouts that wait for the next frame.
     QTest::qWait(50);
     return home.window().grabWindow();

@@ -9,6 +9,7 @@
 #include "design/KestrinAppearance.h"
 #include "design/KestrinTone.h"
 #include "foundation/Clock.h"
+#include "tests/support/Files.h"
 #include "tests/support/WindowHome.h"
 
 #include <QAbstractItemModelTester>
@@ -130,6 +131,9 @@ class WindowTest : public QObject {
     void quietLine();
     void appsAreCountedAndListed();
     void appsFollowTheFlag();
+    void addingAnApp();
+    void removingAnApp();
+    void hundredsOfApps();
     void activity();
     void access();
     void oddNames();
@@ -256,6 +260,116 @@ void WindowTest::appsFollowTheFlag() {
     desk.state().setPrivacyModeOn(false);
     QCOMPARE(desk.recorded(switchedOff), 2);
     QCOMPARE(desk.recorded(checkedOff), 1);
+}
+
+void WindowTest::addingAnApp() {
+    Desk desk(MacSection::Apps);
+    desk.installed.applications = {{u"Writer"_s, u"org.example.Writer"_s, {}},
+                                   {u"Paint \u202e2"_s, u"org.example.Paint"_s, {}}};
+    desk.run(u"Notes"_s);
+    desk.run(u"Zoom"_s);
+    const auto type = [&](int key) { QTest::keyClick(&desk.window(), static_cast<Qt::Key>(key)); };
+    const auto isOpen = [&] { return desk.says(u"What it can do"_s); };
+    // As far as keys go: there and back, and there again.
+    QQuickItem *const button = desk.one("KestrinSecondaryButton", u"Add an App…"_s);
+    button->forceActiveFocus();
+    type(Qt::Key_Space);
+    QVERIFY(isOpen());
+    type(Qt::Key_Escape);
+    QVERIFY(!isOpen() && button->hasActiveFocus());
+    type(Qt::Key_Return);
+    QVERIFY(isOpen());
+    // Nothing below can be reached meanwhile, and without a choice nothing is added.
+    QTest::keyClick(&desk.window(), Qt::Key_1, Qt::ControlModifier);
+    QCOMPARE(desk.section(), MacSection::Apps);
+    type(Qt::Key_Return);
+    desk.press("KestrinPrimaryButton", u"Add"_s);
+    QVERIFY(isOpen());
+    QCOMPARE(desk.values("MacCandidateRow"), (QStringList{u"Notes"_s, u"Writer"_s, u"Paint \\u202e2"_s}));
+    for (const char letter : QByteArray("EXAMPLE.p"))
+        QTest::keyClick(&desk.window(), letter);
+    desk.settle();
+    QCOMPARE(desk.values("MacCandidateRow"), QStringList{u"Paint \\u202e2"_s});
+    type(Qt::Key_Down);
+    for (const QString &choice : {u"Browser"_s, u"Camera"_s, u"Microphone"_s, u"Browser"_s, u"Quit"_s})
+        desk.press("MacChoice", choice);
+    desk.press("KestrinPrimaryButton", u"Add"_s);
+    QVERIFY(!isOpen() && button->hasActiveFocus());
+    QCOMPARE(desk.runtime().catalog().definitions.last(),
+             (RiskAppDefinition{u"paint-2"_s,
+                                u"Paint \u202e2"_s,
+                                {u"org.example.Paint"_s},
+                                {},
+                                {MacRiskCategory::camera, MacRiskCategory::microphone},
+                                RiskAppAction::quit}));
+    QVERIFY(desk.says(u"13 selected"_s) && desk.values("MacRiskDefinitionRow").last() == u"Paint \\u202e2"_s);
+    // What cannot be added stays open and says why.
+    type(Qt::Key_Space);
+    samples::write(desk.support() + u"/own-applications.json"_s, "{");
+    type(Qt::Key_Down);
+    type(Qt::Key_Return);
+    desk.settle();
+    const QStringList texts = desk.values("KestrinText", "text");
+    QVERIFY(isOpen() && texts.filter(u"own-applications.json does not read as it should"_s).size() == 1);
+}
+
+void WindowTest::removingAnApp() {
+    Desk desk(MacSection::Apps);
+    desk.window().resize(1180, 1700);
+    for (const QString &name : {u"Notes"_s, u"Writer"_s, u"Paint"_s})
+        QVERIFY(desk.runtime().addOwnApplication({.name = name}).isKept());
+    const auto rows = [&] { return desk.values("MacRiskDefinitionRow").mid(11); };
+    const QStringList all{u"Otter AI"_s, u"Notes"_s, u"Writer"_s, u"Paint"_s};
+    const QStringList without{u"Otter AI"_s, u"Notes"_s, u"Paint"_s};
+    const auto switchOf = [&](qsizetype row) { return desk.all("KestrinToggle").at(row); };
+    // A built-in one stays.
+    switchOf(11)->forceActiveFocus();
+    QTest::keyClick(&desk.window(), Qt::Key_Delete);
+    QCOMPARE(rows(), all);
+    switchOf(13)->forceActiveFocus();
+    QTest::keyClick(&desk.window(), Qt::Key_Delete);
+    QCOMPARE(rows(), without);
+    QVERIFY(desk.says(u"Writer was removed."_s) && desk.says(u"14 selected"_s));
+    desk.press("KestrinSecondaryButton", u"Undo"_s);
+    QCOMPARE(rows(), all);
+    QVERIFY(desk.says(u"15 selected"_s) && !desk.says(u"Writer was removed."_s));
+    const QStringList told{u"Writer added to Mac Privacy Mode."_s, u"Writer removed from Mac Privacy Mode."_s,
+                           u"Writer added to Mac Privacy Mode."_s};
+    QCOMPARE(desk.story().filter(u"Writer"_s), told);
+    // By the mouse, and not by a press beside it.
+    for (const bool isWanted : {false, true}) {
+        QQuickItem *const row = desk.one("MacRiskDefinitionRow", u"Writer"_s);
+        row->parentItem()->forceActiveFocus();
+        desk.settle();
+        QTest::mouseClick(&desk.window(), Qt::RightButton, {}, row->mapToScene({60, 20}).toPoint());
+        desk.settle();
+        if (isWanted)
+            desk.press("KestrinSecondaryButton", u"Remove"_s);
+        else
+            QTest::keyClick(&desk.window(), Qt::Key_Escape);
+        QCOMPARE(rows(), isWanted ? without : all);
+        QCOMPARE(desk.all("MacRowMenu").size(), 0);
+    }
+    // One that was protected by an empty selection, and one that was the only one selected.
+    desk.settings.save({true, {u"paint"_s}});
+    QTRY_VERIFY(desk.says(u"1 selected"_s));
+    desk.state().property("ownApps").value<MacOwnApps *>()->remove(u"paint"_s);
+    QCOMPARE(desk.settings.load().protectedDefinitionIDs, QSet<QString>());
+    desk.press("KestrinSecondaryButton", u"Undo"_s);
+    QCOMPARE(desk.settings.load().protectedDefinitionIDs, QSet<QString>{u"paint"_s});
+}
+
+void WindowTest::hundredsOfApps() {
+    Desk desk(MacSection::Home);
+    QList<RiskAppDefinition> own;
+    for (int i = 0; i < 1000; ++i)
+        own.append({u"own-%1"_s.arg(i), u"Own %1"_s.arg(i), {}, {}, {}, RiskAppAction::quit});
+    samples::write(desk.support() + u"/own-applications.json"_s, encodeJson(RiskAppCatalog{own}));
+    QTRY_COMPARE(desk.runtime().catalog().definitions.size(), 1012);
+    desk.show(MacSection::Apps);
+    // Nobody waits for those that are not in sight, and they come by themselves.
+    QVERIFY(desk.all("MacRiskDefinitionRow").size() < 100);
+    QTRY_COMPARE_WITH_TIMEOUT(desk.all("MacRiskDefinitionRow").size(), 1012, 30000);
 }
 
 void WindowTest::activity() {

@@ -23,6 +23,7 @@ struct WindowHome : Home {
         app::Protection protection;
         app::ProtectionWindow window{*engine, protection.state};
     };
+    runtime::InMemoryInstalledApplications installed;
     std::unique_ptr<Shown> shown;
 
     WindowHome() {
@@ -31,7 +32,7 @@ struct WindowHome : Home {
         defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {});
     }
 
-    void open() { shown.reset(new Shown{.protection = app::Protection(defaults, surroundings())}); }
+    void open() { shown.reset(new Shown{.protection = app::Protection(defaults, surroundings(), installed)}); }
 
     QQuickWindow &window() const { return shown->window.window(); }
     runtime::MacProtectionRuntime &runtime() const { return shown->protection.runtime; }

@@ -10,6 +10,8 @@ MacPage {
     title: "Apps"
     subtitle: "Choose Mac Protected Apps for Privacy Mode."
 
+    signal addWanted(from: Item)
+
     // Once the page has been drawn, so that nobody waits for it as long as the check takes.
     Connections {
         id: appearance
@@ -57,10 +59,40 @@ MacPage {
             Repeater {
                 model: root.protection.definitions
 
-                MacRiskDefinitionRow {
-                    id: row
+                // Whoever has added hundreds does not wait for those that are not in sight.
+                Loader {
+                    id: place
 
-                    onFlipped: on => root.protection.setProtectedDefinition(row.identifier, on) // qmllint disable unqualified
+                    required property int index
+                    required property string identifier
+                    required property string title
+                    required property string subtitle
+                    required property string icon
+                    required property int tone
+                    required property string status
+                    required property bool on
+                    required property bool own
+
+                    width: parent?.width ?? 0
+                    asynchronous: index >= 14
+                    // qmllint disable unqualified
+                    sourceComponent: MacRiskDefinitionRow {
+                        id: row
+
+                        index: place.index
+                        identifier: place.identifier
+                        title: place.title
+                        subtitle: place.subtitle
+                        icon: place.icon
+                        tone: place.tone
+                        status: place.status
+                        on: place.on
+                        own: place.own
+                        onFlipped: on => root.protection.setProtectedDefinition(identifier, on)
+                        onRemoved: root.protection.ownApps.remove(identifier)
+                        onMenuWanted: (x, y) => menu.open(row, x, y)
+                    }
+                    // qmllint enable unqualified
                 }
             }
         }
@@ -89,5 +121,38 @@ MacPage {
             systemImage: "shield.checkered"
             onClicked: root.protection.runLiveCheck()
         }
+    }
+
+    MacLine {
+        heading: false
+        text: root.protection.ownApps.removedName === "" ? "" : root.protection.ownApps.removedName + " was removed."
+        size: 13
+        weight: KestrinWeight.Semibold
+        color: KestrinColors.textSecondary
+        spacing: 12
+
+        KestrinSecondaryButton {
+            anchors.verticalCenter: parent.verticalCenter
+            width: 120
+            visible: root.protection.ownApps.removedName !== ""
+            title: "Undo"
+            onClicked: root.protection.ownApps.undoRemoval()
+        }
+
+        KestrinSecondaryButton {
+            id: addButton
+
+            anchors.verticalCenter: parent.verticalCenter
+            width: 190
+            title: "Add an App…"
+            onClicked: root.addWanted(addButton)
+        }
+    }
+
+    MacRowMenu {
+        id: menu
+
+        page: root
+        onRemoveWanted: identifier => root.protection.ownApps.remove(identifier)
     }
 }

@@ -30,10 +30,11 @@ QList<PageRow> rowsOf(const QList<Record> &records) {
 } // namespace
 
 MacProtectionState::MacProtectionState(MacProtectionRuntime &runtime, PrivacyModeFlag &privacyMode,
-                                       QObject *parent)
+                                       InstalledApplications &installed, QObject *parent)
     : QObject(parent)
     , m_runtime(runtime)
-    , m_privacyMode(privacyMode) {
+    , m_privacyMode(privacyMode)
+    , m_ownApps(new MacOwnApps(runtime, installed, this)) {
     m_sections->setRows(sectionRows());
     fillDevices();
     fillDefinitions();
@@ -105,8 +106,13 @@ void MacProtectionState::fillDevices() {
 
 void MacProtectionState::fillDefinitions() {
     QList<PageRow> rows;
-    for (const RiskAppDefinition &definition : m_runtime.catalog().definitions)
-        rows.append(rowOf(definition, m_runtime.protectedDefinitionIDs().contains(definition.id)));
+    const QList<RiskAppDefinition> &definitions = m_runtime.catalog().definitions;
+    const qsizetype builtIn = RiskAppCatalog::defaultDefinitions().size();
+    for (qsizetype number = 0; number < definitions.size(); ++number) {
+        const RiskAppDefinition &definition = definitions.at(number);
+        const bool isSelected = m_runtime.protectedDefinitionIDs().contains(definition.id);
+        rows.append(rowOf(definition, isSelected, number >= builtIn));
+    }
     m_definitions->setRows(rows);
 }
 

@@ -41,9 +41,11 @@ void bringToFront(QQuickWindow &window, const QString &activationToken) {
 
 } // namespace
 
-KestrinApplication::KestrinApplication(Start start, LoginItem &loginItem, DesktopPermission &permission)
+KestrinApplication::KestrinApplication(Start start, LoginItem &loginItem, DesktopPermission &permission,
+                                       InstalledApplications &installed)
     : m_start(start)
     , m_permission(permission)
+    , m_installed(installed)
     , m_commands(loginItem)
     , m_engine(makeEngine()) {
     // For desktops that do not know the desktop file.
@@ -58,7 +60,7 @@ KestrinApplication::~KestrinApplication() {
 }
 
 void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundings surroundings) {
-    m_protection.emplace(defaults, std::move(surroundings));
+    m_protection.emplace(defaults, std::move(surroundings), m_installed);
     connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
     // These name files.
     const auto showVisibly = [this](const QString &sentence) { showSentence(visibleText(sentence)); };

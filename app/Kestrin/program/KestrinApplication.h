@@ -27,8 +27,9 @@ class KestrinApplication : public QObject {
   public:
     enum class Start { withWindow, inBackground };
 
-    /// `loginItem` and `permission` outlive this object.
-    KestrinApplication(Start start, runtime::LoginItem &loginItem, runtime::DesktopPermission &permission);
+    /// All of these outlive this object.
+    KestrinApplication(Start start, runtime::LoginItem &loginItem, runtime::DesktopPermission &permission,
+                       runtime::InstalledApplications &installed);
     ~KestrinApplication() override;
 
     /// Starts to protect. The caller has the right to (MonitoringClaim); `defaults` outlives this object.
@@ -46,6 +47,7 @@ class KestrinApplication : public QObject {
 
     const Start m_start;
     runtime::DesktopPermission &m_permission;
+    runtime::InstalledApplications &m_installed;
     desktop::RunningInstance m_instance;
     QuitNotices m_quitNotices;
     std::optional<desktop::DesktopNotices> m_notices;

@@ -18,6 +18,22 @@ Item {
     width: parent?.width ?? 0
     height: parent?.height ?? 0
 
+    // Where the keyboard was when the dialog came.
+    property Item placeBeforeDialog: null
+
+    function openDialog(from: Item) {
+        placeBeforeDialog = from;
+        dialog.setSource("MacAddAppDialog.qml", {
+            "protection": root.protection
+        });
+    }
+
+    function closeDialog() {
+        dialog.source = "";
+        placeBeforeDialog?.forceActiveFocus();
+        placeBeforeDialog = null;
+    }
+
     function select(section: int) {
         // Before the page goes, and the keyboard's place with it.
         if (detail.activeFocus || sidebar.activeFocus)
@@ -39,6 +55,7 @@ Item {
         width: 210
         height: parent.height
         protection: root.protection
+        enabled: !dialog.item
         selectedSection: root.selectedSection
         onChosen: section => root.select(section)
     }
@@ -59,6 +76,7 @@ Item {
         width: parent.width - x
         height: parent.height
         clip: true
+        enabled: !dialog.item
 
         function show(section: int) {
             // Where nothing is selected, Home is shown.
@@ -100,11 +118,37 @@ Item {
             function onChosen(section: int) {
                 root.select(section);
             }
+
+            function onAddWanted(from: Item) {
+                root.openDialog(from);
+            }
+        }
+    }
+
+    // Over everything, as long as it is asked for.
+    Loader {
+        id: dialog
+
+        width: parent.width
+        height: parent.height
+        focus: item !== null
+        z: 1
+
+        Connections {
+            target: dialog.item
+            ignoreUnknownSignals: true
+
+            function onClosed() {
+                root.closeDialog();
+            }
         }
     }
 
     MacKeys {
         sections: root.protection.sections
-        onChosen: section => root.select(section)
+        onChosen: section => {
+            if (!dialog.item)
+                root.select(section);
+        }
     }
 }

@@ -1,5 +1,6 @@
 #include "app/Kestrin/program/ModuleObjects.h"
 
+#include "app/Kestrin/program/ApplicationIcons.h"
 #include "design/DesignSystem.h"
 
 #include <QCoreApplication>
@@ -28,6 +29,8 @@ std::unique_ptr<QQmlEngine> makeEngine() {
     initializeResources();
     qml_register_types_Kestrin();
     auto engine = std::make_unique<QQmlEngine>();
+    // The engine owns it.
+    engine->addImageProvider(u"application"_s, new ApplicationIcons);
     QObject::connect(engine.get(), &QQmlEngine::quit, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     return engine;
 }

@@ -75,6 +75,8 @@ std::unique_ptr<QQuickWindow> makeWindow() {
 ProtectionWindow::ProtectionWindow(QQmlEngine &engine, MacProtectionState &state) {
     // It finds its place on the desktop while it is filled.
     m_window = makeWindow();
+    // Long lists are filled between its frames.
+    engine.setIncubationController(m_window->incubationController());
     m_window->show();
     renewFrame(*m_window);
     QObject::connect(&KestrinColors::shared(), &KestrinColors::changed, m_window.get(),

@@ -11,8 +11,29 @@ MacRow {
     required tone
     required property string status
     required property bool on
+    // The user's own, which he may remove.
+    required property bool own
 
     signal flipped(on: bool)
+    signal removed
+    signal menuWanted(x: real, y: real)
+
+    Keys.onDeletePressed: event => {
+        event.accepted = own;
+        if (own)
+            removed();
+    }
+    Keys.onMenuPressed: event => {
+        event.accepted = own;
+        if (own)
+            menuWanted(width / 2, height / 2);
+    }
+
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        enabled: root.own
+        onTapped: point => root.menuWanted(point.position.x, point.position.y)
+    }
 
     divided: index > 0
     inset: 40
@@ -34,7 +55,7 @@ MacRow {
             onFlipped: on => root.flipped(on)
 
             Accessible.name: "Protect " + root.title
-            Accessible.description: root.subtitle + ", " + root.status
+            Accessible.description: root.subtitle + ", " + root.status + (root.own ? ", Delete removes it" : "")
         }
     ]
 }

@@ -91,14 +91,15 @@ PageRow rowOf(const ProtectionDevice &device) {
             .tone = static_cast<int>(toneFor(device.tone))};
 }
 
-PageRow rowOf(const RiskAppDefinition &definition, bool selected) {
+PageRow rowOf(const RiskAppDefinition &definition, bool selected, bool own) {
     return {.id = definition.id,
-            .title = definition.displayName,
+            .title = shownName(definition.displayName),
             .subtitle = labelsOf(definition.categories),
             .status = userLabel(definition.defaultAction),
             .icon = iconOf(definition.categories),
             .tone = static_cast<int>(lookOf(definition.defaultAction).tone),
-            .on = selected};
+            .on = selected,
+            .own = own};
 }
 
 PageRow rowOf(const RiskAppMatch &match) {

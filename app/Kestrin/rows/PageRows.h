@@ -17,6 +17,7 @@ struct PageRow {
     Q_PROPERTY(QString icon MEMBER icon CONSTANT)
     Q_PROPERTY(int tone MEMBER tone CONSTANT)
     Q_PROPERTY(bool on MEMBER on CONSTANT)
+    Q_PROPERTY(bool own MEMBER own CONSTANT)
 
   public:
     QString id = {};
@@ -29,6 +30,8 @@ struct PageRow {
     /// A KestrinTone.
     int tone = 0;
     bool on = false;
+    /// The user made it, and may remove it.
+    bool own = false;
 
     bool operator==(const PageRow &) const = default;
 };
@@ -36,7 +39,7 @@ struct PageRow {
 /// A device, with how it is protected.
 PageRow rowOf(const shared::ProtectionDevice &device);
 /// A definition of the catalog, on if it is selected, with what is done with such an application.
-PageRow rowOf(const engine::RiskAppDefinition &definition, bool selected);
+PageRow rowOf(const engine::RiskAppDefinition &definition, bool selected, bool own);
 /// A protected application that is running, by its own name, with what is done with it.
 PageRow rowOf(const engine::RiskAppMatch &match);
 /// A schedule preset, with its times.
