@@ -113,6 +113,8 @@ QList<Scene> scenes() {
     };
     const auto removal = [](samples::WindowHome &home) {
         home.shown->protection.state.property("ownApps").value<MacOwnApps *>()->remove(u"signal"_s);
+        QTest::qWait(50);
+        QTest::keyClick(&home.window(), Qt::Key_End, Qt::ControlModifier);
     };
     // The stored ones are every page in each of its states, every kind of row, both appearances.
     QList<Scene> all{

@@ -29,7 +29,7 @@ PAGES = [
     ("Home", "You are protected", ["Privacy Mode", "Run Mac Check", "Manage devices"]),
     ("Devices", "Devices", ["Open Install & Connect", "Review Access"]),
     ("Apps", "Apps", ["Run Live Check", *("Protect " + name for name in DEFINITIONS), "Apply Recommended",
-                      "Run Preview"]),
+                      "Run Preview", "Add an App…"]),
     ("Schedule", "Schedule", ["Sleep Mode", "Away Mode", "Focus Mode", "Travel Mode", "Manual Mode"]),
     ("Activity", "Activity", []),
     ("Access", "Access", ["Selected Mac apps, 12 apps", "Schedules, 3 enabled", "Activity log, Saved locally",
@@ -283,6 +283,32 @@ class WindowTest(unittest.TestCase):
         for phrase in ("Running apps, 2", "Protected app matches, 1", "Actions previewed, 1",
                        "Zoom, Video call / Microphone / Camera, Keep closed"):
             kestrin.says(phrase)
+
+    def test_own_app(self):
+        app = self.open_app("Own Notes", "org.example.Notes")
+        kestrinctl("enforce", "on")
+        kestrin = self.launch()
+        kestrin.show("Apps")
+        kestrin.one("push button", "Add an App…").act("Press")
+        wait("The search has not the keyboard.", lambda: "focused" in kestrin.one("text", "Search applications").states)
+        output("xdotool", "type", "own n")
+        press("Down")
+        wait("It is not chosen.", lambda: "selected" in kestrin.one("list item", "Own Notes").states)
+        kestrin.toggle("Video call")
+        kestrin.click("push button", "Add")
+        kestrin.becomes("Protect Own Notes", True)
+        self.assertTrue(app.process.poll() is None)
+        kestrin.one("push button", "Apply Now").act("Press")
+        self.closes(app)
+        self.closes(self.open_app("Own Notes", "org.example.Notes"))
+        # Without a mouse.
+        kestrin.one("check box", "Protect Own Notes").act("SetFocus")
+        press("Delete")
+        kestrin.says("Own Notes was removed.")
+        self.assertNotIn("Protect Own Notes", kestrin.controls())
+        self.assertNotIn("own-notes", kestrinctl("catalog"))
+        kestrin.one("push button", "Undo").act("Press")
+        kestrin.becomes("Protect Own Notes", True)
 
     def test_keyboard(self):
         kestrin = self.launch()

@@ -24,6 +24,7 @@ Item {
         anchors.right: trailing.left
         anchors.rightMargin: root.spacing
         anchors.verticalCenter: parent.verticalCenter
+        visible: text !== ""
         size: 17
         weight: KestrinWeight.Bold
         heading: true

@@ -36,16 +36,16 @@ Item {
     Image {
         id: picture
 
-        readonly property bool isThere: status === Image.Ready && sourceSize.width > 1 && implicitWidth > 1
+        readonly property bool isThere: status === Image.Ready && implicitWidth > 1
 
         x: 10
         anchors.verticalCenter: parent.verticalCenter
         width: 28
         height: 28
         visible: isThere
-        asynchronous: false
         fillMode: Image.PreserveAspectFit
-        sourceSize: Qt.size(width * Screen.devicePixelRatio, height * Screen.devicePixelRatio)
+        sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
+        sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)
         source: root.icon === "" ? "" : "image://application/" + root.icon
     }
 
