@@ -32,7 +32,9 @@ struct WindowHome : Home {
         defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {});
     }
 
-    void open() { shown.reset(new Shown{.protection = app::Protection(defaults, surroundings(), installed)}); }
+    void open() {
+        shown.reset(new Shown{.protection = app::Protection(defaults, surroundings(), installed)});
+    }
 
     QQuickWindow &window() const { return shown->window.window(); }
     runtime::MacProtectionRuntime &runtime() const { return shown->protection.runtime; }
