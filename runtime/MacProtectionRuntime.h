@@ -157,6 +157,8 @@ class MacProtectionRuntime : public QObject {
     std::optional<bool> scheduledPrivacyModeState(const QDateTime &date) const;
     /// Brings Privacy Mode to what the presets want, if that differs from the saved flag.
     Outcome evaluateSchedules(const QDateTime &date);
+    /// Disables the presets because of which Privacy Mode is now wanted to be another than this.
+    Outcome disableModesAgainst(bool privacyModeOn);
     /// Evaluates now, every minute, and when the local time has jumped. Does nothing at all while the timer
     /// runs.
     void startScheduleTimer();
@@ -191,6 +193,9 @@ class MacProtectionRuntime : public QObject {
     void enforceActionsChanged();
     /// An application was asked to quit, by a check or because it was started; already recorded.
     void quitRequested(const kestrin::engine::MacProtectionEvent &event);
+    /// The time of day has switched Privacy Mode, and not somebody who switched a preset; the words of the
+    /// log.
+    void scheduleSwitched(bool privacyModeOn, const QString &message);
     /// A value derived from several others may be another one: monitorLabel, devices.
     void summariesChanged();
 
@@ -216,6 +221,7 @@ class MacProtectionRuntime : public QObject {
     void followOtherProcesses();
     void adoptStoredSelection();
     void adoptStoredModes();
+    void followSchedules();
     void postScheduleTick();
     void adoptStoredDefault(const QString &key);
 

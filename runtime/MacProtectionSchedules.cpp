@@ -71,9 +71,13 @@ int minuteOfDay(const QDateTime &date) {
     return time.isValid() ? time.hour() * 60 + time.minute() : 0;
 }
 
-/// Presets that only people switch; they have no opinion of their own.
-bool isManual(const ModePreset &mode) {
-    return mode.id == u"manual" || mode.id == u"travel";
+/// Presets that only people switch have no opinion of their own.
+bool takesPart(const ModePreset &mode) {
+    return mode.enabled && mode.id != u"manual" && mode.id != u"travel";
+}
+
+QString switchMessage(bool on) {
+    return on ? u"Schedule turned Privacy Mode on."_s : u"Schedule turned Privacy Mode off."_s;
 }
 
 bool isActive(const ModePreset &mode, int minute) {
@@ -131,7 +135,6 @@ void MacProtectionRuntime::adoptStoredModes() {
 }
 
 std::optional<bool> MacProtectionRuntime::scheduledPrivacyModeState(const QDateTime &date) const {
-    const auto takesPart = [](const ModePreset &mode) { return mode.enabled && !isManual(mode); };
     if (std::none_of(m_modes.cbegin(), m_modes.cend(), takesPart))
         return std::nullopt;
     const int minute = minuteOfDay(date);
@@ -150,11 +153,30 @@ Outcome MacProtectionRuntime::evaluateSchedules(const QDateTime &date) {
         return outcome;
     outcome.log =
         recordEvent(*wanted ? MacProtectionEventKind::privacyModeOn : MacProtectionEventKind::privacyModeOff,
-                    *wanted ? u"Schedule turned Privacy Mode on."_s : u"Schedule turned Privacy Mode off."_s);
+                    switchMessage(*wanted));
     outcome &= m_privacyModeSetter ? m_privacyModeSetter(*wanted) : updatePrivacyMode(*wanted, true);
     if (outcome.settings.isKept())
         outcome.switchedBySchedules = wanted;
     return outcome;
+}
+
+Outcome MacProtectionRuntime::disableModesAgainst(bool privacyModeOn) {
+    const QDateTime now = m_clock();
+    if (scheduledPrivacyModeState(now).value_or(privacyModeOn) == privacyModeOn)
+        return {};
+    // It is off because none of them is active.
+    QStringList ids;
+    for (const ModePreset &mode : std::as_const(m_modes)) {
+        if (takesPart(mode) && (privacyModeOn || isActive(mode, minuteOfDay(now))))
+            ids.append(mode.id);
+    }
+    return setModes(ids, false);
+}
+
+void MacProtectionRuntime::followSchedules() {
+    const Outcome outcome = evaluateSchedules(m_clock());
+    if (outcome.switchedBySchedules)
+        Q_EMIT scheduleSwitched(*outcome.switchedBySchedules, switchMessage(*outcome.switchedBySchedules));
 }
 
 void MacProtectionRuntime::startScheduleTimer() {
@@ -170,7 +192,7 @@ void MacProtectionRuntime::startScheduleTimer() {
         m_timeWatch = m_watchTime();
         connect(m_timeWatch.get(), &TimeChangeWatch::changed, this, &MacProtectionRuntime::postScheduleTick);
     }
-    evaluateSchedules(m_clock());
+    followSchedules();
 }
 
 void MacProtectionRuntime::postScheduleTick() {
@@ -180,7 +202,7 @@ void MacProtectionRuntime::postScheduleTick() {
         [this] {
             m_catalog.reload();
             adoptStoredSelection();
-            evaluateSchedules(m_clock());
+            followSchedules();
             refreshSight();
         },
         Qt::QueuedConnection);

@@ -15,6 +15,7 @@ namespace {
 
 const QString service = u"org.freedesktop.Notifications"_s;
 const QString path = u"/org/freedesktop/Notifications"_s;
+const QString acceptance = u"accept"_s;
 
 /// Without an action of ours GNOME Shell brings the application of a clicked notice to the front itself. With
 /// one, older versions tell of the click without a token, and then a window that is behind others stays
@@ -35,41 +36,53 @@ DesktopNotices::DesktopNotices(QObject *parent) : QObject(parent) {
     bus->connect({}, path, service, u"NotificationClosed"_s, this, SLOT(forget(uint)));
 }
 
-bool DesktopNotices::show(const QString &text) {
+bool DesktopNotices::show(const QString &text, const Offer &offer) {
     if (!desktopBus())
         return false;
     const QDBusMessage call =
         QDBusMessage::createMethodCall(service, path, service, u"GetServerInformation"_s);
-    callDesktop(this, call, [this, text](const QDBusPendingReply<QString, QString, QString, QString> &reply) {
-        const bool opens = !reply.isError() && opensTheWindow(reply.argumentAt<0>(), reply.argumentAt<2>());
-        notify(text, opens ? QStringList() : QStringList{u"default"_s, u"Open Kestrin"_s});
-    });
+    callDesktop(this, call,
+                [this, text, offer](const QDBusPendingReply<QString, QString, QString, QString> &reply) {
+                    const bool opens =
+                        !reply.isError() && opensTheWindow(reply.argumentAt<0>(), reply.argumentAt<2>());
+                    notify(text, offer, opens ? QStringList() : QStringList{u"default"_s, u"Open Kestrin"_s});
+                });
     return true;
 }
 
-void DesktopNotices::notify(const QString &text, const QStringList &actions) {
+void DesktopNotices::notify(const QString &text, const Offer &offer, QStringList actions) {
+    const bool offers = !offer.title.isEmpty();
+    if (offers)
+        actions += {acceptance, offer.title};
     const QString icon = QStringLiteral(KESTRIN_DESKTOP_ID);
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, service, u"Notify"_s);
     call.setArguments({u"Kestrin"_s, 0U, icon, text, QString(), actions,
-                       QVariantMap{{u"desktop-entry"_s, icon}, {u"transient"_s, true}}, -1});
-    callDesktop(this, call, [this](const QDBusPendingReply<uint> &reply) {
+                       QVariantMap{{u"desktop-entry"_s, icon}, {u"transient"_s, !offers}}, -1});
+    callDesktop(this, call, [this, offer](const QDBusPendingReply<uint> &reply) {
         if (!reply.isError())
-            m_ids.append(reply.value());
+            m_shown.insert(reply.value(), offer);
     });
 }
 
 void DesktopNotices::takeToken(uint id, const QString &token) {
-    if (m_ids.contains(id))
+    if (m_shown.contains(id))
         m_token = token;
 }
 
-void DesktopNotices::takeAction(uint id, const QString &) {
-    if (m_ids.contains(id))
-        Q_EMIT clicked(std::exchange(m_token, {}));
+void DesktopNotices::takeAction(uint id, const QString &action) {
+    if (!m_shown.contains(id))
+        return;
+    const QString token = std::exchange(m_token, {});
+    // Once: what was accepted is done.
+    const Offer offer = std::exchange(m_shown[id], {});
+    if (action != acceptance)
+        Q_EMIT clicked(token);
+    else if (offer.accept)
+        offer.accept();
 }
 
 void DesktopNotices::forget(uint id) {
-    m_ids.removeOne(id);
+    m_shown.remove(id);
 }
 
 } // namespace kestrin::desktop

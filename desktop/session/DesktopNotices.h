@@ -1,19 +1,28 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
+
+#include <functional>
 
 namespace kestrin::desktop {
 
-/// Short notices that the desktop shows over other windows and does not keep (org.freedesktop.Notifications).
-/// Where nobody shows them nothing happens. Main thread.
+/// Short notices that the desktop shows over other windows (org.freedesktop.Notifications). It keeps those
+/// that offer something, and no others. Where nobody shows them nothing happens. Main thread.
 class DesktopNotices : public QObject {
     Q_OBJECT
 
   public:
     explicit DesktopNotices(QObject *parent = nullptr);
 
-    /// Returns at once; false where the platform has no such notices.
-    bool show(const QString &text);
+    /// A button of a notice: its title, and what happens when somebody chooses it.
+    struct Offer {
+        QString title;
+        std::function<void()> accept;
+    };
+
+    /// Returns at once; false where the platform has no such notices. Not every desktop shows the offer.
+    bool show(const QString &text, const Offer &offer = {});
 
   Q_SIGNALS:
     /// One of ours was clicked; with the token for bringing a window to the front, which may be empty.
@@ -25,9 +34,10 @@ class DesktopNotices : public QObject {
     void forget(uint id);
 
   private:
-    void notify(const QString &text, const QStringList &actions);
+    void notify(const QString &text, const Offer &offer, QStringList actions);
 
-    QList<uint> m_ids;
+    /// What each of ours offers, by the number that the desktop gave it.
+    QHash<uint, Offer> m_shown;
     QString m_token;
 };
 

@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include <ctime>
+#include <tuple>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +31,7 @@ class SchedulesTest : public QObject {
     void everyMinute();
     void localWallClock();
     void ticksAndTimeJumps();
+    void keptAgainstTheSchedules();
 
   private:
     /// To another time zone, or home.
@@ -119,6 +121,26 @@ void SchedulesTest::ticksAndTimeJumps() {
     runtime.start(false, setter);
     home.now.setTime(QTime(8, 0));
     QTRY_COMPARE(asked, (QList<bool>{false, true}));
+}
+
+void SchedulesTest::keptAgainstTheSchedules() {
+    // Which presets are enabled, the hour, what is to be kept, and which are enabled then.
+    const std::tuple<QString, int, bool, QString> cases[] = {
+        {u"sleep away manual"_s, 12, false, u"sleep manual"_s},
+        {u"sleep away manual"_s, 20, true, u"manual"_s},
+        {u"sleep away"_s, 12, true, u"sleep away"_s},
+        {u"sleep away"_s, 20, false, u"sleep away"_s},
+        {u"travel manual"_s, 12, false, u"travel manual"_s},
+    };
+    for (const auto &[enabled, hour, kept, after] : cases) {
+        samples::MemoryHome home;
+        home.defaults.setStringArray(modesKey, enabled.split(u' '));
+        home.now.setTime(QTime(hour, 0));
+        MacProtectionRuntime runtime(home.defaults, home.surroundings());
+        runtime.disableModesAgainst(kept);
+        QCOMPARE(home.defaults.stringArray(modesKey)->join(u' '), after);
+        QCOMPARE(runtime.scheduledPrivacyModeState(home.now).value_or(kept), kept);
+    }
 }
 
 QTEST_GUILESS_MAIN(SchedulesTest)

@@ -7,6 +7,7 @@ import os
 import pathlib
 import subprocess
 import threading
+import time
 import unittest
 
 from gi.repository import Gio, GLib
@@ -112,8 +113,11 @@ class Notices(Service):
         self.shown.append(arguments.unpack())
         invocation.return_value(GLib.Variant("(u)", (len(self.shown),)))
 
-    def click(self, number):
-        self.bus.emit_signal(None, self.path, NOTICES, "ActionInvoked", GLib.Variant("(us)", (number, "default")))
+    def click(self, number, title=None):
+        """The notice itself, or one of its buttons."""
+        actions = self.shown[number - 1][5]
+        action = actions[actions.index(title) - 1] if title else "default"
+        self.bus.emit_signal(None, self.path, NOTICES, "ActionInvoked", GLib.Variant("(us)", (number, action)))
 
 
 class Kestrin:
@@ -190,6 +194,30 @@ class BackgroundTest(unittest.TestCase):
              lambda: kestrinctl("autostart") == "Kestrin starts at login.\n" and tray.menu()["Start at Login"][1])
         tray.choose("Quit Kestrin")
         self.assertEqual(kestrin.process.wait(LIMIT), 0)
+
+    def move_to(self, hour):
+        """Lets it be this hour where the programs run that are started from now on."""
+        ahead = (hour * 60 - int(time.time() // 60)) % 1440
+        ahead -= 1440 if ahead > 720 else 0
+        os.environ["TZ"] = f"XXX{'-' if ahead >= 0 else '+'}{abs(ahead) // 60}:{abs(ahead) % 60:02}"
+
+    def test_a_schedule_that_switches_says_so(self):
+        self.addCleanup(lambda: (kestrinctl("schedule", "disable", "away"), os.environ.pop("TZ")))
+        for number, (hour, before, switched, offer, after) in enumerate([
+                (12, "off", "Schedule turned Privacy Mode on.", "Keep it off", "off"),
+                (20, "on", "Schedule turned Privacy Mode off.", "Keep it on", "on")]):
+            self.move_to(hour)
+            kestrinctl("schedule", "enable", "away")
+            kestrinctl(before)
+            kestrin = Kestrin("--background")
+            notice = wait("There is no notice.", lambda n=number: self.notices.shown[n:])[0]
+            self.assertEqual((notice[3], notice[5][2:], notice[6]["transient"]), (switched, ["accept", offer], False))
+            self.notices.click(number + 1, offer)
+            wait("It is not kept.", lambda: f"Privacy Mode is {after} " in kestrinctl("log", "--limit", "1"))
+            self.assertIn("Away Mode disabled.", kestrinctl("log", "--limit", "2"))
+            self.assertEqual(kestrinctl("schedule").splitlines()[-1], "* enabled; now the schedules want nothing.")
+            kestrin.end()
+        self.assertEqual(len(self.notices.shown), 2)
 
     def test_closed_window_leaves_a_way_back(self):
         kestrin = self.start("--background")

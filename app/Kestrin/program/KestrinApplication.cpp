@@ -62,6 +62,8 @@ KestrinApplication::~KestrinApplication() {
 void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundings surroundings) {
     m_protection.emplace(defaults, std::move(surroundings), m_installed);
     connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
+    connect(&m_protection->runtime, &MacProtectionRuntime::scheduleSwitched, this,
+            &KestrinApplication::tellSwitch);
     // These name files.
     const auto showVisibly = [this](const QString &sentence) { showSentence(visibleText(sentence)); };
     connect(&m_protection->runtime, &MacProtectionRuntime::fileSetAside, this, showVisibly);
@@ -80,7 +82,7 @@ void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundin
 void KestrinApplication::joinDesktop() {
     connect(&m_instance, &RunningInstance::activated, this, &KestrinApplication::openWindow);
     const bool isReachable = m_instance.claim();
-    connect(&m_notices.emplace(), &DesktopNotices::clicked, this, &KestrinApplication::openWindow);
+    notices();
     connect(&m_trayHost.emplace(), &TrayHost::changed, this, &KestrinApplication::followTray);
     // Without a bus there is neither a tray nor a second start that would bring the window.
     if (m_start == Start::inBackground && !isReachable)
@@ -120,6 +122,13 @@ void KestrinApplication::tell(const MacProtectionEvent &event) {
     showSentence(shownMessage(event));
 }
 
+void KestrinApplication::tellSwitch(bool privacyModeOn, const QString &message) {
+    showSentence(message, {privacyModeOn ? u"Keep it off"_s : u"Keep it on"_s, [this, kept = !privacyModeOn] {
+                               m_protection->runtime.disableModesAgainst(kept);
+                               m_protection->privacyMode.setOn(kept);
+                           }});
+}
+
 void KestrinApplication::helpSight() {
     if (m_protection->runtime.sight().help == Sight::Help::read) {
         showNotice(howToSee);
@@ -135,10 +144,14 @@ void KestrinApplication::showNotice(const QString &text) {
     m_notice = makeObject(*m_engine, u"MacNotice.qml"_s, {{u"text"_s, text}});
 }
 
-void KestrinApplication::showSentence(const QString &sentence) {
+DesktopNotices &KestrinApplication::notices() {
     if (!m_notices)
-        m_notices.emplace();
-    if (!m_notices->show(sentence) && m_tray)
+        connect(&m_notices.emplace(), &DesktopNotices::clicked, this, &KestrinApplication::openWindow);
+    return *m_notices;
+}
+
+void KestrinApplication::showSentence(const QString &sentence, const DesktopNotices::Offer &offer) {
+    if (!notices().show(sentence, offer) && m_tray)
         QMetaObject::invokeMethod(m_tray.get(), "showMessage", Q_ARG(QString, u"Kestrin"_s),
                                   Q_ARG(QString, sentence));
 }

@@ -41,7 +41,9 @@ class KestrinApplication : public QObject {
     void takeWindowClosed();
     void followTray();
     void tell(const engine::MacProtectionEvent &event);
-    void showSentence(const QString &sentence);
+    void tellSwitch(bool privacyModeOn, const QString &message);
+    desktop::DesktopNotices &notices();
+    void showSentence(const QString &sentence, const desktop::DesktopNotices::Offer &offer = {});
     void helpSight();
     void showNotice(const QString &text);
 
