@@ -105,7 +105,7 @@ void PrivacyModeTest::matcher() {
                               u"\U00010400"_s, u"\U00010428"_s, u" "_s, u"\n"_s};
     const auto word = [&] {
         QString text;
-        for (quint32 left = random.bounded(3); left > 0; --left)
+        for (quint32 left = random.bounded(3U); left > 0; --left)
             text += letters.at(random.bounded(letters.size()));
         return text;
     };
