@@ -92,6 +92,8 @@ class MacProtectionRuntime : public QObject {
     bool enforceActions() const { return m_enforceActions; }
     /// As it is now, the user's own applications included.
     const engine::RiskAppCatalog &catalog() const { return m_catalog.catalog(); }
+    /// Why those cannot be read now, as a sentence; empty when they can be.
+    QString ownApplicationsProblem() { return m_catalog.problem(); }
     bool isOwnApplication(const QString &id) const { return m_catalog.isOwn(id); }
     /// Lists what runs now.
     QList<engine::RunningMacApp> runningApps() const { return m_inventoryService->runningApps(); }

@@ -42,7 +42,7 @@ FocusScope {
     Keys.onEscapePressed: closed()
 
     Component.onCompleted: {
-        apps.look();
+        problem = apps.look();
         search.forceActiveFocus();
     }
 
@@ -141,7 +141,6 @@ FocusScope {
                 function choose(row: int) {
                     currentIndex = row;
                     root.candidate = currentItem?.identifier ?? "";
-                    root.problem = "";
                 }
 
                 onActiveFocusChanged: {

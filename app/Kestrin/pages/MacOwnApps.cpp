@@ -56,10 +56,11 @@ QStringList MacOwnApps::actionLabels() {
     return allLabels<RiskAppAction>();
 }
 
-void MacOwnApps::look() {
+QString MacOwnApps::look() {
     m_candidates = addableApplications(m_runtime.catalog(), m_runtime.runningApps(), m_installed.list());
     setSearch({});
     fill();
+    return visibleText(m_runtime.ownApplicationsProblem());
 }
 
 void MacOwnApps::setSearch(const QString &search) {

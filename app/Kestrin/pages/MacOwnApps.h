@@ -37,8 +37,9 @@ class MacOwnApps : public QObject {
     static QStringList actionLabels();
     QString removedName() const;
 
-    /// Lists anew what could be added, and searches for nothing.
-    Q_INVOKABLE void look();
+    /// Lists anew what could be added, and searches for nothing. Returns why nothing can be added now, as a
+    /// sentence; empty when it can be.
+    Q_INVOKABLE QString look();
     /// Adds one of the candidates, and protects it. Returns why that cannot be, as a sentence; empty when it
     /// is done.
     Q_INVOKABLE QString add(const QString &candidate, const QVariantList &categories, int action);
