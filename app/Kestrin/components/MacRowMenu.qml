@@ -1,4 +1,5 @@
 import QtQuick
+import Kestrin
 import KestrinDesignSystem
 
 // What can be done with a row of the user's own: one button where the row was pressed. Any other press closes it.
@@ -8,11 +9,11 @@ Item {
     // Over all of which it lies, whatever it stands in.
     required property Item page
 
-    property Item row: null
+    property MacRiskDefinitionRow row: null
 
     signal removeWanted(identifier: string)
 
-    function open(at: Item, x: real, y: real) {
+    function open(at: MacRiskDefinitionRow, x: real, y: real) {
         const place = at.mapToItem(page, x, y);
         button.x = Math.min(place.x, page.width - button.width - 8);
         button.y = Math.min(place.y, page.height - button.height - 8);

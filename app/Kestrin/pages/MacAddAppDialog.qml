@@ -140,7 +140,7 @@ FocusScope {
 
                 function choose(row: int) {
                     currentIndex = row;
-                    root.candidate = currentItem?.identifier ?? "";
+                    root.candidate = (currentItem as MacCandidateRow)?.identifier ?? "";
                 }
 
                 onActiveFocusChanged: {
