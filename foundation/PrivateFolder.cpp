@@ -97,7 +97,7 @@ void closeToOthers(const QString &folder) {
         return;
     const int descriptor = ::dirfd(opened.get());
     struct stat status {};
-    if (::fstat(descriptor, &status) != 0 || status.st_uid != ::geteuid())
+    if (descriptor < 0 || ::fstat(descriptor, &status) != 0 || status.st_uid != ::geteuid())
         return;
     if (isOpenToOthers(status))
         ::fchmod(descriptor, closedMode(status));

@@ -37,8 +37,8 @@ class QuitProtocol {
     }
     template <typename... Arguments>
     void offer(const BusMethod &method, const char *types = "", Arguments... arguments) {
-        m_commands.append([=, this](SessionBus::Answer answer) {
-            return m_bus.call(method, std::move(answer), types, arguments...);
+        m_commands.append([=, this](const SessionBus::Answer &answer) {
+            return m_bus.call(method, answer, types, arguments...);
         });
     }
 

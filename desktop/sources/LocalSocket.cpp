@@ -19,6 +19,8 @@ bool LocalSocket::connect(const QByteArray &path) {
         return false;
     std::copy(path.cbegin(), path.cend(), static_cast<char *>(address.sun_path));
     m_descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    if (m_descriptor < 0)
+        return false;
     if (::connect(m_descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
         close();
     return isConnected();
