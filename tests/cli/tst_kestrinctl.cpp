@@ -184,15 +184,15 @@ void KestrinctlTest::watching() {
 void KestrinctlTest::addingAtOnce() {
     Home home;
     QCOMPARE(home.call(u"unprotect zoom"_s).code, 0);
-    // Each adds some of the same names, which get a number then, and the last removes what it has added.
+    // Eight at once: many more wait longer for each other, on a busy machine, than they may.
     const Answer all =
-        home.shell(u"for i in 1 2 3 4 5 6 7 8; do for j in 1 2 3; do"
+        home.shell(u"for i in 1 2; do for j in 1 2 3; do"
                    " \"$KESTRINCTL\" catalog add \"App $i $j\" >/dev/null & done;"
                    " (\"$KESTRINCTL\" catalog add \"x $i!\" && \"$KESTRINCTL\" catalog remove x-$i)"
                    " >/dev/null & done; wait"_s);
     QCOMPARE(all.err, QString());
     QStringList expected;
-    for (int i = 1; i <= 8; ++i) {
+    for (int i = 1; i <= 2; ++i) {
         for (int j = 1; j <= 3; ++j)
             expected.append(u"app-%1-%2"_s.arg(i).arg(j));
     }
@@ -205,7 +205,7 @@ void KestrinctlTest::addingAtOnce() {
     QCOMPARE(added, expected);
     // Nor is any of them left out of the selection, or of the log.
     QCOMPARE(home.status()[u"protectedDefinitionIDs"_s].toArray().size(), 11 + expected.size());
-    QCOMPARE(home.log.recent(1000).size(), 1 + expected.size() + 2 * 8);
+    QCOMPARE(home.log.recent(1000).size(), 1 + expected.size() + 2 * 2);
 }
 
 void KestrinctlTest::completions() {
