@@ -27,9 +27,15 @@ wl_proxy *proxyOf(org_kde_plasma_window *window) {
 } // namespace
 
 wl_proxy *PlasmaWindows::bindManager(WaylandConnection &connection, const Deadline &deadline) {
-    // The lowest one tells when it has told everything about a window. Those beyond the highest tell the
-    // order of all windows in one message, and KWin hangs up on us where that is too long: from some hundred
-    // windows on.
+    // Plasma 6 offers this one. In those before it that tell of windows by number KWin 6 follows each window
+    // with one that is gone already.
+    constexpr quint32 ofPlasma6 = 17;
+    if (wl_proxy *const manager =
+            connection.bind(org_kde_plasma_window_management_interface, ofPlasma6, ofPlasma6, deadline))
+        return manager;
+    // The lowest one tells when it has told everything about a window. Those between the highest and Plasma 6
+    // tell the order of all windows in one message, and KWin hangs up on us where that is too long: from some
+    // hundred windows on.
     constexpr quint32 lowest = 4;
     constexpr quint32 highest = 10;
     return connection.bind(org_kde_plasma_window_management_interface, lowest, highest, deadline);
@@ -38,7 +44,11 @@ wl_proxy *PlasmaWindows::bindManager(WaylandConnection &connection, const Deadli
 void PlasmaWindows::takeManagerEvent(wl_proxy *manager, std::string_view event,
                                      const wl_argument *arguments) {
     org_kde_plasma_window_management *const management = managementOf(manager);
-    if (event == "window") {
+    if (event == "window_with_uuid" && arguments[1].s) {
+        const char *const uuid = arguments[1].s;
+        if (canFollow(uuid))
+            follow(proxyOf(org_kde_plasma_window_management_get_window_by_uuid(management, uuid)), uuid);
+    } else if (event == "window") {
         const QByteArray number = QByteArray::number(arguments[0].u);
         if (canFollow(number))
             follow(proxyOf(org_kde_plasma_window_management_get_window(management, arguments[0].u)), number);
@@ -52,6 +62,8 @@ WindowNews PlasmaWindows::read(std::string_view event, const wl_argument *argume
         return WindowNews::gone;
     if (event == "app_id_changed") {
         window.claims.className = waylandText(arguments[0]);
+    } else if (event == "resource_name_changed") {
+        window.claims.instanceName = waylandText(arguments[0]);
     } else if (event == "pid_changed") {
         constexpr quint32 highest = std::numeric_limits<qint32>::max();
         window.process = arguments[0].u <= highest ? static_cast<qint32>(arguments[0].u) : 0;

@@ -96,6 +96,7 @@ void WaylandTest::events() {
         {plasma, "app_id_changed", text(nullptr), WindowNews::fact, window(0, {}, {}, true)},
         {plasma, "app_id_changed", text(longId.constData()), WindowNews::fact,
          window(0, QString(1024, u'a'), {}, true)},
+        {plasma, "resource_name_changed", text("xterm"), WindowNews::fact, window(0, {}, u"xterm"_s, true)},
         {plasma, "pid_changed", number(12), WindowNews::fact, window(12, {}, {}, true)},
         {plasma, "pid_changed", number(0xFFFFFFFF), WindowNews::fact, window(0, {}, {}, true)},
         {plasma, "state_changed", number(1 << 12 | 1), WindowNews::fact, window(0, {}, {}, false)},
