@@ -9,6 +9,16 @@
 
 namespace kestrin::foundation {
 
+namespace {
+
+/// Those that everybody may write into, as /tmp, change all day, and the kernel takes milliseconds to watch
+/// one through which many files have gone. Nobody keeps what is watched right in them for long.
+bool canBeMovedFrom(const QFileInfo &folder) {
+    return folder.isWritable() && !folder.permission(QFile::WriteOther);
+}
+
+} // namespace
+
 FileWatch::FileWatch(const QString &path, QObject *parent) : QObject(parent), m_path(path) {
     // Files are replaced, not written in place, so it is the folder whose entries change. The file itself is
     // watched too, for editors that do write in place.
@@ -34,7 +44,7 @@ void FileWatch::watchFolders() {
         watch(folder);
     for (;;) {
         const QFileInfo above(QFileInfo(folder).path());
-        if (above.filePath() == folder || !above.isWritable())
+        if (above.filePath() == folder || !canBeMovedFrom(above))
             break;
         folder = above.filePath();
         watch(folder);

@@ -12,7 +12,7 @@ namespace kestrin::foundation {
 /// Tells when the file at a path is created, replaced, changed or removed, by whichever process, this one
 /// included, without polling; of a link, when it leads to another file. The file's folder is watched, and
 /// made when it is missing, also later. So are the folders above it that this user can move, because it goes
-/// with them. Several changes may be told as one. Main thread only.
+/// with them, up to one that is open to everybody. Several changes may be told as one. Main thread only.
 class FileWatch : public QObject {
     Q_OBJECT
 
