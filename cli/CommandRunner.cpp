@@ -96,7 +96,9 @@ class CommandRunner {
 
     void sayUnreadable() {
         sayProblem(m_surroundings.runtime.settingsStore->problem());
-        sayProblem(m_surroundings.runtime.ownApplications->problem());
+        // The file may be a large one, and has been read.
+        if (!m_session->runtime.knowsOwnApplications())
+            sayProblem(m_surroundings.runtime.ownApplications->problem());
         sayProblem(m_surroundings.defaults.problem());
     }
 

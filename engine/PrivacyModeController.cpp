@@ -1,7 +1,5 @@
 #include "engine/PrivacyModeController.h"
 
-#include "engine/RiskAppMatcher.h"
-
 using namespace Qt::StringLiterals;
 
 namespace kestrin::engine {
@@ -17,11 +15,11 @@ QString matchMessage(const RiskAppMatch &match) {
 
 } // namespace
 
-PrivacyModeController::PrivacyModeController(const RiskAppCatalog &catalog,
+PrivacyModeController::PrivacyModeController(RiskAppMatcher matcher,
                                              std::shared_ptr<MacAppInventoryService> inventoryService,
                                              std::shared_ptr<RiskAppActionPerforming> actionPerformer,
                                              std::shared_ptr<MacActivityLogStoring> logStore, Clock clock)
-    : m_catalog(catalog)
+    : m_matcher(std::move(matcher))
     , m_inventoryService(std::move(inventoryService))
     , m_actionPerformer(std::move(actionPerformer))
     , m_logStore(std::move(logStore))
@@ -36,7 +34,7 @@ PrivacyModeCheck PrivacyModeController::check(const PrivacyModeSettings &setting
         return {{{}, events}, record(events)};
     }
 
-    QList<RiskAppMatch> matches = RiskAppMatcher(m_catalog).matches(m_inventoryService->runningApps());
+    QList<RiskAppMatch> matches = m_matcher.matches(m_inventoryService->runningApps());
     matches.removeIf([&](const RiskAppMatch &match) { return !settings.protects(match.definition); });
 
     QList<MacProtectionEvent> events{

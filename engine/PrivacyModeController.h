@@ -5,7 +5,7 @@
 #include "engine/PrivacyModeRunResult.h"
 #include "engine/PrivacyModeSettings.h"
 #include "engine/RiskAppActionPerforming.h"
-#include "engine/RiskAppCatalog.h"
+#include "engine/RiskAppMatcher.h"
 #include "foundation/Clock.h"
 
 #include <memory>
@@ -22,8 +22,7 @@ struct PrivacyModeCheck {
 /// others.
 class PrivacyModeController {
   public:
-    PrivacyModeController(const RiskAppCatalog &catalog,
-                          std::shared_ptr<MacAppInventoryService> inventoryService,
+    PrivacyModeController(RiskAppMatcher matcher, std::shared_ptr<MacAppInventoryService> inventoryService,
                           std::shared_ptr<RiskAppActionPerforming> actionPerformer,
                           std::shared_ptr<MacActivityLogStoring> logStore,
                           foundation::Clock clock = foundation::systemTime);
@@ -42,7 +41,7 @@ class PrivacyModeController {
     foundation::StoreResult record(const QList<MacProtectionEvent> &events);
     void appendMatchEvents(const RiskAppMatch &match, bool dryRun, QList<MacProtectionEvent> &events);
 
-    const RiskAppCatalog m_catalog;
+    const RiskAppMatcher m_matcher;
     const std::shared_ptr<MacAppInventoryService> m_inventoryService;
     const std::shared_ptr<RiskAppActionPerforming> m_actionPerformer;
     const std::shared_ptr<MacActivityLogStoring> m_logStore;

@@ -1,6 +1,7 @@
 #include "engine/RiskAppMatcher.h"
 
 #include <algorithm>
+#include <string>
 
 namespace kestrin::engine {
 
@@ -9,10 +10,10 @@ namespace {
 /// Equal for two identifiers exactly when a comparison that ignores case finds them equal. That folds each
 /// character by itself; QString::toCaseFolded() makes two letters of some.
 QString folded(const QString &identifier) {
-    QList<char32_t> characters;
-    for (const uint character : identifier.toUcs4())
-        characters.append(QChar::toCaseFolded(char32_t(character)));
-    return QString::fromUcs4(characters.constData(), characters.size());
+    std::u32string characters = identifier.toStdU32String();
+    for (char32_t &character : characters)
+        character = QChar::toCaseFolded(character);
+    return QString::fromStdU32String(characters);
 }
 
 void insertFirst(QHash<QString, qsizetype> &index, const QString &key, qsizetype position) {

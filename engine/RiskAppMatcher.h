@@ -7,10 +7,12 @@
 namespace kestrin::engine {
 
 /// Finds what RiskAppCatalog finds, for many applications at once: the catalog's names and identifiers are
-/// looked at once, and not once an application. Worth it where a user has added hundreds.
+/// looked at once, and not once an application. Worth it where a user has added hundreds. A copy costs
+/// nothing.
 class RiskAppMatcher {
   public:
-    explicit RiskAppMatcher(const RiskAppCatalog &catalog);
+    /// A catalog will do wherever a matcher is asked for.
+    RiskAppMatcher(const RiskAppCatalog &catalog);
 
     /// As RiskAppCatalog::definition.
     const RiskAppDefinition *definition(const RunningMacApp &app) const;
@@ -18,7 +20,7 @@ class RiskAppMatcher {
     QList<RiskAppMatch> matches(const QList<RunningMacApp> &apps) const;
 
   private:
-    const QList<RiskAppDefinition> m_definitions;
+    QList<RiskAppDefinition> m_definitions;
     /// The first definition that has it.
     QHash<QString, qsizetype> m_byIdentifier;
     QHash<QString, qsizetype> m_byName;

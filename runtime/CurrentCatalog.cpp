@@ -114,6 +114,7 @@ void CurrentCatalog::adopt(const QList<RiskAppDefinition> &own) {
     if (catalog == m_catalog)
         return;
     m_catalog = catalog;
+    m_matcher = RiskAppMatcher(m_catalog);
     Q_EMIT changed();
 }
 

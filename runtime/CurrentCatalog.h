@@ -2,6 +2,7 @@
 
 #include "engine/OwnApplications.h"
 #include "engine/OwnApplicationsStoring.h"
+#include "engine/RiskAppMatcher.h"
 #include "runtime/ReportedStores.h"
 
 #include <QObject>
@@ -26,11 +27,14 @@ class CurrentCatalog : public QObject {
     ~CurrentCatalog() override;
 
     const engine::RiskAppCatalog &catalog() const { return m_catalog; }
+    const engine::RiskAppMatcher &matcher() const { return m_matcher; }
     /// The part of it that the user added.
     QList<engine::RiskAppDefinition> own() const;
     QSet<QString> ids() const;
     /// Whether the user added it. What is unknown may be his as long as that cannot be read.
     bool isOwn(const QString &id) const;
+    /// Whether the own applications could be read the last time.
+    bool isReadable() const { return m_isReadable; }
     /// Why the own applications cannot be read now, as a sentence; empty when they can be.
     QString problem() { return m_store->problem(); }
 
@@ -59,6 +63,7 @@ class CurrentCatalog : public QObject {
     const std::shared_ptr<engine::OwnApplicationsStoring> m_store;
     const StoreReport m_report;
     engine::RiskAppCatalog m_catalog = engine::catalogWith({});
+    engine::RiskAppMatcher m_matcher{m_catalog};
     bool m_isReadable = false;
     /// Present for a store that is a file, once it is followed.
     std::unique_ptr<foundation::FileWatch> m_watch;

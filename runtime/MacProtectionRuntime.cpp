@@ -2,7 +2,6 @@
 
 #include "engine/NSWorkspaceAppInventoryService.h"
 #include "engine/NSWorkspaceRiskAppActionPerformer.h"
-#include "engine/RiskAppMatcher.h"
 #include "foundation/FileWatch.h"
 #include "runtime/ReportedStores.h"
 #include "runtime/StatusSummaries.h"
@@ -286,7 +285,7 @@ Outcome MacProtectionRuntime::setEnforceActions(bool enforceActions) {
 
 PrivacyModeCheck MacProtectionRuntime::performCheck(bool dryRun) {
     const qsizetype count = m_inventoryService->runningApps().size();
-    PrivacyModeController controller(catalog(), m_inventoryService, m_actionPerformer, m_logStore, m_clock);
+    PrivacyModeController controller(m_catalog.matcher(), m_inventoryService, m_actionPerformer, m_logStore, m_clock);
     PrivacyModeCheck check = controller.check(m_settingsStore->load(), dryRun);
     publishPreview(count, check.result.matches);
     m_lastChecked = m_clock();
@@ -299,7 +298,7 @@ PrivacyModeCheck MacProtectionRuntime::performCheck(bool dryRun) {
 void MacProtectionRuntime::refreshInventoryPreview() {
     const QList<RunningMacApp> apps = m_inventoryService->runningApps();
     const PrivacyModeSettings settings = m_settingsStore->load();
-    QList<RiskAppMatch> matches = RiskAppMatcher(catalog()).matches(apps);
+    QList<RiskAppMatch> matches = m_catalog.matcher().matches(apps);
     matches.removeIf([&](const RiskAppMatch &match) { return !settings.protects(match.definition); });
     publishPreview(apps.size(), matches);
 }

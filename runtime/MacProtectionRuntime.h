@@ -94,6 +94,7 @@ class MacProtectionRuntime : public QObject {
     const engine::RiskAppCatalog &catalog() const { return m_catalog.catalog(); }
     /// Why those cannot be read now, as a sentence; empty when they can be.
     QString ownApplicationsProblem() { return m_catalog.problem(); }
+    bool knowsOwnApplications() const { return m_catalog.isReadable(); }
     bool isOwnApplication(const QString &id) const { return m_catalog.isOwn(id); }
     /// Lists what runs now.
     QList<engine::RunningMacApp> runningApps() const { return m_inventoryService->runningApps(); }
