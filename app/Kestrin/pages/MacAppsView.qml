@@ -54,12 +54,19 @@ MacPage {
         }
 
         Column {
+            id: list
+
+            // Rows are about as tall as the last one that was there.
+            property real rowHeight: 59
+            readonly property int nearRow: Math.floor(root.contentY / rowHeight / 20) * 20
+
             width: parent.width
 
             Repeater {
                 model: root.protection.definitions
 
-                // Whoever has added hundreds does not wait for those that are not in sight.
+                // Whoever has added hundreds does not wait for those that are not in sight, neither when they come nor
+                // when they go.
                 Loader {
                     id: place
 
@@ -74,8 +81,11 @@ MacPage {
                     required property bool own
 
                     width: parent?.width ?? 0
-                    asynchronous: index >= 14
                     // qmllint disable unqualified
+                    height: (item as MacRiskDefinitionRow)?.implicitHeight ?? list.rowHeight
+                    asynchronous: index >= 14
+                    active: Math.abs(index - list.nearRow) <= 60 || activeFocus
+                    onLoaded: list.rowHeight = height
                     sourceComponent: MacRiskDefinitionRow {
                         id: row
 

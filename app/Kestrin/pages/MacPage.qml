@@ -10,6 +10,7 @@ Rectangle {
     default property alias content: column.data
 
     readonly property Item focusItem: Window.activeFocusItem
+    readonly property alias contentY: view.contentY
 
     function scrollTo(y: real) {
         view.contentY = Math.max(0, Math.min(y, view.contentHeight - view.height));
