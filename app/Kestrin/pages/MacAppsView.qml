@@ -56,9 +56,8 @@ MacPage {
         Column {
             id: list
 
-            // Rows are about as tall as the last one that was there.
-            property real rowHeight: 59
-            readonly property int nearRow: Math.floor(root.contentY / rowHeight / 20) * 20
+            // Where it is looked at, by far less exact than a pixel.
+            readonly property real sight: Math.floor(root.contentY / 1000) * 1000
 
             width: parent.width
 
@@ -80,12 +79,17 @@ MacPage {
                     required property bool on
                     required property bool own
 
+                    // What a row with one line is tall, until it is known.
+                    property real usualHeight: 59
+
                     width: parent?.width ?? 0
-                    // qmllint disable unqualified
-                    height: (item as MacRiskDefinitionRow)?.implicitHeight ?? list.rowHeight
+                    height: (item as MacRiskDefinitionRow)?.implicitHeight ?? usualHeight
+                    // Where it will be put.
+                    y: index * usualHeight
                     asynchronous: index >= 14
-                    active: Math.abs(index - list.nearRow) <= 60 || activeFocus
-                    onLoaded: list.rowHeight = height
+                    onLoaded: usualHeight = height
+                    // qmllint disable unqualified
+                    active: Math.abs(y - list.sight) <= 4000 || activeFocus
                     sourceComponent: MacRiskDefinitionRow {
                         id: row
 
