@@ -1,8 +1,7 @@
 #include "desktop/gnome/GnomeShellWindows.h"
 
 #include "desktop/gnome/ShellExtension.h"
-
-#include <array>
+#include "desktop/gnome/ShellWindowList.h"
 
 namespace kestrin::desktop {
 
@@ -11,48 +10,9 @@ using namespace foundation;
 namespace {
 
 constexpr const char windowsInterface[] = KESTRIN_WINDOWS_NAME "1";
-/// Far beyond what anybody has open.
-constexpr qsizetype maximumWindows = 5000;
-constexpr std::size_t maximumText = 1000;
 
 ShellMethod method(const char *member) {
     return {KESTRIN_WINDOWS_PATH, windowsInterface, member};
-}
-
-QString textOf(const char *text) {
-    return QString::fromUtf8(text, static_cast<qsizetype>(qstrnlen(text, maximumText)));
-}
-
-/// With the reader inside the window. False when it is something else.
-bool readWindow(sd_bus_message *reply, SourceWindow &window) {
-    quint32 id = 0;
-    std::array<const char *, 4> texts{};
-    auto &[desktopFile, className, instanceName, sandboxId] = texts;
-    int canClose = 0;
-    int isRegular = 0;
-    if (sd_bus_message_read(reply, "uissssbb", &id, &window.process, &desktopFile, &className, &instanceName,
-                            &sandboxId, &canClose, &isRegular) <= 0)
-        return false;
-    window.id = id;
-    window.claims.kdeDesktopFile = textOf(desktopFile);
-    window.claims.className = textOf(className);
-    window.claims.instanceName = textOf(instanceName);
-    window.claims.sandboxId = textOf(sandboxId);
-    window.isRegular = isRegular != 0;
-    return true;
-}
-
-std::optional<QList<SourceWindow>> readWindows(sd_bus_message *reply) {
-    if (sd_bus_message_enter_container(reply, 'a', "(uissssbb)") < 0)
-        return std::nullopt;
-    QList<SourceWindow> windows;
-    while (windows.size() < maximumWindows && sd_bus_message_enter_container(reply, 'r', "uissssbb") > 0) {
-        SourceWindow window;
-        if (!readWindow(reply, window) || sd_bus_message_exit_container(reply) < 0)
-            break;
-        windows.append(window);
-    }
-    return windows;
 }
 
 } // namespace
@@ -80,7 +40,7 @@ std::optional<QList<SourceWindow>> GnomeShellWindows::windows(const Deadline &de
     std::optional<QList<SourceWindow>> windows;
     m_shell.follow();
     m_shell.ask(method("List"), deadline,
-                [&windows](sd_bus_message *reply) { windows = readWindows(reply); });
+                [&windows](sd_bus_message *reply) { windows = windowsOfShell(reply); });
     if (!windows)
         m_shell.giveUp();
     return windows;
