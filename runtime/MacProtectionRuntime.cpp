@@ -285,7 +285,8 @@ Outcome MacProtectionRuntime::setEnforceActions(bool enforceActions) {
 
 PrivacyModeCheck MacProtectionRuntime::performCheck(bool dryRun) {
     const qsizetype count = m_inventoryService->runningApps().size();
-    PrivacyModeController controller(m_catalog.matcher(), m_inventoryService, m_actionPerformer, m_logStore, m_clock);
+    PrivacyModeController controller(m_catalog.matcher(), m_inventoryService, m_actionPerformer, m_logStore,
+                                     m_clock);
     PrivacyModeCheck check = controller.check(m_settingsStore->load(), dryRun);
     publishPreview(count, check.result.matches);
     m_lastChecked = m_clock();
