@@ -2,9 +2,8 @@ import QtQuick
 import Kestrin
 import KestrinDesignSystem
 
-// Adds an application of the user's own: which one, what it can do, and what is done about it. It lies over the whole
-// window, which does nothing meanwhile.
-FocusScope {
+// Adds an application of the user's own: which one, what it can do, and what is done about it.
+MacDialog {
     id: root
 
     required property MacProtectionState protection
@@ -16,8 +15,6 @@ FocusScope {
     property var categories: []
     property int action: keepClosed
     property string problem: ""
-
-    signal closed
 
     function toggleCategory(category: int) {
         categories = categories.includes(category) ? categories.filter(other => other !== category)
@@ -32,280 +29,223 @@ FocusScope {
             closed();
     }
 
-    width: parent?.width ?? 0
-    height: parent?.height ?? 0
-    focus: true
-
-    Accessible.role: Accessible.Dialog
-    Accessible.name: "Add an App"
-
-    Keys.onEscapePressed: closed()
+    title: "Add an App"
+    explanation: "It is protected at once, and stands behind the others in the list."
+    boxWidth: 820
+    boxHeight: 580
 
     Component.onCompleted: {
         problem = apps.look();
         search.forceActiveFocus();
     }
 
-    Rectangle {
-        anchors.fill: parent
-        color: Qt.rgba(0, 0, 0, 0.4)
+    MacSearchField {
+        id: search
 
-        // What is below is not to be reached.
-        MouseArea {
-            anchors.fill: parent
-            hoverEnabled: true
-            onWheel: wheel => wheel.accepted = true
-        }
+        x: root.margin
+        y: root.contentTop
+        width: 420
+        placeholder: "Search applications"
+        onTextChanged: root.apps.search = text
+
+        Keys.onDownPressed: list.forceActiveFocus()
+        Keys.onReturnPressed: root.add()
+        Keys.onEnterPressed: root.add()
     }
 
     KestrinPanel {
-        anchors.fill: box
-        radius: 14
-        color: KestrinColors.softIvory
-    }
+        id: frame
 
-    Item {
-        id: box
+        anchors.left: search.left
+        anchors.right: search.right
+        anchors.top: search.bottom
+        anchors.topMargin: 10
+        anchors.bottom: buttons.top
+        anchors.bottomMargin: 18
+        radius: 10
+        color: KestrinColors.surface
 
-        readonly property real margin: 24
+        ListView {
+            id: list
 
-        anchors.centerIn: parent
-        width: 820
-        height: 580
+            anchors.fill: parent
+            anchors.margins: 6
+            clip: true
+            activeFocusOnTab: true
+            boundsBehavior: Flickable.StopAtBounds
+            model: root.apps.candidates
+            currentIndex: -1
 
-        KestrinText {
-            id: heading
+            Accessible.role: Accessible.List
+            Accessible.name: "Applications"
 
-            x: box.margin
-            y: 20
-            width: parent.width - 2 * x
-            text: "Add an App"
-            size: 22
-            weight: KestrinWeight.Bold
-            heading: true
+            function choose(row: int) {
+                currentIndex = row;
+                root.candidate = (currentItem as MacCandidateRow)?.identifier ?? "";
+            }
+
+            onActiveFocusChanged: {
+                if (activeFocus && currentIndex < 0 && count > 0)
+                    choose(0);
+            }
+
+            Keys.onUpPressed: choose(Math.max(currentIndex - 1, 0))
+            Keys.onDownPressed: choose(Math.min(currentIndex + 1, count - 1))
+            Keys.onReturnPressed: root.add()
+            Keys.onEnterPressed: root.add()
+
+            delegate: MacCandidateRow {
+                id: row
+
+                selected: row.identifier === root.candidate // qmllint disable unqualified
+                onChosen: list.choose(row.index) // qmllint disable unqualified
+            }
+        }
+
+        // Another search, another list: what was chosen may not be in it.
+        Connections {
+            target: root.apps
+
+            function onSearchChanged() {
+                list.choose(-1);
+            }
         }
 
         KestrinText {
-            id: explanation
-
-            x: box.margin
-            anchors.top: heading.bottom
-            anchors.topMargin: 4
-            width: parent.width - 2 * x
-            text: "It is protected at once, and stands behind the others in the list."
+            anchors.centerIn: parent
+            visible: list.count === 0
+            text: "No application fits."
             size: 13
             color: KestrinColors.textSecondary
         }
 
-        MacSearchField {
-            id: search
-
-            x: box.margin
-            anchors.top: explanation.bottom
-            anchors.topMargin: 16
-            width: 420
-            placeholder: "Search applications"
-            onTextChanged: root.apps.search = text
-
-            Keys.onDownPressed: list.forceActiveFocus()
-            Keys.onReturnPressed: root.add()
-            Keys.onEnterPressed: root.add()
-        }
-
-        KestrinPanel {
-            id: frame
-
-            anchors.left: search.left
-            anchors.right: search.right
-            anchors.top: search.bottom
-            anchors.topMargin: 10
-            anchors.bottom: buttons.top
-            anchors.bottomMargin: 18
-            radius: 10
-            color: KestrinColors.surface
-
-            ListView {
-                id: list
-
-                anchors.fill: parent
-                anchors.margins: 6
-                clip: true
-                activeFocusOnTab: true
-                boundsBehavior: Flickable.StopAtBounds
-                model: root.apps.candidates
-                currentIndex: -1
-
-                Accessible.role: Accessible.List
-                Accessible.name: "Applications"
-
-                function choose(row: int) {
-                    currentIndex = row;
-                    root.candidate = (currentItem as MacCandidateRow)?.identifier ?? "";
-                }
-
-                onActiveFocusChanged: {
-                    if (activeFocus && currentIndex < 0 && count > 0)
-                        choose(0);
-                }
-
-                Keys.onUpPressed: choose(Math.max(currentIndex - 1, 0))
-                Keys.onDownPressed: choose(Math.min(currentIndex + 1, count - 1))
-                Keys.onReturnPressed: root.add()
-                Keys.onEnterPressed: root.add()
-
-                delegate: MacCandidateRow {
-                    id: row
-
-                    selected: row.identifier === root.candidate // qmllint disable unqualified
-                    onChosen: list.choose(row.index) // qmllint disable unqualified
-                }
-            }
-
-            // Another search, another list: what was chosen may not be in it.
-            Connections {
-                target: root.apps
-
-                function onSearchChanged() {
-                    list.choose(-1);
-                }
-            }
-
-            KestrinText {
-                anchors.centerIn: parent
-                visible: list.count === 0
-                text: "No application fits."
-                size: 13
-                color: KestrinColors.textSecondary
-            }
-
-            MacScrollBar {
-                anchors.right: parent.right
-                anchors.top: parent.top
-                anchors.bottom: parent.bottom
-                anchors.margins: 2
-                position: list.contentY - list.originY
-                page: list.height
-                extent: list.contentHeight
-                onMoved: position => list.contentY = list.originY + Math.max(0, Math.min(position, list.contentHeight - list.height))
-            }
-
-            KestrinFocusRing {
-                target: list
-            }
-        }
-
-        Column {
-            id: choices
-
-            anchors.left: search.right
-            anchors.leftMargin: 24
+        MacScrollBar {
             anchors.right: parent.right
-            anchors.rightMargin: box.margin
-            anchors.top: search.top
-            spacing: 12
-
-            KestrinText {
-                text: "What it can do"
-                size: 15
-                weight: KestrinWeight.Bold
-                heading: true
-            }
-
-            Flow {
-                width: parent.width
-                spacing: 8
-
-                Repeater {
-                    model: root.apps.categoryLabels
-
-                    MacChoice {
-                        id: category
-
-                        required property int index
-                        required property string modelData
-
-                        title: modelData
-                        on: root.categories.includes(index) // qmllint disable unqualified
-                        onClicked: root.toggleCategory(category.index) // qmllint disable unqualified
-                    }
-                }
-            }
-
-            Item {
-                width: 1
-                height: 4
-            }
-
-            KestrinText {
-                text: "What Privacy Mode does"
-                size: 15
-                weight: KestrinWeight.Bold
-                heading: true
-            }
-
-            Flow {
-                width: parent.width
-                spacing: 8
-
-                Repeater {
-                    model: root.apps.actionLabels
-
-                    MacChoice {
-                        id: actionChoice
-
-                        required property int index
-                        required property string modelData
-
-                        exclusive: true
-                        title: modelData
-                        on: root.action === index // qmllint disable unqualified
-                        onClicked: root.action = actionChoice.index // qmllint disable unqualified
-                    }
-                }
-            }
-
-            KestrinText {
-                width: parent.width
-                text: root.action === 0 ? "It is only reported, and never asked to quit."
-                                        : "It is asked to quit by a check, and whenever it is started."
-                size: 12
-                color: KestrinColors.textSecondary
-            }
-
-            KestrinText {
-                width: parent.width
-                visible: text !== ""
-                text: root.problem
-                size: 12
-                weight: KestrinWeight.Semibold
-                color: KestrinColors.risk
-
-                Accessible.role: Accessible.AlertMessage
-            }
-        }
-
-        Row {
-            id: buttons
-
-            anchors.right: parent.right
-            anchors.rightMargin: box.margin
+            anchors.top: parent.top
             anchors.bottom: parent.bottom
-            anchors.bottomMargin: 22
-            spacing: 12
+            anchors.margins: 2
+            position: list.contentY - list.originY
+            page: list.height
+            extent: list.contentHeight
+            onMoved: position => list.contentY = list.originY + Math.max(0, Math.min(position, list.contentHeight - list.height))
+        }
 
-            KestrinSecondaryButton {
-                width: 130
-                title: "Cancel"
-                onClicked: root.closed()
-            }
+        KestrinFocusRing {
+            target: list
+        }
+    }
 
-            KestrinPrimaryButton {
-                width: 130
-                title: "Add"
-                enabled: root.candidate !== ""
-                opacity: enabled ? 1 : 0.45
-                onClicked: root.add()
+    Column {
+        id: choices
+
+        anchors.left: search.right
+        anchors.leftMargin: 24
+        anchors.right: parent.right
+        anchors.rightMargin: root.margin
+        anchors.top: search.top
+        spacing: 12
+
+        KestrinText {
+            text: "What it can do"
+            size: 15
+            weight: KestrinWeight.Bold
+            heading: true
+        }
+
+        Flow {
+            width: parent.width
+            spacing: 8
+
+            Repeater {
+                model: root.apps.categoryLabels
+
+                MacChoice {
+                    id: category
+
+                    required property int index
+                    required property string modelData
+
+                    title: modelData
+                    on: root.categories.includes(index) // qmllint disable unqualified
+                    onClicked: root.toggleCategory(category.index) // qmllint disable unqualified
+                }
             }
+        }
+
+        Item {
+            width: 1
+            height: 4
+        }
+
+        KestrinText {
+            text: "What Privacy Mode does"
+            size: 15
+            weight: KestrinWeight.Bold
+            heading: true
+        }
+
+        Flow {
+            width: parent.width
+            spacing: 8
+
+            Repeater {
+                model: root.apps.actionLabels
+
+                MacChoice {
+                    id: actionChoice
+
+                    required property int index
+                    required property string modelData
+
+                    exclusive: true
+                    title: modelData
+                    on: root.action === index // qmllint disable unqualified
+                    onClicked: root.action = actionChoice.index // qmllint disable unqualified
+                }
+            }
+        }
+
+        KestrinText {
+            width: parent.width
+            text: root.action === 0 ? "It is only reported, and never asked to quit."
+                                    : "It is asked to quit by a check, and whenever it is started."
+            size: 12
+            color: KestrinColors.textSecondary
+        }
+
+        KestrinText {
+            width: parent.width
+            visible: text !== ""
+            text: root.problem
+            size: 12
+            weight: KestrinWeight.Semibold
+            color: KestrinColors.risk
+
+            Accessible.role: Accessible.AlertMessage
+        }
+    }
+
+    Row {
+        id: buttons
+
+        anchors.right: parent.right
+        anchors.rightMargin: root.margin
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 22
+        spacing: 12
+
+        KestrinSecondaryButton {
+            width: 130
+            title: "Cancel"
+            onClicked: root.closed()
+        }
+
+        KestrinPrimaryButton {
+            width: 130
+            title: "Add"
+            enabled: root.candidate !== ""
+            opacity: enabled ? 1 : 0.45
+            onClicked: root.add()
         }
     }
 }
