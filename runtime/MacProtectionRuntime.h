@@ -6,6 +6,7 @@
 #include "runtime/CurrentCatalog.h"
 #include "runtime/Outcome.h"
 #include "runtime/ReportedStores.h"
+#include "runtime/ScheduleOutlook.h"
 #include "runtime/TimeChangeWatch.h"
 #include "runtime/UserDefaults.h"
 #include "shared/DomainRecords.h"
@@ -158,6 +159,7 @@ class MacProtectionRuntime : public QObject {
     Outcome setModes(const QStringList &ids, bool enabled);
     /// What the enabled presets want at this moment's local time of day; absent when none has an opinion.
     std::optional<bool> scheduledPrivacyModeState(const QDateTime &date) const;
+    ScheduleOutlook scheduleOutlook() const;
     /// Brings Privacy Mode to what the presets want, if that differs from the saved flag.
     Outcome evaluateSchedules(const QDateTime &date);
     /// Disables the presets because of which Privacy Mode is now wanted to be another than this.

@@ -142,6 +142,24 @@ std::optional<bool> MacProtectionRuntime::scheduledPrivacyModeState(const QDateT
                        [&](const ModePreset &mode) { return takesPart(mode) && isActive(mode, minute); });
 }
 
+ScheduleOutlook MacProtectionRuntime::scheduleOutlook() const {
+    constexpr int minutesOfDay = 24 * 60;
+    const QDateTime now = m_clock().toLocalTime();
+    ScheduleOutlook outlook{scheduledPrivacyModeState(now), {}, {}};
+    for (const ModePreset &mode : m_modes) {
+        if (takesPart(mode) && isActive(mode, minuteOfDay(now)))
+            outlook.active.append(mode.name);
+    }
+    std::optional<bool> before = outlook.wanted;
+    for (int minute = minuteOfDay(now) + 1; outlook.wanted && minute < minutesOfDay; ++minute) {
+        const QDateTime time(now.date(), QTime(minute / 60, minute % 60));
+        const std::optional<bool> wanted = scheduledPrivacyModeState(time);
+        if (wanted != std::exchange(before, wanted))
+            outlook.today.append({time, *wanted});
+    }
+    return outlook;
+}
+
 Outcome MacProtectionRuntime::evaluateSchedules(const QDateTime &date) {
     Outcome outcome;
     const std::optional<bool> wanted = scheduledPrivacyModeState(date);

@@ -2,6 +2,7 @@
 
 #include "tests/support/MemoryHome.h"
 
+#include <QLocale>
 #include <QTest>
 
 #include <ctime>
@@ -28,7 +29,9 @@ class SchedulesTest : public QObject {
 
   private Q_SLOTS:
     void cleanup() { moveTo({}); }
+    void initTestCase() { QLocale::setDefault(QLocale::c()); } // for the times of day
     void everyMinute();
+    void outlook();
     void localWallClock();
     void ticksAndTimeJumps();
     void keptAgainstTheSchedules();
@@ -67,6 +70,26 @@ void SchedulesTest::everyMinute() {
             before = state;
         }
         QCOMPARE(found.join(u", "_s), changes);
+    }
+}
+
+void SchedulesTest::outlook() {
+    // Which presets are enabled, and what is told at what time.
+    const std::tuple<QString, QTime, QString> expected[] = {
+        {u"sleep away manual"_s, QTime(5, 0),
+         u"Sleep Mode keeps Privacy Mode on right now. Later today it goes off at 07:00, on at 08:00, off at 18:00 and on at 23:00."_s},
+        {u"sleep away manual"_s, QTime(18, 0, 30),
+         u"No schedule is active right now, which keeps Privacy Mode off. Later today it goes on at 23:00."_s},
+        {u"sleep away"_s, QTime(23, 59), u"Sleep Mode keeps Privacy Mode on right now. It stays so until midnight."_s},
+        {u"focus sleep"_s, QTime(22, 0), u"Focus Mode keeps Privacy Mode on right now. It stays so until midnight."_s},
+        {u"manual travel"_s, QTime(12, 0), u"No schedule switches Privacy Mode. It stays as you set it."_s},
+    };
+    for (const auto &[enabled, time, text] : expected) {
+        samples::MemoryHome home;
+        home.defaults.setStringArray(modesKey, enabled.split(u' '));
+        const MacProtectionRuntime runtime(home.defaults, home.surroundings());
+        home.now.setTime(time.addSecs(-1));
+        QCOMPARE(runtime.scheduleOutlook().text(), text);
     }
 }
 

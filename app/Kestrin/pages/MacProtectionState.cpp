@@ -62,6 +62,8 @@ void MacProtectionState::follow() {
     connect(&m_runtime, &Runtime::matchesChanged, this, &State::matchesChanged);
     connect(&m_runtime, &Runtime::modesChanged, this, &State::fillPresets);
     connect(&m_runtime, &Runtime::modesChanged, this, &State::presetsChanged);
+    connect(&m_runtime, &Runtime::modesChanged, this, &State::scheduleTextChanged);
+    connect(&m_privacyMode, &PrivacyModeFlag::changed, this, &State::scheduleTextChanged);
     connect(&m_runtime, &Runtime::recentEventsChanged, this, &State::fillEvents);
     connect(&m_runtime, &Runtime::recentEventsChanged, this, &State::eventsChanged);
 }

@@ -32,6 +32,8 @@ class MacProtectionState : public QObject {
     Q_PROPERTY(int matchCount READ matchCount NOTIFY matchesChanged)
     Q_PROPERTY(int actionCount READ actionCount NOTIFY matchesChanged)
     Q_PROPERTY(int enabledScheduleCount READ enabledScheduleCount NOTIFY presetsChanged)
+    /// What the schedules do now and today.
+    Q_PROPERTY(QString scheduleText READ scheduleText NOTIFY scheduleTextChanged)
     Q_PROPERTY(int actionEventCount READ actionEventCount NOTIFY eventsChanged)
     Q_PROPERTY(kestrin::app::RecordListModel *devices MEMBER m_devices CONSTANT)
     /// The whole catalog.
@@ -63,6 +65,7 @@ class MacProtectionState : public QObject {
     int matchCount() const { return static_cast<int>(m_runtime.matches().size()); }
     int actionCount() const;
     int enabledScheduleCount() const { return static_cast<int>(m_runtime.enabledScheduleCount()); }
+    QString scheduleText() const { return m_runtime.scheduleOutlook().text(); }
     int actionEventCount() const { return static_cast<int>(m_runtime.actionEventCount()); }
     static QString tagline();
 
@@ -89,6 +92,7 @@ class MacProtectionState : public QObject {
     void selectionChanged();
     void matchesChanged();
     void presetsChanged();
+    void scheduleTextChanged();
     void eventsChanged();
 
   private:
