@@ -138,8 +138,8 @@ int main(int argc, char **argv) {
     const auto permission = makeDesktopPermission();
     const auto installed = makeInstalledApplications();
     using Start = KestrinApplication::Start;
-    KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow, *loginItem,
-                               *permission, *installed);
+    KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow, *defaults,
+                               *loginItem, *permission, *installed);
 
     const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     closeToOthers(folder);
@@ -151,7 +151,7 @@ int main(int argc, char **argv) {
         return 1;
     }
     QObject::connect(&claim, &MonitoringClaim::lost, &application, [] { QCoreApplication::exit(claimLost); });
-    kestrin.protect(*defaults, {.workspace = *workspace,
+    kestrin.protect({.workspace = *workspace,
                                 .settingsStore = settingsStoreIn(folder),
                                 .logStore = activityLogIn(folder),
                                 .ownApplications = ownApplicationsIn(folder),

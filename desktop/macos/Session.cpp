@@ -26,7 +26,7 @@ void TrayHost::ask() {
 
 DesktopNotices::DesktopNotices(QObject *parent) : QObject(parent) {}
 
-bool DesktopNotices::show(const QString &, const Offer &) {
+bool DesktopNotices::show(const QString &, const Offer &, const Told &) {
     return false;
 }
 

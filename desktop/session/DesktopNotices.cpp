@@ -20,9 +20,9 @@ const QString acceptance = u"accept"_s;
 /// Without an action of ours GNOME Shell brings the application of a clicked notice to the front itself. With
 /// one, older versions tell of the click without a token, and then a window that is behind others stays
 /// there.
-bool opensTheWindow(const QString &server, const QString &version) {
+bool opensTheWindow(const QString &gnomeVersion) {
     constexpr int firstWithTokens = 46;
-    return server == "gnome-shell"_L1 && version.section(u'.', 0, 0).toInt() < firstWithTokens;
+    return gnomeVersion.section(u'.', 0, 0).toInt() < firstWithTokens;
 }
 
 } // namespace
@@ -36,21 +36,26 @@ DesktopNotices::DesktopNotices(QObject *parent) : QObject(parent) {
     bus->connect({}, path, service, u"NotificationClosed"_s, this, SLOT(forget(uint)));
 }
 
-bool DesktopNotices::show(const QString &text, const Offer &offer) {
+bool DesktopNotices::show(const QString &text, const Offer &offer, const Told &told) {
     if (!desktopBus())
         return false;
     const QDBusMessage call =
         QDBusMessage::createMethodCall(service, path, service, u"GetServerInformation"_s);
-    callDesktop(this, call,
-                [this, text, offer](const QDBusPendingReply<QString, QString, QString, QString> &reply) {
-                    const bool opens =
-                        !reply.isError() && opensTheWindow(reply.argumentAt<0>(), reply.argumentAt<2>());
-                    notify(text, offer, opens ? QStringList() : QStringList{u"default"_s, u"Open Kestrin"_s});
-                });
+    callDesktop(this, call, [=, this](const QDBusPendingReply<QString, QString, QString, QString> &reply) {
+        const bool isGnome = !reply.isError() && reply.argumentAt<0>() == "gnome-shell"_L1;
+        const bool opens = isGnome && opensTheWindow(reply.argumentAt<2>());
+        // GNOME Shell takes away what a program has said that has gone.
+        notify(text, offer, opens ? QStringList() : QStringList{u"default"_s, u"Open Kestrin"_s},
+               [told, fate = isGnome ? Fate::shownWhileWeRun : Fate::shown](bool isShown) {
+                   if (told)
+                       told(isShown ? fate : Fate::notShown);
+               });
+    });
     return true;
 }
 
-void DesktopNotices::notify(const QString &text, const Offer &offer, QStringList actions) {
+void DesktopNotices::notify(const QString &text, const Offer &offer, QStringList actions,
+                            const std::function<void(bool)> &answered) {
     const bool offers = !offer.title.isEmpty();
     if (offers)
         actions += {acceptance, offer.title};
@@ -58,9 +63,10 @@ void DesktopNotices::notify(const QString &text, const Offer &offer, QStringList
     QDBusMessage call = QDBusMessage::createMethodCall(service, path, service, u"Notify"_s);
     call.setArguments({u"Kestrin"_s, 0U, icon, text, QString(), actions,
                        QVariantMap{{u"desktop-entry"_s, icon}, {u"transient"_s, !offers}}, -1});
-    callDesktop(this, call, [this, offer](const QDBusPendingReply<uint> &reply) {
+    callDesktop(this, call, [this, offer, answered](const QDBusPendingReply<uint> &reply) {
         if (!reply.isError())
             m_shown.insert(reply.value(), offer);
+        answered(!reply.isError());
     });
 }
 

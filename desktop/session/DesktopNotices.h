@@ -21,8 +21,13 @@ class DesktopNotices : public QObject {
         std::function<void()> accept;
     };
 
+    /// What becomes of a notice.
+    enum class Fate { notShown, shownWhileWeRun, shown };
+    using Told = std::function<void(Fate)>;
+
     /// Returns at once; false where the platform has no such notices. Not every desktop shows the offer.
-    bool show(const QString &text, const Offer &offer = {});
+    /// `told` is called once the desktop has answered, which it may never do.
+    bool show(const QString &text, const Offer &offer = {}, const Told &told = {});
 
   Q_SIGNALS:
     /// One of ours was clicked; with the token for bringing a window to the front, which may be empty.
@@ -34,7 +39,8 @@ class DesktopNotices : public QObject {
     void forget(uint id);
 
   private:
-    void notify(const QString &text, const Offer &offer, QStringList actions);
+    void notify(const QString &text, const Offer &offer, QStringList actions,
+                const std::function<void(bool)> &answered);
 
     /// What each of ours offers, by the number that the desktop gave it.
     QHash<uint, Offer> m_shown;

@@ -5,6 +5,7 @@
 #include "app/Kestrin/program/ModuleObjects.h"
 #include "app/Kestrin/program/Protection.h"
 #include "app/Kestrin/program/ProtectionWindow.h"
+#include "app/Kestrin/program/TrayCommands.h"
 #include "tests/support/Home.h"
 
 #include <QQmlEngine>
@@ -24,6 +25,8 @@ struct WindowHome : Home {
         app::ProtectionWindow window{*engine, protection.state};
     };
     runtime::InMemoryInstalledApplications installed;
+    runtime::InMemoryLoginItem loginItem;
+    app::TrayCommands commands{loginItem, defaults};
     std::unique_ptr<Shown> shown;
 
     WindowHome() {

@@ -3,6 +3,7 @@
 The tray and the notices' server are the test's own. Runs in tools/with-desktop, like window_test.
 """
 
+import json
 import os
 import pathlib
 import subprocess
@@ -12,7 +13,7 @@ import unittest
 
 from gi.repository import Gio, GLib
 
-from window_test import LIMIT, SampleApp, kestrinctl, output, wait
+from window_test import LIMIT, SampleApp, kestrinctl, output, press, wait
 
 WATCHER = "org.kde.StatusNotifierWatcher"
 NOTICES = "org.freedesktop.Notifications"
@@ -128,10 +129,13 @@ class Kestrin:
         lock = pathlib.Path(os.environ["HOME"], ".local/share/Kestrin/monitor.lock")
         wait("Kestrin does not start.", lambda: lock.exists() and str(self.process.pid) in lock.read_text())
 
-    def has_window(self):
-        # Its exit status tells whether there is one.
-        return subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)],
-                              stdout=subprocess.DEVNULL).returncode == 0
+    def has_window(self, title="^Kestrin$"):
+        while True:
+            search = subprocess.run(["xdotool", "search", "--all", "--onlyvisible", "--pid", str(self.process.pid),
+                                     "--name", title], capture_output=True, text=True)
+            # A window that goes meanwhile ends the search; otherwise its exit status tells.
+            if "X Error" not in search.stderr:
+                return search.returncode == 0
 
     def wait_for_window(self):
         wait("The window is not there.", self.has_window)
@@ -139,6 +143,17 @@ class Kestrin:
     def close_window(self):
         output("wmctrl", "-F", "-c", "Kestrin")
         wait("The window is still there.", lambda: not self.has_window())
+
+    def asks(self):
+        return self.has_window("^Keep protecting")
+
+    def close_and_answer(self, *keys):
+        self.close_window()
+        wait("It does not ask.", self.asks)
+        wait("The question has not the keyboard.",
+             lambda: "protecting" in output("xdotool", "getactivewindow", "getwindowname"))
+        press(*keys)
+        wait("It asks on.", lambda: not self.asks())
 
     def start_again(self, *options):
         return subprocess.run([os.environ["KESTRIN"], *options], timeout=LIMIT).returncode
@@ -159,8 +174,19 @@ class BackgroundTest(unittest.TestCase):
     def setUp(self):
         kestrinctl("on")
         kestrinctl("enforce", "off")
+        self.remember()
         self.notices = Notices()
         self.addCleanup(self.notices.end)
+
+    @staticmethod
+    def remember(**answers):
+        """What was answered and told once; nothing else of it."""
+        file = pathlib.Path(os.environ["XDG_CONFIG_HOME"], "Kestrin", "user-defaults.json")
+        values = json.loads(file.read_text())
+        for name in ("staysWhenClosed", "endOfProtectionTold"):
+            values.pop("kestrin.mac." + name, None)
+        values |= {"kestrin.mac." + name: value for name, value in answers.items()}
+        file.write_text(json.dumps(values))
 
     def start(self, *options):
         kestrin = Kestrin(*options)
@@ -220,6 +246,7 @@ class BackgroundTest(unittest.TestCase):
         self.assertEqual(len(self.notices.shown), 2)
 
     def test_closed_window_leaves_a_way_back(self):
+        self.remember(staysWhenClosed=True)
         kestrin = self.start("--background")
         tray = self.tray()
         tray.choose("Open Kestrin")
@@ -248,13 +275,62 @@ class BackgroundTest(unittest.TestCase):
             kestrin.wait_for_window()
             return False
 
-    def test_started_with_its_window_it_ends_with_it(self):
-        kestrin = self.start()
-        self.tray()
+    def open_with_tray(self, *options):
+        kestrin = self.start(*options)
+        tray = self.tray()
+        kestrin.start_again()
         kestrin.wait_for_window()
-        self.assertEqual(kestrin.start_again(), 0)
-        kestrin.close_window()
-        self.assertEqual(kestrin.process.wait(LIMIT), 0)
+        return kestrin, tray
+
+    def test_closing_asks_once(self):
+        for options in ([], ["--background"]):
+            self.remember()
+            kestrin, tray = self.open_with_tray(*options)
+            # No answer leaves it as it is.
+            kestrin.close_and_answer("Escape")
+            self.assertFalse(tray.menu()["Keep Protecting When Closed"][1])
+            kestrin.start_again()
+            kestrin.wait_for_window()
+            kestrin.close_and_answer("Return")
+            wait("The menu does not tell.", lambda t=tray: t.menu()["Keep Protecting When Closed"][1])
+            kestrin.start_again()
+            kestrin.wait_for_window()
+            kestrin.close_window()
+            tray.choose("Open Kestrin")
+            kestrin.wait_for_window()
+            self.assertFalse(kestrin.asks())
+            tray.choose("Keep Protecting When Closed")
+            wait("The menu does not change it.", lambda t=tray: not t.menu()["Keep Protecting When Closed"][1])
+            kestrin.close_window()
+            self.assertEqual(kestrin.process.wait(LIMIT), 0)
+            tray.end()
+
+    def test_quitting_is_remembered_and_asks_nothing(self):
+        for end in (lambda kestrin: press("ctrl+q"),
+                    lambda kestrin: kestrin.close_and_answer("Tab", "Return"),
+                    Kestrin.close_window):
+            kestrin, tray = self.open_with_tray()
+            end(kestrin)
+            self.assertEqual(kestrin.process.wait(LIMIT), 0)
+            tray.end()
+        self.assertEqual(self.notices.shown, [])
+
+    def test_without_a_tray_the_end_is_told_once(self):
+        # One of them takes back what was said by a program that has gone.
+        for server, stays in (("Plasma", 0), ("gnome-shell", 3)):
+            self.remember()
+            self.notices.server = (server, "43.9")
+            before = len(self.notices.shown)
+            for _ in range(2):
+                kestrin = self.start()
+                kestrin.wait_for_window()
+                kestrin.close_window()
+                closed = time.monotonic()
+                self.assertEqual(kestrin.process.wait(LIMIT), 0)
+                told, stays_now = self.notices.shown[before:], time.monotonic() - closed
+                self.assertEqual([notice[3].split(".")[0] for notice in told], ["Kestrin has ended with its window"])
+                self.assertGreaterEqual(stays_now, stays)
+                stays = 0
 
     @staticmethod
     def ask_to_quit(name, window_class):

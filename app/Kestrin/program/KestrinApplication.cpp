@@ -28,6 +28,14 @@ const QString howToSee =
     "Elsewhere: choose an X11 or Xorg session where you log in, if there is one. Until then look yourself "
     "for applications that should not run."_s;
 
+const QString endSentence =
+    u"Kestrin has ended with its window. Until you open it again nothing is watched and no schedule switches."_s;
+const QString endToldKey = u"kestrin.mac.endOfProtectionTold"_s;
+
+// A server of notices may be silent, and a notice is to be read.
+constexpr std::chrono::seconds answerTime(1);
+constexpr std::chrono::seconds readingTime(6);
+
 void bringToFront(QQuickWindow &window, const QString &activationToken) {
     // Where Qt's plugin for Wayland looks for it.
     if (!activationToken.isEmpty())
@@ -41,16 +49,20 @@ void bringToFront(QQuickWindow &window, const QString &activationToken) {
 
 } // namespace
 
-KestrinApplication::KestrinApplication(Start start, LoginItem &loginItem, DesktopPermission &permission,
-                                       InstalledApplications &installed)
+KestrinApplication::KestrinApplication(Start start, UserDefaults &defaults, LoginItem &loginItem,
+                                       DesktopPermission &permission, InstalledApplications &installed)
     : m_start(start)
+    , m_defaults(defaults)
     , m_permission(permission)
     , m_installed(installed)
-    , m_commands(loginItem)
+    , m_commands(loginItem, defaults)
     , m_engine(makeEngine()) {
     // For desktops that do not know the desktop file.
     QGuiApplication::setWindowIcon(KestrinIconMark::icon());
-    QGuiApplication::setQuitOnLastWindowClosed(m_start == Start::withWindow);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    qApp->installEventFilter(this);
+    m_end.setSingleShot(true);
+    connect(&m_end, &QTimer::timeout, qApp, &QCoreApplication::quit);
 }
 
 KestrinApplication::~KestrinApplication() {
@@ -59,8 +71,15 @@ KestrinApplication::~KestrinApplication() {
         m_window->window().disconnect(this);
 }
 
-void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundings surroundings) {
-    m_protection.emplace(defaults, std::move(surroundings), m_installed);
+bool KestrinApplication::eventFilter(QObject *watched, QEvent *event) {
+    // Windows are closed then too, by the session's end as well, and nobody is there to answer a question.
+    if (event->type() == QEvent::Quit)
+        m_isQuitting = true;
+    return QObject::eventFilter(watched, event);
+}
+
+void KestrinApplication::protect(MacProtectionSurroundings surroundings) {
+    m_protection.emplace(m_defaults, std::move(surroundings), m_installed);
     connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
     connect(&m_protection->runtime, &MacProtectionRuntime::scheduleSwitched, this,
             &KestrinApplication::tellSwitch);
@@ -69,7 +88,7 @@ void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundin
     connect(&m_protection->runtime, &MacProtectionRuntime::fileSetAside, this, showVisibly);
     connect(&m_protection->runtime, &MacProtectionRuntime::storageFailed, this, showVisibly);
     connect(&m_protection->state, &MacProtectionState::sightHelpWanted, this, &KestrinApplication::helpSight);
-    connect(&m_commands, &TrayCommands::startAtLoginFailed, this, showVisibly);
+    connect(&m_commands, &TrayCommands::storageFailed, this, showVisibly);
     connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
     connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     if (m_start == Start::withWindow)
@@ -82,6 +101,7 @@ void KestrinApplication::protect(UserDefaults &defaults, MacProtectionSurroundin
 void KestrinApplication::joinDesktop() {
     connect(&m_instance, &RunningInstance::activated, this, &KestrinApplication::openWindow);
     const bool isReachable = m_instance.claim();
+    m_commands.setReachable(isReachable);
     notices();
     connect(&m_trayHost.emplace(), &TrayHost::changed, this, &KestrinApplication::followTray);
     // Without a bus there is neither a tray nor a second start that would bring the window.
@@ -90,20 +110,44 @@ void KestrinApplication::joinDesktop() {
 }
 
 void KestrinApplication::openWindow(const QString &activationToken) {
+    m_end.stop();
+    m_closingQuestion.reset();
     if (m_window) {
         bringToFront(m_window->window(), activationToken);
         return;
     }
     m_window = std::make_unique<ProtectionWindow>(*m_engine, m_protection->state);
-    if (m_start == Start::inBackground) {
-        connect(&m_window->window(), &QWindow::visibleChanged, this, &KestrinApplication::takeWindowClosed);
-        bringToFront(m_window->window(), activationToken);
-    }
+    QQuickWindow &window = m_window->window();
+    connect(&window, &QWindow::visibleChanged, this, &KestrinApplication::takeWindowClosed);
+    if (m_start == Start::inBackground)
+        bringToFront(window, activationToken);
 }
 
 void KestrinApplication::takeWindowClosed() {
-    if (!m_window->window().isVisible() && !m_tray)
+    if (m_window->window().isVisible() || m_isQuitting)
+        return;
+    if (!m_tray)
+        endTelling();
+    else if (m_commands.isAskedWhenClosed())
+        m_closingQuestion = makeObject(*m_engine, u"MacClosingQuestion.qml"_s,
+                                       {{u"commands"_s, QVariant::fromValue(&m_commands)}});
+    else if (!m_commands.staysWhenClosed())
         QCoreApplication::quit();
+}
+
+void KestrinApplication::endTelling() {
+    using Fate = DesktopNotices::Fate;
+    const auto told = [this](Fate fate) {
+        if (fate != Fate::notShown)
+            m_defaults.setBoolean(endToldKey, true);
+        // Unless the window was wanted again meanwhile.
+        if (m_end.isActive())
+            m_end.start(fate == Fate::shownWhileWeRun ? readingTime : std::chrono::seconds(0));
+    };
+    if (m_defaults.boolean(endToldKey).value_or(false) || !notices().show(endSentence, {}, told))
+        QCoreApplication::quit();
+    else
+        m_end.start(answerTime);
 }
 
 void KestrinApplication::followTray() {
@@ -113,6 +157,7 @@ void KestrinApplication::followTray() {
                              {u"commands"_s, QVariant::fromValue(&m_commands)}});
     else
         m_tray.reset();
+    m_commands.setTray(m_tray != nullptr);
 }
 
 void KestrinApplication::tell(const MacProtectionEvent &event) {

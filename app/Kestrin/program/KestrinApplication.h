@@ -10,6 +10,7 @@
 #include "runtime/DesktopPermission.h"
 
 #include <QQmlEngine>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -19,8 +20,8 @@ namespace kestrin::app {
 /// The running program: the protection, the window when it is wanted, the tray's icon where there is a tray,
 /// and what the desktop asks of it.
 ///
-/// Started with its window it ends with it. Started in the background it goes on when its window is closed,
-/// as long as the tray offers a way back. Needs a QGuiApplication, and the renderer to be chosen already.
+/// Where a tray offers a way back, closing the window hides it or ends the program, as its user has answered
+/// once; elsewhere it ends the program. Needs a QGuiApplication, and the renderer to be chosen already.
 class KestrinApplication : public QObject {
     Q_OBJECT
 
@@ -28,17 +29,20 @@ class KestrinApplication : public QObject {
     enum class Start { withWindow, inBackground };
 
     /// All of these outlive this object.
-    KestrinApplication(Start start, runtime::LoginItem &loginItem, runtime::DesktopPermission &permission,
-                       runtime::InstalledApplications &installed);
+    KestrinApplication(Start start, runtime::UserDefaults &defaults, runtime::LoginItem &loginItem,
+                       runtime::DesktopPermission &permission, runtime::InstalledApplications &installed);
     ~KestrinApplication() override;
 
-    /// Starts to protect. The caller has the right to (MonitoringClaim); `defaults` outlives this object.
-    void protect(runtime::UserDefaults &defaults, runtime::MacProtectionSurroundings surroundings);
+    /// Starts to protect. The caller has the right to (MonitoringClaim).
+    void protect(runtime::MacProtectionSurroundings surroundings);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
     void joinDesktop();
     void openWindow(const QString &activationToken);
     void takeWindowClosed();
+    void endTelling();
     void followTray();
     void tell(const engine::MacProtectionEvent &event);
     void tellSwitch(bool privacyModeOn, const QString &message);
@@ -48,6 +52,7 @@ class KestrinApplication : public QObject {
     void showNotice(const QString &text);
 
     const Start m_start;
+    runtime::UserDefaults &m_defaults;
     runtime::DesktopPermission &m_permission;
     runtime::InstalledApplications &m_installed;
     desktop::RunningInstance m_instance;
@@ -55,12 +60,16 @@ class KestrinApplication : public QObject {
     std::optional<desktop::DesktopNotices> m_notices;
     std::optional<desktop::TrayHost> m_trayHost;
     TrayCommands m_commands;
+    bool m_isQuitting = false;
+    /// Runs out when a program that nobody sees any more is to end.
+    QTimer m_end;
     // Destroyed from below: what is seen goes first.
     std::optional<Protection> m_protection;
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<ProtectionWindow> m_window;
     std::unique_ptr<QObject> m_tray;
     std::unique_ptr<QObject> m_notice;
+    std::unique_ptr<QObject> m_closingQuestion;
 };
 
 } // namespace kestrin::app

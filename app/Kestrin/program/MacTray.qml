@@ -48,6 +48,12 @@ SystemTrayIcon {
             checked: root.commands.startsAtLogin
             onTriggered: root.commands.startsAtLogin = !root.commands.startsAtLogin
         }
+        MenuItem {
+            text: "Keep Protecting When Closed"
+            checkable: true
+            checked: root.commands.staysWhenClosed
+            onTriggered: root.commands.staysWhenClosed = !root.commands.staysWhenClosed
+        }
         MenuSeparator {}
         MenuItem {
             text: "Quit Kestrin"
