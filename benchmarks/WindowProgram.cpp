@@ -21,6 +21,9 @@ double elapsedSince(steady_clock::time_point start) {
 } // namespace
 
 Arguments kestrin() {
+    // By somebody who has used it before: the very first start puts questions over the pages.
+    static const bool isUsed = (run({built("cli/kestrinctl"), "on"}), true);
+    static_cast<void>(isUsed);
     return {built("app/Kestrin/kestrin")};
 }
 

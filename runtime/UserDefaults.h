@@ -32,6 +32,8 @@ class UserDefaults : public QObject {
     /// other one stores in between; the user defaults of macOS know no such lock.
     virtual foundation::StoreResult updateStringArray(const QString &key,
                                                       const StringArrayChange &change) = 0;
+    /// Whether there is no value at all, whoever stored it.
+    virtual bool isEmpty() const = 0;
     /// Why values cannot be stored now, as far as can be told without storing one, as a sentence; empty when
     /// they can be.
     virtual QString obstacle() const { return {}; }
@@ -56,6 +58,7 @@ class InMemoryUserDefaults : public UserDefaults {
     std::optional<QStringList> stringArray(const QString &key) const override;
     foundation::StoreResult setBoolean(const QString &key, bool value) override;
     foundation::StoreResult updateStringArray(const QString &key, const StringArrayChange &change) override;
+    bool isEmpty() const override { return m_values.isEmpty(); }
 
   private:
     foundation::StoreResult set(const QString &key, const QVariant &value);

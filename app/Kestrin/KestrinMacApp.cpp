@@ -151,11 +151,11 @@ int main(int argc, char **argv) {
         return 1;
     }
     QObject::connect(&claim, &MonitoringClaim::lost, &application, [] { QCoreApplication::exit(claimLost); });
-    kestrin.protect({.workspace = *workspace,
-                                .settingsStore = settingsStoreIn(folder),
-                                .logStore = activityLogIn(folder),
-                                .ownApplications = ownApplicationsIn(folder),
-                                .watchTime = makeTimeChangeWatch});
+    kestrin.protect(folder, {.workspace = *workspace,
+                             .settingsStore = settingsStoreIn(folder),
+                             .logStore = activityLogIn(folder),
+                             .ownApplications = ownApplicationsIn(folder),
+                             .watchTime = makeTimeChangeWatch});
     const int result = QGuiApplication::exec();
     if (!claim.isHeld())
         launch.refuse(claim.lossSentence());

@@ -34,6 +34,7 @@ class JSONUserDefaults final : public runtime::UserDefaults {
     std::optional<QStringList> stringArray(const QString &key) const override;
     foundation::StoreResult setBoolean(const QString &key, bool value) override;
     foundation::StoreResult updateStringArray(const QString &key, const StringArrayChange &change) override;
+    bool isEmpty() const override { return load().isEmpty() && problem().isEmpty(); }
     /// Makes the folder when it is missing.
     QString obstacle() const override;
     QString problem() const override;

@@ -24,6 +24,7 @@ class NSUserDefaultsStore final : public runtime::UserDefaults {
     foundation::StoreResult setBoolean(const QString &key, bool value) override;
     /// The system has no lock that would keep other processes away meanwhile.
     foundation::StoreResult updateStringArray(const QString &key, const StringArrayChange &change) override;
+    bool isEmpty() const override;
 
   protected:
     void connectNotify(const QMetaMethod &signal) override;

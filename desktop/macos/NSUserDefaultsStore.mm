@@ -145,6 +145,12 @@ StoreResult NSUserDefaultsStore::updateStringArray(const QString &key, const Str
     return resultOf(isStored);
 }
 
+bool NSUserDefaultsStore::isEmpty() const {
+    @autoreleasepool {
+        return [d->values() count] == 0;
+    }
+}
+
 void NSUserDefaultsStore::connectNotify(const QMetaMethod &signal) {
     if (d->watch || signal != QMetaMethod::fromSignal(&UserDefaults::changed))
         return;

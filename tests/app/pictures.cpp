@@ -33,6 +33,8 @@ struct Scene {
     QString stored;
     /// What is done once it is shown.
     std::function<void(samples::WindowHome &)> then = {};
+    /// A file that describes a window of its own, which is seen instead.
+    QString apart = {};
 };
 
 void runUsualApplications(samples::WindowHome &home) {
@@ -63,6 +65,13 @@ void passAnAfternoon(samples::WindowHome &home) {
     QCoreApplication::processEvents();
 }
 
+/// For those who asked their desktop for more contrast and larger texts.
+void ease() {
+    auto desktop = std::make_unique<InMemoryDesktopPreferences>();
+    desktop->say({}, {}, true, 1.25);
+    KestrinAppearance::shared().follow(std::move(desktop));
+}
+
 QList<Scene> scenes() {
     const auto afternoon = [](samples::WindowHome &home) {
         runUsualApplications(home);
@@ -75,9 +84,7 @@ QList<Scene> scenes() {
         home.shown->protection.state.setEnforceActions(true);
     };
     const auto eased = [afternoon](samples::WindowHome &home) {
-        auto desktop = std::make_unique<InMemoryDesktopPreferences>();
-        desktop->say({}, {}, true, 1.25);
-        KestrinAppearance::shared().follow(std::move(desktop));
+        ease();
         afternoon(home);
     };
     const auto nothing = [](samples::WindowHome &home) { home.open(); };
@@ -111,6 +118,27 @@ QList<Scene> scenes() {
     const auto addDialog = [](samples::WindowHome &home) {
         QMetaObject::invokeMethod(&home.root(), "openDialog", Q_ARG(QQuickItem *, nullptr));
     };
+    const auto firstStart = [](samples::WindowHome &home) {
+        home.defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {u"sleep"_s, u"away"_s, u"manual"_s});
+        home.commands.setTray(true);
+        home.open();
+    };
+    const auto firstStartEased = [firstStart](samples::WindowHome &home) {
+        ease();
+        firstStart(home);
+    };
+    const auto firstStartAt = [](int step) {
+        return [step](samples::WindowHome &home) {
+            home.shown->window.explainFirstStart(home.commands);
+            for (int i = 0; i < step; ++i)
+                QTest::keyClick(&home.window(), Qt::Key_Return);
+        };
+    };
+    const auto enforcingChosen = [firstStartAt](samples::WindowHome &home) {
+        firstStartAt(0)(home);
+        for (const auto key : {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space})
+            QTest::keyClick(&home.window(), key);
+    };
     const auto removal = [](samples::WindowHome &home) {
         home.shown->protection.state.property("ownApps").value<MacOwnApps *>()->remove(u"signal"_s);
         QTest::qWait(50);
@@ -138,6 +166,12 @@ QList<Scene> scenes() {
         {u"apps-unselected"_s, MacSection::Apps, unselected, {}},
         {u"apps-own"_s, MacSection::Apps, withOwn, {}, removal},
         {u"add-app"_s, MacSection::Apps, withOwn, {}, addDialog},
+        {u"first-actions"_s, MacSection::Home, firstStart, {}, firstStartAt(0)},
+        {u"first-enforcing"_s, MacSection::Home, firstStart, {}, enforcingChosen},
+        {u"first-schedules"_s, MacSection::Home, firstStart, {}, firstStartAt(1)},
+        {u"first-login"_s, MacSection::Home, firstStart, {}, firstStartAt(2)},
+        {u"first-schedules-eased"_s, MacSection::Home, firstStartEased, {}, firstStartAt(1)},
+        {u"closing-question"_s, MacSection::Home, firstStart, {}, {}, u"MacClosingQuestion.qml"_s},
     };
     for (const Scene &page : all.first(7))
         all.append({page.name + u"-eased"_s, page.section, eased, {}});
@@ -153,9 +187,13 @@ QImage draw(const Scene &scene, const QString &appearance, QSize size) {
     home.select(scene.section);
     if (scene.then)
         scene.then(home);
+    std::unique_ptr<QObject> apart;
+    if (!scene.apart.isEmpty())
+        apart = makeObject(*home.shown->engine, scene.apart,
+                           {{u"commands"_s, QVariant::fromValue(&home.commands)}});
     // Two turns of layouts that wait for the next frame.
     QTest::qWait(50);
-    return home.window().grabWindow();
+    return (apart ? qobject_cast<QQuickWindow *>(apart.get()) : &home.window())->grabWindow();
 }
 
 bool save(const QImage &picture, const QDir &folder, const QString &name) {

@@ -87,6 +87,18 @@ struct Desk : samples::WindowHome {
                           item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
     }
     void press(const char *type, const QString &title) const { click(one(type, title)); }
+    void seeUncut() const {
+        const QList<QQuickItem *> texts = all("QQuickText");
+        QVERIFY(!texts.isEmpty());
+        for (const QQuickItem *const text : texts)
+            QVERIFY2(!text->property("truncated").toBool(), qPrintable(text->property("text").toString()));
+        for (const char *const type : {"KestrinPrimaryButton", "KestrinSecondaryButton"}) {
+            for (const QQuickItem *const button : all(type)) {
+                const QQuickItem *const label = button->findChild<FittedText *>();
+                QVERIFY(button->width() - label->mapToItem(button, {label->width(), 0}).x() >= 6);
+            }
+        }
+    }
     void flipTheOnlySwitch() const { click(all("KestrinToggle").first()); }
     qsizetype recorded(const QString &message) const {
         return samples::messages(runtime().logStore().recent(1000)).count(message);
@@ -173,21 +185,24 @@ void WindowTest::nothingIsCut() {
     large->say({}, {}, {}, 2);
     KestrinAppearance::shared().follow(std::move(large));
     const auto usual = qScopeGuard([] { KestrinAppearance::shared().follow(nullptr); });
-    const Desk desk(MacSection::Home);
+    Desk desk(MacSection::Home);
     desk.window().resize(1040, 680);
     for (int section = 0; section < 7; ++section) {
         desk.show(static_cast<MacSection>(section));
-        const QList<QQuickItem *> texts = desk.all("QQuickText");
-        QVERIFY(!texts.isEmpty());
-        for (const QQuickItem *const text : texts)
-            QVERIFY2(!text->property("truncated").toBool(), qPrintable(text->property("text").toString()));
-        for (const char *const type : {"KestrinPrimaryButton", "KestrinSecondaryButton"}) {
-            for (const QQuickItem *const button : desk.all(type)) {
-                const QQuickItem *const label = button->findChild<FittedText *>();
-                QVERIFY(button->width() - label->mapToItem(button, {label->width(), 0}).x() >= 6);
-            }
-        }
+        desk.seeUncut();
     }
+    desk.runtime().setModes({u"sleep"_s, u"away"_s, u"focus"_s, u"travel"_s, u"manual"_s}, true);
+    desk.commands.setTray(true);
+    desk.shown->window.explainFirstStart(desk.commands);
+    for (int step = 0; step < 3; ++step) {
+        desk.settle();
+        desk.seeUncut();
+        QQuickItem *const next = desk.all("KestrinPrimaryButton").constLast();
+        for (const QQuickItem *const item : desk.all(step == 1 ? "MacScheduleCard" : "MacOption"))
+            QVERIFY(item->mapToScene({0, item->height()}).y() + 8 <= next->mapToScene({0, 0}).y());
+        desk.click(next);
+    }
+    QVERIFY(desk.all("MacFirstStartDialog").isEmpty());
 }
 
 void WindowTest::quietLine() {

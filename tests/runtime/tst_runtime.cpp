@@ -1,6 +1,7 @@
 // What the runtime asks of its surroundings, and in which order; what it records and publishes; and several
 // processes over the same files.
 
+#include "runtime/FirstStart.h"
 #include "runtime/MonitoringClaim.h"
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/Files.h"
@@ -60,6 +61,7 @@ class RuntimeTest : public QObject {
     void oneRefresh();
     void checks();
     void startingOverFiles();
+    void firstStart();
     void publishedEvents();
     void otherProcesses();
     void twoProcesses();
@@ -234,6 +236,33 @@ void RuntimeTest::startingOverFiles() {
     QVERIFY(home.settings.load().protectedDefinitionIDs.isEmpty());
     QCOMPARE(MacProtectionRuntime(home.defaults, home.surroundings()).protectedDefinitionIDs(),
              defaultDefinitionIDs());
+}
+
+void RuntimeTest::firstStart() {
+    // What a user may have left, and whether that is a new one.
+    for (const auto &[file, isNew] : std::initializer_list<std::pair<QString, bool>>{
+             {u"data/Kestrin/monitor.lock"_s, true},
+             {u"data/Kestrin/privacy-mode-settings.json"_s, false},
+             {u"data/Kestrin/activity-log.json"_s, false},
+             {u"data/Kestrin/activity-log.json.damaged-2026-11-25T19-04-11"_s, false},
+             {u"data/Kestrin/own-applications.json"_s, false},
+             {u"config/user-defaults.json"_s, false},
+         }) {
+        samples::Home home;
+        samples::write(home.folder.filePath(file), "no JSON");
+        QCOMPARE(FirstStart(home.defaults, home.support()).isDue(), isNew);
+    }
+    samples::Home home;
+    FirstStart inBackground(home.defaults, home.support());
+    inBackground.putOff();
+    home.log.append(samples::event(u"Started."_s));
+    FirstStart withWindow(home.defaults, home.support());
+    QVERIFY(withWindow.isDue() && withWindow.begin() && !withWindow.isDue());
+    QVERIFY(!FirstStart(home.defaults, home.support()).isDue());
+    // What cannot be remembered would come again and again.
+    samples::Home full;
+    samples::write(full.folder.filePath(u"config"_s), {});
+    QVERIFY(!FirstStart(full.defaults, full.support()).begin());
 }
 
 void RuntimeTest::publishedEvents() {

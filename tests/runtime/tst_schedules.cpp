@@ -80,8 +80,10 @@ void SchedulesTest::outlook() {
          u"Sleep Mode keeps Privacy Mode on right now. Later today it goes off at 07:00, on at 08:00, off at 18:00 and on at 23:00."_s},
         {u"sleep away manual"_s, QTime(18, 0, 30),
          u"No schedule is active right now, which keeps Privacy Mode off. Later today it goes on at 23:00."_s},
-        {u"sleep away"_s, QTime(23, 59), u"Sleep Mode keeps Privacy Mode on right now. It stays so until midnight."_s},
-        {u"focus sleep"_s, QTime(22, 0), u"Focus Mode keeps Privacy Mode on right now. It stays so until midnight."_s},
+        {u"sleep away"_s, QTime(23, 59),
+         u"Sleep Mode keeps Privacy Mode on right now. It stays so until midnight."_s},
+        {u"focus sleep"_s, QTime(22, 0),
+         u"Focus Mode keeps Privacy Mode on right now. It stays so until midnight."_s},
         {u"manual travel"_s, QTime(12, 0), u"No schedule switches Privacy Mode. It stays as you set it."_s},
     };
     for (const auto &[enabled, time, text] : expected) {

@@ -4,6 +4,7 @@ and driven by a screen reader's actions, by mouse and by keyboard.
 Runs in tools/with-desktop; KESTRIN, KESTRINCTL and KESTRIN_SAMPLE_APP in the environment are the programs.
 """
 
+import json
 import os
 import pathlib
 import shutil
@@ -38,7 +39,7 @@ PAGES = [
     ("Install & Connect", "Install & Connect", ["Run Mac Check", "Copy Diagnostics"]),
 ]
 
-CONTROLS = {"push button", "check box", "list item"}
+CONTROLS = {"push button", "check box", "radio button", "list item"}
 
 
 class Spoken:
@@ -141,9 +142,14 @@ class SampleApp:
 class Kestrin:
     """The running program."""
 
-    def __init__(self):
+    def __init__(self, *options):
         self.errors = tempfile.TemporaryFile("w+")
-        self.process = subprocess.Popen(os.environ["KESTRIN"], stderr=self.errors)
+        self.process = subprocess.Popen([os.environ["KESTRIN"], *options], stderr=self.errors)
+        if "--background" in options:
+            # A second start brings the window, as soon as there is a first one.
+            lock = pathlib.Path(os.environ["XDG_DATA_HOME"], "Kestrin", "monitor.lock")
+            wait("Kestrin does not start.", lambda: lock.exists() and str(self.process.pid) in lock.read_text())
+            output(os.environ["KESTRIN"])
         self.application = wait("Kestrin does not appear on the accessibility bus.", self._find)
         self.frame = self.one("frame", "Kestrin")
         wait("The window does not become active.", lambda: "active" in self.frame.states)
@@ -179,6 +185,9 @@ class Kestrin:
     def says(self, phrase):
         """Whole, or after the time of day."""
         self.find(f"\"{phrase}\"", lambda item: item.name == phrase or item.name.endswith(" " + phrase))
+
+    def begins(self, words):
+        self.find(f"\"{words}…\"", lambda item: item.name.startswith(words))
 
     def show(self, section, heading=None):
         self.one("list item", section).act("Press")
@@ -232,12 +241,14 @@ class WindowTest(unittest.TestCase):
         os.environ["XDG_DATA_HOME"] = str(home / "share")
         os.environ["XDG_CONFIG_HOME"] = str(home / "config")
         os.environ["XDG_CACHE_HOME"] = str(home / "cache")
+        # Nobody's first start, unless a test forgets it.
+        kestrinctl("on")
         # Qt would keep there what is not compiled into the program, and look at it again after an upgrade.
         compiled = home / "cache" / "Kestrin" / "qmlcache"
         self.addCleanup(lambda: self.assertFalse(compiled.exists(), "Views are not compiled in."))
 
-    def launch(self):
-        kestrin = Kestrin()
+    def launch(self, *options):
+        kestrin = Kestrin(*options)
         self.addCleanup(kestrin.end)
         self.addCleanup(lambda: self.assertEqual(kestrin.complaints(), ""))
         return kestrin
@@ -347,6 +358,66 @@ class WindowTest(unittest.TestCase):
         kestrin.focus_is("Devices")
         press("ctrl+q")
         self.assertEqual(kestrin.process.wait(LIMIT), 0)
+
+    def launch_first(self, *options):
+        for folder in (os.environ["XDG_DATA_HOME"], os.environ["XDG_CONFIG_HOME"]):
+            shutil.rmtree(folder, ignore_errors=True)
+        kestrin = self.launch(*options)
+        kestrin.one("heading", "What should Kestrin do?")
+        kestrin.focus_is("Next")
+        return kestrin
+
+    def launch_again(self, kestrin):
+        """Which asks nothing any more: the keyboard begins at the sections."""
+        kestrin.end()
+        kestrin = self.launch()
+        press("Tab")
+        kestrin.focus_is("Home")
+        kestrin.end()
+
+    @staticmethod
+    def choices():
+        status = json.loads(kestrinctl("status", "--json"))
+        return status["enforceActions"], status["enabledModeIDs"], kestrinctl("autostart")
+
+    def test_first_start_chooses(self):
+        app = self.open_app("Zoom", "zoom")
+        kestrin = self.launch_first()
+        for name in ("Preview", "Quit requests", "Skip", "Next", "Preview", "Quit requests"):
+            press("Tab")
+            kestrin.focus_is(name)
+        press("space")
+        wait("It is not chosen.", lambda: "checked" in kestrin.one("radio button", "Quit requests").states)
+        self.assertIsNone(app.process.poll())
+        press("Tab", "Tab", "Return")
+        self.closes(app)
+        kestrin.one("heading", "When is Privacy Mode on?")
+        kestrin.begins("Away Mode keeps Privacy Mode on right now. Later today it goes off at ")
+        kestrin.click("check box", "Away Mode")
+        kestrin.begins("No schedule is active right now, which keeps Privacy Mode off. Later today it goes on at ")
+        kestrin.one("push button", "Next").act("Press")
+        kestrin.one("radio button", "At login").act("Toggle")
+        wait("It is not chosen.", lambda: "checked" in kestrin.one("radio button", "At login").states)
+        kestrin.click("push button", "Done")
+        press("Tab")
+        kestrin.focus_is("Home")
+        self.assertEqual(self.choices(), (True, ["sleep", "manual"], "Kestrin starts at login.\n"))
+        self.launch_again(kestrin)
+
+    def test_first_start_changes_only_what_is_chosen(self):
+        def goes(kestrin):
+            press("Tab")
+            kestrin.focus_is("Home")
+        for options, leave, afterwards in (
+                ([], lambda kestrin: press("Escape"), goes),
+                (["--background"], lambda kestrin: kestrin.click("push button", "Skip"), goes),
+                ([], lambda kestrin: press("Return", "Return", "Return"), goes),
+                ([], lambda kestrin: kestrin.process.kill(), lambda kestrin: kestrin.process.wait())):
+            kestrin = self.launch_first(*options)
+            leave(kestrin)
+            afterwards(kestrin)
+            self.assertEqual(self.choices(), (False, ["sleep", "away", "manual"], "Kestrin does not start at login.\n"))
+            self.launch_again(kestrin)
 
     def test_protection(self):
         zoom, otter = self.open_app("Zoom", "zoom"), self.open_app("Otter AI", "otter")

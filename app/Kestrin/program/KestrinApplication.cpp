@@ -78,7 +78,8 @@ bool KestrinApplication::eventFilter(QObject *watched, QEvent *event) {
     return QObject::eventFilter(watched, event);
 }
 
-void KestrinApplication::protect(MacProtectionSurroundings surroundings) {
+void KestrinApplication::protect(const QString &supportFolder, MacProtectionSurroundings surroundings) {
+    m_firstStart.emplace(m_defaults, supportFolder);
     m_protection.emplace(m_defaults, std::move(surroundings), m_installed);
     connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
     connect(&m_protection->runtime, &MacProtectionRuntime::scheduleSwitched, this,
@@ -91,10 +92,12 @@ void KestrinApplication::protect(MacProtectionSurroundings surroundings) {
     connect(&m_commands, &TrayCommands::storageFailed, this, showVisibly);
     connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
     connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-    if (m_start == Start::withWindow)
+    if (m_start == Start::withWindow) {
         openWindow({});
-    else
+    } else {
+        m_firstStart->putOff();
         m_protection->privacyMode.startRuntime();
+    }
     joinDesktop();
 }
 
@@ -119,8 +122,17 @@ void KestrinApplication::openWindow(const QString &activationToken) {
     m_window = std::make_unique<ProtectionWindow>(*m_engine, m_protection->state);
     QQuickWindow &window = m_window->window();
     connect(&window, &QWindow::visibleChanged, this, &KestrinApplication::takeWindowClosed);
+    // Nobody waits for the window because of it.
+    if (m_firstStart->isDue())
+        connect(&window, &QQuickWindow::frameSwapped, this, &KestrinApplication::explainFirstStart,
+                Qt::SingleShotConnection);
     if (m_start == Start::inBackground)
         bringToFront(window, activationToken);
+}
+
+void KestrinApplication::explainFirstStart() {
+    if (m_firstStart->begin())
+        m_window->explainFirstStart(m_commands);
 }
 
 void KestrinApplication::takeWindowClosed() {

@@ -8,6 +8,7 @@
 #include "desktop/session/RunningInstance.h"
 #include "desktop/session/TrayHost.h"
 #include "runtime/DesktopPermission.h"
+#include "runtime/FirstStart.h"
 
 #include <QQmlEngine>
 #include <QTimer>
@@ -34,13 +35,14 @@ class KestrinApplication : public QObject {
     ~KestrinApplication() override;
 
     /// Starts to protect. The caller has the right to (MonitoringClaim).
-    void protect(runtime::MacProtectionSurroundings surroundings);
+    void protect(const QString &supportFolder, runtime::MacProtectionSurroundings surroundings);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
     void joinDesktop();
     void openWindow(const QString &activationToken);
+    void explainFirstStart();
     void takeWindowClosed();
     void endTelling();
     void followTray();
@@ -60,6 +62,7 @@ class KestrinApplication : public QObject {
     std::optional<desktop::DesktopNotices> m_notices;
     std::optional<desktop::TrayHost> m_trayHost;
     TrayCommands m_commands;
+    std::optional<runtime::FirstStart> m_firstStart;
     bool m_isQuitting = false;
     /// Runs out when a program that nobody sees any more is to end.
     QTimer m_end;

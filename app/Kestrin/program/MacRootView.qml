@@ -28,6 +28,13 @@ Item {
         });
     }
 
+    function explainFirstStart(commands: TrayCommands) {
+        dialog.setSource("MacFirstStartDialog.qml", {
+            "protection": root.protection,
+            "commands": commands
+        });
+    }
+
     function closeDialog() {
         dialog.source = "";
         placeBeforeDialog?.forceActiveFocus();

@@ -2,6 +2,7 @@
 
 #include "app/Kestrin/pages/MacProtectionState.h"
 #include "app/Kestrin/program/ModuleObjects.h"
+#include "app/Kestrin/program/TrayCommands.h"
 #include "design/KestrinColors.h"
 
 #include <QGuiApplication>
@@ -89,6 +90,11 @@ ProtectionWindow::ProtectionWindow(QQmlEngine &engine, MacProtectionState &state
 }
 
 ProtectionWindow::~ProtectionWindow() = default;
+
+void ProtectionWindow::explainFirstStart(TrayCommands &commands) {
+    QMetaObject::invokeMethod(m_content.get(), "explainFirstStart",
+                              Q_ARG(kestrin::app::TrayCommands *, &commands));
+}
 
 void showNotice(const QString &text) {
     const std::unique_ptr<QQmlEngine> engine = makeEngine();

@@ -10,6 +10,7 @@ class QQmlEngine;
 namespace kestrin::app {
 
 class MacProtectionState;
+class TrayCommands;
 
 /// The program's window. Needs a QGuiApplication, and the renderer to be chosen already. Main thread.
 class ProtectionWindow {
@@ -20,6 +21,8 @@ class ProtectionWindow {
     ~ProtectionWindow();
 
     QQuickWindow &window() const { return *m_window; }
+    /// Shows the dialog of the first start over everything. `commands` outlives this object.
+    void explainFirstStart(TrayCommands &commands);
 
   private:
     std::unique_ptr<QQuickWindow> m_window;

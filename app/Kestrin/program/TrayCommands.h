@@ -16,8 +16,8 @@ class TrayCommands : public QObject {
     QML_UNCREATABLE("The application has them.")
     Q_PROPERTY(bool startsAtLogin READ startsAtLogin WRITE setStartsAtLogin NOTIFY startsAtLoginChanged FINAL)
     /// What closing the window does where there is a tray; false also as long as nobody has answered.
-    Q_PROPERTY(
-        bool staysWhenClosed READ staysWhenClosed WRITE setStaysWhenClosed NOTIFY staysWhenClosedChanged FINAL)
+    Q_PROPERTY(bool staysWhenClosed READ staysWhenClosed WRITE setStaysWhenClosed NOTIFY
+                   staysWhenClosedChanged FINAL)
     Q_PROPERTY(bool hasTray MEMBER m_hasTray NOTIFY waysBackChanged FINAL)
     /// Whether somebody finds the program again that has no window.
     Q_PROPERTY(bool hasWayBack READ hasWayBack NOTIFY waysBackChanged FINAL)
