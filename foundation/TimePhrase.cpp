@@ -116,4 +116,20 @@ std::optional<QDateTime> timeOfPhrase(const QString &phrase, const QDateTime &no
     return onTheCalendar(words, now);
 }
 
+std::optional<QDateTime> endOfPhrase(const QString &phrase, const QDateTime &now) {
+    static const QRegularExpression pattern(u"^\\s*until\\s+(.*)$"_s,
+                                            QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression timeOfDay(u"^\\d{1,2}:"_s);
+    const QRegularExpressionMatch match = pattern.match(phrase);
+    if (!match.hasMatch()) {
+        const auto end = shifted(now, phrase, 1);
+        return end && *end > now ? end : std::nullopt;
+    }
+    const QString words = match.captured(1);
+    auto end = timeOfPhrase(words, now);
+    if (end && *end <= now && timeOfDay.match(words).hasMatch())
+        end = timeOfPhrase(u"tomorrow "_s + words, now);
+    return end && *end > now ? end : std::nullopt;
+}
+
 } // namespace kestrin::foundation

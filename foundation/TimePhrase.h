@@ -15,4 +15,9 @@ namespace kestrin::foundation {
 /// case are the same, but for "m", a minute, and "M", a month.
 std::optional<QDateTime> timeOfPhrase(const QString &phrase, const QDateTime &now);
 
+/// The moment until which something is to last for somebody who says this at `now`: a span of time, "90m" or
+/// "1h 30min", or "until" and a phrase as above, of which a time of day alone is the next such time. None
+/// when it means none, or one that has passed.
+std::optional<QDateTime> endOfPhrase(const QString &phrase, const QDateTime &now);
+
 } // namespace kestrin::foundation

@@ -458,6 +458,8 @@ void MacProtectionRuntime::adoptStoredDefault(const QString &key) {
         m_enforceActions = stored;
         Q_EMIT enforceActionsChanged();
         configureRelaunchMonitor();
+    } else if (key == Pause::key) {
+        followPause();
     } else {
         adoptStoredModes();
     }

@@ -5,6 +5,7 @@
 #include "engine/RiskAppRelaunchMonitor.h"
 #include "runtime/CurrentCatalog.h"
 #include "runtime/Outcome.h"
+#include "runtime/PauseClock.h"
 #include "runtime/ReportedStores.h"
 #include "runtime/ScheduleOutlook.h"
 #include "runtime/TimeChangeWatch.h"
@@ -160,13 +161,22 @@ class MacProtectionRuntime : public QObject {
     /// What the enabled presets want at this moment's local time of day; absent when none has an opinion.
     std::optional<bool> scheduledPrivacyModeState(const QDateTime &date) const;
     ScheduleOutlook scheduleOutlook() const;
-    /// Brings Privacy Mode to what the presets want, if that differs from the saved flag.
+    /// Brings Privacy Mode to what the presets want, if that differs from the saved flag. While it is paused
+    /// they rest.
     Outcome evaluateSchedules(const QDateTime &date);
     /// Disables the presets because of which Privacy Mode is now wanted to be another than this.
     Outcome disableModesAgainst(bool privacyModeOn);
     /// Evaluates now, every minute, and when the local time has jumped. Does nothing at all while the timer
     /// runs.
     void startScheduleTimer();
+
+    // Pauses
+
+    QDateTime now() const { return m_clock(); }
+    /// Whether a stored pause is.
+    bool isPauseOver() const;
+    /// Turns Privacy Mode on where a pause is over, as whoever keeps the flag does it.
+    Outcome endPause();
 
     // What is stored
 
@@ -195,6 +205,8 @@ class MacProtectionRuntime : public QObject {
     void lastCheckedChanged();
     void protectedDefinitionIDsChanged();
     void modesChanged();
+    /// Another pause is stored, or how its end is called may have changed.
+    void pauseChanged();
     void enforceActionsChanged();
     /// An application was asked to quit, by a check or because it was started; already recorded.
     void quitRequested(const kestrin::engine::MacProtectionEvent &event);
@@ -227,6 +239,7 @@ class MacProtectionRuntime : public QObject {
     void adoptStoredSelection();
     void adoptStoredModes();
     void followSchedules();
+    void followPause();
     void postScheduleTick();
     void adoptStoredDefault(const QString &key);
 
@@ -260,6 +273,7 @@ class MacProtectionRuntime : public QObject {
     std::unique_ptr<engine::RiskAppRelaunchMonitor> m_monitor;
     std::unique_ptr<QTimer> m_scheduleTimer;
     std::unique_ptr<TimeChangeWatch> m_timeWatch;
+    std::unique_ptr<PauseClock> m_pauseClock;
     PrivacyModeSetter m_privacyModeSetter;
     /// The problems that were told and are not over.
     /// Not before the start, since nobody listens yet.

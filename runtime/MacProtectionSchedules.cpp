@@ -165,6 +165,9 @@ Outcome MacProtectionRuntime::evaluateSchedules(const QDateTime &date) {
     const std::optional<bool> wanted = scheduledPrivacyModeState(date);
     if (!wanted || *wanted == isSavedOn())
         return outcome;
+    // Privacy Mode is off where it is paused.
+    if (const auto pause = Pause::stored(m_defaults); *wanted && pause && !pause->isOver(date))
+        return outcome;
     // What holds where somebody's choice cannot be read is nobody's: neither do the presets' own switches
     // count, nor is it stored.
     if (!areSettingsChosen() || (!m_storedModeIDs && !m_defaults.problem().isEmpty()))
@@ -191,7 +194,27 @@ Outcome MacProtectionRuntime::disableModesAgainst(bool privacyModeOn) {
     return setModes(ids, false);
 }
 
+bool MacProtectionRuntime::isPauseOver() const {
+    const auto pause = Pause::stored(m_defaults);
+    return pause && pause->isOver(m_clock());
+}
+
+Outcome MacProtectionRuntime::endPause() {
+    if (!isPauseOver() || isSavedOn())
+        return {};
+    return m_privacyModeSetter ? m_privacyModeSetter(true) : updatePrivacyMode(true, true);
+}
+
+void MacProtectionRuntime::followPause() {
+    report(m_pauseClock->look(m_clock()));
+    Q_EMIT pauseChanged();
+}
+
 void MacProtectionRuntime::followSchedules() {
+    if (Pause::stored(m_defaults)) {
+        followPause();
+        endPause();
+    }
     const Outcome outcome = evaluateSchedules(m_clock());
     if (outcome.switchedBySchedules)
         Q_EMIT scheduleSwitched(*outcome.switchedBySchedules, switchMessage(*outcome.switchedBySchedules));
@@ -210,6 +233,7 @@ void MacProtectionRuntime::startScheduleTimer() {
         m_timeWatch = m_watchTime();
         connect(m_timeWatch.get(), &TimeChangeWatch::changed, this, &MacProtectionRuntime::postScheduleTick);
     }
+    m_pauseClock = std::make_unique<PauseClock>(m_defaults, [this] { postScheduleTick(); });
     followSchedules();
 }
 

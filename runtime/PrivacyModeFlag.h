@@ -1,6 +1,7 @@
 #pragma once
 
 #include "runtime/Outcome.h"
+#include "runtime/Pause.h"
 #include "runtime/UserDefaults.h"
 
 namespace kestrin::runtime {
@@ -21,10 +22,16 @@ class PrivacyModeFlag : public QObject {
     PrivacyModeFlag(UserDefaults &defaults, MacProtectionRuntime &runtime, QObject *parent = nullptr);
     ~PrivacyModeFlag() override;
 
+    /// Where a pause is over it is, whether or not anybody has turned it on yet.
     bool isOn() const;
     /// Hands the value to the runtime, also when it is the present one, which mends settings that disagree;
-    /// the runtime records a change only.
+    /// the runtime records a change only. Ends a pause.
     Outcome setOn(bool on);
+    /// Absent when Privacy Mode is on, and when it is off for good.
+    std::optional<QDateTime> pausedUntil() const;
+    /// Off now, and on again then. Takes the place of another pause; where Privacy Mode is off for good,
+    /// nothing happens. `until` lies in the future.
+    Outcome pause(const QDateTime &until);
     /// Starts the runtime with this flag.
     void startRuntime();
 
@@ -33,6 +40,7 @@ class PrivacyModeFlag : public QObject {
     void changed();
 
   private:
+    Outcome store(bool on);
     void follow(const QString &changedKey);
 
     UserDefaults &m_defaults;

@@ -1,5 +1,7 @@
 #include "runtime/StatusSummaries.h"
 
+#include "runtime/Pause.h"
+
 #include <QLocale>
 
 #include <algorithm>
@@ -30,6 +32,15 @@ QString timeOfDayLabelFor(const QDateTime &date) {
     // Hours and minutes; some locales have seconds in their short style.
     static const QString format = locale.timeFormat(QLocale::ShortFormat).remove(u":ss"_s);
     return locale.toString(date.toLocalTime().time(), format);
+}
+
+QString momentLabelFor(const QDateTime &date, const QDateTime &now) {
+    const QDate day = date.toLocalTime().date();
+    if (day == now.toLocalTime().date())
+        return timeOfDayLabelFor(date);
+    if (date == startOfTomorrow(now))
+        return u"tomorrow"_s;
+    return QLocale::c().dayName(day.dayOfWeek()) + u", "_s + timeOfDayLabelFor(date);
 }
 
 QList<ProtectionDevice> devicesFor(bool isEnabled, bool enforceActions) {

@@ -23,6 +23,10 @@ QString lastCheckedLabelFor(const std::optional<QDateTime> &lastChecked);
 /// The local time of day in the user's short style.
 QString timeOfDayLabelFor(const QDateTime &date);
 
+/// What stands behind "until": "14:30" where that is today, "tomorrow" for its first moment, otherwise with
+/// the day of the week. For moments of the next seven days.
+QString momentLabelFor(const QDateTime &date, const QDateTime &now);
+
 /// This Mac, the iPhone and the watch.
 QList<shared::ProtectionDevice> devicesFor(bool isEnabled, bool enforceActions);
 

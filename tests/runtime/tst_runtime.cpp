@@ -65,6 +65,7 @@ class RuntimeTest : public QObject {
     void publishedEvents();
     void otherProcesses();
     void twoProcesses();
+    void pausesOfOthers();
     void ownApplications_data();
     void ownApplications();
     void ownApplicationsOfOthers();
@@ -340,6 +341,57 @@ void RuntimeTest::twoProcesses() {
     QCOMPARE(home.settings.load(), (PrivacyModeSettings{false, both}));
     QCOMPARE(ours.protectedDefinitionIDs(), both);
     QCOMPARE(theirs.protectedDefinitionIDs(), both);
+}
+
+void RuntimeTest::pausesOfOthers() {
+    Home home;
+    home.defaults.setStringArray(modesKey, {u"away"_s});
+    JSONUserDefaults theirDefaults(home.preferences());
+    MacProtectionRuntime ours(home.defaults, home.surroundings());
+    PrivacyModeFlag ourFlag(home.defaults, ours);
+    ourFlag.startRuntime();
+    MacProtectionRuntime theirs(theirDefaults, home.surroundings());
+    PrivacyModeFlag theirFlag(theirDefaults, theirs);
+    QSignalSpy told(&ourFlag, &PrivacyModeFlag::changed);
+    QElapsedTimer timer;
+
+    // One pauses, the other one follows, and the schedule that wants it on waits.
+    for (const int hours : {1, 2}) {
+        const QDateTime end = home.now.addSecs(hours * 3600);
+        timer.start();
+        QVERIFY(theirFlag.pause(end).isKept());
+        QTRY_COMPARE(ourFlag.pausedUntil(), end);
+        QTRY_COMPARE(told.size(), 1);
+        QVERIFY2(timer.elapsed() < 1000, "It took longer than a second to be heard of.");
+        QVERIFY(ours.evaluateSchedules(home.now).isKept() && !ours.isSavedOn());
+    }
+    home.workspace.launch(samples::running(u"FaceTime"_s, 20));
+    // The other one resumes.
+    QVERIFY(ourFlag.setOn(true).isKept());
+    QVERIFY(theirFlag.isOn() && !theirFlag.pausedUntil());
+    // Whoever turns it off for good while it is paused has not paused it.
+    QVERIFY(theirFlag.pause(home.now.addSecs(3600)).isKept());
+    QTRY_VERIFY(ourFlag.pausedUntil());
+    QVERIFY(theirFlag.setOn(false).isKept());
+    QVERIFY(!ourFlag.pausedUntil() && !ourFlag.isOn());
+    QCOMPARE(ours.evaluateSchedules(home.now).switchedBySchedules, true);
+    // And one that ends by itself, in a program that runs.
+    const Pause pause = Pause::between(home.now, home.now.addSecs(1));
+    QVERIFY(ourFlag.pause(pause.until).isKept() && !ourFlag.isOn());
+    home.now = pause.until;
+    told.clear();
+    QTRY_COMPARE(told.size(), 1);
+    QVERIFY(ourFlag.isOn() && ours.isSavedOn() && theirFlag.isOn() && !Pause::stored(theirDefaults));
+    const QString on = u"Privacy Mode is on for this Mac."_s;
+    const QString off = u"Privacy Mode is off for this Mac."_s;
+    QCOMPARE(home.story(), (QStringList{off, on, off, u"Schedule turned Privacy Mode on."_s, on, off, on}));
+    // What is no pause is none.
+    for (const QStringList &texts :
+         {QStringList{u"2026-03-14T12:00:00Z"_s}, QStringList{u"soon"_s, u"later"_s},
+          QStringList{u"2026-03-14T12:00:00Z"_s, u"2026-03-14T12:00:00Z"_s}}) {
+        theirDefaults.setStringArray(Pause::key, texts);
+        QVERIFY(!Pause::stored(theirDefaults));
+    }
 }
 
 void RuntimeTest::ownApplications_data() {

@@ -1,5 +1,7 @@
 // Privacy Mode by time of day: every boundary, other time zones and clock changes.
 
+#include "foundation/TimePhrase.h"
+#include "runtime/PrivacyModeFlag.h"
 #include "tests/support/MemoryHome.h"
 
 #include <QLocale>
@@ -18,6 +20,15 @@ namespace {
 
 const QString modesKey = u"kestrin.mac.enabledModeIDs"_s;
 
+/// One that the test lets jump.
+TimeChangeWatchMaker madeKnown(TimeChangeWatch *&watch) {
+    return [&watch] {
+        auto made = std::make_unique<TimeChangeWatch>();
+        watch = made.get();
+        return made;
+    };
+}
+
 QString name(std::optional<bool> state) {
     return !state ? u"absent"_s : *state ? u"on"_s : u"off"_s;
 }
@@ -35,6 +46,8 @@ class SchedulesTest : public QObject {
     void localWallClock();
     void ticksAndTimeJumps();
     void keptAgainstTheSchedules();
+    void pauses_data();
+    void pauses();
 
   private:
     /// To another time zone, or home.
@@ -124,11 +137,7 @@ void SchedulesTest::ticksAndTimeJumps() {
     MacProtectionSurroundings surroundings = home.surroundings();
     QCOMPARE(surroundings.scheduleInterval, std::chrono::seconds(60));
     TimeChangeWatch *watch = nullptr;
-    surroundings.watchTime = [&watch] {
-        auto made = std::make_unique<TimeChangeWatch>();
-        watch = made.get();
-        return made;
-    };
+    surroundings.watchTime = madeKnown(watch);
     {
         MacProtectionRuntime runtime(home.defaults, surroundings);
         runtime.start(true, setter);
@@ -165,6 +174,92 @@ void SchedulesTest::keptAgainstTheSchedules() {
         runtime.disableModesAgainst(kept);
         QCOMPARE(home.defaults.stringArray(modesKey)->join(u' '), after);
         QCOMPARE(runtime.scheduledPrivacyModeState(home.now).value_or(kept), kept);
+    }
+}
+
+void SchedulesTest::pauses_data() {
+    // Where somebody pauses, when and for how long, and what is so whenever the clock has been set, or also
+    // the program been started again. Then Privacy Mode is on, off, or paused until a time.
+    QTest::addColumn<QByteArray>("zone");
+    QTest::addColumn<QString>("begin");
+    QTest::addColumn<QString>("pause");
+    QTest::addColumn<QStringList>("steps");
+    const auto row = [](const char *name, const char *zone, const QString &begin, const QString &pause,
+                        const QStringList &steps) {
+        QTest::newRow(name) << QByteArray(zone) << begin << pause << steps;
+    };
+    row("an hour", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
+        {u"2026-03-14T12:59:59Z until 2026-03-14T13:00:00Z"_s, u"2026-03-14T13:00:00Z on"_s});
+    // Away ends at six.
+    row("the schedules afterwards", "UTC", u"2026-03-14T17:30:00Z"_s, u"1h"_s,
+        {u"2026-03-14T18:00:00Z until 2026-03-14T18:30:00Z"_s, u"2026-03-14T18:30:00Z off"_s});
+    row("started again", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
+        {u"2026-03-14T12:30:00Z until 2026-03-14T13:00:00Z again"_s, u"2026-03-14T15:00:00Z on again"_s});
+    row("clocks go forward", "Europe/Berlin", u"2026-03-29T00:30:00Z"_s, u"90m"_s,
+        {u"2026-03-29T01:59:59Z until 2026-03-29T02:00:00Z"_s, u"2026-03-29T02:00:00Z on"_s});
+    row("a day of 25 hours", "Europe/Berlin", u"2026-10-24T22:10:00Z"_s, u"until tomorrow"_s,
+        {u"2026-10-25T22:59:59Z until 2026-10-25T23:00:00Z"_s, u"2026-10-25T23:00:00Z on"_s});
+    row("no midnight", "America/Sao_Paulo", u"2018-11-03T20:00:00Z"_s, u"until tomorrow"_s,
+        {u"2018-11-04T02:59:59Z until 2018-11-04T03:00:00Z"_s, u"2018-11-04T03:00:00Z on again"_s});
+    row("set forward", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s, {u"2026-03-14T15:00:00Z on"_s});
+    // Twenty minutes are left.
+    row("set back", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
+        {u"2026-03-14T12:40:00Z until 2026-03-14T13:00:00Z"_s,
+         u"2026-03-14T12:10:00Z until 2026-03-14T12:30:00Z"_s,
+         u"2026-03-14T09:00:00Z until 2026-03-14T09:20:00Z"_s, u"2026-03-14T09:20:00Z on"_s});
+    row("set back while nobody knows", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
+        {u"2026-03-14T11:00:00Z on again"_s});
+    row("corrected by seconds", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
+        {u"2026-03-14T11:59:30Z until 2026-03-14T13:00:00Z again"_s});
+}
+
+void SchedulesTest::pauses() {
+    QFETCH(QByteArray, zone);
+    QFETCH(QString, begin);
+    QFETCH(QString, pause);
+    QFETCH(QStringList, steps);
+    moveTo(zone);
+    samples::MemoryHome home;
+    home.defaults.setStringArray(modesKey, {u"sleep"_s, u"away"_s});
+    const auto clockShows = [&](const QString &moment) {
+        home.now = QDateTime::fromString(moment, Qt::ISODate);
+    };
+    clockShows(begin);
+    TimeChangeWatch *watch = nullptr;
+    MacProtectionSurroundings surroundings = home.surroundings();
+    surroundings.clock = [&home] { return home.now; };
+    surroundings.watchTime = madeKnown(watch);
+    std::unique_ptr<MacProtectionRuntime> runtime;
+    std::unique_ptr<PrivacyModeFlag> flag;
+    const auto start = [&] {
+        flag.reset();
+        runtime = std::make_unique<MacProtectionRuntime>(home.defaults, surroundings);
+        flag = std::make_unique<PrivacyModeFlag>(home.defaults, *runtime);
+        flag->startRuntime();
+    };
+    start();
+    // At night it is off, and here on all the same.
+    flag->setOn(true);
+    const auto end = foundation::endOfPhrase(pause, home.now.toLocalTime());
+    QVERIFY(end && flag->pause(*end).isKept());
+    for (const QString &step : std::as_const(steps)) {
+        const QStringList words = step.split(u' ');
+        clockShows(words.first());
+        if (words.last() == u"again")
+            start();
+        else
+            Q_EMIT watch->changed();
+        QCoreApplication::processEvents();
+        const auto until = flag->pausedUntil();
+        if (words.at(1) == u"until") {
+            // What passes meanwhile counts.
+            const qint64 early = until ? until->secsTo(QDateTime::fromString(words.at(2), Qt::ISODate)) : -1;
+            QVERIFY2(early >= 0 && early < 60, qUtf8Printable(step));
+        }
+        QVERIFY2(until.has_value() == (words.at(1) == u"until"), qUtf8Printable(step));
+        QVERIFY2(flag->isOn() == (words.at(1) == u"on"), qUtf8Printable(step));
+        QVERIFY(!flag->isOn() || home.story().last() == u"Privacy Mode is on for this Mac.");
+        QCOMPARE(home.settings->settings.isEnabled, flag->isOn());
     }
 }
 
