@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 
 #include "foundation/TimePhrase.h"
+#include "runtime/Pause.h"
 
 #include <algorithm>
 #include <limits>
@@ -231,6 +232,8 @@ class Parser {
                      quoted(m_arguments.first()) + u", only "_s +
                      listed(m_result.command->options + QStringList{u"--help"_s}) + u'.');
             return;
+        case CommandArguments::pauseEnd:
+            return settlePauseEnd();
         case CommandArguments::definitionIDs:
             return settleDefinitionIDs();
         case CommandArguments::onOrOff:
@@ -244,6 +247,19 @@ class Parser {
         case CommandArguments::catalogChange:
             return settleCatalogChange();
         }
+    }
+
+    void settlePauseEnd() {
+        m_result.pauseEnd = m_arguments.join(u' ');
+        const QDateTime now = QDateTime::currentDateTime();
+        const auto end = foundation::endOfPhrase(m_result.pauseEnd, now);
+        if (!end)
+            fail(u"\"pause\" needs how long, such as 90m or 1h30m, or until when, such as \"until 18:00\" or "
+                 "\"until tomorrow\""_s +
+                 (m_arguments.isEmpty() ? u"."_s : u", not "_s + quoted(m_result.pauseEnd) + u'.'));
+        else if (*end > now.addDuration(runtime::Pause::longest))
+            fail(
+                u"A pause lasts 7 days at most; \"kestrinctl off\" turns Privacy Mode off without an end."_s);
     }
 
     void settleDefinitionIDs() {

@@ -45,6 +45,8 @@ struct Invocation {
     engine::OwnApplication application;
     /// The process or the name of that one.
     QString running;
+    /// Until when Privacy Mode is paused, for endOfPhrase().
+    QString pauseEnd;
     bool json = false;
     bool preview = false;
     LogRequest log;

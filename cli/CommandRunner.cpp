@@ -8,6 +8,7 @@
 #include "cli/WatchCommand.h"
 #include "engine/NSWorkspaceAppInventoryService.h"
 #include "foundation/JsonEncoding.h"
+#include "foundation/TimePhrase.h"
 #include "runtime/AddableApplications.h"
 #include "runtime/StatusSummaries.h"
 
@@ -49,6 +50,10 @@ class CommandRunner {
             return switchPrivacyMode(true);
         case Command::off:
             return switchPrivacyMode(false);
+        case Command::pause:
+            return pause();
+        case Command::resume:
+            return resume();
         case Command::protect:
             return select(true);
         case Command::unprotect:
@@ -117,6 +122,7 @@ class CommandRunner {
         CommandSession &looking = session(Desktop::seen);
         if (const Sight sight = m_surroundings.runtime.workspace.sight(); !sight.isFull())
             m_surroundings.say(sight.text());
+        outcomeOf(looking.endPause());
         return looking;
     }
 
@@ -319,11 +325,38 @@ class CommandRunner {
     }
 
     ExitStatus switchPrivacyMode(bool on) {
-        CommandSession &changing = sessionThatLooks();
+        sessionThatLooks();
+        return changeFlag([on](PrivacyModeFlag &flag) { return flag.setOn(on); });
+    }
+
+    template <typename Change>
+    ExitStatus changeFlag(const Change &change) {
         // Nothing is to follow from a switch that could not be kept.
         if (const QString obstacle = m_surroundings.defaults.obstacle(); !obstacle.isEmpty())
             return couldNotSave(obstacle);
-        return afterChange(changing.flag.setOn(on));
+        return afterChange(change(m_session->flag));
+    }
+
+    ExitStatus pause() {
+        const CommandSession &changing = sessionThatLooks();
+        if (!changing.flag.isOn() && !changing.flag.pausedUntil())
+            return m_surroundings.couldNot(u"There is nothing to pause, because Privacy Mode is off; "
+                                           "\"kestrinctl on\" turns it on."_s);
+        const auto end = endOfPhrase(m_call.pauseEnd, changing.runtime.now().toLocalTime());
+        if (!end)
+            return m_surroundings.couldNot(u"Nothing was paused, because that time has passed."_s);
+        return changeFlag([&](PrivacyModeFlag &flag) { return flag.pause(*end); });
+    }
+
+    ExitStatus resume() {
+        const CommandSession &changing = sessionThatLooks();
+        if (changing.flag.pausedUntil())
+            return changeFlag([](PrivacyModeFlag &flag) { return flag.setOn(true); });
+        if (!changing.flag.isOn())
+            return m_surroundings.couldNot(
+                u"Privacy Mode is not paused but off; \"kestrinctl on\" turns it on."_s);
+        remark(u"Privacy Mode is not paused."_s);
+        return printStatus();
     }
 
     ExitStatus select(bool isProtected) {

@@ -58,6 +58,8 @@ StatusReport CommandSession::status() const {
         (selection.contains(definition.id) ? known : unprotected).append(definition.id);
     return {
         flag.isOn(),
+        flag.pausedUntil(),
+        runtime.now(),
         runtime.enforceActions(),
         monitor(),
         isProtected,
@@ -73,7 +75,13 @@ StatusReport CommandSession::status() const {
     };
 }
 
+Outcome CommandSession::endPause() {
+    return runtime.isPauseOver() && monitor().isThere() == false ? runtime.endPause() : Outcome();
+}
+
 Outcome CommandSession::settleFlag() {
+    if (const Outcome ended = endPause(); !ended.isKept())
+        return ended;
     if (monitor().isThere() == false && runtime.isSavedOn() != flag.isOn() && runtime.areSettingsChosen())
         return runtime.updatePrivacyMode(flag.isOn(), false);
     return {};

@@ -52,6 +52,8 @@ class CommandSession {
     runtime::PrivacyModeFlag flag;
 
     Monitor monitor() const;
+    /// Where nobody watches, a pause that is over is ended by whoever comes next.
+    [[nodiscard]] runtime::Outcome endPause();
     StatusReport status() const;
 
     /// Makes the flag the saved one, as starting the runtime does: where the two disagree (a call was killed

@@ -99,6 +99,24 @@ const QList<CommandDescription> &commandTable() {
          "opposite sets it again within a minute."_s,
          {{u"kestrinctl off"_s, u"turn it off"_s},
           {u"kestrinctl schedule disable sleep"_s, u"keep Sleep Mode from turning it on again"_s}}},
+        {Command::pause,
+         u"pause"_s,
+         u"Turn Privacy Mode off for a while"_s,
+         u"Until then Privacy Mode is off and the schedules rest; afterwards it is on again, and the "
+         u"schedules "
+         "decide as always. A pause lasts over restarts, and for 7 days at most; another one takes its "
+         "place, "
+         "and turning Privacy Mode on or off ends it. Prints the status afterwards, which tells until when."_s,
+         {{u"kestrinctl pause 90m"_s, u"for an hour and a half"_s},
+          {u"kestrinctl pause 1h30m"_s, u"the same"_s},
+          {u"kestrinctl pause until 18:00"_s, u"until it is 6 PM the next time"_s},
+          {u"kestrinctl pause until tomorrow"_s, u"for the rest of the day"_s}},
+         CommandArguments::pauseEnd},
+        {Command::resume,
+         u"resume"_s,
+         u"End a pause of Privacy Mode"_s,
+         u"Turns Privacy Mode on before the pause is over, and prints the status afterwards."_s,
+         {{u"kestrinctl resume"_s, u"turn it on now"_s}}},
         {Command::protect,
          u"protect"_s,
          u"Protect applications of the catalog"_s,

@@ -16,6 +16,8 @@ enum class Command {
     status,
     on,
     off,
+    pause,
+    resume,
     protect,
     unprotect,
     recommended,
@@ -29,6 +31,7 @@ enum class Command {
 /// What may follow a command, apart from options.
 enum class CommandArguments {
     none,
+    pauseEnd,        ///< a phrase that endOfPhrase() understands, in one word or several
     definitionIDs,   ///< one or more
     onOrOff,         ///< exactly one of the two words
     maybeOnOrOff,    ///< nothing, or one of the two words

@@ -45,6 +45,8 @@ QStringList synopses(const CommandDescription &command) {
     switch (command.arguments) {
     case CommandArguments::none:
         return {call};
+    case CommandArguments::pauseEnd:
+        return {call + u" DURATION"_s, call + u" until TIME"_s};
     case CommandArguments::definitionIDs:
         return {call + u" ID..."_s};
     case CommandArguments::onOrOff:
@@ -107,6 +109,10 @@ QString acceptedWords(const CommandDescription &command) {
     if (command.arguments == CommandArguments::definitionIDs)
         return u"ID is one of "_s + definitionIDs().join(u", "_s) +
                u", or that of an application of your own."_s;
+    if (command.arguments == CommandArguments::pauseEnd)
+        return u"DURATION is made of numbers and units (s, m, h or d). TIME is a time of day, which is the "
+               u"next "
+               "one, \"tomorrow\", which is its first moment, or a date and a time such as \"2026-11-27 9:00\"."_s;
     if (command.arguments == CommandArguments::presetSwitch)
         return u"ID is one of "_s + presetIDs().join(u", "_s) + u'.';
     if (command.options.contains(u"--kind"_s))

@@ -44,6 +44,12 @@ Cell onOrOff(bool on) {
     return {on ? u"On"_s : u"Off"_s, on ? TextColour::good : TextColour::caution};
 }
 
+Cell privacyModeCell(const StatusReport &status) {
+    if (!status.pausedUntil)
+        return onOrOff(status.privacyModeOn);
+    return {u"Paused until "_s + momentLabelFor(*status.pausedUntil, status.now), TextColour::caution};
+}
+
 QString monitorSentence(const StatusReport &status) {
     const Monitor &monitor = status.monitor;
     if (!monitor.problem.isEmpty())
@@ -153,7 +159,7 @@ QString statusText(const StatusReport &status, const Palette &palette) {
     const bool monitored = status.monitor.holder.has_value();
     return alignedLines(
         {
-            {label(u"Privacy Mode"_s), onOrOff(status.privacyModeOn)},
+            {label(u"Privacy Mode"_s), privacyModeCell(status)},
             {label(u"Monitor"_s),
              {monitorSentence(status), monitored ? TextColour::good : TextColour::caution}},
             {label(u"Actions"_s), actionsLabelFor(status.enforceActions)},

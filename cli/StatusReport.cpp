@@ -41,6 +41,7 @@ QJsonObject toJsonObject(const Sight &sight) {
 QJsonObject StatusReport::toJson() const {
     return {
         {u"privacyModeOn"_s, privacyModeOn},
+        {u"pausedUntil"_s, pausedUntil ? toJsonValue(*pausedUntil) : QJsonValue(QJsonValue::Null)},
         {u"enforceActions"_s, enforceActions},
         {u"monitorLabel"_s, monitorLabel()},
         {u"protectedDefinitionIDs"_s, toJsonValue(protectedDefinitionIDs)},

@@ -26,6 +26,9 @@ struct Monitor {
 /// How everything stands, as a program beside the watching one sees it.
 struct StatusReport {
     bool privacyModeOn = false;
+    /// Absent unless it is paused.
+    std::optional<QDateTime> pausedUntil;
+    QDateTime now;
     bool enforceActions = false;
     Monitor monitor;
     /// What is selected; nothing protects everything.

@@ -21,8 +21,8 @@ _kestrinctl_candidates() {
 
 _kestrinctl() {
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
-    local commands='apps catalog check watch log status on off protect unprotect recommended enforce schedule
-        autostart desktop diagnostics'
+    local commands='apps catalog check watch log status on off pause resume protect unprotect recommended enforce
+        schedule autostart desktop diagnostics'
     local definitions='zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind
         macwhisper otter'
     local kinds='privacyModeOn privacyModeOff riskAppMatched relaunchDetected quitRequested dryRun actionFailed'
@@ -60,6 +60,13 @@ _kestrinctl() {
         [ -n "$verb" ] || words="enable disable $words"
         ;;
     diagnostics) words='--help' ;;
+    pause)
+        words='--json --help'
+        case $previous in
+        pause) words="15m 1h 2h until $words" ;;
+        until) words=tomorrow ;;
+        esac
+        ;;
     protect | unprotect) words="$definitions $(_kestrinctl_own) --json --help" ;;
     catalog)
         case $verb in

@@ -1,6 +1,6 @@
 # Completion of kestrinctl for fish.
 
-set -l commands apps catalog check watch log status on off protect unprotect recommended enforce schedule autostart desktop diagnostics
+set -l commands apps catalog check watch log status on off pause resume protect unprotect recommended enforce schedule autostart desktop diagnostics
 set -l definitions zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind macwhisper otter
 set -l presets sleep away focus travel manual
 set -l kinds privacyModeOn privacyModeOff riskAppMatched relaunchDetected quitRequested dryRun actionFailed
@@ -18,6 +18,8 @@ complete -c kestrinctl -n $none -a log -d 'Print events of the activity log'
 complete -c kestrinctl -n $none -a status -d 'Tell how Privacy Mode, monitor, selection and schedules stand'
 complete -c kestrinctl -n $none -a on -d 'Turn Privacy Mode on'
 complete -c kestrinctl -n $none -a off -d 'Turn Privacy Mode off'
+complete -c kestrinctl -n $none -a pause -d 'Turn Privacy Mode off for a while'
+complete -c kestrinctl -n $none -a resume -d 'End a pause of Privacy Mode'
 complete -c kestrinctl -n $none -a protect -d 'Protect applications of the catalog'
 complete -c kestrinctl -n $none -a unprotect -d 'Stop protecting applications of the catalog'
 complete -c kestrinctl -n $none -a recommended -d 'Protect every application of the catalog'
@@ -57,6 +59,9 @@ complete -c kestrinctl -n $log -l search -x -d 'Print those that say this'
 complete -c kestrinctl -n $log -l follow -d 'Go on with those that come'
 complete -c kestrinctl -n $log -l format -x -a 'text json jsonl csv' -d 'Print them in this form'
 complete -c kestrinctl -n '__fish_seen_subcommand_from protect unprotect' -a "$definitions"
+complete -c kestrinctl -n '__fish_seen_subcommand_from pause; and not __fish_seen_subcommand_from until' \
+    -a '15m 1h 2h until'
+complete -c kestrinctl -n '__fish_seen_subcommand_from pause; and __fish_seen_subcommand_from until' -a tomorrow
 complete -c kestrinctl -n '__fish_seen_subcommand_from enforce autostart; and not __fish_seen_subcommand_from on off' \
     -a 'on off'
 complete -c kestrinctl -n '__fish_seen_subcommand_from desktop schedule; and not __fish_seen_subcommand_from enable disable' \

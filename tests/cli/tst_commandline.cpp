@@ -123,6 +123,7 @@ class CommandLineTest : public QObject {
     void unwritable();
     void unreadable();
     void changesInWords();
+    void pauses();
     void times();
     void loggedPart();
     void ownApplications();
@@ -148,6 +149,11 @@ void CommandLineTest::misuse() {
         {u"jsonl"_s, {u"log --format xml"_s}},
         {u"no value"_s, {u"log --all=1"_s}},
         {u"needs a text"_s, {u"log --search"_s, u"log --app="_s}},
+        {u"\"until tomorrow\""_s,
+         {u"pause"_s, u"pause 90"_s, u"pause m"_s, u"pause 0m"_s, u"pause 1.5h"_s, u"pause 18:00"_s,
+          u"pause until"_s, u"pause until lunch"_s, u"pause until yesterday"_s, u"pause until 25:00"_s}},
+        {u"7 days at most"_s, {u"pause 169h"_s, u"pause 1M"_s, u"pause until 9999-12-31"_s}},
+        {u"\"now\", only"_s, {u"resume now"_s}},
         {u"zoom, facetime"_s,
          {u"unprotect"_s, u"unprotect zoom Zoom"_s, u"protect sleep"_s, u"unprotect -- --json"_s}},
         {u"on or off"_s, {u"enforce"_s, u"enforce on off"_s, u"autostart On"_s, u"autostart off on"_s}},
@@ -236,6 +242,7 @@ void CommandLineTest::json() {
     QCOMPARE(status, (QJsonObject{{u"enabledModeIDs"_s, QJsonArray{u"sleep"_s, u"away"_s, u"manual"_s}},
                                   {u"enforceActions"_s, false},
                                   {u"monitorLabel"_s, u"Off"_s},
+                                  {u"pausedUntil"_s, QJsonValue::Null},
                                   {u"privacyModeOn"_s, true},
                                   {u"runningAppCount"_s, 2},
                                   {u"sight"_s, QJsonObject{{u"extent"_s, u"full"_s},
@@ -414,6 +421,58 @@ void CommandLineTest::changesInWords() {
     QVERIFY(home.call(u"apps"_s).out.contains(u"\n10       Zoom    us.zoom.xos\n"));
 }
 
+void CommandLineTest::pauses() {
+    Home home;
+    const auto says = [&](const QString &call, ExitStatus status, const QString &sentence) {
+        const Answer answer = home.call(call);
+        const QString &told = status == ExitStatus::done ? answer.out : answer.err;
+        const bool isRight = answer.status == status && told.startsWith(sentence);
+        if (!isRight)
+            qWarning("%s", qUtf8Printable(call + u": "_s + answer.err + answer.out));
+        return isRight;
+    };
+    const auto stored = [&](const QString &key) { return home.call(u"status --json"_s).object().value(key); };
+    using enum ExitStatus;
+    QVERIFY(says(u"resume"_s, done, u"Privacy Mode is not paused.\nPrivacy Mode"_s));
+    QVERIFY(says(u"off"_s, done, u"Privacy Mode    Off\n"_s));
+    QVERIFY(says(u"pause 1h"_s, couldNot, u"There is nothing to pause"_s));
+    QVERIFY(says(u"resume"_s, couldNot, u"Privacy Mode is not paused but off"_s));
+    QVERIFY(says(u"on"_s, done, u"Privacy Mode    On\n"_s));
+    // Each takes the place of the one before, and rests a schedule that wants the opposite.
+    const std::pair<QString, QString> labels[] = {{u"90m"_s, u"13:30"_s},
+                                                  {u"until 18:00"_s, u"18:00"_s},
+                                                  {u"until 9:00"_s, u"Sunday, 09:00"_s},
+                                                  {u"2d 30s"_s, u"Monday, 12:00"_s},
+                                                  {u"until tomorrow"_s, u"tomorrow"_s},
+                                                  {u"1h"_s, u"13:00"_s}};
+    for (const auto &[end, label] : labels)
+        QVERIFY(says(u"pause "_s + end, done, u"Privacy Mode    Paused until "_s + label + u'\n'));
+    QCOMPARE(stored(u"pausedUntil"_s), QJsonValue(home.now.addSecs(3600).toUTC().toString(Qt::ISODate)));
+    QCOMPARE(home.call(u"schedule enable focus"_s).status, done);
+    QVERIFY(says(u"check"_s, done, u"Privacy Mode is off. No Mac app actions were taken."_s));
+    QVERIFY(says(u"off"_s, done, u"Privacy Mode    Off\n"_s));
+    QVERIFY(says(u"on"_s, done, u"Privacy Mode    On\n"_s));
+    QVERIFY(says(u"pause 1h"_s, done, u"Privacy Mode    Paused"_s));
+    QVERIFY(says(u"resume"_s, done, u"Privacy Mode    On\n"_s));
+    QVERIFY(says(u"pause 1h"_s, done, u"Privacy Mode    Paused"_s));
+    // Whoever comes first when it is over has ended it, and everybody goes by that.
+    home.now = home.now.addSecs(3600);
+    QVERIFY(says(u"check"_s, done, u"Privacy Mode is on. Evaluating Mac protected apps."_s));
+    QCOMPARE(home.defaults.boolean(PrivacyModeFlag::key), true);
+    QVERIFY(stored(u"pausedUntil"_s).isNull() && home.settings.load().isEnabled);
+    const QString on = u"Privacy Mode is on for this Mac."_s;
+    const QString off = u"Privacy Mode is off for this Mac."_s;
+    QStringList switches = home.story();
+    switches.removeIf([&](const QString &message) { return message != on && message != off; });
+    QCOMPARE(switches, (QStringList{off, on, off, on, off, on, off, on}));
+
+    // Where that cannot be kept, it is told and true all the same.
+    QVERIFY(says(u"pause 1h"_s, done, u"Privacy Mode    Paused"_s));
+    home.now = home.now.addSecs(3600);
+    QVERIFY(QFile::remove(home.settings.file()) && QDir().mkpath(home.settings.file()));
+    QVERIFY(says(u"status"_s, done, u"Privacy Mode    On\n"_s));
+}
+
 void CommandLineTest::times() {
     // The clocks of Berlin went forward at 2:00 on that day.
     qputenv("TZ", "Europe/Berlin");
@@ -446,6 +505,19 @@ void CommandLineTest::times() {
                                   u"@"_s, u"@x"_s, u"2026-02-30"_s, u"25:00"_s, u"2026-01-02 "_s + u"3"_s,
                                   u"today tomorrow"_s, u"UTC"_s, u"1e9h ago"_s})
         QVERIFY2(!timeOfPhrase(phrase, now), qUtf8Printable(phrase));
+    const QDateTime night(QDate(2026, 3, 29), QTime(1, 30, 10));
+    const std::tuple<QString, QDateTime, QString> ends[] = {
+        {u"90m"_s, now, u"2026-03-29T14:00:10Z"_s},
+        {u"1h 30min"_s, night, u"2026-03-29T02:00:10Z"_s},
+        {u" UNTIL  14:31 "_s, now, u"2026-03-29T12:31:00Z"_s},
+        {u"until 1:30"_s, night, u"2026-03-29T23:30:00Z"_s},
+        {u"until tomorrow"_s, night, u"2026-03-29T22:00:00Z"_s},
+        {u"until 2026-03-30 9:00"_s, now, u"2026-03-30T07:00:00Z"_s},
+    };
+    for (const auto &[phrase, from, expected] : ends) {
+        const auto end = endOfPhrase(phrase, from);
+        QVERIFY2(end && end->toUTC().toString(Qt::ISODate) == expected, qUtf8Printable(phrase));
+    }
     qunsetenv("TZ");
     ::tzset();
 }
@@ -676,6 +748,8 @@ void CommandLineTest::completions() {
     QCOMPARE(offeredByBash(u"kestrinctl sch"_s), QStringList{u"schedule"_s});
     for (const CommandDescription &command : commandTable()) {
         QStringList expected = command.options + QStringList{u"--help"_s};
+        if (command.arguments == CommandArguments::pauseEnd)
+            expected += {u"15m"_s, u"1h"_s, u"2h"_s, u"until"_s};
         if (command.arguments == CommandArguments::definitionIDs)
             expected += definitionIDs();
         if (command.arguments == CommandArguments::onOrOff ||
