@@ -238,6 +238,22 @@ void WindowTest::quietLine() {
     desk.runtime().setProtectedDefinitions(all.first(1), true);
     desk.settle();
     QVERIFY(desk.all("MacQuietLine").isEmpty());
+
+    desk.state().pauseUntilTomorrow();
+    look({Sight::Extent::partial, u"Some run unseen."_s, u"Look."_s, Sight::Help::read});
+    QVERIFY(desk.says(
+        u"Privacy Mode is paused until tomorrow. It comes back on by itself, and schedules rest until then."_s));
+    desk.press("KestrinSecondaryButton", u"Resume"_s);
+    QVERIFY(desk.state().privacyModeOn());
+    desk.settle();
+    QVERIFY(desk.says(u"Some run unseen. Look."_s));
+    // It is there from the beginning too.
+    look({});
+    desk.state().pauseForAnHour();
+    desk.open();
+    desk.settle();
+    QVERIFY(desk.says(
+        u"Privacy Mode is paused until 13:00. It comes back on by itself, and schedules rest until then."_s));
 }
 
 void WindowTest::appsAreCountedAndListed() {

@@ -88,10 +88,10 @@ class Tray(Service):
         return phrase in self.icon("ToolTip")[2]
 
     def menu(self):
-        """By label: the number, and whether it is checked."""
+        """By label of what is shown: the number, and whether it is checked."""
         _, (_, _, items) = self.ask(self.icon("Menu"), MENU, "GetLayout", GLib.Variant("(iias)", (0, -1, [])))
         return {item[1]["label"].replace("_", ""): (item[0], item[1].get("toggle-state") == 1)
-                for item in items if "label" in item[1]}
+                for item in items if "label" in item[1] and item[1].get("visible", True)}
 
     def choose(self, label):
         event = (self.menu()[label][0], "clicked", GLib.Variant("i", 0), 0)
@@ -220,6 +220,24 @@ class BackgroundTest(unittest.TestCase):
              lambda: kestrinctl("autostart") == "Kestrin starts at login.\n" and tray.menu()["Start at Login"][1])
         tray.choose("Quit Kestrin")
         self.assertEqual(kestrin.process.wait(LIMIT), 0)
+
+    def test_a_pause_is_told_and_ends(self):
+        kestrin = Kestrin("--background")
+        tray = self.tray()
+        tray.choose("Pause for an hour")
+        wait("The icon does not tell of the pause.", lambda: tray.says("Privacy Mode is paused until "))
+        self.assertIn("Paused until ", kestrinctl("status"))
+        self.assertNotIn("Pause until tomorrow", tray.menu())
+        kestrin.end()
+        self.start("--background")
+        wait("The icon does not come again.", lambda: tray.says("Privacy Mode is paused until "))
+        tray.choose("Resume")
+        wait("The menu does not resume.", lambda: "Pause for an hour" in tray.menu())
+        tray.choose("Pause until tomorrow")
+        wait("The menu does not pause again.", lambda: tray.says("Privacy Mode is paused until tomorrow"))
+        kestrinctl("pause", "2s")
+        wait("The pause does not end.", lambda: tray.says("Privacy Mode is on") and tray.menu()["Privacy Mode"][1])
+        self.assertIn('"pausedUntil":null', kestrinctl("status", "--json").replace(" ", ""))
 
     def move_to(self, hour):
         """Lets it be this hour where the programs run that are started from now on."""

@@ -48,6 +48,8 @@ void MacProtectionState::follow() {
     using Runtime = MacProtectionRuntime;
     using State = MacProtectionState;
     connect(&m_privacyMode, &PrivacyModeFlag::changed, this, &State::privacyModeOnChanged);
+    connect(&m_privacyMode, &PrivacyModeFlag::changed, this, &State::pauseChanged);
+    connect(&m_runtime, &Runtime::pauseChanged, this, &State::pauseChanged);
     connect(&m_runtime, &Runtime::enforceActionsChanged, this, &State::enforceActionsChanged);
     connect(&m_runtime, &Runtime::summariesChanged, this, &State::monitorLabelChanged);
     connect(&m_runtime, &Runtime::summariesChanged, this, &State::fillDevices);
@@ -66,6 +68,19 @@ void MacProtectionState::follow() {
     connect(&m_privacyMode, &PrivacyModeFlag::changed, this, &State::scheduleTextChanged);
     connect(&m_runtime, &Runtime::recentEventsChanged, this, &State::fillEvents);
     connect(&m_runtime, &Runtime::recentEventsChanged, this, &State::eventsChanged);
+}
+
+QString MacProtectionState::pauseText() const {
+    const auto until = m_privacyMode.pausedUntil();
+    return until ? u"Privacy Mode is paused until "_s + momentLabelFor(*until, m_runtime.now()) : QString();
+}
+
+void MacProtectionState::pauseForAnHour() {
+    m_privacyMode.pause(m_runtime.now().addDuration(std::chrono::hours(1)));
+}
+
+void MacProtectionState::pauseUntilTomorrow() {
+    m_privacyMode.pause(startOfTomorrow(m_runtime.now()));
 }
 
 QString MacProtectionState::actionsLabel() const {

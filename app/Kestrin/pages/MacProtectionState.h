@@ -19,6 +19,8 @@ class MacProtectionState : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("The window has one.")
     Q_PROPERTY(bool privacyModeOn READ privacyModeOn WRITE setPrivacyModeOn NOTIFY privacyModeOnChanged)
+    /// "Privacy Mode is paused until 14:30"; empty when it is not.
+    Q_PROPERTY(QString pauseText READ pauseText NOTIFY pauseChanged)
     Q_PROPERTY(bool enforceActions READ enforceActions WRITE setEnforceActions NOTIFY enforceActionsChanged)
     Q_PROPERTY(QString monitorLabel READ monitorLabel NOTIFY monitorLabelChanged)
     Q_PROPERTY(QString actionsLabel READ actionsLabel NOTIFY enforceActionsChanged)
@@ -53,6 +55,7 @@ class MacProtectionState : public QObject {
 
     bool privacyModeOn() const { return m_privacyMode.isOn(); }
     void setPrivacyModeOn(bool on) { m_privacyMode.setOn(on); }
+    QString pauseText() const;
     bool enforceActions() const { return m_runtime.enforceActions(); }
     void setEnforceActions(bool enforce) { m_runtime.setEnforceActions(enforce); }
     QString monitorLabel() const { return m_runtime.monitorLabel(); }
@@ -69,6 +72,8 @@ class MacProtectionState : public QObject {
     int actionEventCount() const { return static_cast<int>(m_runtime.actionEventCount()); }
     static QString tagline();
 
+    Q_INVOKABLE void pauseForAnHour();
+    Q_INVOKABLE void pauseUntilTomorrow();
     Q_INVOKABLE void helpSight() { Q_EMIT sightHelpWanted(); }
     /// Starts the runtime; for the root view, when it appears.
     Q_INVOKABLE void start() { m_privacyMode.startRuntime(); }
@@ -83,6 +88,7 @@ class MacProtectionState : public QObject {
 
   Q_SIGNALS:
     void privacyModeOnChanged();
+    void pauseChanged();
     void enforceActionsChanged();
     void monitorLabelChanged();
     void lastCheckedLabelChanged();

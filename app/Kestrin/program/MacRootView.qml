@@ -97,6 +97,7 @@ Item {
             id: quietLine
 
             readonly property bool isWanted: root.protection.sightText !== "" || root.protection.selectedCount === 0
+                || root.protection.pauseText !== ""
 
             width: parent.width
             height: (item as Item)?.height ?? 0

@@ -8,7 +8,9 @@ SystemTrayIcon {
     required property MacProtectionState protection
     required property TrayCommands commands
 
-    readonly property string state: protection.privacyModeOn ? "Privacy Mode is on" : "Privacy Mode is off"
+    readonly property bool isPaused: protection.pauseText !== ""
+    readonly property string state: isPaused ? protection.pauseText
+        : protection.privacyModeOn ? "Privacy Mode is on" : "Privacy Mode is off"
 
     visible: true
     icon.source: protection.privacyModeOn ? "qrc:/kestrin/KestrinTrayOn.png" : "qrc:/kestrin/KestrinTrayOff.png"
@@ -32,6 +34,23 @@ SystemTrayIcon {
             checkable: true
             checked: root.protection.privacyModeOn
             onTriggered: root.protection.privacyModeOn = !root.protection.privacyModeOn
+        }
+        MenuItem {
+            text: "Pause for an hour"
+            visible: !root.isPaused
+            enabled: root.protection.privacyModeOn
+            onTriggered: root.protection.pauseForAnHour()
+        }
+        MenuItem {
+            text: "Pause until tomorrow"
+            visible: !root.isPaused
+            enabled: root.protection.privacyModeOn
+            onTriggered: root.protection.pauseUntilTomorrow()
+        }
+        MenuItem {
+            text: "Resume"
+            visible: root.isPaused
+            onTriggered: root.protection.privacyModeOn = true
         }
         MenuItem {
             text: "Run Check"
