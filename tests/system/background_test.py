@@ -346,7 +346,7 @@ class BackgroundTest(unittest.TestCase):
                 closed = time.monotonic()
                 self.assertEqual(kestrin.process.wait(LIMIT), 0)
                 told, stays_now = self.notices.shown[before:], time.monotonic() - closed
-                self.assertEqual([notice[3].split(".")[0] for notice in told], ["Kestrin has ended with its window"])
+                self.assertEqual([notice[3] for notice in told], ["Protection ends with Kestrin's window."])
                 self.assertGreaterEqual(stays_now, stays)
                 stays = 0
 

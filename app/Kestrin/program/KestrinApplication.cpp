@@ -28,12 +28,12 @@ const QString howToSee =
     "Elsewhere: choose an X11 or Xorg session where you log in, if there is one. Until then look yourself "
     "for applications that should not run."_s;
 
-const QString endSentence =
-    u"Kestrin has ended with its window. Until you open it again nothing is watched and no schedule switches."_s;
+// In one line, because desktops cut it.
+const QString endSentence = u"Protection ends with Kestrin's window."_s;
 const QString endToldKey = u"kestrin.mac.endOfProtectionTold"_s;
 
-// A server of notices may be silent, and a notice is to be read.
-constexpr std::chrono::seconds answerTime(1);
+// A server of notices may have to be started, or be silent, and a notice is to be read.
+constexpr std::chrono::seconds answerTime(2);
 constexpr std::chrono::seconds readingTime(6);
 
 void bringToFront(QQuickWindow &window, const QString &activationToken) {
