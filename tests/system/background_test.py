@@ -7,6 +7,7 @@ import json
 import os
 import pathlib
 import subprocess
+import tempfile
 import threading
 import time
 import unittest
@@ -324,12 +325,25 @@ class BackgroundTest(unittest.TestCase):
             tray.end()
 
     def test_quitting_is_remembered_and_asks_nothing(self):
-        for end in (lambda kestrin: press("ctrl+q"),
-                    lambda kestrin: kestrin.close_and_answer("Tab", "Return"),
-                    Kestrin.close_window):
+        log = tempfile.TemporaryFile()
+        screen = subprocess.Popen(["xev", "-root", "-event", "substructure"], stdout=log)
+        self.addCleanup(screen.wait)
+        self.addCleanup(screen.terminate)
+
+        def come():
+            return os.pread(log.fileno(), 1 << 20, 0).count(b"MapNotify")
+
+        windows = 0
+        for end, questions in ((lambda kestrin: press("ctrl+q"), 0),
+                               (lambda kestrin: kestrin.close_and_answer("Tab", "Return"), 1),
+                               (Kestrin.close_window, 0)):
             kestrin, tray = self.open_with_tray()
+            windows += 1
+            wait("The window is not told of.", lambda expected=windows: come() == expected)
             end(kestrin)
             self.assertEqual(kestrin.process.wait(LIMIT), 0)
+            windows += questions
+            self.assertEqual(come(), windows)
             tray.end()
         self.assertEqual(self.notices.shown, [])
 
