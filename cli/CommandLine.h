@@ -2,8 +2,8 @@
 #pragma once
 
 #include "cli/CommandTable.h"
-#include "cli/LogFormat.h"
 #include "engine/OwnApplications.h"
+#include "runtime/LogFormat.h"
 #include "runtime/LogQuery.h"
 
 #include <functional>
@@ -20,7 +20,7 @@ struct LogRequest {
     QString since;
     QString until;
     std::optional<qsizetype> limit;
-    LogFormat format = LogFormat::text;
+    runtime::LogFormat format = runtime::LogFormat::text;
     bool follow = false;
 };
 

@@ -1,21 +1,21 @@
 #pragma once
 
-#include "cli/LogFormat.h"
 #include "cli/Output.h"
 #include "cli/TerminalText.h"
 #include "engine/MacProtectionEvent.h"
+#include "runtime/LogFormat.h"
 
 namespace kestrin::cli {
 
 /// What stands in front of the first event, and one event.
-QByteArray headingOf(LogFormat format);
-QByteArray lineOf(const engine::MacProtectionEvent &event, LogFormat format, const Palette &palette);
+QByteArray headingOf(runtime::LogFormat format);
+QByteArray lineOf(const engine::MacProtectionEvent &event, runtime::LogFormat format, const Palette &palette);
 
 /// Prints events as they come. Nothing is printed any more once the reader has gone, and the event loop ends
 /// then.
 class EventPrinter {
   public:
-    EventPrinter(Output &out, const Palette &palette, LogFormat format)
+    EventPrinter(Output &out, const Palette &palette, runtime::LogFormat format)
         : m_out(out)
         , m_palette(palette)
         , m_format(format) {}
@@ -25,7 +25,7 @@ class EventPrinter {
   private:
     Output &m_out;
     const Palette m_palette;
-    const LogFormat m_format;
+    const runtime::LogFormat m_format;
 };
 
 } // namespace kestrin::cli

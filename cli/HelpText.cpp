@@ -1,9 +1,9 @@
 #include "cli/HelpText.h"
 
-#include "cli/LogFormat.h"
 #include "cli/TerminalText.h"
 #include "engine/MacProtectionEvent.h"
 #include "engine/RiskAppDefinition.h"
+#include "runtime/LogFormat.h"
 
 #include <algorithm>
 
@@ -98,7 +98,7 @@ OptionHelp helpOf(const QString &option) {
          rawValuesListed<engine::MacRiskCategory>() + u"; may be repeated"_s},
         {u"--action"_s, u"--action A"_s,
          rawValuesListed<engine::RiskAppAction>() + u"; keepClosed unless told"_s},
-        {u"--format"_s, u"--format FORMAT"_s, u"print them as "_s + rawValuesListed<LogFormat>()},
+        {u"--format"_s, u"--format FORMAT"_s, u"print them as "_s + rawValuesListed<runtime::LogFormat>()},
     };
     const auto found = std::find_if(known.cbegin(), known.cend(),
                                     [&](const OptionHelp &help) { return help.option == option; });

@@ -61,11 +61,6 @@ QString selectGraphicRendition(TextColour colour) {
 
 } // namespace
 
-QByteArray visibleJson(const QByteArray &json) {
-    // The encoder has spelled out what JSON itself forbids, so a line break is never part of a string.
-    return visibleText(QString::fromUtf8(json), true).toUtf8();
-}
-
 qsizetype displayWidth(const QString &text) {
     qsizetype width = 0;
     for (const char32_t character : text.toUcs4()) {

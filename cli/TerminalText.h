@@ -3,17 +3,14 @@
 
 #include "foundation/VisibleText.h"
 
-#include <QByteArray>
 #include <QList>
 #include <QString>
 #include <QStringList>
 
 namespace kestrin::cli {
 
+using foundation::visibleJson;
 using foundation::visibleText;
-
-/// Visible text for JSON, where the spelling means the character itself. Line breaks between values stay.
-QByteArray visibleJson(const QByteArray &json);
 
 /// How many columns of a terminal the text takes. Wide for most East Asian text and pictographs.
 qsizetype displayWidth(const QString &text);

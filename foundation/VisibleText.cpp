@@ -38,4 +38,9 @@ QString visibleText(const QString &text, bool keepsLines) {
     return result;
 }
 
+QByteArray visibleJson(const QByteArray &json) {
+    // The encoder has spelled out what JSON itself forbids, so a line break is never part of a string.
+    return visibleText(QString::fromUtf8(json), true).toUtf8();
+}
+
 } // namespace kestrin::foundation

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 namespace kestrin::foundation {
@@ -10,5 +11,8 @@ namespace kestrin::foundation {
 /// surrogates. Line feeds stay where `keepsLines`, for texts that are laid out by them. For whoever shows a
 /// text that came from outside; what is stored stays as it came.
 QString visibleText(const QString &text, bool keepsLines = false);
+
+/// Visible text for JSON, where the spelling means the character itself. Line breaks between values stay.
+QByteArray visibleJson(const QByteArray &json);
 
 } // namespace kestrin::foundation

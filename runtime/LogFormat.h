@@ -2,7 +2,7 @@
 
 #include "foundation/RawValues.h"
 
-namespace kestrin::cli {
+namespace kestrin::runtime {
 
 /// How events are written.
 enum class LogFormat {
@@ -18,4 +18,4 @@ constexpr auto rawValuesOf(LogFormat) {
                       foundation::RawValue{jsonl, "jsonl"}, foundation::RawValue{csv, "csv"}};
 }
 
-} // namespace kestrin::cli
+} // namespace kestrin::runtime
