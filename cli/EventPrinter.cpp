@@ -1,32 +1,16 @@
 #include "cli/EventPrinter.h"
 
 #include "cli/HumanOutput.h"
-#include "foundation/JsonEncoding.h"
-#include "runtime/LogCsv.h"
 
 #include <QCoreApplication>
 
 namespace kestrin::cli {
 
-using namespace foundation;
 using namespace engine;
 using namespace runtime;
 
-QByteArray headingOf(LogFormat format) {
-    return format == LogFormat::csv ? csvHeading() : QByteArray();
-}
-
 QByteArray lineOf(const MacProtectionEvent &event, LogFormat format, const Palette &palette) {
-    switch (format) {
-    case LogFormat::text:
-        return eventsText({event}, palette).toUtf8();
-    case LogFormat::json:
-    case LogFormat::jsonl:
-        return visibleJson(jsonText(toJsonValue(event))) + '\n';
-    case LogFormat::csv:
-        return csvLine(event);
-    }
-    return {};
+    return runtime::lineOf(event, format, paintOf(event.kind, palette));
 }
 
 void EventPrinter::print(const QList<MacProtectionEvent> &events) {

@@ -7,8 +7,7 @@
 
 namespace kestrin::cli {
 
-/// What stands in front of the first event, and one event.
-QByteArray headingOf(runtime::LogFormat format);
+/// One event, in the colours of the palette where it is for people.
 QByteArray lineOf(const engine::MacProtectionEvent &event, runtime::LogFormat format, const Palette &palette);
 
 /// Prints events as they come. Nothing is printed any more once the reader has gone, and the event loop ends

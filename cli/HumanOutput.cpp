@@ -146,12 +146,11 @@ QString runResultText(const PrivacyModeRunResult &result, qint64 runningAppCount
                                  : u" running applications matched.\n"_s);
 }
 
-QString eventsText(const QList<MacProtectionEvent> &events, const Palette &palette) {
-    QList<QList<Cell>> rows;
-    for (const MacProtectionEvent &event : events)
-        rows.append({{event.date.toLocalTime().toString(u"yyyy-MM-dd HH:mm:ss"_s), TextColour::faint},
-                     {event.message, colourOf(event.kind)}});
-    return alignedLines(rows, palette);
+LogLinePaint paintOf(MacProtectionEventKind kind, const Palette &palette) {
+    const auto in = [palette](TextColour colour) {
+        return [palette, colour](const QString &text) { return palette.paint(colour, text); };
+    };
+    return {.time = in(TextColour::faint), .message = in(colourOf(kind))};
 }
 
 QString statusText(const StatusReport &status, const Palette &palette) {

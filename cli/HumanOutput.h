@@ -7,6 +7,7 @@
 #include "engine/PrivacyModeSettings.h"
 #include "engine/RiskAppCatalog.h"
 #include "runtime/AddableApplications.h"
+#include "runtime/LogText.h"
 
 #include <QSet>
 
@@ -24,8 +25,8 @@ QString candidatesText(const QList<runtime::AddableApplication> &applications);
 QString runResultText(const engine::PrivacyModeRunResult &result, qint64 runningAppCount,
                       const Palette &palette);
 
-/// One line each, with the local date and time.
-QString eventsText(const QList<engine::MacProtectionEvent> &events, const Palette &palette);
+/// The colours in which the line of an event is shown.
+runtime::LogLinePaint paintOf(engine::MacProtectionEventKind kind, const Palette &palette);
 
 QString statusText(const StatusReport &status, const Palette &palette);
 

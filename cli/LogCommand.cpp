@@ -2,11 +2,10 @@
 
 #include "cli/EventFollower.h"
 #include "cli/EventPrinter.h"
-#include "cli/HumanOutput.h"
 #include "cli/UntilEnded.h"
 #include "foundation/FileWatch.h"
-#include "foundation/JsonEncoding.h"
 #include "foundation/TimePhrase.h"
+#include "runtime/LogText.h"
 
 #include <algorithm>
 #include <limits>
@@ -43,12 +42,11 @@ class LogCommand {
         const auto events = newest();
         if (!events)
             return m_surroundings.couldNot(m_log.problem());
-        if (m_format == LogFormat::json)
-            m_surroundings.out.write(visibleJson(jsonText(toJsonValue(*events), JsonLayout::pretty)));
-        else if (m_format == LogFormat::text)
-            m_surroundings.out.write(peoplesText(*events));
+        if (m_format == LogFormat::text)
+            printForPeople(*events);
         else
-            write(*events);
+            m_surroundings.out.write(logText(
+                events->size(), [&](qsizetype i) { return events->at(i); }, m_format));
         return ExitStatus::done;
     }
 
@@ -88,17 +86,12 @@ class LogCommand {
         return m_query.firstOf(m_read, m_limit);
     }
 
-    QString peoplesText(const QList<MacProtectionEvent> &events) const {
-        if (!events.isEmpty() || m_limit == 0)
-            return eventsText(events, m_surroundings.palette);
-        return m_read.isEmpty() ? u"The activity log is empty.\n"_s
-                                : u"No event in the activity log is like that.\n"_s;
-    }
-
-    void write(const QList<MacProtectionEvent> &events) {
-        m_surroundings.out.write(headingOf(m_format));
+    void printForPeople(const QList<MacProtectionEvent> &events) {
+        if (events.isEmpty() && m_limit > 0)
+            m_surroundings.out.write(m_read.isEmpty() ? u"The activity log is empty.\n"_s
+                                                      : u"No event in the activity log is like that.\n"_s);
         for (const MacProtectionEvent &event : events)
-            m_surroundings.out.write(lineOf(event, m_format, m_surroundings.palette));
+            m_surroundings.out.write(lineOf(event, LogFormat::text, m_surroundings.palette));
     }
 
     CommandSurroundings &m_surroundings;
