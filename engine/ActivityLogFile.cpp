@@ -8,6 +8,7 @@
 
 #include <cstring>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <string_view>
 
@@ -19,15 +20,15 @@ namespace {
 
 static_assert(logTextSpare >= static_cast<qsizetype>(simdjson::SIMDJSON_PADDING));
 
-/// Checks events and keeps the first ones, through as many texts as it takes.
+/// Checks events and gives the first ones away, through as many texts as it takes.
 class EventReader {
   public:
-    explicit EventReader(qsizetype limit) : m_limit(limit) {}
+    EventReader(qsizetype limit, const LogReading &reading) : m_limit(limit), m_reading(reading) {
+        m_reading.begin();
+    }
 
     /// Reads one array of events. The text is followed by readable bytes.
     bool read(std::string_view text) { return json::readDocument(m_parser, text, this); }
-
-    QList<MacProtectionEvent> takeEvents() { return std::move(m_events); }
 
     bool readArray(json::od::value &value, const json::ReadContext &context) {
         json::od::array array;
@@ -44,18 +45,20 @@ class EventReader {
   private:
     // The whole decoder in one piece is twice as fast as function by function.
     [[gnu::flatten]] bool readEvent(json::od::value &item, const json::ReadContext &context) {
-        if (m_events.size() >= m_limit)
+        if (m_count >= m_limit)
             return json::read(item, context, static_cast<MacProtectionEvent *>(nullptr));
         MacProtectionEvent event;
         if (!json::read(item, context, &event))
             return false;
-        m_events.append(std::move(event));
+        ++m_count;
+        m_reading.take(event);
         return true;
     }
 
     json::od::parser m_parser;
-    QList<MacProtectionEvent> m_events;
-    qsizetype m_limit;
+    const qsizetype m_limit;
+    qsizetype m_count = 0;
+    const LogReading &m_reading;
 };
 
 bool read(json::od::value &value, const json::ReadContext &context, EventReader *reader) {
@@ -137,34 +140,60 @@ class WindowedLog {
 
 } // namespace
 
-std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit,
-                                                          std::size_t windowSize) {
+namespace {
+
+constexpr qsizetype everything = std::numeric_limits<qsizetype>::max();
+
+/// Reads into a list.
+LogReading into(QList<MacProtectionEvent> &events) {
+    return {.begin = [&events] { events.clear(); },
+            .take = [&events](const MacProtectionEvent &event) { events.append(event); }};
+}
+
+/// For those who want no event.
+const LogReading checking{.begin = [] {}, .take = [](const MacProtectionEvent &) {}};
+
+bool readText(const QByteArray &text, qsizetype limit, const LogReading &reading) {
+    return EventReader(limit, reading).read(viewOf(text));
+}
+
+bool readFirstEvents(const QString &path, qsizetype limit, const LogReading &reading,
+                     std::size_t windowSize) {
     {
         ReadableFile file(QFile::encodeName(path), logSizeLimit);
         if (file.state() != FileState::readable)
-            return std::nullopt;
-        EventReader reader(limit);
+            return false;
+        EventReader reader(limit, reading);
         if (WindowedLog(fileSource(file), windowSize).readWith(reader))
-            return reader.takeEvents();
+            return true;
     }
 
     // Malformed, or laid out so that it cannot be cut: the text as a whole decides.
     const FileText text = readFile(path, logSizeLimit, logTextSpare);
-    return text.state == FileState::readable ? eventsOfActivityLog(text.bytes, limit) : std::nullopt;
+    return text.state == FileState::readable && readText(text.bytes, limit, reading);
+}
+
+} // namespace
+
+std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit,
+                                                          std::size_t windowSize) {
+    QList<MacProtectionEvent> events;
+    return readFirstEvents(path, limit, into(events), windowSize) ? std::optional(events) : std::nullopt;
+}
+
+bool readEvents(const QString &path, const LogReading &reading) {
+    return readFirstEvents(path, everything, reading, logWindowSize);
 }
 
 bool isActivityLog(const QByteArray &text) {
-    EventReader reader(0);
-    if (WindowedLog(textSource(viewOf(text)), logWindowSize).readWith(reader))
-        return true;
-    return eventsOfActivityLog(text, 0).has_value();
+    EventReader reader(0, checking);
+    return WindowedLog(textSource(viewOf(text)), logWindowSize).readWith(reader) ||
+           readText(text, 0, checking);
 }
 
 std::optional<QList<MacProtectionEvent>> eventsOfActivityLog(const QByteArray &text, qsizetype limit) {
-    EventReader reader(limit);
-    if (!reader.read(viewOf(text)))
-        return std::nullopt;
-    return reader.takeEvents();
+    QList<MacProtectionEvent> events;
+    return readText(text, limit, into(events)) ? std::optional(events) : std::nullopt;
 }
 
 } // namespace kestrin::engine

@@ -1,7 +1,7 @@
 // The format of the activity log's file.
 #pragma once
 
-#include "engine/MacProtectionEvent.h"
+#include "engine/MacActivityLogStoring.h"
 
 #include <QList>
 
@@ -21,6 +21,10 @@ inline constexpr qint64 logSizeLimit = qint64{256} * 1024 * 1024;
 /// whole file is checked.
 std::optional<QList<MacProtectionEvent>> readNewestEvents(const QString &path, qsizetype limit,
                                                           std::size_t windowSize = logWindowSize);
+
+/// Gives all events of the file away, newest first; false when the file is missing or anything in it is
+/// malformed.
+bool readEvents(const QString &path, const LogReading &reading);
 
 /// Checks or reads a complete log. At least `logTextSpare` bytes behind the end of `text` must be readable.
 bool isActivityLog(const QByteArray &text);

@@ -46,6 +46,10 @@ QList<MacProtectionEvent> JSONMacActivityLogStore::recent(qsizetype limit) {
     return readNewestEvents(m_file.path, limit).value_or(QList<MacProtectionEvent>());
 }
 
+bool JSONMacActivityLogStore::readAll(const LogReading &reading) {
+    return readEvents(m_file.path, reading);
+}
+
 QString JSONMacActivityLogStore::problem() {
     return m_file.problem(isActivityLog, logTextSpare);
 }

@@ -20,6 +20,7 @@ class JSONMacActivityLogStore final : public MacActivityLogStoring {
 
     [[nodiscard]] foundation::StoreResult tryAppend(const MacProtectionEvent &event) override;
     QList<MacProtectionEvent> recent(qsizetype limit) override;
+    bool readAll(const LogReading &reading) override;
     QString problem() override;
     QString file() const override { return m_file.path; }
 

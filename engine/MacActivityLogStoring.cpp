@@ -13,4 +13,11 @@ QList<MacProtectionEvent> InMemoryMacActivityLogStore::recent(qsizetype limit) {
     return m_events.first(std::min(limit, m_events.size()));
 }
 
+bool InMemoryMacActivityLogStore::readAll(const LogReading &reading) {
+    reading.begin();
+    for (const MacProtectionEvent &event : std::as_const(m_events))
+        reading.take(event);
+    return true;
+}
+
 } // namespace kestrin::engine

@@ -5,7 +5,15 @@
 
 #include <QList>
 
+#include <functional>
+
 namespace kestrin::engine {
+
+/// What is done with the events of a log that is read.
+struct LogReading {
+    std::function<void()> begin;
+    std::function<void(const MacProtectionEvent &)> take;
+};
 
 /// The activity log, newest event first. Nothing ever fails from the caller's point of view, unless he asks.
 class MacActivityLogStoring {
@@ -19,6 +27,9 @@ class MacActivityLogStoring {
     /// The newest events, at most `limit` of them. A negative limit is a programming error and stops the
     /// program.
     virtual QList<MacProtectionEvent> recent(qsizetype limit) = 0;
+    /// Gives all events away one by one, newest first, for whoever has no room for all of them. False when
+    /// they cannot be read; then, as whenever `begin` is called again, those that were given are none.
+    virtual bool readAll(const LogReading &reading) = 0;
 
     /// Why what is recorded cannot be read now and reads as nothing, as a sentence; empty when it can be.
     virtual QString problem() { return {}; }
@@ -34,6 +45,7 @@ class InMemoryMacActivityLogStore : public MacActivityLogStoring {
 
     [[nodiscard]] foundation::StoreResult tryAppend(const MacProtectionEvent &event) override;
     QList<MacProtectionEvent> recent(qsizetype limit) override;
+    bool readAll(const LogReading &reading) override;
 
   private:
     QList<MacProtectionEvent> m_events;

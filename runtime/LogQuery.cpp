@@ -8,22 +8,41 @@ using namespace engine;
 
 namespace {
 
-bool isOf(const MacProtectionEvent &event, const QString &app) {
-    return (event.appName && event.appName->contains(app, Qt::CaseInsensitive)) ||
-           (event.bundleIdentifier && event.bundleIdentifier->contains(app, Qt::CaseInsensitive));
+bool holds(const std::optional<QString> &text, const QString &part) {
+    return text && text->contains(part, Qt::CaseInsensitive);
+}
+
+bool isOf(const LoggedApp &app, const QString &part) {
+    return holds(app.name, part) || holds(app.identifier, part);
 }
 
 } // namespace
 
 bool LogQuery::accepts(const MacProtectionEvent &event) const {
-    if ((since && event.date < *since) || (until && event.date > *until))
+    const LoggedApp app{event.appName, event.bundleIdentifier};
+    return acceptsMoment(event.date, event.kind) && acceptsApp(app) &&
+           (findsTextIn(event.message) || findsTextIn(app));
+}
+
+bool LogQuery::acceptsMoment(const QDateTime &date, MacProtectionEventKind kind) const {
+    if ((since && date < *since) || (until && date > *until))
         return false;
-    if (!kinds.isEmpty() && !kinds.contains(event.kind))
+    return kinds.isEmpty() || kinds.contains(kind);
+}
+
+bool LogQuery::acceptsApp(const LoggedApp &app) const {
+    if (!names.isEmpty() && !(app.name && names.contains(*app.name)))
         return false;
-    if (!apps.isEmpty() &&
-        std::none_of(apps.cbegin(), apps.cend(), [&](const QString &app) { return isOf(event, app); }))
-        return false;
-    return text.isEmpty() || event.message.contains(text, Qt::CaseInsensitive) || isOf(event, text);
+    return apps.isEmpty() ||
+           std::any_of(apps.cbegin(), apps.cend(), [&](const QString &part) { return isOf(app, part); });
+}
+
+bool LogQuery::findsTextIn(const LoggedApp &app) const {
+    return text.isEmpty() || isOf(app, text);
+}
+
+bool LogQuery::findsTextIn(const QString &message) const {
+    return text.isEmpty() || message.contains(text, Qt::CaseInsensitive);
 }
 
 QList<MacProtectionEvent> LogQuery::firstOf(const QList<MacProtectionEvent> &events, qsizetype limit) const {

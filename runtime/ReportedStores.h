@@ -19,6 +19,7 @@ class ReportedLog final : public engine::MacActivityLogStoring {
 
     [[nodiscard]] foundation::StoreResult tryAppend(const engine::MacProtectionEvent &event) override;
     QList<engine::MacProtectionEvent> recent(qsizetype limit) override { return m_log->recent(limit); }
+    bool readAll(const engine::LogReading &reading) override { return m_log->readAll(reading); }
     QString problem() override { return m_log->problem(); }
     QString file() const override { return m_log->file(); }
 
