@@ -1,5 +1,6 @@
 #include "app/Kestrin/program/KestrinApplication.h"
 
+#include "app/Kestrin/program/FramedWindow.h"
 #include "app/Kestrin/program/ModuleObjects.h"
 #include "app/Kestrin/rows/ShownText.h"
 #include "design/KestrinIconMark.h"
@@ -35,17 +36,6 @@ const QString endToldKey = u"kestrin.mac.endOfProtectionTold"_s;
 // A server of notices may have to be started, or be silent, and a notice is to be read.
 constexpr std::chrono::seconds answerTime(2);
 constexpr std::chrono::seconds readingTime(6);
-
-void bringToFront(QQuickWindow &window, const QString &activationToken) {
-    // Where Qt's plugin for Wayland looks for it.
-    if (!activationToken.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
-    if ((window.windowStates() & Qt::WindowMinimized) != 0)
-        window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
-    window.show();
-    window.raise();
-    window.requestActivate();
-}
 
 } // namespace
 
