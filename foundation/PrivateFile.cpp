@@ -90,10 +90,11 @@ bool writeAll(int descriptor, std::string_view bytes) {
 }
 
 PrivateFileReplacement::PrivateFileReplacement(const QString &path,
-                                               std::initializer_list<std::string_view> pieces)
+                                               std::initializer_list<std::string_view> pieces,
+                                               const QByteArray &suffix)
     : m_path(path)
     , m_target(followedPath(QFile::encodeName(path)))
-    , m_temporary(m_target + ".new") {
+    , m_temporary(m_target + suffix) {
     if (m_target.isEmpty()) {
         fail();
         return;

@@ -30,8 +30,10 @@ bool replacePrivateFile(const QString &path, std::initializer_list<std::string_v
 /// Without a commit nothing has changed.
 class PrivateFileReplacement {
   public:
-    /// Writes the new file beside the old one.
-    PrivateFileReplacement(const QString &path, std::initializer_list<std::string_view> pieces);
+    /// Writes the new file beside the old one, under its name with something behind it that no other file has
+    /// there.
+    PrivateFileReplacement(const QString &path, std::initializer_list<std::string_view> pieces,
+                           const QByteArray &suffix = ".new");
     PrivateFileReplacement(const PrivateFileReplacement &) = delete;
     PrivateFileReplacement &operator=(const PrivateFileReplacement &) = delete;
     ~PrivateFileReplacement();
