@@ -11,6 +11,7 @@
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QLocale>
 #include <QTest>
 
@@ -70,6 +71,40 @@ void ease() {
     auto desktop = std::make_unique<InMemoryDesktopPreferences>();
     desktop->say({}, {}, true, 1.25);
     KestrinAppearance::shared().follow(std::move(desktop));
+}
+
+/// As a log is after some days.
+void passSomeDays(samples::WindowHome &home) {
+    home.installed.applications = {{u"Audacity"_s, u"audacity"_s, u"audacity"_s},
+                                   {u"Foot"_s, u"foot"_s, u"foot"_s},
+                                   {u"KeePassXC"_s, u"org.keepassxc.KeePassXC"_s, u"keepassxc"_s}};
+    using Kind = MacProtectionEventKind;
+    const QList<std::pair<QString, QString>> apps{{u"Zoom"_s, u"us.zoom.xos"_s},
+                                                  {u"Audacity"_s, u"audacity"_s},
+                                                  {u"Google Chrome"_s, u"com.google.Chrome"_s},
+                                                  {u"KeePassXC"_s, u"org.keepassxc.KeePassXC"_s},
+                                                  {u"Foot"_s, u"foot"_s}};
+    QDateTime time = home.now.addDays(-4);
+    for (int i = 0; time < home.now; ++i) {
+        const auto &[name, identifier] = apps.at(i / 3 % apps.size());
+        const auto append = [&](Kind kind, const QString &message) {
+            home.log.append(MacProtectionEvent::create(time, kind, message, name, identifier));
+        };
+        if (i % 11 == 0)
+            home.log.append(MacProtectionEvent::create(
+                time, i % 2 == 0 ? Kind::privacyModeOn : Kind::privacyModeOff,
+                i % 2 == 0 ? u"Privacy Mode is on for this Mac."_s : u"Privacy Mode is off for this Mac."_s));
+        else if (i % 3 == 0)
+            append(Kind::relaunchDetected, name + u" relaunched while Privacy Mode is on."_s);
+        else if (i % 7 == 0)
+            append(Kind::actionFailed, name + u" could not be asked to quit."_s);
+        else if (i % 5 == 0)
+            append(Kind::dryRun,
+                   u"Preview: Kestrin would ask "_s + name + u" to quit while Privacy Mode is on."_s);
+        else
+            append(Kind::quitRequested, u"Asked "_s + name + u" to quit."_s);
+        time = time.addSecs(60 * (11 + i * i % 97));
+    }
 }
 
 QList<Scene> scenes() {
@@ -144,6 +179,63 @@ QList<Scene> scenes() {
         QTest::qWait(50);
         QTest::keyClick(&home.window(), Qt::Key_End, Qt::ControlModifier);
     };
+    const auto days = [](samples::WindowHome &home) {
+        passSomeDays(home);
+        home.open();
+    };
+    const auto damaged = [](samples::WindowHome &home) {
+        QDir().mkpath(home.support());
+        QFile file(home.support() + u"/activity-log.json"_s);
+        if (file.open(QIODevice::WriteOnly))
+            file.write("[{\"id\":");
+        file.close();
+        home.open();
+    };
+    const auto easedDays = [days](samples::WindowHome &home) {
+        ease();
+        days(home);
+    };
+    const auto log = [](samples::WindowHome &home) { home.openLog(); };
+    const auto typed = [](samples::WindowHome &home, const QString &text) {
+        home.openLog();
+        QTest::keyClick(&home.shown->log->window(), Qt::Key_F, Qt::ControlModifier);
+        for (const QChar letter : text)
+            QTest::keyClick(&home.shown->log->window(), letter.toLatin1());
+    };
+    const auto found = [typed](samples::WindowHome &home) { typed(home, u"KeePass"_s); };
+    const auto lost = [typed](samples::WindowHome &home) { typed(home, u"nobody"_s); };
+    const auto reading = [](samples::WindowHome &home) {
+        home.openLog();
+        QQuickWindow &window = home.shown->log->window();
+        window.requestActivate();
+        QTest::qWait(50);
+        for (int i = 0; i < 20; ++i)
+            QTest::keyClick(&window, Qt::Key_Down);
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(&window, Qt::Key_Down, Qt::ShiftModifier);
+        home.runtime().setProtectedDefinition(u"safari"_s, false);
+        home.runtime().setProtectedDefinition(u"zoom"_s, false);
+    };
+    const auto menu = [](samples::WindowHome &home, int number) {
+        home.openLog();
+        QQuickWindow &window = home.shown->log->window();
+        home.shown->log->log().toggleApp(0);
+        home.shown->log->log().toggleApp(3);
+        QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
+        for (int i = 0; i < number; ++i)
+            QTest::keyClick(&window, Qt::Key_Tab);
+        QTest::keyClick(&window, Qt::Key_Down);
+        QTest::keyClick(&window, Qt::Key_Down);
+    };
+    const auto kinds = [menu](samples::WindowHome &home) { menu(home, 1); };
+    const auto apps = [menu](samples::WindowHome &home) { menu(home, 2); };
+    const auto exporting = [reading](samples::WindowHome &home) {
+        reading(home);
+        QQuickWindow &window = home.shown->log->window();
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(&window, Qt::Key_Tab);
+        QTest::keyClick(&window, Qt::Key_Return);
+    };
     // The stored ones are every page in each of its states, every kind of row, both appearances.
     QList<Scene> all{
         {u"home"_s, MacSection::Home, afternoon, u"light"_s},
@@ -172,11 +264,23 @@ QList<Scene> scenes() {
         {u"first-login"_s, MacSection::Home, firstStart, {}, firstStartAt(2)},
         {u"first-schedules-eased"_s, MacSection::Home, firstStartEased, {}, firstStartAt(1)},
         {u"closing-question"_s, MacSection::Home, firstStart, {}, {}, u"MacClosingQuestion.qml"_s},
+        {u"log"_s, MacSection::Home, days, {}, log},
+        {u"log-eased"_s, MacSection::Home, easedDays, {}, log},
+        {u"log-found"_s, MacSection::Home, days, {}, found},
+        {u"log-lost"_s, MacSection::Home, days, {}, lost},
+        {u"log-empty"_s, MacSection::Home, nothing, {}, log},
+        {u"log-damaged"_s, MacSection::Home, damaged, {}, log},
+        {u"log-reading"_s, MacSection::Home, days, {}, reading},
+        {u"log-kinds"_s, MacSection::Home, days, {}, kinds},
+        {u"log-apps"_s, MacSection::Home, days, {}, apps},
+        {u"log-export"_s, MacSection::Home, days, {}, exporting},
     };
     for (const Scene &page : all.first(7))
         all.append({page.name + u"-eased"_s, page.section, eased, {}});
     return all;
 }
+
+constexpr QSize least(1040, 680);
 
 QImage draw(const Scene &scene, const QString &appearance, QSize size) {
     KestrinAppearance::shared().follow(nullptr);
@@ -193,7 +297,13 @@ QImage draw(const Scene &scene, const QString &appearance, QSize size) {
                            {{u"commands"_s, QVariant::fromValue(&home.commands)}});
     // Two turns of layouts that wait for the next frame.
     QTest::qWait(50);
-    return (apart ? qobject_cast<QQuickWindow *>(apart.get()) : &home.window())->grabWindow();
+    if (!home.shown->log)
+        return (apart ? qobject_cast<QQuickWindow *>(apart.get()) : &home.window())->grabWindow();
+    // The log's window is a smaller one.
+    QQuickWindow &log = home.shown->log->window();
+    log.resize(size == least ? log.minimumSize() : QSize(960, size.height()));
+    QTest::qWait(50);
+    return log.grabWindow();
 }
 
 bool save(const QImage &picture, const QDir &folder, const QString &name) {
@@ -203,8 +313,6 @@ bool save(const QImage &picture, const QDir &folder, const QString &name) {
     std::fprintf(stderr, "%s cannot be written.\n", qPrintable(file));
     return false;
 }
-
-constexpr QSize least(1040, 680);
 
 int drawAll(const QDir &folder, const QStringList &wanted) {
     const QList<std::pair<QString, QSize>> sizes{
@@ -263,6 +371,9 @@ int main(int argc, char **argv) {
     QLocale::setDefault(QLocale::c()); // for the times of day
     QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // Of the applications; this platform looks for none.
+    QIcon::setThemeSearchPaths({u"/usr/share/icons"_s});
+    QIcon::setThemeName(u"hicolor"_s);
     const QStringList arguments = QGuiApplication::arguments();
     if (arguments.size() == 3 && arguments.at(1) == u"--renew")
         return renew(QDir(arguments.at(2)));

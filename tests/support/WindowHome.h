@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/Kestrin/pages/MacSection.h"
+#include "app/Kestrin/program/LogWindow.h"
 #include "app/Kestrin/program/ModuleObjects.h"
 #include "app/Kestrin/program/Protection.h"
 #include "app/Kestrin/program/ProtectionWindow.h"
@@ -23,6 +24,7 @@ struct WindowHome : Home {
         std::unique_ptr<QQmlEngine> engine = app::makeEngine();
         app::Protection protection;
         app::ProtectionWindow window{*engine, protection.state};
+        std::unique_ptr<app::LogWindow> log = {};
     };
     runtime::InMemoryInstalledApplications installed;
     runtime::InMemoryLoginItem loginItem;
@@ -37,6 +39,10 @@ struct WindowHome : Home {
 
     void open() {
         shown.reset(new Shown{.protection = app::Protection(defaults, surroundings(), installed)});
+    }
+
+    void openLog() {
+        shown->log = std::make_unique<app::LogWindow>(*shown->engine, runtime(), installed, defaults);
     }
 
     QQuickWindow &window() const { return shown->window.window(); }

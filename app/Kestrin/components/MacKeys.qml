@@ -7,6 +7,7 @@ Item {
     required property var sections
 
     signal chosen(section: int)
+    signal logWanted
 
     Repeater {
         model: root.sections
@@ -21,6 +22,11 @@ Item {
                 onActivated: root.chosen(key.index) // qmllint disable unqualified
             }
         }
+    }
+
+    Shortcut {
+        sequence: "Ctrl+L"
+        onActivated: root.logWanted()
     }
 
     Shortcut {

@@ -7,6 +7,7 @@ FocusScope {
 
     required property string placeholder
     property alias text: input.text
+    property bool searches: true
 
     implicitHeight: 40
 
@@ -42,7 +43,7 @@ FocusScope {
 
         Accessible.role: Accessible.EditableText
         Accessible.name: root.placeholder
-        Accessible.searchEdit: true
+        Accessible.searchEdit: root.searches
     }
 
     // Knows the font of texts of this size.

@@ -98,5 +98,28 @@ MacPage {
                 }
             }
         }
+
+        KestrinPressable {
+            implicitWidth: link.width
+            implicitHeight: link.height + 8
+            onClicked: root.protection.openLog()
+
+            Accessible.name: link.text
+
+            KestrinText {
+                id: link
+
+                anchors.verticalCenter: parent.verticalCenter
+                text: "Show the whole log"
+                size: 13
+                weight: KestrinWeight.Semibold
+                color: KestrinColors.link
+                silent: true
+            }
+
+            KestrinFocusRing {
+                targetRadius: 6
+            }
+        }
     }
 }

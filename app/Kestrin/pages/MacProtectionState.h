@@ -75,6 +75,7 @@ class MacProtectionState : public QObject {
     Q_INVOKABLE void pauseForAnHour();
     Q_INVOKABLE void pauseUntilTomorrow();
     Q_INVOKABLE void helpSight() { Q_EMIT sightHelpWanted(); }
+    Q_INVOKABLE void openLog() { Q_EMIT logWanted(); }
     /// Starts the runtime; for the root view, when it appears.
     Q_INVOKABLE void start() { m_privacyMode.startRuntime(); }
     Q_INVOKABLE void runLiveCheck() { m_runtime.runLiveCheck(); }
@@ -95,6 +96,7 @@ class MacProtectionState : public QObject {
     void runningAppCountChanged();
     void sightChanged();
     void sightHelpWanted();
+    void logWanted();
     void selectionChanged();
     void matchesChanged();
     void presetsChanged();

@@ -59,6 +59,8 @@ KestrinApplication::~KestrinApplication() {
     // A window that is taken down is not one that somebody closed.
     if (m_window)
         m_window->window().disconnect(this);
+    if (m_log)
+        m_log->window().disconnect(this);
 }
 
 bool KestrinApplication::eventFilter(QObject *watched, QEvent *event) {
@@ -81,6 +83,8 @@ void KestrinApplication::protect(const QString &supportFolder, MacProtectionSurr
     connect(&m_protection->state, &MacProtectionState::sightHelpWanted, this, &KestrinApplication::helpSight);
     connect(&m_commands, &TrayCommands::storageFailed, this, showVisibly);
     connect(&m_commands, &TrayCommands::windowWanted, this, [this] { openWindow({}); });
+    connect(&m_commands, &TrayCommands::logWanted, this, &KestrinApplication::openLog);
+    connect(&m_protection->state, &MacProtectionState::logWanted, this, &KestrinApplication::openLog);
     connect(&m_commands, &TrayCommands::quitWanted, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     if (m_start == Start::withWindow) {
         openWindow({});
@@ -138,6 +142,8 @@ void KestrinApplication::takeWindowClosed() {
 }
 
 void KestrinApplication::endTelling() {
+    // Nothing is recorded any more, and its window is not to hide that.
+    m_log.reset();
     using Fate = DesktopNotices::Fate;
     const auto told = [this](Fate fate) {
         if (fate != Fate::notShown)
@@ -150,6 +156,21 @@ void KestrinApplication::endTelling() {
         QCoreApplication::quit();
     else
         m_end.start(answerTime);
+}
+
+void KestrinApplication::openLog() {
+    if (!m_log) {
+        m_log = std::make_unique<LogWindow>(*m_engine, m_protection->runtime, m_installed, m_defaults);
+        // It is closed from within.
+        connect(&m_log->window(), &QWindow::visibleChanged, this, &KestrinApplication::closeLog,
+                Qt::QueuedConnection);
+    }
+    bringToFront(m_log->window(), {});
+}
+
+void KestrinApplication::closeLog() {
+    if (m_log && !m_log->window().isVisible())
+        m_log.reset();
 }
 
 void KestrinApplication::followTray() {

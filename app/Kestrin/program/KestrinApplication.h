@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Kestrin/program/LogWindow.h"
 #include "app/Kestrin/program/Protection.h"
 #include "app/Kestrin/program/ProtectionWindow.h"
 #include "app/Kestrin/program/QuitNotices.h"
@@ -45,6 +46,8 @@ class KestrinApplication : public QObject {
     void explainFirstStart();
     void takeWindowClosed();
     void endTelling();
+    void openLog();
+    void closeLog();
     void followTray();
     void tell(const engine::MacProtectionEvent &event);
     void tellSwitch(bool privacyModeOn, const QString &message);
@@ -70,6 +73,7 @@ class KestrinApplication : public QObject {
     std::optional<Protection> m_protection;
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<ProtectionWindow> m_window;
+    std::unique_ptr<LogWindow> m_log;
     std::unique_ptr<QObject> m_tray;
     std::unique_ptr<QObject> m_notice;
     std::unique_ptr<QObject> m_closingQuestion;

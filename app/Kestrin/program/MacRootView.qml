@@ -158,5 +158,6 @@ Item {
             if (!dialog.item)
                 root.select(section);
         }
+        onLogWanted: root.protection.openLog()
     }
 }

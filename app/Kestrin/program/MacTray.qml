@@ -62,6 +62,10 @@ SystemTrayIcon {
             onTriggered: root.commands.openWindow()
         }
         MenuItem {
+            text: "Open the Log"
+            onTriggered: root.commands.openLog()
+        }
+        MenuItem {
             text: "Start at Login"
             checkable: true
             checked: root.commands.startsAtLogin

@@ -60,6 +60,7 @@ class TrayCommands : public QObject {
         Q_EMIT staysWhenClosedChanged();
     }
     Q_INVOKABLE void openWindow() { Q_EMIT windowWanted(); }
+    Q_INVOKABLE void openLog() { Q_EMIT logWanted(); }
     Q_INVOKABLE void quit() { Q_EMIT quitWanted(); }
 
   Q_SIGNALS:
@@ -69,6 +70,7 @@ class TrayCommands : public QObject {
     /// Something was not stored; a sentence.
     void storageFailed(const QString &sentence);
     void windowWanted();
+    void logWanted();
     void quitWanted();
 
   private:

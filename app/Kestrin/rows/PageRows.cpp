@@ -132,6 +132,10 @@ PageRow rowOf(const MacProtectionEvent &event) {
             .tone = static_cast<int>(look.tone)};
 }
 
+QString kindTitle(MacProtectionEventKind kind) {
+    return lookOf(kind).title;
+}
+
 int actionCountOf(const QList<RiskAppMatch> &matches) {
     return static_cast<int>(std::count_if(matches.cbegin(), matches.cend(), [](const RiskAppMatch &match) {
         return match.definition.defaultAction != RiskAppAction::allow;

@@ -47,6 +47,8 @@ PageRow rowOf(const shared::ModePreset &preset);
 /// An event, with its local time of day. Its title is the application's name, also an empty one; the kind of
 /// the event where there is none.
 PageRow rowOf(const engine::MacProtectionEvent &event);
+/// What an event of this kind is called.
+QString kindTitle(engine::MacProtectionEventKind kind);
 
 /// How many of the matches would be, or were, asked to quit.
 int actionCountOf(const QList<engine::RiskAppMatch> &matches);
