@@ -11,12 +11,22 @@ enum class Key : std::uint32_t {
     space = 0x20,
     one = 0x31, ///< the other digits follow
     tab = 0xff09,
+    escape = 0xff1b,
+    pageUp = 0xff55,
+    pageDown = 0xff56,
+    end = 0xff57,
+    home = 0xff50,
     control = 0xffe3,
 };
 
 /// The key of a digit from 1 to 9.
 constexpr Key digit(int number) {
     return static_cast<Key>(static_cast<int>(Key::one) + number - 1);
+}
+
+/// The key of a small letter.
+constexpr Key letter(char character) {
+    return static_cast<Key>(character);
 }
 
 class Input {

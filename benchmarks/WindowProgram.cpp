@@ -49,6 +49,13 @@ void WindowProgram::settle() {
     }
 }
 
+void WindowProgram::close() {
+    m_input.typeWithControl(letter('w'));
+    m_window = std::exchange(m_behind, XCB_NONE);
+    settle();
+    takeFocus();
+}
+
 int WindowProgram::drawings(Milliseconds time) {
     int count = 0;
     const auto end = steady_clock::now() + time;
@@ -108,7 +115,7 @@ double WindowProgram::shareOf(const xcb_generic_event_t &event) {
 
 double WindowProgram::shareOfDrawing(const xcb_damage_notify_event_t &drawn) {
     // The window manager's frame around the window is told of too.
-    if (m_window == XCB_NONE && isOwn(drawn.drawable))
+    if (m_window == XCB_NONE && drawn.drawable != m_behind && isOwn(drawn.drawable))
         m_window = drawn.drawable;
     if (drawn.drawable != m_window)
         return -1;

@@ -8,6 +8,7 @@
 #include <xcb/damage.h>
 
 #include <chrono>
+#include <utility>
 
 namespace kestrin::bench {
 
@@ -35,6 +36,21 @@ class WindowProgram {
         act(m_input);
         return waitForDrawing(start, share);
     }
+
+    /// The same, for a window that `act` opens: until all of it has been drawn. From then on this is the
+    /// window that is looked at and has the focus, until it is closed.
+    template <typename Act>
+    double opening(Act &&act) {
+        forgetDrawings();
+        m_behind = std::exchange(m_window, XCB_NONE);
+        const auto start = std::chrono::steady_clock::now();
+        act(m_input);
+        const double time = waitForDrawing(start, 0.95);
+        takeFocus();
+        return time;
+    }
+    /// Closes it by Ctrl+W, and goes back to the other one.
+    void close();
 
     /// Waits until nothing has been drawn for a while.
     void settle();
@@ -66,6 +82,7 @@ class WindowProgram {
     Input m_input{m_display};
     std::uint8_t m_damageEvent = 0;
     xcb_window_t m_window = XCB_NONE;
+    xcb_window_t m_behind = XCB_NONE;
     Time m_start;
     Child m_process;
     double m_listed = 0;

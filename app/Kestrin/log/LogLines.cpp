@@ -1,5 +1,6 @@
 #include "app/Kestrin/log/LogLines.h"
 
+#include "app/Kestrin/rows/ShownText.h"
 #include "runtime/StatusSummaries.h"
 
 #include <QLocale>
@@ -138,9 +139,7 @@ QString LogLines::dayCountAt(int line) const {
     if (line < 0 || line >= count())
         return {};
     const std::size_t day = place(line).day;
-    const std::size_t events = endOf(day) - m_days[day].first;
-    return QLocale::c().toString(static_cast<qulonglong>(events)) +
-           (events == 1 ? u" event"_s : u" events"_s);
+    return shownEventCount(static_cast<qsizetype>(endOf(day) - m_days[day].first));
 }
 
 int LogLines::eventFrom(int line, int steps) const {

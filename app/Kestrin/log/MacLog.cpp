@@ -32,10 +32,6 @@ void toggleIn(QList<Value> &list, const Value &value) {
         list.append(value);
 }
 
-QString number(qsizetype count) {
-    return QLocale::c().toString(static_cast<qlonglong>(count));
-}
-
 /// As people type it.
 QString absolute(const QString &file) {
     const QString path = file.trimmed();
@@ -51,6 +47,7 @@ MacLog::MacLog(MacProtectionRuntime &runtime, InstalledApplications &installed, 
     , m_runtime(runtime)
     , m_pictures(installed.list()) {
     reload();
+    connect(m_lines, &LogLines::selectionChanged, this, &MacLog::selectionChanged);
     connect(&m_runtime, &MacProtectionRuntime::recentEventsChanged, this, &MacLog::follow);
 }
 
@@ -98,8 +95,12 @@ QList<int> MacLog::apps() const {
 
 QString MacLog::summary() const {
     const QString size = QLocale::c().formattedDataSize(m_size, 1, QLocale::DataSizeSIFormat);
-    const QString events = number(m_index.size()) + (m_index.size() == 1 ? u" event"_s : u" events"_s);
-    return (isFiltered() ? number(m_lines->eventCount()) + u" of "_s : QString()) + events + u", "_s + size;
+    const QString found = isFiltered() ? shownNumber(m_lines->eventCount()) + u" of "_s : QString();
+    return found + shownEventCount(m_index.size()) + u", "_s + size;
+}
+
+QString MacLog::selection() const {
+    return shownNumber(m_lines->selectedCount()) + u" selected"_s;
 }
 
 QStringList MacLog::formats() {

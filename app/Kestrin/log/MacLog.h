@@ -30,6 +30,7 @@ class MacLog : public QObject {
     /// Of how many events the log is, and how large its file.
     Q_PROPERTY(int total READ total NOTIFY changed)
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
+    Q_PROPERTY(QString selection READ selection NOTIFY selectionChanged)
     /// Why the log cannot be read, as a sentence; empty when it can be.
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
     /// In what forms a log can be exported.
@@ -50,6 +51,8 @@ class MacLog : public QObject {
     bool isFiltered() const { return m_query != runtime::LogQuery(); }
     int total() const { return static_cast<int>(m_index.size()); }
     QString summary() const;
+    /// "3 selected".
+    QString selection() const;
     QString problem() const { return m_problem; }
     static QStringList formats();
 
@@ -72,6 +75,7 @@ class MacLog : public QObject {
   Q_SIGNALS:
     void filterChanged();
     void appsChanged();
+    void selectionChanged();
     void changed();
 
   private:

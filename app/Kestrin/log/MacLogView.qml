@@ -222,7 +222,7 @@ FocusScope {
                 width: buttons.x - 16
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.told !== "" ? root.told
-                    : root.log.lines.selectedCount > 1 ? root.log.lines.selectedCount + " selected, " + root.log.summary
+                    : root.log.lines.selectedCount > 1 ? root.log.selection + ", " + root.log.summary
                                                        : root.log.summary
                 size: 13
                 color: KestrinColors.textSecondary

@@ -4,6 +4,7 @@
 #include "app/Kestrin/program/ModuleObjects.h"
 #include "app/Kestrin/rows/ShownText.h"
 #include "design/KestrinIconMark.h"
+#include "foundation/FreedMemory.h"
 #include "foundation/VisibleText.h"
 
 #include <QGuiApplication>
@@ -169,8 +170,12 @@ void KestrinApplication::openLog() {
 }
 
 void KestrinApplication::closeLog() {
-    if (m_log && !m_log->window().isVisible())
-        m_log.reset();
+    if (!m_log || m_log->window().isVisible())
+        return;
+    m_log.reset();
+    // The lines that were shown are the engine's garbage.
+    m_engine->collectGarbage();
+    giveBackFreedMemory();
 }
 
 void KestrinApplication::followTray() {

@@ -2,7 +2,11 @@
 
 #include "foundation/VisibleText.h"
 
+#include <QLocale>
+
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace kestrin::app {
 
@@ -27,6 +31,16 @@ bool hasRightToLeft(const QString &text) {
 QString shownName(const QString &name) {
     const QString visible = visibleText(name);
     return hasRightToLeft(visible) ? firstStrongIsolate + visible + popDirectionalIsolate : visible;
+}
+
+QString shownNumber(qsizetype number) {
+    // In the language of the window.
+    static const QLocale english(QLocale::English, QLocale::UnitedStates);
+    return english.toString(static_cast<qlonglong>(number));
+}
+
+QString shownEventCount(qsizetype count) {
+    return shownNumber(count) + (count == 1 ? u" event"_s : u" events"_s);
 }
 
 QString shownMessage(const MacProtectionEvent &event) {

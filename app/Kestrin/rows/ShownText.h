@@ -9,6 +9,11 @@ namespace kestrin::app {
 /// around it, so that neither turns the other round.
 QString shownName(const QString &name);
 
+/// "100,000 events", "1 event".
+QString shownEventCount(qsizetype count);
+/// "100,000".
+QString shownNumber(qsizetype number);
+
 /// An event's message, with the application's name in it shown as such.
 QString shownMessage(const engine::MacProtectionEvent &event);
 
