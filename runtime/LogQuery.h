@@ -19,16 +19,16 @@ struct LoggedApp {
 /// asked holds for each.
 struct LogQuery {
     /// The first and the last second.
-    std::optional<QDateTime> since;
-    std::optional<QDateTime> until;
+    std::optional<QDateTime> since = {};
+    std::optional<QDateTime> until = {};
     /// One of these.
-    QList<engine::MacProtectionEventKind> kinds;
+    QList<engine::MacProtectionEventKind> kinds = {};
     /// Parts of the application's name or identifier, of which one is there, in whichever case.
-    QStringList apps;
+    QStringList apps = {};
     /// The application's name as it stands, one of these.
-    QStringList names;
+    QStringList names = {};
     /// A part of the message, of the application's name or of its identifier, in whichever case.
-    QString text;
+    QString text = {};
 
     bool operator==(const LogQuery &) const = default;
 

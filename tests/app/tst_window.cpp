@@ -10,6 +10,7 @@
 #include "design/KestrinTone.h"
 #include "foundation/Clock.h"
 #include "tests/support/Files.h"
+#include "tests/support/Items.h"
 #include "tests/support/WindowHome.h"
 
 #include <QAbstractItemModelTester>
@@ -29,16 +30,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-void collect(QQuickItem *item, const QByteArray &type, QList<QQuickItem *> &found) {
-    if (!item->isVisible())
-        return;
-    const QByteArray name = item->metaObject()->className();
-    if (name == type || name.startsWith(type + "_QML"))
-        found.append(item);
-    const QList<QQuickItem *> children = item->childItems();
-    for (QQuickItem *const child : children)
-        collect(child, type, found);
-}
+using samples::collect;
 
 /// An open window, with hands and eyes.
 struct Desk : samples::WindowHome {

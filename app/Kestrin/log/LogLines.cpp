@@ -132,14 +132,11 @@ QString LogLines::widestTime() {
 }
 
 QString LogLines::dayAt(int line) const {
-    return line < 0 || line >= count() ? QString() : dayName(m_days[place(line).day].date, m_today);
+    return line < 0 || line >= count() ? QString() : dayData(place(line).day, Title).toString();
 }
 
 QString LogLines::dayCountAt(int line) const {
-    if (line < 0 || line >= count())
-        return {};
-    const std::size_t day = place(line).day;
-    return shownEventCount(static_cast<qsizetype>(endOf(day) - m_days[day].first));
+    return line < 0 || line >= count() ? QString() : dayData(place(line).day, Time).toString();
 }
 
 int LogLines::eventFrom(int line, int steps) const {
@@ -200,17 +197,35 @@ QVariant LogLines::data(const QModelIndex &index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const Place found = place(index.row());
-    if (role == IsDay)
+    switch (role) {
+    case IsDay:
         return found.isDay;
-    if (found.isDay)
-        return role == Title      ? dayName(m_days[found.day].date, m_today)
-               : role == Time     ? dayCountAt(index.row())
-               : role == Tone     ? QVariant(0)
-               : role == Selected ? QVariant(false)
-                                  : QVariant(QString());
-    if (role == Selected)
-        return static_cast<bool>(m_selected[found.event]);
-    const quint32 number = m_events[found.event];
+    case Selected:
+        return !found.isDay && m_selected[found.event];
+    default:
+        return found.isDay ? dayData(found.day, role) : eventData(m_events[found.event], role);
+    }
+}
+
+QVariant LogLines::dayData(std::size_t day, int role) const {
+    switch (role) {
+    case Title:
+        return dayName(m_days[day].date, m_today);
+    case Time:
+        return shownEventCount(static_cast<qsizetype>(endOf(day) - m_days[day].first));
+    case Tone:
+        return 0;
+    case Message:
+    case Kind:
+    case Symbol:
+    case Picture:
+        return QString();
+    default:
+        return {};
+    }
+}
+
+QVariant LogLines::eventData(quint32 number, int role) const {
     const MacProtectionEvent event = m_index.at(number);
     if (m_lastEvent != number) {
         m_lastRow = rowOf(event);

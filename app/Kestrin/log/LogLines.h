@@ -91,6 +91,8 @@ class LogLines : public QAbstractListModel {
     std::size_t endOf(std::size_t day) const;
     Place place(int line) const;
     int lineOf(std::size_t event) const;
+    QVariant dayData(std::size_t day, int role) const;
+    QVariant eventData(quint32 number, int role) const;
     void tellSelection();
 
     const runtime::LogIndex &m_index;
