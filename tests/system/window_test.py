@@ -32,7 +32,7 @@ PAGES = [
     ("Apps", "Apps", ["Run Live Check", *("Protect " + name for name in DEFINITIONS), "Apply Recommended",
                       "Run Preview", "Add an App…"]),
     ("Schedule", "Schedule", ["Sleep Mode", "Away Mode", "Focus Mode", "Travel Mode", "Manual Mode"]),
-    ("Activity", "Activity", []),
+    ("Activity", "Activity", ["Show the whole log"]),
     ("Access", "Access", ["Selected Mac apps, 12 apps", "Schedules, 3 enabled", "Activity log, Saved locally",
                           "Privacy guide, View", "Help, Contact", "iPhone connection, Use mobile app",
                           "Keep selected apps closed"]),
@@ -454,6 +454,54 @@ class WindowTest(unittest.TestCase):
         kestrin.says("Zoom, Asked Zoom to quit.")
         kestrin.show("Apps")
         self.assertFalse(kestrin.is_on("Protect Otter AI"))
+
+    def test_log(self):
+        self.open_app("Zoom", "zoom")
+        for _ in range(2):
+            kestrinctl("check", "--preview")
+        kestrin = self.launch()
+        press("ctrl+l")
+        log = kestrin.one("frame", "Activity Log")
+        wait("The log does not come to the front.", lambda: "active" in log.states)
+        kestrin.focus_is("Search the log", {"Search the log": kestrin.one("text", "Search the log")})
+        output("xdotool", "type", "risk cat")
+        press("Down")
+        matched = "Zoom, Protected app matched, Zoom matches Zoom risk categories: Video call, Microphone, Camera."
+        row = kestrin.find("matched application", lambda item: item.role == "list item" and item.name.endswith(matched)
+                           and "focused" in item.states)
+        self.assertIn("selected", row.states)
+        press("ctrl+c")
+        self.assertIn("Zoom matches Zoom risk categories", output("xclip", "-selection", "clipboard", "-o"))
+        for item in walk(log.accessible):
+            with self.subTest(item=item):
+                self.assertTrue(item.name)
+        # What another process records, while it is read.
+        press("ctrl+f", "Escape")
+        kestrinctl("off")
+        kestrin.says("Privacy Mode Off, Privacy Mode is off for this Mac.")
+        # There is one, which a second wish brings to the front.
+        self.one_is_active("Kestrin")
+        press("ctrl+l")
+        self.one_is_active("Activity Log")
+        self.assertEqual([item.name for item in kestrin.everything() if item.role == "frame"],
+                         ["Kestrin", "Activity Log"])
+        press("ctrl+w")
+        wait("The log is not closed.", lambda: "Activity Log" not in output("wmctrl", "-l"))
+        # It goes with the window where that ends the program.
+        kestrin.show("Activity")
+        kestrin.one("push button", "Show the whole log").act("Press")
+        kestrin.one("frame", "Activity Log")
+        self.one_is_active("Kestrin")
+        press("ctrl+w")
+        self.assertEqual(kestrin.process.wait(LIMIT), 0)
+
+    def one_is_active(self, title):
+        """Whichever it takes."""
+        def active():
+            return output("xdotool", "getactivewindow", "getwindowname").startswith(title)
+        if not active() and title == "Kestrin":
+            output("wmctrl", "-F", "-a", title)
+        wait(f"{title} is not active.", active)
 
     def test_other_processes_and_schedules(self):
         kestrinctl("schedule", "disable", "sleep", "away")
