@@ -295,7 +295,7 @@ void LogWindowTest::exports() {
     desk.type(Qt::Key_Tab);
     desk.type(Qt::Key_Tab);
     desk.type(Qt::Key_Return);
-    QVERIFY(desk.says(u"Only you will be able to read it."_s));
+    QVERIFY(desk.says(u"Only you will be able to read the file."_s));
     desk.type(Qt::Key_A, Qt::ControlModifier);
     desk.type(qPrintable(chosen));
     desk.type(Qt::Key_Return);

@@ -10,9 +10,9 @@ KestrinPressable {
     required property Item page
     required property string all
     required property string several
-    required property list<string> titles
+    required property var titles
     required property list<int> chosen
-    property list<string> pictures
+    property var pictures: []
 
     signal toggled(place: int)
     signal cleared

@@ -18,6 +18,9 @@ FocusScope {
 
     signal copyWanted
 
+    // The name of a day goes out of sight, and not over what is above.
+    clip: true
+
     function scrollTo(wanted: real) {
         const last = list.count * lineHeight - list.height;
         list.contentY = list.originY + Math.max(0, Math.min(Math.round(wanted), last));
@@ -75,7 +78,7 @@ FocusScope {
     readonly property int page: Math.max(1, Math.floor(list.height / lineHeight) - 2)
 
     Connections {
-        target: root.lines
+        target: root.lines // qmllint disable incompatible-type
 
         function onModelReset() {
             list.currentIndex = -1;

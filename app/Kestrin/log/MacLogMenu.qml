@@ -8,8 +8,8 @@ FocusScope {
     // The button that it belongs to.
     required property Item button
     required property string all
-    required property list<string> titles
-    required property list<string> pictures
+    required property var titles
+    required property var pictures
     required property list<int> chosen
 
     readonly property int lineHeight: 38

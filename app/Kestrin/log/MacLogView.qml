@@ -276,9 +276,9 @@ FocusScope {
             target: exportLoader.item
             ignoreUnknownSignals: true
 
-            function onClosed(done: string) {
+            function onClosed() {
+                root.told = (exportLoader.item as MacLogExport)?.done ?? "";
                 exportLoader.source = "";
-                root.told = done;
                 exportButton.forceActiveFocus();
             }
         }
