@@ -117,6 +117,11 @@ double Child::residentMemory() const {
     return static_cast<double>(number(ofProcess(m_process) / "status", "VmRSS:")) / 1024;
 }
 
+double Child::ownMemory() const {
+    const auto status = ofProcess(m_process) / "status";
+    return static_cast<double>(number(status, "RssAnon:") + number(status, "RssShmem:")) / 1024;
+}
+
 double Child::proportionalMemory() const {
     return static_cast<double>(proportionalKilobytes(m_process)) / 1024;
 }

@@ -38,6 +38,8 @@ class Child {
     long long wakeUpsSince(const WakeUps &before) const;
     /// Megabytes.
     double residentMemory() const;
+    /// Megabytes that nothing on the disk stands for, and that no other program changes by coming or going.
+    double ownMemory() const;
     /// Megabytes of it and of all that it has started. What several processes share is divided among them.
     double proportionalMemory() const;
 

@@ -8,8 +8,8 @@
 
 namespace kestrin::foundation {
 
-/// Gives memory that was freed back to the system, where it would otherwise be kept for later. For whoever has
-/// just thrown much away.
+/// Gives memory that was freed back to the system, where it would otherwise be kept for later. For whoever
+/// has just thrown much away.
 inline void giveBackFreedMemory() {
 #ifdef __GLIBC__
     ::malloc_trim(0);

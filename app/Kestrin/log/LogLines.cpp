@@ -50,7 +50,7 @@ void LogLines::show(LogIndex::Numbers events, const QDate &today) {
     Q_EMIT selectionChanged();
 }
 
-void LogLines::prepend(quint32 event) {
+int LogLines::prepend(quint32 event) {
     const bool isNewDay = !isOfLastDay(event);
     // Below the line that names the day.
     const int line = isNewDay ? 0 : 1;
@@ -63,7 +63,7 @@ void LogLines::prepend(quint32 event) {
     endInsertRows();
     Q_EMIT dataChanged(index(0), index(0));
     Q_EMIT countChanged();
-    Q_EMIT grew(lines);
+    return lines;
 }
 
 void LogLines::setToday(const QDate &today) {

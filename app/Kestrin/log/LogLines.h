@@ -31,8 +31,8 @@ class LogLines : public QAbstractListModel {
 
     /// Shows these of the index, oldest first, and nothing is selected. `today` has a name of its own.
     void show(runtime::LogIndex::Numbers events, const QDate &today);
-    /// The index has one more event, which is asked for.
-    void prepend(quint32 event);
+    /// The index has one more event, which is asked for. Returns how many lines there are more.
+    int prepend(quint32 event);
     /// Another day has begun.
     void setToday(const QDate &today);
 
@@ -67,8 +67,6 @@ class LogLines : public QAbstractListModel {
   Q_SIGNALS:
     void countChanged();
     void selectionChanged();
-    /// One event was put above the others, with so many lines.
-    void grew(int lines);
 
   private:
     /// Events of one day that follow each other.

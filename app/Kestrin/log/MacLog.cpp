@@ -139,6 +139,7 @@ void MacLog::adoptFilter() {
 
 void MacLog::show() {
     m_lines->show(m_index.find(m_query), m_runtime.now().toLocalTime().date());
+    Q_EMIT shown();
     Q_EMIT changed();
 }
 
@@ -168,7 +169,7 @@ void MacLog::follow() {
 void MacLog::append(const MacProtectionEvent &event) {
     m_index.append(event);
     if (m_query.accepts(event))
-        m_lines->prepend(static_cast<quint32>(m_index.size() - 1));
+        Q_EMIT grew(m_lines->prepend(static_cast<quint32>(m_index.size() - 1)));
     if (event.appName && !m_names.contains(*event.appName)) {
         m_names = m_index.names();
         Q_EMIT appsChanged();

@@ -77,6 +77,10 @@ class MacLog : public QObject {
     void appsChanged();
     void selectionChanged();
     void changed();
+    /// Other lines are shown than before.
+    void shown();
+    /// One event was put above the others, with so many lines.
+    void grew(int lines);
 
   private:
     void follow();

@@ -7,7 +7,9 @@ import KestrinDesignSystem
 FocusScope {
     id: root
 
-    required property LogLines lines
+    required property MacLog log
+
+    readonly property LogLines lines: log.lines
 
     readonly property int lineHeight: Math.ceil(48 * Math.max(1, KestrinAppearance.textScale * 0.92))
     // How far down the log.
@@ -78,9 +80,9 @@ FocusScope {
     readonly property int page: Math.max(1, Math.floor(list.height / lineHeight) - 2)
 
     Connections {
-        target: root.lines // qmllint disable incompatible-type
+        target: root.log
 
-        function onModelReset() {
+        function onShown() {
             list.currentIndex = -1;
             list.forceLayout();
             root.newEvents = 0;
@@ -109,6 +111,9 @@ FocusScope {
         // A mouse that drags does not scroll; the wheel, the scroll bar and a finger do.
         interactive: false
         reuseItems: true
+        // Lines out of sight would be made between the frames, and some versions complain when these are not wanted any
+        // more.
+        cacheBuffer: 0
         highlightFollowsCurrentItem: false
         currentIndex: -1
         model: root.lines

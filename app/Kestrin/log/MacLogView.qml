@@ -116,7 +116,7 @@ FocusScope {
 
                 anchors.fill: parent
                 anchors.margins: 6
-                lines: root.log.lines
+                log: root.log
                 visible: root.log.lines.count > 0
                 onCopyWanted: root.log.copy()
             }
