@@ -126,7 +126,8 @@ class Kestrin:
     """The program, started in one way or the other."""
 
     def __init__(self, *options):
-        self.process = subprocess.Popen([os.environ["KESTRIN"], *options])
+        self.errors = tempfile.TemporaryFile()
+        self.process = subprocess.Popen([os.environ["KESTRIN"], *options], stderr=self.errors)
         lock = pathlib.Path(os.environ["HOME"], ".local/share/Kestrin/monitor.lock")
         wait("Kestrin does not start.", lambda: lock.exists() and str(self.process.pid) in lock.read_text())
 
@@ -191,6 +192,7 @@ class BackgroundTest(unittest.TestCase):
 
     def start(self, *options):
         kestrin = Kestrin(*options)
+        self.addCleanup(lambda: self.assertEqual(os.pread(kestrin.errors.fileno(), 65536, 0), b""))
         self.addCleanup(kestrin.end)
         return kestrin
 

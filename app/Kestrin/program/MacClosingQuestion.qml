@@ -10,12 +10,16 @@ Window {
 
     required property TrayCommands commands
 
-    width: 480
-    height: content.implicitHeight + 2 * content.margin
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
+    // Not the window's own, which follow one another from Qt 6.8 on.
+    readonly property real wholeWidth: 520
+    readonly property real wholeHeight: content.implicitHeight + 2 * content.margin
+
+    width: wholeWidth
+    height: wholeHeight
+    minimumWidth: wholeWidth
+    maximumWidth: wholeWidth
+    minimumHeight: wholeHeight
+    maximumHeight: wholeHeight
     visible: true
     title: question.text
     color: KestrinColors.warmIvory
@@ -27,7 +31,7 @@ Window {
 
         x: margin
         y: margin
-        width: root.width - 2 * margin
+        width: root.wholeWidth - 2 * margin
         implicitHeight: column.implicitHeight
         focus: true
 

@@ -7,12 +7,16 @@ Window {
 
     required property string text
 
-    width: 460
-    height: column.implicitHeight + 2 * column.y
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
+    // Not the window's own, which follow one another from Qt 6.8 on.
+    readonly property real wholeWidth: 460
+    readonly property real wholeHeight: column.implicitHeight + 2 * column.y
+
+    width: wholeWidth
+    height: wholeHeight
+    minimumWidth: wholeWidth
+    maximumWidth: wholeWidth
+    minimumHeight: wholeHeight
+    maximumHeight: wholeHeight
     visible: true
     title: Application.displayName
     color: KestrinColors.warmIvory
@@ -22,7 +26,7 @@ Window {
 
         x: 24
         y: 24
-        width: root.width - 2 * x
+        width: root.wholeWidth - 2 * x
         spacing: 20
 
         KestrinText {
