@@ -274,6 +274,7 @@ QList<Scene> scenes() {
         {u"log-kinds"_s, MacSection::Home, days, {}, kinds},
         {u"log-apps"_s, MacSection::Home, days, {}, apps},
         {u"log-export"_s, MacSection::Home, days, {}, exporting},
+        {u"closing-question-eased"_s, MacSection::Home, firstStartEased, {}, {}, u"MacClosingQuestion.qml"_s},
     };
     for (const Scene &page : all.first(7))
         all.append({page.name + u"-eased"_s, page.section, eased, {}});
