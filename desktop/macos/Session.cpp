@@ -3,6 +3,7 @@
 
 #include "desktop/session/DesktopNotices.h"
 #include "desktop/session/RunningInstance.h"
+#include "desktop/session/SaveDialog.h"
 #include "desktop/session/TrayHost.h"
 
 namespace kestrin::desktop {
@@ -23,6 +24,14 @@ void TrayHost::ask() {
     m_isPresent = true;
     Q_EMIT changed();
 }
+
+SaveDialog::SaveDialog(QObject *parent) : QObject(parent) {}
+
+void SaveDialog::look() {}
+
+void SaveDialog::open(const QString &, quintptr) {}
+
+void SaveDialog::take(uint, const QVariantMap &) {}
 
 DesktopNotices::DesktopNotices(QObject *parent) : QObject(parent) {}
 

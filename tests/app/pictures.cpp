@@ -231,6 +231,7 @@ QList<Scene> scenes() {
     const auto apps = [menu](samples::WindowHome &home) { menu(home, 2); };
     const auto exporting = [reading](samples::WindowHome &home) {
         reading(home);
+        home.shown->log->log().setHasFileDialog();
         QQuickWindow &window = home.shown->log->window();
         for (int i = 0; i < 3; ++i)
             QTest::keyClick(&window, Qt::Key_Tab);

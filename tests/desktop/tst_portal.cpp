@@ -1,13 +1,17 @@
-// What the settings portal says about the appearance, on a session bus of the test's own.
+// What the portal says about the appearance, and where its dialog lets a file go, on a session bus of the
+// test's own.
 
 #include "design/KestrinAppearance.h"
 #include "desktop/appearance/Appearance.h"
+#include "desktop/session/SaveDialog.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QDBusObjectPath>
 #include <QDBusVariant>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <utility>
@@ -62,12 +66,42 @@ class Portal : public QObject {
     }
 };
 
+/// The portal's dialog, and somebody who answers it.
+class Chooser : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.FileChooser")
+    Q_PROPERTY(uint version MEMBER m_version)
+
+  public:
+    /// What was asked for last.
+    QVariantMap options;
+    uint response = 0;
+    QString answer;
+
+  public Q_SLOTS:
+    QDBusObjectPath SaveFile(const QString &, const QString &, const QVariantMap &wanted,
+                             const QDBusMessage &call) {
+        options = wanted;
+        const QString place = path + u"/request/"_s + call.service().mid(1).replace(u'.', u'_') + u'/' +
+                              wanted.value(u"handle_token"_s).toString();
+        QDBusMessage signal =
+            QDBusMessage::createSignal(place, u"org.freedesktop.portal.Request"_s, u"Response"_s);
+        signal << response << QVariantMap{{u"uris"_s, QStringList{answer}}};
+        QDBusConnection(u"portal"_s).send(signal);
+        return QDBusObjectPath(place);
+    }
+
+  private:
+    uint m_version = 3;
+};
+
 class PortalTest : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
     void changesWithoutPortal();
     void firstAnswerAndChanges();
+    void filesAreChosen();
 
   private:
     static void change(const QString &key, uint value) {
@@ -106,6 +140,34 @@ void PortalTest::firstAnswerAndChanges() {
     QTRY_VERIFY(!appearance.reducedMotion());
     change(u"color-scheme"_s, 0);
     QTRY_VERIFY(!appearance.isDark());
+}
+
+void PortalTest::filesAreChosen() {
+    SaveDialog dialog;
+    QSignalSpy found(&dialog, &SaveDialog::found);
+    QSignalSpy chosen(&dialog, &SaveDialog::chosen);
+    Chooser chooser;
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
+    QVERIFY(bus.registerObject(path, &chooser,
+                               QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties));
+    static_cast<void>(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
+    dialog.look();
+    QTRY_COMPARE(found.size(), 1);
+
+    chooser.answer = u"file:///home/somebody/a%20log.csv"_s;
+    dialog.open(u"/home/somebody/log.csv"_s, 42);
+    QTRY_COMPARE(chosen.size(), 1);
+    QCOMPARE(chosen.takeFirst().first().toString(), u"/home/somebody/a log.csv"_s);
+    QCOMPARE(chooser.options.value(u"current_name"_s).toString(), u"log.csv"_s);
+    QCOMPARE(chooser.options.value(u"current_folder"_s).toByteArray(), QByteArray("/home/somebody\0", 15));
+    // Who goes back has chosen nothing; the next one counts again.
+    chooser.response = 1;
+    dialog.open(u"/x"_s, 42);
+    QTRY_COMPARE(chooser.options.value(u"current_name"_s).toString(), u"x"_s);
+    chooser.response = 0;
+    dialog.open(u"/y"_s, 42);
+    QTRY_COMPARE(chosen.size(), 1);
+    QCOMPARE(chooser.options.value(u"current_name"_s).toString(), u"y"_s);
 }
 
 QTEST_MAIN(PortalTest)

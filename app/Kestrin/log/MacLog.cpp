@@ -107,6 +107,15 @@ QStringList MacLog::formats() {
     return {u"Text"_s, u"JSON"_s, u"JSON lines"_s, u"CSV"_s};
 }
 
+void MacLog::setHasFileDialog() {
+    m_hasFileDialog = true;
+    Q_EMIT fileDialogFound();
+}
+
+void MacLog::chooseFile(const QString &suggested) {
+    Q_EMIT fileWanted(absolute(suggested));
+}
+
 void MacLog::toggleKind(int place) {
     toggleIn(m_query.kinds, static_cast<Kind>(place));
     adoptFilter();

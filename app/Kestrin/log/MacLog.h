@@ -33,6 +33,8 @@ class MacLog : public QObject {
     Q_PROPERTY(QString selection READ selection NOTIFY selectionChanged)
     /// Why the log cannot be read, as a sentence; empty when it can be.
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
+    /// The desktop has a dialog for choosing a file; nobody knows before somebody looks.
+    Q_PROPERTY(bool hasFileDialog READ hasFileDialog NOTIFY fileDialogFound)
     /// In what forms a log can be exported.
     Q_PROPERTY(QStringList formats READ formats CONSTANT)
 
@@ -55,7 +57,12 @@ class MacLog : public QObject {
     QString selection() const;
     QString problem() const { return m_problem; }
     static QStringList formats();
+    bool hasFileDialog() const { return m_hasFileDialog; }
+    void setHasFileDialog();
 
+    Q_INVOKABLE void lookForFileDialog() { Q_EMIT fileDialogWanted(); }
+    /// Opens it; what is chosen there is told by `fileChosen`.
+    Q_INVOKABLE void chooseFile(const QString &suggested);
     Q_INVOKABLE void toggleKind(int place);
     Q_INVOKABLE void toggleApp(int place);
     Q_INVOKABLE void clearKinds();
@@ -77,6 +84,10 @@ class MacLog : public QObject {
     void appsChanged();
     void selectionChanged();
     void changed();
+    void fileDialogWanted();
+    void fileDialogFound();
+    void fileWanted(const QString &suggested);
+    void fileChosen(const QString &file);
     /// Other lines are shown than before.
     void shown();
     /// One event was put above the others, with so many lines.
@@ -97,6 +108,7 @@ class MacLog : public QObject {
     QStringList m_names;
     QString m_problem;
     qint64 m_size = 0;
+    bool m_hasFileDialog = false;
     LogLines *const m_lines = new LogLines(m_index, m_pictures, this);
 };
 

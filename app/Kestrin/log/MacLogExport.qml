@@ -38,6 +38,15 @@ MacDialog {
     Component.onCompleted: {
         file.text = log.suggestedFile(format);
         file.forceActiveFocus();
+        log.lookForFileDialog();
+    }
+
+    Connections {
+        target: root.log
+
+        function onFileChosen(chosen: string) {
+            file.text = chosen;
+        }
     }
 
     Column {
@@ -89,16 +98,32 @@ MacDialog {
             }
         }
 
-        MacSearchField {
-            id: file
-
+        Row {
             width: parent.width
-            searches: false
-            placeholder: "File"
-            onTextChanged: root.problem = ""
+            spacing: 12
 
-            Keys.onReturnPressed: root.save()
-            Keys.onEnterPressed: root.save()
+            MacSearchField {
+                id: file
+
+                width: parent.width - (choose.visible ? choose.width + parent.spacing : 0)
+                searches: false
+                placeholder: "File"
+                onTextChanged: root.problem = ""
+
+                Keys.onReturnPressed: root.save()
+                Keys.onEnterPressed: root.save()
+            }
+
+            KestrinSecondaryButton {
+                id: choose
+
+                width: 110
+                implicitHeight: 40
+                textSize: 14
+                visible: root.log.hasFileDialog
+                title: "Choose…"
+                onClicked: root.log.chooseFile(file.text)
+            }
         }
 
         KestrinText {

@@ -128,16 +128,11 @@ FocusScope {
                     color: KestrinColors.freshGreen
                 }
 
-                Image {
+                MacAppPicture {
                     x: 36
                     anchors.verticalCenter: parent.verticalCenter
                     width: 20
-                    height: 20
-                    visible: status === Image.Ready && implicitWidth > 1
-                    fillMode: Image.PreserveAspectFit
-                    sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
-                    sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)
-                    source: line.picture === "" ? "" : "image://application/" + line.picture
+                    name: line.picture
                 }
 
                 KestrinText {

@@ -165,8 +165,19 @@ void KestrinApplication::openLog() {
         // It is closed from within.
         connect(&m_log->window(), &QWindow::visibleChanged, this, &KestrinApplication::closeLog,
                 Qt::QueuedConnection);
+        connect(&m_log->log(), &MacLog::fileDialogWanted, this, &KestrinApplication::offerFileDialog);
     }
     bringToFront(m_log->window(), {});
+}
+
+void KestrinApplication::offerFileDialog() {
+    SaveDialog &dialog = m_saveDialog.emplace();
+    MacLog &log = m_log->log();
+    connect(&dialog, &SaveDialog::found, &log, &MacLog::setHasFileDialog);
+    connect(&dialog, &SaveDialog::chosen, &log, &MacLog::fileChosen);
+    connect(&log, &MacLog::fileWanted, &dialog,
+            [this, &dialog](const QString &file) { dialog.open(file, m_log->window().winId()); });
+    dialog.look();
 }
 
 void KestrinApplication::closeLog() {

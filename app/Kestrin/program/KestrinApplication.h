@@ -7,6 +7,7 @@
 #include "app/Kestrin/program/TrayCommands.h"
 #include "desktop/session/DesktopNotices.h"
 #include "desktop/session/RunningInstance.h"
+#include "desktop/session/SaveDialog.h"
 #include "desktop/session/TrayHost.h"
 #include "runtime/DesktopPermission.h"
 #include "runtime/FirstStart.h"
@@ -48,6 +49,7 @@ class KestrinApplication : public QObject {
     void endTelling();
     void openLog();
     void closeLog();
+    void offerFileDialog();
     void followTray();
     void tell(const engine::MacProtectionEvent &event);
     void tellSwitch(bool privacyModeOn, const QString &message);
@@ -64,6 +66,7 @@ class KestrinApplication : public QObject {
     QuitNotices m_quitNotices;
     std::optional<desktop::DesktopNotices> m_notices;
     std::optional<desktop::TrayHost> m_trayHost;
+    std::optional<desktop::SaveDialog> m_saveDialog;
     TrayCommands m_commands;
     std::optional<runtime::FirstStart> m_firstStart;
     bool m_isQuitting = false;

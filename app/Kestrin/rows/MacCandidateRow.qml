@@ -33,20 +33,13 @@ Item {
         color: Qt.alpha(KestrinColors.freshGreen, root.selected ? 0.16 : 0.07)
     }
 
-    Image {
+    MacAppPicture {
         id: picture
-
-        readonly property bool isThere: status === Image.Ready && implicitWidth > 1
 
         x: 10
         anchors.verticalCenter: parent.verticalCenter
         width: 28
-        height: 28
-        visible: isThere
-        fillMode: Image.PreserveAspectFit
-        sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
-        sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)
-        source: root.icon === "" ? "" : "image://application/" + root.icon
+        name: root.icon
     }
 
     KestrinSymbol {
