@@ -286,6 +286,19 @@ class BackgroundTest(unittest.TestCase):
         tray.end()
         wait("The way back is still counted on.", lambda: self.closes_for_good(kestrin))
 
+    def test_the_log_needs_no_other_window(self):
+        kestrin = self.start("--background")
+        tray = self.tray()
+        for _ in range(2):
+            tray.choose("Open the Log")
+            wait("The log does not open.", lambda: kestrin.has_window("^Activity Log"))
+            wait("The log has not the keyboard.",
+                 lambda: "Activity Log" in output("xdotool", "getactivewindow", "getwindowname"))
+            self.assertFalse(kestrin.has_window())
+            press("ctrl+w")
+            wait("The log stays.", lambda: not kestrin.has_window("^Activity Log"))
+            self.assertIsNone(kestrin.process.poll())
+
     def closes_for_good(self, kestrin):
         """Whether closing the window ends the program; otherwise the window is shown again."""
         kestrin.close_window()
