@@ -7,6 +7,7 @@
 #include "desktop/wayland/SocketOwners.h"
 #include "desktop/wayland/SocketPeers.h"
 #include "tests/support/Files.h"
+#include "tests/support/ListeningSocket.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -14,9 +15,6 @@
 
 #include <linux/netlink.h>
 #include <linux/sock_diag.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include <algorithm>
 
@@ -187,14 +185,6 @@ void ProcessMatchTest::socketAnswers() {
     QCOMPARE(read(whole, true), QList<quint32>{7});
     QCOMPARE(read(whole + message(NLMSG_DONE, bytes(0)), false), QList<quint32>{7});
     QCOMPARE(read(message(NLMSG_ERROR, bytes(-2)), false), QList<quint32>());
-    // Cut off anywhere, and with every byte wrong in turn, it is read as far as it makes sense.
-    SocketPeers peers;
-    for (qsizetype length = 0; length < whole.size(); ++length) {
-        takeSocketAnswer(QByteArray(whole.constData(), length), {"/run/w"}, peers);
-        QByteArray wrong = whole;
-        wrong[length] = '\xFF';
-        takeSocketAnswer(wrong, {"/run/w"}, peers);
-    }
     for (const char *name :
          {"socket:[12", "socket:12]", "pipe:[12]", "socket:[]", "socket:[99999999999]", ""})
         QCOMPARE(inodeOfSocket(name), 0U);
@@ -202,22 +192,13 @@ void ProcessMatchTest::socketAnswers() {
 }
 
 void ProcessMatchTest::ownersOfSockets() {
-    const QTemporaryDir folder;
-    const QByteArray path = QFile::encodeName(folder.filePath(u"socket"_s));
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::copy(path.cbegin(), path.cend(), static_cast<char *>(address.sun_path));
-    const auto *const name = reinterpret_cast<const sockaddr *>(&address);
-    const int server = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    QCOMPARE(::bind(server, name, sizeof address), 0);
-    QCOMPARE(::listen(server, 1), 0);
+    const samples::ListeningSocket server;
     SocketOwners owners;
-    const auto clients = [&] { return owners.of(peersOfSockets({path}).value(path)); };
+    const auto clients = [&] { return owners.of(peersOfSockets({server.path()}).value(server.path())); };
     QCOMPARE(clients(), QList<qint32>());
 
-    const int client = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    QCOMPARE(::connect(client, name, sizeof address), 0);
-    const int accepted = ::accept4(server, nullptr, nullptr, SOCK_CLOEXEC);
+    const int client = server.connect();
+    const int accepted = ::accept4(server.descriptor(), nullptr, nullptr, SOCK_CLOEXEC);
     QCOMPARE(clients(), QList<qint32>{::getpid()});
     // Under another number it is still his, and then it is nobody's.
     const int same = ::dup(client);
@@ -226,7 +207,6 @@ void ProcessMatchTest::ownersOfSockets() {
     ::close(same);
     QCOMPARE(clients(), QList<qint32>());
     ::close(accepted);
-    ::close(server);
 }
 
 void ProcessMatchTest::flatpaks() {

@@ -3,22 +3,20 @@
 #include "desktop/sources/SourceWorkspace.h"
 #include "desktop/sway/SwayTree.h"
 #include "desktop/sway/SwayWindows.h"
+#include "tests/support/ListeningSocket.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <poll.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include <cstring>
 #include <functional>
 #include <thread>
 
 using namespace Qt::StringLiterals;
+using namespace kestrin;
 using namespace kestrin::foundation;
 using namespace kestrin::desktop;
 using namespace std::chrono_literals;
@@ -42,28 +40,18 @@ class FakeSway {
   public:
     using Script = std::function<std::optional<QByteArray>(quint32 kind)>;
 
-    explicit FakeSway(Script script) : m_script(std::move(script)) {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::strcpy(address.sun_path, path().constData());
-        m_listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        if (::bind(m_listener, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0 ||
-            ::listen(m_listener, 5) != 0)
-            qFatal("There is no socket.");
-        m_thread = std::thread([this] { serve(); });
-    }
+    explicit FakeSway(Script script) : m_script(std::move(script)), m_thread([this] { serve(); }) {}
     ~FakeSway() {
-        ::shutdown(m_listener, SHUT_RDWR);
+        ::shutdown(m_socket.descriptor(), SHUT_RDWR);
         m_thread.join();
-        ::close(m_listener);
     }
 
-    QByteArray path() const { return m_folder.filePath(u"sway"_s).toLocal8Bit(); }
+    QByteArray path() const { return m_socket.path(); }
 
   private:
     void serve() {
         int client = -1;
-        while ((client = ::accept(m_listener, nullptr, nullptr)) >= 0) {
+        while ((client = ::accept(m_socket.descriptor(), nullptr, nullptr)) >= 0) {
             char header[14];
             while (isAsked(client) && ::recv(client, header, sizeof header, MSG_WAITALL) == sizeof header) {
                 quint32 numbers[2];
@@ -81,7 +69,7 @@ class FakeSway {
 
     /// Or whether it is time to go.
     bool isAsked(int client) const {
-        pollfd sockets[] = {{client, POLLIN, 0}, {m_listener, POLLIN, 0}};
+        pollfd sockets[] = {{client, POLLIN, 0}, {m_socket.descriptor(), POLLIN, 0}};
         return ::poll(sockets, 2, -1) > 0 && sockets[1].revents == 0;
     }
 
@@ -90,9 +78,8 @@ class FakeSway {
                bytes.size();
     }
 
-    QTemporaryDir m_folder;
+    const samples::ListeningSocket m_socket;
     const Script m_script;
-    int m_listener = -1;
     std::thread m_thread;
 };
 

@@ -7,8 +7,8 @@
 #include "desktop/permission/LinuxPermission.h"
 #include "desktop/permission/PlasmaPermission.h"
 #include "desktop/wayland/PlasmaWindows.h"
+#include "tests/support/ListeningSocket.h"
 #include "tests/support/SampleApp.h"
-#include "tests/support/StoppedServer.h"
 #include "tests/support/Unanswered.h"
 
 #include <QDir>
@@ -337,13 +337,13 @@ void DesktopsTest::silence() {
     QTRY_COMPARE(inSilence->pids, native().seen({later.pid()}));
 }
 
-/// In the environment is the socket of a sway that is none of this session and has stopped, and on the bus
-/// somebody calls himself as GNOME's shell does.
+/// In the environment is the socket of a sway that is none of this session and does not answer, and on the
+/// bus somebody calls himself as GNOME's shell does.
 void DesktopsTest::strangers() {
     const SampleApp app(native().named("app --later --commands --qt accepts --bus-name org.gnome.Shell"));
     const QString shell = u"org.gnome.Shell"_s;
     QTRY_VERIFY(BusNames::owners({shell}, Deadline(desktopPatience)).contains(shell));
-    const samples::StoppedServer sway;
+    const samples::ListeningSocket sway;
     const QByteArray before = qgetenv("SWAYSOCK");
     qputenv("SWAYSOCK", sway.path());
     const auto restore =
