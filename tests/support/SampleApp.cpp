@@ -34,6 +34,10 @@ void start(const char *variable, const QString &program, const QStringList &argu
     qputenv(variable, QByteArray::number(child.processId()));
 }
 
+bool isOnX11() {
+    return qgetenv("KESTRIN_DESKTOP_KIND") == "x11";
+}
+
 /// A process by its id, and only when it has one.
 qint32 sendSignal(const char *variable, int signal) {
     const qint32 pid = qEnvironmentVariableIntValue(variable);
@@ -145,33 +149,27 @@ void display::startWindowManager() {
 }
 
 void display::signalServer(int signal) {
-    sendSignal(serverVariable, signal);
+    sendSignal(isOnX11() ? serverVariable : compositorVariable, signal);
 }
 
 void display::killServer() {
-    end(serverVariable, SIGKILL);
+    end(isOnX11() ? serverVariable : compositorVariable, SIGKILL);
     children.erase(windowManagerVariable);
     qunsetenv(windowManagerVariable);
 }
 
-void display::restartServer() {
+static void restartXServer() {
     start(serverVariable, u"Xvfb"_s,
           {qEnvironmentVariable("DISPLAY"), u"-screen"_s, u"0"_s, u"1600x1200x24"_s, u"-nolisten"_s, u"tcp"_s,
            u"-noreset"_s, u"-auth"_s, qEnvironmentVariable("XAUTHORITY")});
     if (!waitBlocking([] { return QProcess::execute(u"xprop"_s, {u"-root"_s}) == 0; }))
         qFatal("The X server does not come back.");
-    startWindowManager();
+    display::startWindowManager();
 }
 
-void display::signalCompositor(int signal) {
-    sendSignal(compositorVariable, signal);
-}
-
-void display::killCompositor() {
-    end(compositorVariable, SIGKILL);
-}
-
-void display::restartCompositor() {
+void display::restartServer() {
+    if (isOnX11())
+        return restartXServer();
     start(compositorVariable, qEnvironmentVariable("KESTRIN_DESKTOP_COMPOSITOR"), {});
     const QStringList visit{u"--wayland"_s, u"--windows"_s, u"0"_s};
     if (!waitBlocking([&] { return QProcess::execute(QStringLiteral(SAMPLE_APP), visit) == 0; }))

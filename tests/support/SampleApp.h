@@ -59,8 +59,8 @@ struct Launches {
     std::unique_ptr<engine::LaunchSubscription> subscription;
 };
 
-/// The window manager and the X server of this desktop, or its compositor, which a test may end and start
-/// again.
+/// The window manager of this desktop, and its compositor or, on x11, its X server, which a test may end and
+/// start again.
 namespace display {
 /// With SIGTERM it takes leave; with SIGKILL what it told about the windows stays behind.
 void stopWindowManager(int signal);
@@ -68,12 +68,8 @@ void stopWindowManager(int signal);
 void startWindowManager();
 void signalServer(int signal);
 void killServer();
-/// On the same display, with a window manager.
+/// In its place; on x11 with a window manager.
 void restartServer();
-void signalCompositor(int signal);
-void killCompositor();
-/// In its place.
-void restartCompositor();
 } // namespace display
 
 /// Waits for a fact without running the event loop; false when it takes longer than a generous while.
