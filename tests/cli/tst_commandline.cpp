@@ -11,8 +11,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryFile>
 #include <QTest>
 
@@ -90,23 +88,6 @@ QJsonObject notes() {
         {u"aliases"_s, QJsonArray()}, {u"categories"_s, QJsonArray()}, {u"defaultAction"_s, u"keepClosed"_s}};
 }
 
-/// What bash would offer for the last of `words`.
-QStringList offeredByBash(const QString &words) {
-    QProcess bash;
-    bash.start(u"bash"_s,
-               {u"-c"_s, QString::fromLatin1(". '" COMPLETIONS "kestrinctl.bash'; COMP_WORDS=(") + words +
-                             u"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kestrinctl; "
-                             "printf '%s\\n' \"${COMPREPLY[@]}\""_s});
-    if (!bash.waitForFinished() || !bash.readAllStandardError().isEmpty())
-        return {u"bash failed"_s};
-    return QString::fromUtf8(bash.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
-}
-
-QStringList sorted(QStringList list) {
-    list.sort();
-    return list;
-}
-
 } // namespace
 
 class CommandLineTest : public QObject {
@@ -129,7 +110,6 @@ class CommandLineTest : public QObject {
     void ownApplications();
     void unusableOwnApplications();
     void following();
-    void completions();
 };
 
 void CommandLineTest::misuse() {
@@ -439,12 +419,10 @@ void CommandLineTest::pauses() {
     QVERIFY(says(u"resume"_s, couldNot, u"Privacy Mode is not paused but off"_s));
     QVERIFY(says(u"on"_s, done, u"Privacy Mode    On\n"_s));
     // Each takes the place of the one before, and rests a schedule that wants the opposite.
-    const std::pair<QString, QString> labels[] = {{u"90m"_s, u"13:30"_s},
-                                                  {u"until 18:00"_s, u"18:00"_s},
-                                                  {u"until 9:00"_s, u"Sunday, 09:00"_s},
-                                                  {u"2d 30s"_s, u"Monday, 12:00"_s},
-                                                  {u"until tomorrow"_s, u"tomorrow"_s},
-                                                  {u"1h"_s, u"13:00"_s}};
+    const std::pair<QString, QString> labels[] = {
+        {u"1h 30min"_s, u"13:30"_s},           {u"UNTIL 18:00"_s, u"18:00"_s},
+        {u"until 9:00"_s, u"Sunday, 09:00"_s}, {u"2d 30s"_s, u"Monday, 12:00"_s},
+        {u"until tomorrow"_s, u"tomorrow"_s},  {u"1h"_s, u"13:00"_s}};
     for (const auto &[end, label] : labels)
         QVERIFY(says(u"pause "_s + end, done, u"Privacy Mode    Paused until "_s + label + u'\n'));
     QCOMPARE(stored(u"pausedUntil"_s), QJsonValue(home.now.addSecs(3600).toUTC().toString(Qt::ISODate)));
@@ -505,19 +483,6 @@ void CommandLineTest::times() {
                                   u"@"_s, u"@x"_s, u"2026-02-30"_s, u"25:00"_s, u"2026-01-02 "_s + u"3"_s,
                                   u"today tomorrow"_s, u"UTC"_s, u"1e9h ago"_s})
         QVERIFY2(!timeOfPhrase(phrase, now), qUtf8Printable(phrase));
-    const QDateTime night(QDate(2026, 3, 29), QTime(1, 30, 10));
-    const std::tuple<QString, QDateTime, QString> ends[] = {
-        {u"90m"_s, now, u"2026-03-29T14:00:10Z"_s},
-        {u"1h 30min"_s, night, u"2026-03-29T02:00:10Z"_s},
-        {u" UNTIL  14:31 "_s, now, u"2026-03-29T12:31:00Z"_s},
-        {u"until 1:30"_s, night, u"2026-03-29T23:30:00Z"_s},
-        {u"until tomorrow"_s, night, u"2026-03-29T22:00:00Z"_s},
-        {u"until 2026-03-30 9:00"_s, now, u"2026-03-30T07:00:00Z"_s},
-    };
-    for (const auto &[phrase, from, expected] : ends) {
-        const auto end = endOfPhrase(phrase, from);
-        QVERIFY2(end && end->toUTC().toString(Qt::ISODate) == expected, qUtf8Printable(phrase));
-    }
     qunsetenv("TZ");
     ::tzset();
 }
@@ -740,43 +705,6 @@ void CommandLineTest::following() {
     QVERIFY(QFile::remove(path));
     log.append(samples::event(u"anew"_s));
     QCOMPARE(samples::messages(takeNew()), QStringList{u"anew"_s});
-}
-
-void CommandLineTest::completions() {
-    const QStringList anywhere{u"--help"_s, u"--version"_s};
-    QCOMPARE(sorted(offeredByBash(u"kestrinctl ''"_s)), sorted(commandNames() + anywhere));
-    QCOMPARE(offeredByBash(u"kestrinctl sch"_s), QStringList{u"schedule"_s});
-    for (const CommandDescription &command : commandTable()) {
-        QStringList expected = command.options + QStringList{u"--help"_s};
-        if (command.arguments == CommandArguments::pauseEnd)
-            expected += {u"15m"_s, u"1h"_s, u"2h"_s, u"until"_s};
-        if (command.arguments == CommandArguments::definitionIDs)
-            expected += definitionIDs();
-        if (command.arguments == CommandArguments::onOrOff ||
-            command.arguments == CommandArguments::maybeOnOrOff)
-            expected += {u"on"_s, u"off"_s};
-        if (command.arguments == CommandArguments::enableOrDisable ||
-            command.arguments == CommandArguments::presetSwitch)
-            expected += {u"enable"_s, u"disable"_s};
-        if (command.arguments == CommandArguments::catalogChange)
-            expected += {u"add"_s, u"remove"_s, u"candidates"_s};
-        QCOMPARE(sorted(offeredByBash(u"kestrinctl "_s + command.name + u" ''"_s)), sorted(expected));
-    }
-    QCOMPARE(sorted(offeredByBash(u"kestrinctl schedule --json disable ''"_s)),
-             sorted(presetIDs() + QStringList{u"--json"_s, u"--help"_s}));
-    QVERIFY(offeredByBash(u"kestrinctl log --limit ''"_s).isEmpty());
-
-    // The other two shells may not be there to be asked, but no word may have been forgotten in their files.
-    QStringList words = commandNames() + definitionIDs() + presetIDs() + anywhere;
-    for (const CommandDescription &command : commandTable())
-        words += command.options + command.addOptions;
-    for (const QString &name : {u"_kestrinctl"_s, u"kestrinctl.fish"_s}) {
-        const QString text = QString::fromUtf8(samples::contents(QString::fromLatin1(COMPLETIONS) + name));
-        for (QString word : std::as_const(words)) {
-            const QRegularExpression whole(u"\\b%1\\b"_s.arg(word.remove(u"--"_s)));
-            QVERIFY2(text.contains(whole), qUtf8Printable(name + u": "_s + word));
-        }
-    }
 }
 
 QTEST_GUILESS_MAIN(CommandLineTest)

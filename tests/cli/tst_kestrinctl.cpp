@@ -1,5 +1,6 @@
 // The executable itself, in a home of its own without a desktop session.
 
+#include "cli/CommandTable.h"
 #include "engine/JSONMacActivityLogStore.h"
 #include "foundation/FolderLock.h"
 #include "tests/support/Files.h"
@@ -10,6 +11,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -20,11 +22,14 @@
 #include <algorithm>
 #include <climits>
 #include <csignal>
+#include <map>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::foundation;
 using namespace kestrin::engine;
+using namespace kestrin::cli;
+using samples::sorted;
 
 namespace {
 
@@ -213,22 +218,58 @@ void KestrinctlTest::completions() {
     samples::write(home.folder.filePath(u"data/applications/org.example.Notes.desktop"_s),
                    "[Desktop Entry]\nType=Application\nName=Own Notes (old)\nExec=notes\n");
     QCOMPARE(home.call(u"catalog add 'Text Writer'"_s).code, 0);
-    const std::pair<QString, QString> cases[] = {
-        {u"catalog add 'Own\\ N'"_s, u"Own\\ Notes\\ \\(old\\)"_s},
-        {u"catalog add '\"Own N'"_s, u"Own Notes (old)"_s},
-        // It does not run.
-        {u"catalog add --running Own"_s, u""_s},
-        {u"catalog add x --action ke"_s, u"keepClosed"_s},
-        {u"catalog remove t"_s, u"text-writer"_s},
-        {u"protect te"_s, u"teams text-writer"_s},
-    };
-    for (const auto &[words, offered] : cases) {
+    /// For the last of `words`.
+    const auto offeredByBash = [&](const QString &words) {
         const Answer answer = home.shell(u". '" COMPLETIONS "kestrinctl.bash'; PATH=${KESTRINCTL%/*}:$PATH;"
                                          " COMP_WORDS=(kestrinctl "_s +
                                          words +
                                          u"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kestrinctl;"
-                                         " echo \"${COMPREPLY[*]}\""_s);
-        QCOMPARE(answer.out, offered + u'\n');
+                                         " printf '%s\\n' \"${COMPREPLY[@]}\""_s);
+        return answer.err.isEmpty() ? answer.out.split(u'\n', Qt::SkipEmptyParts) : QStringList{answer.err};
+    };
+    const std::pair<QString, QStringList> cases[] = {
+        {u"catalog add 'Own\\ N'"_s, {u"Own\\ Notes\\ \\(old\\)"_s}},
+        {u"catalog add '\"Own N'"_s, {u"Own Notes (old)"_s}},
+        // It does not run.
+        {u"catalog add --running Own"_s, {}},
+        {u"catalog add x --action ke"_s, {u"keepClosed"_s}},
+        {u"catalog remove t"_s, {u"text-writer"_s}},
+        {u"protect te"_s, {u"teams"_s, u"text-writer"_s}},
+        {u"sch"_s, {u"schedule"_s}},
+        {u"log --limit ''"_s, {}},
+    };
+    for (const auto &[words, offered] : cases)
+        QCOMPARE(offeredByBash(words), offered);
+
+    const QStringList anywhere{u"--help"_s, u"--version"_s};
+    QCOMPARE(sorted(offeredByBash(u"''"_s)), sorted(commandNames() + anywhere));
+    const std::map<CommandArguments, QStringList> arguments{
+        {CommandArguments::pauseEnd, {u"15m"_s, u"1h"_s, u"2h"_s, u"until"_s}},
+        {CommandArguments::definitionIDs, definitionIDs() + QStringList{u"text-writer"_s}},
+        {CommandArguments::onOrOff, {u"on"_s, u"off"_s}},
+        {CommandArguments::maybeOnOrOff, {u"on"_s, u"off"_s}},
+        {CommandArguments::enableOrDisable, {u"enable"_s, u"disable"_s}},
+        {CommandArguments::presetSwitch, {u"enable"_s, u"disable"_s}},
+        {CommandArguments::catalogChange, {u"add"_s, u"remove"_s, u"candidates"_s}},
+    };
+    QStringList everyWord = commandNames() + definitionIDs() + presetIDs() + anywhere;
+    for (const CommandDescription &command : commandTable()) {
+        const auto own = arguments.find(command.arguments);
+        QCOMPARE(sorted(offeredByBash(command.name + u" ''"_s)),
+                 sorted(command.options + QStringList{u"--help"_s} +
+                        (own == arguments.end() ? QStringList() : own->second)));
+        everyWord += command.options + command.addOptions;
+    }
+    QCOMPARE(sorted(offeredByBash(u"schedule --json disable ''"_s)),
+             sorted(presetIDs() + QStringList{u"--json"_s, u"--help"_s}));
+
+    // The other two shells may not be there to be asked, but no word may have been forgotten in their files.
+    for (const QString &name : {u"_kestrinctl"_s, u"kestrinctl.fish"_s}) {
+        const QString text = QString::fromUtf8(samples::contents(QString::fromLatin1(COMPLETIONS) + name));
+        for (QString word : std::as_const(everyWord)) {
+            const QRegularExpression whole(u"\\b%1\\b"_s.arg(word.remove(u"--"_s)));
+            QVERIFY2(text.contains(whole), qUtf8Printable(name + u": "_s + word));
+        }
     }
 }
 
