@@ -31,7 +31,7 @@ LogLines::LogLines(const LogIndex &index, const ApplicationPictures &pictures, Q
     , m_index(index)
     , m_pictures(pictures) {}
 
-void LogLines::show(LogIndex::Numbers events, const QDate &today) {
+void LogLines::show(const LogIndex::Numbers &events, const QDate &today) {
     beginResetModel();
     m_today = today;
     m_events.clear();

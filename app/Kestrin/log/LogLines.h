@@ -30,7 +30,7 @@ class LogLines : public QAbstractListModel {
     LogLines(const runtime::LogIndex &index, const ApplicationPictures &pictures, QObject *parent = nullptr);
 
     /// Shows these of the index, oldest first, and nothing is selected. `today` has a name of its own.
-    void show(runtime::LogIndex::Numbers events, const QDate &today);
+    void show(const runtime::LogIndex::Numbers &events, const QDate &today);
     /// The index has one more event, which is asked for. Returns how many lines there are more.
     int prepend(quint32 event);
     /// Another day has begun.
