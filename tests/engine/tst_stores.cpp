@@ -11,10 +11,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <csignal>
-
-#include <sys/resource.h>
-
 using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::foundation;
@@ -45,7 +41,6 @@ class StoresTest : public QObject {
     void reading_data();
     void reading();
     void windowsAgreeWithTheWhole();
-    void noRoom();
     void settings();
 
   private:
@@ -56,8 +51,6 @@ class StoresTest : public QObject {
         return QDir(folder()).entryList(QDir::AllEntries | QDir::System | QDir::Hidden |
                                         QDir::NoDotAndDotDot);
     }
-    /// Whether nothing but the log itself and the lock is in its folder.
-    bool isAlone() const { return entries() == QStringList{u"activity-log.json"_s, u"store.lock"_s}; }
     void append(const QString &message) const { store().append(samples::event(message)); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -144,21 +137,6 @@ void StoresTest::windowsAgreeWithTheWhole() {
         const auto read = readNewestEvents(path(), 1000, window);
         QVERIFY(read && ids(*read) == ids(events));
     }
-}
-
-void StoresTest::noRoom() {
-    rlimit before{};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit small{20'000, before.rlim_max};
-    ::signal(SIGXFSZ, SIG_IGN);
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    int appended = 0;
-    while (appended < 100 && store().tryAppend(samples::event(QString(2000, u'x'))))
-        ++appended;
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    QVERIFY(isAlone());
-    QVERIFY2(appended > 5 && appended < 40, qPrintable(QString::number(appended)));
-    QCOMPARE(store().recent(100).size(), appended);
 }
 
 void StoresTest::settings() {
