@@ -33,9 +33,11 @@ class UseSource : public QObject {
     Q_OBJECT
 
   public:
-    /// Begins where it is closed. False when nobody answers.
+    /// Begins where it is closed. False when nobody answers, or whoever does knows of nothing that another
+    /// source does not tell.
     virtual bool open(const foundation::Deadline &deadline) = 0;
     virtual bool isOpen() const = 0;
+    /// Nothing is connected to or watched any more.
     virtual void close() = 0;
 
     /// All of them now. No answer when what tells of them is silent or has gone.
@@ -47,6 +49,9 @@ class UseSource : public QObject {
     void changed();
     /// From the event loop; it is closed, and `open` begins anew.
     void lost();
+    /// From the event loop, after `open` failed or it was lost, and unless it was closed since: whoever
+    /// answers may be there by now.
+    void appeared();
 };
 
 } // namespace kestrin::desktop
