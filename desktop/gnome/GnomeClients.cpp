@@ -1,8 +1,8 @@
 #include "desktop/gnome/GnomeClients.h"
 
+#include "desktop/applications/ProcessApplication.h"
 #include "desktop/applications/ProcessIdentity.h"
 #include "desktop/bus/BusNames.h"
-#include "desktop/gnome/ProcessApplication.h"
 #include "desktop/wayland/SocketOwners.h"
 #include "desktop/wayland/SocketPeers.h"
 #include "desktop/wayland/WaylandConnection.h"

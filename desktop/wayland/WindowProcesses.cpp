@@ -1,9 +1,9 @@
 #include "desktop/wayland/WindowProcesses.h"
 
 #include "desktop/applications/ProcessIdentity.h"
+#include "desktop/applications/SessionUnit.h"
 #include "desktop/bus/BusNames.h"
 #include "desktop/wayland/FlatpakInstances.h"
-#include "desktop/wayland/SessionUnit.h"
 #include "desktop/wayland/SocketPeers.h"
 #include "desktop/wayland/WaylandConnection.h"
 #include "foundation/FileReading.h"

@@ -1,9 +1,9 @@
 // Which process a window belongs to where the compositor does not tell: what the evidence leaves, and where
 // it comes from.
 
+#include "desktop/applications/SessionUnit.h"
 #include "desktop/wayland/FlatpakInstances.h"
 #include "desktop/wayland/ProcessMatch.h"
-#include "desktop/wayland/SessionUnit.h"
 #include "desktop/wayland/SocketOwners.h"
 #include "desktop/wayland/SocketPeers.h"
 #include "tests/support/Files.h"

@@ -1,7 +1,7 @@
 // What a compositor, the kernel and the session manager tell of windows and their processes.
 
+#include "desktop/applications/SessionUnit.h"
 #include "desktop/wayland/PlasmaWindows.h"
-#include "desktop/wayland/SessionUnit.h"
 #include "desktop/wayland/SocketPeers.h"
 #include "desktop/wayland/WlrToplevels.h"
 #include "tests/fuzz/Fuzzing.h"

@@ -1,7 +1,7 @@
-#include "desktop/gnome/ProcessApplication.h"
+#include "desktop/applications/ProcessApplication.h"
 
 #include "desktop/applications/ProcessIdentity.h"
-#include "desktop/wayland/SessionUnit.h"
+#include "desktop/applications/SessionUnit.h"
 #include "foundation/FileReading.h"
 
 #include <QFile>

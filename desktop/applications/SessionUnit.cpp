@@ -1,4 +1,4 @@
-#include "desktop/wayland/SessionUnit.h"
+#include "desktop/applications/SessionUnit.h"
 
 #include <QByteArray>
 #include <QList>
