@@ -19,9 +19,9 @@ struct SourceUse {
     /// Of this user, as far as the source knows; never one of a server's own.
     qint32 process = 0;
     /// What the process calls itself there, made harmless and short; any process may claim anything.
-    QString claimedName;
+    QString claimedName = {};
     /// The desktop-file id of its sandbox, as the server knows it; empty for others.
-    QString sandboxId;
+    QString sandboxId = {};
 
     bool operator==(const SourceUse &) const = default;
 };
@@ -42,6 +42,13 @@ class UseSource : public QObject {
 
     /// All of them now. No answer when what tells of them is silent or has gone.
     virtual std::optional<QList<SourceUse>> uses(const foundation::Deadline &deadline) = 0;
+
+    /// What this source as such cannot see, as of the last answer; also why it is closed, where that hides
+    /// something.
+    virtual engine::Sight sight() { return {}; }
+    /// Whether applications usually record sound through what this source asks. Where no such source is open,
+    /// that is told.
+    virtual bool isSoundServer() const { return false; }
 
   Q_SIGNALS:
     /// From the event loop; what comes together may be told once, and what is told need not have changed
