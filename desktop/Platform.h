@@ -2,6 +2,7 @@
 // on.
 #pragma once
 
+#include "engine/live/DeviceUses.h"
 #include "engine/workspace/Workspace.h"
 #include "runtime/DesktopPermission.h"
 #include "runtime/InstalledApplications.h"
@@ -17,6 +18,9 @@ void prepareEventLoop();
 
 /// The desktop that this process runs on. It is first spoken to by the first question.
 std::unique_ptr<engine::Workspace> makeWorkspace();
+
+/// Who uses microphone, camera or screen on it. Nothing is asked or watched before the first question.
+std::unique_ptr<engine::DeviceUses> makeDeviceUses();
 
 /// The preferences of this user.
 std::unique_ptr<runtime::UserDefaults> makeUserDefaults();

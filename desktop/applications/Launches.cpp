@@ -38,7 +38,7 @@ void Launches::disconnected() {
 
 void Launches::waitForDesktop() {
     if (!m_isConnected && !m_subscribers.isEmpty() && !m_wait.isActive())
-        m_wait.start(1min);
+        m_wait.start(desktopRetry);
 }
 
 std::unique_ptr<LaunchSubscription> Launches::subscribe(Workspace::LaunchHandler handler,

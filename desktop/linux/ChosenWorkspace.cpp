@@ -82,7 +82,7 @@ ChosenWorkspace::~ChosenWorkspace() = default;
 
 void ChosenWorkspace::lookAgainLater() {
     if (!m_subscriptions.isEmpty() && !m_again.isActive())
-        m_again.start(1min);
+        m_again.start(desktopRetry);
 }
 
 const ChosenWorkspace::Candidate *ChosenWorkspace::choose(const Deadline &deadline) {

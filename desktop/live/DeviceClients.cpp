@@ -1,33 +1,18 @@
 #include "desktop/live/DeviceClients.h"
 
-#include "desktop/applications/ProcessIdentity.h"
+#include "desktop/live/ServerProcess.h"
 #include "foundation/FileReading.h"
 #include "foundation/VisibleText.h"
 
-#include <QFile>
+#include <QList>
 
-#include <sys/stat.h>
 #include <unistd.h>
-
-#include <algorithm>
-#include <array>
-
-using namespace Qt::StringLiterals;
 
 namespace kestrin::desktop {
 
 using namespace foundation;
 
 namespace {
-
-constexpr std::array serverNames{"pipewire"_L1, "pipewire-pulse"_L1, "pipewire-media-session"_L1,
-                                 "wireplumber"_L1, "pulseaudio"_L1};
-
-bool isOwnersOwn(const QString &path) {
-    struct stat status {};
-    return ::getuid() != 0 && ::stat(QFile::encodeName(path).constData(), &status) == 0 &&
-           status.st_uid == ::getuid();
-}
 
 bool isOfThisUser(qint32 process) {
     const QByteArray status = fileHead("/proc/" + QByteArray::number(process) + "/status");
@@ -41,11 +26,7 @@ bool isOfThisUser(qint32 process) {
 } // namespace
 
 bool isDeviceServer(qint32 process) {
-    const ProcessIdentity identity = ProcessIdentity::of(process);
-    const QString name = identity.executableName();
-    const bool isNamedSo = std::find(serverNames.begin(), serverNames.end(), name) != serverNames.end() ||
-                           name.startsWith("xdg-desktop-portal"_L1);
-    return isNamedSo && !isOwnersOwn(identity.executablePath.value_or(QString()));
+    return isServerProcess(ProcessIdentity::of(process));
 }
 
 bool mayUseDevices(qint32 process) {

@@ -5,8 +5,7 @@
 
 namespace kestrin::desktop {
 
-/// Whether the process hands devices out to others (PipeWire, WirePlumber, PulseAudio, the portal), so that
-/// it is never their user. A program that belongs to this user himself is none, whatever its name.
+/// Whether it is one of the servers that hand devices on (ServerProcess.h).
 bool isDeviceServer(qint32 process);
 /// Whether it is there, a process of this user, and no server of devices.
 bool mayUseDevices(qint32 process);

@@ -233,8 +233,7 @@ bool DeviceFileUses::lookAtProcesses(const Deadline &deadline) {
                 m_uses.append(use);
         }
         // The last that was heard of it is that somebody opened it.
-        if (!isHeld && kind != DeviceKind::other && device.opened &&
-            m_looked - *device.opened >= settled / 2)
+        if (!isHeld && kind != DeviceKind::other && device.opened && m_looked - *device.opened >= settled / 2)
             m_unseen.insert(categoryOf(kind));
     }
     std::sort(m_uses.begin(), m_uses.end(), [](const SourceUse &left, const SourceUse &right) {

@@ -16,8 +16,8 @@ struct inotify_event;
 
 namespace kestrin::desktop {
 
-/// The kernel tells that a device was opened or closed, and then it is looked by whom. Devices that come later
-/// are followed.
+/// The kernel tells that a device was opened or closed, and then it is looked by whom. Devices that come
+/// later are followed.
 ///
 /// Who was handed an open device by another process is seen when the next one is opened or closed.
 class DeviceFileUses final : public UseSource {

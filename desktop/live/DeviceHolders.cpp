@@ -89,8 +89,7 @@ void addHolders(const QByteArray &proc, qint32 process, const QList<Device> &dev
     QList<DeviceHolder> found;
     std::array<char, PATH_MAX> link{};
     while (const dirent *const entry = folder ? ::readdir(folder.get()) : nullptr) {
-        const ssize_t length =
-            ::readlinkat(::dirfd(folder.get()), entry->d_name, link.data(), link.size());
+        const ssize_t length = ::readlinkat(::dirfd(folder.get()), entry->d_name, link.data(), link.size());
         const QByteArrayView target(link.data(), std::max<ssize_t>(length, 0));
         for (const Device &device : devices) {
             // The name is no proof, but asking for every descriptor what it is takes three times as long.

@@ -15,7 +15,8 @@ using namespace foundation;
 namespace {
 
 bool areDigits(QByteArrayView text) {
-    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return !text.isEmpty() &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 /// "pcmC1D0c"; those of playback end in p.

@@ -65,6 +65,7 @@ void PipeWireGraph::addNode(quint32 id, const spa_dict &properties) {
     const QByteArrayView kind = textOf(properties, "media.class");
     const Node node{.gives = givenBy(properties),
                     .isDevice = kind.startsWith("Audio/") || kind.startsWith("Video/"),
+                    .isSound = kind.startsWith("Audio/"),
                     .client = numberOf(properties, "client.id"),
                     .name = claimedName(valueOf(properties, "application.name"))};
     // A link may be announced before the nodes at its ends.
@@ -120,6 +121,10 @@ QSet<quint32> PipeWireGraph::takeUndescribedClients() {
 
 bool PipeWireGraph::takeChange() {
     return std::exchange(m_isChanged, false);
+}
+
+bool PipeWireGraph::hasSound() const {
+    return std::any_of(m_nodes.cbegin(), m_nodes.cend(), [](const Node &node) { return node.isSound; });
 }
 
 std::optional<SourceUse> PipeWireGraph::useOf(const Link &link) const {

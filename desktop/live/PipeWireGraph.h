@@ -32,6 +32,8 @@ class PipeWireGraph {
     /// Whether anything has come or gone that may have changed the uses, since the last time.
     bool takeChange();
 
+    /// Whether it hands on sound, and not pictures alone as beside a PulseAudio.
+    bool hasSound() const;
     /// Each once, in the order of the objects.
     QList<SourceUse> uses() const;
 
@@ -41,6 +43,7 @@ class PipeWireGraph {
         std::optional<engine::MacRiskCategory> gives;
         /// Itself a device, or made of the server's own accord, and so no reader.
         bool isDevice = false;
+        bool isSound = false;
         quint32 client = 0;
         QString name;
     };

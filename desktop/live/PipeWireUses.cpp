@@ -296,6 +296,10 @@ std::optional<QList<SourceUse>> PipeWireUses::uses(const Deadline &deadline) {
     return m_connection->graph().uses();
 }
 
+bool PipeWireUses::isSoundServer() const {
+    return m_connection && m_connection->graph().hasSound();
+}
+
 void PipeWireUses::watch() {
     m_watch = std::make_unique<SocketWatch>(pipeWireSocket());
     connect(m_watch.get(), &SocketWatch::appeared, this, &PipeWireUses::appeared);

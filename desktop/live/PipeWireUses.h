@@ -24,6 +24,7 @@ class PipeWireUses final : public UseSource {
     bool isOpen() const override { return m_isOpen; }
     void close() override;
     std::optional<QList<SourceUse>> uses(const foundation::Deadline &deadline) override;
+    bool isSoundServer() const override;
 
   private:
     class Connection;
