@@ -134,6 +134,8 @@ class Parser {
             m_result.json = true;
         else if (option.word == u"--preview" && own.contains(u"--preview"_s))
             m_result.preview = true;
+        else if (option.word == u"--follow" && own.contains(u"--follow"_s))
+            m_result.follow = true;
         else if (m_result.command->command == Command::log && own.contains(option.name()))
             settleLogOption(option);
         else if (m_result.command->addOptions.contains(option.name()))
@@ -163,8 +165,6 @@ class Parser {
             settleRawValue(option, log.format);
         else if (option.word == u"--all")
             log.limit = std::numeric_limits<qsizetype>::max();
-        else if (option.word == u"--follow")
-            log.follow = true;
         else
             fail(name + u" accepts no value."_s);
     }

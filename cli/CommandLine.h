@@ -21,7 +21,6 @@ struct LogRequest {
     QString until;
     std::optional<qsizetype> limit;
     runtime::LogFormat format = runtime::LogFormat::text;
-    bool follow = false;
 };
 
 /// A call that can be carried out: every word of it has been checked.
@@ -49,6 +48,7 @@ struct Invocation {
     QString pauseEnd;
     bool json = false;
     bool preview = false;
+    bool follow = false;
     LogRequest log;
 };
 

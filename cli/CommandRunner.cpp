@@ -3,6 +3,7 @@
 #include "cli/CommandLine.h"
 #include "cli/HelpText.h"
 #include "cli/HumanOutput.h"
+#include "cli/LiveCommand.h"
 #include "cli/LogCommand.h"
 #include "cli/TerminationSignals.h"
 #include "cli/WatchCommand.h"
@@ -44,6 +45,8 @@ class CommandRunner {
             return runWatch(m_surroundings, m_call.json);
         case Command::log:
             return runLog(m_surroundings, m_call);
+        case Command::live:
+            return runLive(m_surroundings, m_call);
         case Command::status:
             return status();
         case Command::on:

@@ -4,6 +4,7 @@
 #include "cli/Output.h"
 #include "cli/StatusReport.h"
 #include "cli/TerminalText.h"
+#include "engine/live/DeviceUses.h"
 #include "runtime/DesktopPermission.h"
 #include "runtime/InstalledApplications.h"
 #include "runtime/LoginItem.h"
@@ -29,6 +30,7 @@ struct CommandSurroundings {
     runtime::LoginItem &loginItem;
     runtime::DesktopPermission &permission;
     runtime::InstalledApplications &installed;
+    engine::DeviceUses &deviceUses;
     Output &out;
     Output &err;
     Palette palette{false};

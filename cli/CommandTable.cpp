@@ -80,6 +80,21 @@ const QList<CommandDescription> &commandTable() {
          CommandArguments::none,
          {u"--limit"_s, u"--all"_s, u"--since"_s, u"--until"_s, u"--kind"_s, u"--app"_s, u"--search"_s,
           u"--follow"_s, u"--format"_s, u"--json"_s}},
+        {Command::live,
+         u"live"_s,
+         u"Tell who uses microphone, camera or screen right now"_s,
+         u"Applications are listed that listen, watch or record at this moment, whether Kestrin protects "
+         u"them "
+         u"or not. What cannot be seen here is said on standard error. With --follow each application that "
+         "starts or "
+         "stops is printed as it does, until Ctrl-C; JSON is one object a line then. Nothing is closed and "
+         "nothing is "
+         "recorded."_s,
+         {{u"kestrinctl live"_s, u"who has the microphone, who the camera"_s},
+          {u"kestrinctl live --follow"_s, u"each time somebody starts or stops"_s},
+          {u"kestrinctl live --json | jq -r '.[].localizedName'"_s, u"only the names"_s}},
+         CommandArguments::none,
+         {u"--follow"_s, u"--json"_s}},
         {Command::status,
          u"status"_s,
          u"Tell how Privacy Mode, monitor, selection and schedules stand"_s,

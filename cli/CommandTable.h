@@ -13,6 +13,7 @@ enum class Command {
     check,
     watch,
     log,
+    live,
     status,
     on,
     off,

@@ -94,6 +94,10 @@ QString enabledModesSentence(const QList<ModePreset> &modes) {
     return names.isEmpty() ? u"none"_s : names.join(u", "_s);
 }
 
+Cell localTime(const QDateTime &date) {
+    return {date.toLocalTime().toString(u"yyyy-MM-dd HH:mm:ss"_s), TextColour::faint};
+}
+
 QString wantedSentence(const std::optional<bool> &wanted) {
     if (!wanted)
         return u"nothing"_s;
@@ -151,6 +155,22 @@ LogLinePaint paintOf(MacProtectionEventKind kind, const Palette &palette) {
         return [palette, colour](const QString &text) { return palette.paint(colour, text); };
     };
     return {.time = in(TextColour::faint), .message = in(colourOf(kind))};
+}
+
+QString usesText(const QList<DeviceUse> &uses, const Palette &palette) {
+    if (uses.isEmpty())
+        return u"Nobody uses the microphone, a camera or the screen.\n"_s;
+    QList<QList<Cell>> rows{header({u"PROCESS"_s, u"NAME"_s, u"USES"_s, u"IDENTIFIER"_s})};
+    for (const DeviceUse &use : uses)
+        rows.append({QString::number(use.processIdentifier),
+                     use.localizedName,
+                     userLabel(use.category),
+                     {use.bundleIdentifier.value_or(QString()), TextColour::faint}});
+    return alignedLines(rows, palette);
+}
+
+QString useEventText(const QDateTime &date, const QString &sentence, const Palette &palette) {
+    return alignedLines({{localTime(date), sentence}}, palette);
 }
 
 QString statusText(const StatusReport &status, const Palette &palette) {

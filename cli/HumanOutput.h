@@ -6,6 +6,7 @@
 #include "engine/PrivacyModeRunResult.h"
 #include "engine/PrivacyModeSettings.h"
 #include "engine/RiskAppCatalog.h"
+#include "engine/live/DeviceUse.h"
 #include "runtime/AddableApplications.h"
 #include "runtime/LogText.h"
 
@@ -27,6 +28,10 @@ QString runResultText(const engine::PrivacyModeRunResult &result, qint64 running
 
 /// The colours in which the line of an event is shown.
 runtime::LogLinePaint paintOf(engine::MacProtectionEventKind kind, const Palette &palette);
+
+QString usesText(const QList<engine::DeviceUse> &uses, const Palette &palette);
+/// One line, as those of `eventsText`.
+QString useEventText(const QDateTime &date, const QString &sentence, const Palette &palette);
 
 QString statusText(const StatusReport &status, const Palette &palette);
 

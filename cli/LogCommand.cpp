@@ -107,7 +107,7 @@ class LogCommand {
 
 ExitStatus runLog(CommandSurroundings &surroundings, const Invocation &call) {
     LogCommand command(surroundings, call);
-    return call.log.follow ? command.follow() : command.print();
+    return call.follow ? command.follow() : command.print();
 }
 
 } // namespace kestrin::cli

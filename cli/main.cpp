@@ -30,6 +30,7 @@ int main(int argc, char *argv[]) {
     const auto loginItem = makeLoginItem();
     const auto permission = makeDesktopPermission();
     const auto installed = makeInstalledApplications();
+    const auto deviceUses = makeDeviceUses();
     const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     closeToOthers(folder);
     CommandSurroundings surroundings{
@@ -44,6 +45,7 @@ int main(int argc, char *argv[]) {
         .loginItem = *loginItem,
         .permission = *permission,
         .installed = *installed,
+        .deviceUses = *deviceUses,
         .out = out,
         .err = err,
         .palette = Palette(wantsColour(STDOUT_FILENO)),

@@ -21,7 +21,7 @@ _kestrinctl_candidates() {
 
 _kestrinctl() {
     local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
-    local commands='apps catalog check watch log status on off pause resume protect unprotect recommended enforce
+    local commands='apps catalog check watch log live status on off pause resume protect unprotect recommended enforce
         schedule autostart desktop diagnostics'
     local definitions='zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind
         macwhisper otter'
@@ -55,6 +55,7 @@ _kestrinctl() {
         --since | --until) words='today yesterday now' ;;
         esac
         ;;
+    live) words='--follow --json --help' ;;
     desktop)
         words='--help'
         [ -n "$verb" ] || words="enable disable $words"

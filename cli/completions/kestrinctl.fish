@@ -1,6 +1,6 @@
 # Completion of kestrinctl for fish.
 
-set -l commands apps catalog check watch log status on off pause resume protect unprotect recommended enforce schedule autostart desktop diagnostics
+set -l commands apps catalog check watch log live status on off pause resume protect unprotect recommended enforce schedule autostart desktop diagnostics
 set -l definitions zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind macwhisper otter
 set -l presets sleep away focus travel manual
 set -l kinds privacyModeOn privacyModeOff riskAppMatched relaunchDetected quitRequested dryRun actionFailed
@@ -15,6 +15,7 @@ complete -c kestrinctl -n $none -a catalog -d 'List the applications that Kestri
 complete -c kestrinctl -n $none -a check -d 'Check the running applications once'
 complete -c kestrinctl -n $none -a watch -d 'React to launches, run the schedules and print each new event'
 complete -c kestrinctl -n $none -a log -d 'Print events of the activity log'
+complete -c kestrinctl -n $none -a live -d 'Tell who uses microphone, camera or screen right now'
 complete -c kestrinctl -n $none -a status -d 'Tell how Privacy Mode, monitor, selection and schedules stand'
 complete -c kestrinctl -n $none -a on -d 'Turn Privacy Mode on'
 complete -c kestrinctl -n $none -a off -d 'Turn Privacy Mode off'
@@ -56,7 +57,7 @@ complete -c kestrinctl -n $log -l until -x -a 'today yesterday now' -d 'Print no
 complete -c kestrinctl -n $log -l kind -x -a "$kinds" -d 'Print this kind'
 complete -c kestrinctl -n $log -l app -x -d 'Print those about an application'
 complete -c kestrinctl -n $log -l search -x -d 'Print those that say this'
-complete -c kestrinctl -n $log -l follow -d 'Go on with those that come'
+complete -c kestrinctl -n '__fish_seen_subcommand_from log live' -l follow -d 'Go on with those that come'
 complete -c kestrinctl -n $log -l format -x -a 'text json jsonl csv' -d 'Print them in this form'
 complete -c kestrinctl -n '__fish_seen_subcommand_from protect unprotect' -a "$definitions"
 complete -c kestrinctl -n '__fish_seen_subcommand_from pause; and not __fish_seen_subcommand_from until' \

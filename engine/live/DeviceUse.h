@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/MacRiskCategory.h"
+#include "foundation/JsonCoding.h"
 
 #include <QDateTime>
 #include <QString>
@@ -22,7 +23,20 @@ struct DeviceUse {
     /// When it began, or was seen for the first time; UTC.
     QDateTime since;
 
+    static constexpr auto jsonFields() {
+        using foundation::jsonField;
+        return std::tuple{jsonField("category", &DeviceUse::category),
+                          jsonField("processIdentifier", &DeviceUse::processIdentifier),
+                          jsonField("localizedName", &DeviceUse::localizedName),
+                          jsonField("bundleIdentifier", &DeviceUse::bundleIdentifier),
+                          jsonField("since", &DeviceUse::since)};
+    }
     bool operator==(const DeviceUse &) const = default;
 };
+
+/// "NAME started using the microphone.", and so on, for people.
+QString startedSentence(const DeviceUse &use);
+QString goingOnSentence(const DeviceUse &use);
+QString stoppedSentence(const DeviceUse &use);
 
 } // namespace kestrin::engine

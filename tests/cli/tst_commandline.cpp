@@ -3,6 +3,7 @@
 #include "cli/CommandLine.h"
 #include "cli/CommandRunner.h"
 #include "cli/EventFollower.h"
+#include "engine/live/InMemoryDeviceUses.h"
 #include "foundation/TimePhrase.h"
 #include "tests/support/Files.h"
 #include "tests/support/Home.h"
@@ -13,7 +14,9 @@
 #include <QJsonObject>
 #include <QTemporaryFile>
 #include <QTest>
+#include <QTimer>
 
+#include <csignal>
 #include <ctime>
 #include <tuple>
 
@@ -45,6 +48,7 @@ QString everythingIn(QTemporaryFile &file) {
 struct Home : samples::Home {
     bool isColourful = false;
     QList<InstalledApplication> menus;
+    InMemoryDeviceUses deviceUses;
 
     QString ownFile() const { return support() + u"/own-applications.json"_s; }
     QJsonArray own() const {
@@ -69,9 +73,9 @@ struct Home : samples::Home {
         NoDesktopPermission permission;
         InMemoryInstalledApplications installed;
         installed.applications = menus;
-        CommandSurroundings surroundings{defaults, preferences(),       support(), this->surroundings(),
-                                         item,     permission,          installed, out,
-                                         err,      Palette(isColourful)};
+        CommandSurroundings surroundings{defaults, preferences(), support(),           this->surroundings(),
+                                         item,     permission,    installed,           deviceUses,
+                                         out,      err,           Palette(isColourful)};
         Answer answer;
         answer.status = runCommandLine(arguments, surroundings);
         answer.out = everythingIn(outFile);
@@ -110,6 +114,7 @@ class CommandLineTest : public QObject {
     void ownApplications();
     void unusableOwnApplications();
     void following();
+    void live();
 };
 
 void CommandLineTest::misuse() {
@@ -705,6 +710,63 @@ void CommandLineTest::following() {
     QVERIFY(QFile::remove(path));
     log.append(samples::event(u"anew"_s));
     QCOMPARE(samples::messages(takeNew()), QStringList{u"anew"_s});
+}
+
+void CommandLineTest::live() {
+    Home home;
+    QCOMPARE(home.call(u"live"_s).out, u"Nobody uses the microphone, a camera or the screen.\n"_s);
+    QCOMPARE(home.call(u"live --json"_s).array(), QJsonArray());
+    const QDateTime since(QDate(2026, 11, 26), QTime(9, 30), Qt::UTC);
+    const DeviceUse call{MacRiskCategory::microphone, 10, u"Zoom"_s, u"us.zoom.xos"_s, since};
+    const DeviceUse hostile{MacRiskCategory::screenCapture, 12, u"x\x1b[2J\n\u202e"_s, std::nullopt, since};
+    home.deviceUses.begin(call);
+    home.deviceUses.begin(hostile);
+    QCOMPARE(home.call(u"live"_s).out, u"PROCESS  NAME                    USES            IDENTIFIER\n"
+                                       "10       Zoom                    Microphone      us.zoom.xos\n"
+                                       "12       x\\u001b[2J\\u000a\\u202e  Screen capture\n"_s);
+    const QJsonObject asJson{{u"category"_s, u"microphone"_s},
+                             {u"processIdentifier"_s, 10},
+                             {u"localizedName"_s, u"Zoom"_s},
+                             {u"bundleIdentifier"_s, u"us.zoom.xos"_s},
+                             {u"since"_s, u"2026-11-26T09:30:00Z"_s}};
+    QCOMPARE(home.call(u"live --json"_s).array().first(), asJson);
+
+    // What happens while it is followed, until a signal ends it.
+    const auto followed = [&home](const QString &words) {
+        home.deviceUses.setSight({});
+        QTimer::singleShot(0, &home.defaults, [&home] {
+            const DeviceUse end = home.deviceUses.uses().last();
+            home.deviceUses.end(end);
+            home.deviceUses.setSight({Sight::Extent::partial, u"Some are unseen."_s, {}, {}});
+            home.deviceUses.begin(end);
+            std::raise(SIGINT);
+        });
+        return home.call(words);
+    };
+    const Answer text = followed(u"live --follow"_s);
+    QCOMPARE(text.status, ExitStatus::done);
+    QCOMPARE(text.err, u"Some are unseen.\n"_s);
+    QStringList sentences;
+    for (const QString &line : text.out.split(u'\n', Qt::SkipEmptyParts))
+        sentences.append(line.section(u"  "_s, 1));
+    const QString name = u"x\\u001b[2J\\u000a\\u202e"_s;
+    QCOMPARE(sentences,
+             (QStringList{u"Zoom is using the microphone."_s, name + u" is using the screen."_s,
+                          name + u" stopped using the screen."_s, name + u" started using the screen."_s}));
+    const QStringList lines = followed(u"live --follow --json"_s).out.split(u'\n', Qt::SkipEmptyParts);
+    QStringList events;
+    for (const QString &line : lines)
+        events.append(QJsonDocument::fromJson(line.toUtf8()).object()[u"event"_s].toString());
+    QCOMPARE(events, (QStringList{u"using"_s, u"using"_s, u"stopped"_s, u"started"_s}));
+    QVERIFY(!home.deviceUses.isWatched());
+
+    home.deviceUses.setSight({Sight::Extent::none, u"All are unseen."_s, {}, {}});
+    for (const QString &words : {u"live"_s, u"live --json"_s, u"live --follow"_s}) {
+        const Answer answer = home.call(words);
+        QVERIFY(answer.status == ExitStatus::couldNot && answer.out.isEmpty());
+        QCOMPARE(answer.err, u"All are unseen.\n"_s);
+    }
+    QVERIFY(home.isUntouched());
 }
 
 QTEST_GUILESS_MAIN(CommandLineTest)
