@@ -39,7 +39,8 @@ class LiveCommand {
     ExitStatus follow() {
         UntilEnded ended(m_out);
         const auto subscription = m_uses.subscribe({
-            .began = [this](const DeviceUse &use) { tell(u"started"_s, startedSentence(use), use, use.since); },
+            .began =
+                [this](const DeviceUse &use) { tell(u"started"_s, startedSentence(use), use, use.since); },
             .ended =
                 [this](const DeviceUse &use) {
                     tell(u"stopped"_s, stoppedSentence(use), use, QDateTime::currentDateTimeUtc());
@@ -47,9 +48,9 @@ class LiveCommand {
             .sightChanged =
                 [this] {
                     const Sight sight = m_uses.sight();
-                    m_surroundings.say(
-                        sight.isFull() ? u"All who use microphone, camera or screen can be seen now."_s
-                                       : sight.text());
+                    m_surroundings.say(sight.isFull()
+                                           ? u"All who use microphone, camera or screen can be seen now."_s
+                                           : sight.text());
                 },
         });
         if (!seesSomething())
