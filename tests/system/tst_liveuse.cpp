@@ -1,5 +1,6 @@
 // Who uses microphone, camera and screen, as real servers of sound and video tell.
 #include "desktop/live/PipeWireUses.h"
+#include "desktop/live/PulseUses.h"
 #include "tests/support/MediaServer.h"
 #include "tests/support/StoppedServer.h"
 
@@ -54,7 +55,22 @@ QStringList showing(const QString &properties) {
 
 /// A stream of PulseAudio's, who writes what he hears.
 QStringList hearing(const QString &device, const QStringList &more = {}) {
-    return QStringList{u"parec"_s, u"--raw"_s, u"-d"_s, device} + more;
+    return QStringList{u"parec"_s, u"--raw"_s, u"--latency-msec=20"_s, u"-d"_s, device} + more;
+}
+
+enum class Kind { pipeWire, pulseAudio };
+
+std::unique_ptr<UseSource> sourceOf(Kind kind) {
+    if (kind == Kind::pipeWire)
+        return std::make_unique<PipeWireUses>();
+    return std::make_unique<PulseUses>();
+}
+
+void start(MediaServer &media, Kind kind) {
+    if (kind == Kind::pipeWire)
+        media.startPipeWire();
+    else
+        media.startPulseAudio();
 }
 
 } // namespace
@@ -65,10 +81,16 @@ class TstLiveUse : public QObject {
   private Q_SLOTS:
     void pipeWire_data();
     void pipeWire();
-    void nobodyOfPipeWire_data();
-    void nobodyOfPipeWire();
+    void hearers_data();
+    void hearers();
+    void serverThatComesAndGoes_data() { addServers(); }
     void serverThatComesAndGoes();
+    void silentServer_data() { addServers(); }
     void silentServer();
+    void pulseAudioOfPipeWire();
+
+  private:
+    static void addServers();
 };
 
 void TstLiveUse::pipeWire_data() {
@@ -125,95 +147,133 @@ void TstLiveUse::pipeWire() {
     QVERIFY(endsSoon(source));
 }
 
-/// What is heard is on its way, so the server has told everything about who hears it.
-void TstLiveUse::nobodyOfPipeWire_data() {
-    QTest::addColumn<QString>("device");
-    QTest::addColumn<QString>("process");
-    QTest::addRow("who hears what is played") << u"test-sink.monitor"_s << QString();
-    QTest::addRow("the process of a server") << u"test-mic"_s << u"server"_s;
-    QTest::addRow("a process that there is not") << u"test-mic"_s << u"2147483647"_s;
-    QTest::addRow("a negative process") << u"test-mic"_s << u"-1"_s;
-    QTest::addRow("no number") << u"test-mic"_s << QString(10'000, u'1');
+void TstLiveUse::addServers() {
+    QTest::addColumn<Kind>("kind");
+    QTest::addRow("PipeWire") << Kind::pipeWire;
+    QTest::addRow("PulseAudio") << Kind::pulseAudio;
 }
 
-void TstLiveUse::nobodyOfPipeWire() {
+void TstLiveUse::hearers_data() {
+    QTest::addColumn<Kind>("kind");
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<QString>("process");
+    for (const Kind kind : {Kind::pipeWire, Kind::pulseAudio}) {
+        const auto row = [kind](const char *title, const QString &device, const QString &process) {
+            QTest::addRow("%s, %s", kind == Kind::pipeWire ? "PipeWire" : "PulseAudio", title)
+                << kind << device << process;
+        };
+        row("of what is played", u"test-sink.monitor"_s, {});
+        row("as the process of a server", u"test-mic"_s, u"server"_s);
+        row("as a process that there is not", u"test-mic"_s, u"2147483647"_s);
+        row("as a negative process", u"test-mic"_s, u"-1"_s);
+        row("as no number", u"test-mic"_s, QString(10'000, u'1'));
+    }
+}
+
+/// One of whom nothing is to be told, and one who listens to the microphone.
+void TstLiveUse::hearers() {
+    QFETCH(const Kind, kind);
     QFETCH(const QString, device);
     QFETCH(QString, process);
 
     MediaServer media;
-    media.startPipeWire();
-    PipeWireUses source;
-    QVERIFY(source.open(soon()));
+    start(media, kind);
+    const std::unique_ptr<UseSource> source = sourceOf(kind);
+    QVERIFY(source->open(soon()));
+    QSignalSpy changed(source.get(), &UseSource::changed);
     QStringList claim;
     if (process == "server"_L1)
-        process = QString::number(media.session->process());
+        process = QString::number(media.server->process());
     if (!process.isEmpty())
         claim = QStringList{u"--property=application.process.id="_s + process};
     Program user(hearing(device, claim));
+    // What is heard is on its way, so the server has told everything about who hears it.
     QVERIFY(user.waitForReadyRead(patience));
-    QCOMPARE(source.uses(soon()), QList<SourceUse>());
+    QCOMPARE(source->uses(soon()), QList<SourceUse>());
+
     // The same without the claim, so that it was for the claim.
     Program honest(hearing(u"test-mic"_s));
-    const QList<SourceUse> uses = usesBegun(source);
-    QCOMPARE(uses.size(), 1);
-    QCOMPARE(uses.first().process, honest.process());
+    changed.clear();
+    QTRY_VERIFY_WITH_TIMEOUT(changed.count() > 0, patience);
+    const QList<SourceUse> uses = usesBegun(*source);
+    QCOMPARE(uses, (QList{SourceUse{MacRiskCategory::microphone, honest.process(), u"parec"_s, {}}}));
+    honest.signal(SIGKILL);
+    QVERIFY(endsSoon(*source));
 }
 
 void TstLiveUse::serverThatComesAndGoes() {
+    QFETCH(const Kind, kind);
+
     MediaServer media;
-    PipeWireUses source;
-    QSignalSpy appeared(&source, &UseSource::appeared);
-    QSignalSpy lost(&source, &UseSource::lost);
+    const std::unique_ptr<UseSource> source = sourceOf(kind);
+    QSignalSpy appeared(source.get(), &UseSource::appeared);
+    QSignalSpy lost(source.get(), &UseSource::lost);
     for (int round = 0; round < 2; ++round) {
         QElapsedTimer time;
         time.start();
-        QVERIFY(!source.open(soon()));
-        QVERIFY(!source.isOpen());
-        QCOMPARE(source.uses(soon()), std::nullopt);
+        QVERIFY(!source->open(soon()));
+        QVERIFY(!source->isOpen());
+        QCOMPARE(source->uses(soon()), std::nullopt);
         QVERIFY(time.elapsed() < 1000);
 
-        media.startPipeWire();
+        start(media, kind);
         QTRY_COMPARE_WITH_TIMEOUT(appeared.count(), round + 1, patience);
-        QVERIFY(source.open(soon()));
+        QVERIFY(source->open(soon()));
         const Program user(hearing(u"test-mic"_s));
-        QCOMPARE(usesBegun(source).size(), 1);
+        QCOMPARE(usesBegun(*source).size(), 1);
 
         media.server->signal(SIGKILL);
         QTRY_COMPARE_WITH_TIMEOUT(lost.count(), round + 1, patience);
-        QVERIFY(!source.isOpen());
+        QVERIFY(!source->isOpen());
         media.end();
     }
 }
 
 void TstLiveUse::silentServer() {
+    QFETCH(const Kind, kind);
+
     MediaServer media;
-    media.startPipeWire();
-    PipeWireUses source;
-    PipeWireUses late;
-    QSignalSpy changed(&source, &UseSource::changed);
-    QSignalSpy appeared(&late, &UseSource::appeared);
-    QVERIFY(source.open(soon()));
+    start(media, kind);
+    const std::unique_ptr<UseSource> source = sourceOf(kind);
+    const std::unique_ptr<UseSource> late = sourceOf(kind);
+    QSignalSpy changed(source.get(), &UseSource::changed);
+    QSignalSpy appeared(late.get(), &UseSource::appeared);
+    QVERIFY(source->open(soon()));
     media.server->signal(SIGSTOP);
     QElapsedTimer time;
     time.start();
-    QCOMPARE(source.uses(Deadline(100ms)), std::nullopt);
-    QVERIFY(!late.open(Deadline(100ms)));
+    QCOMPARE(source->uses(Deadline(100ms)), std::nullopt);
+    QVERIFY(!late->open(Deadline(100ms)));
     QVERIFY(time.elapsed() >= 200 && time.elapsed() < 1000);
-    QVERIFY(source.isOpen());
-    QVERIFY(!late.isOpen());
+    QVERIFY(source->isOpen());
+    QVERIFY(!late->isOpen());
     media.server->signal(SIGCONT);
-    QTRY_COMPARE_WITH_TIMEOUT(changed.count(), 1, patience);
-    QTRY_COMPARE_WITH_TIMEOUT(appeared.count(), 1, patience);
-    QVERIFY(late.open(soon()));
-    QCOMPARE(source.uses(soon()), QList<SourceUse>());
+    QTRY_VERIFY_WITH_TIMEOUT(changed.count() > 0, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(appeared.count() > 0, patience);
+    QVERIFY(late->open(soon()));
+    QCOMPARE(source->uses(soon()), QList<SourceUse>());
 
     // One that takes no calls any more.
     const StoppedServer deaf;
     qputenv("PIPEWIRE_REMOTE", deaf.path());
-    std::array<PipeWireUses, 10> many;
-    for (PipeWireUses &one : many)
-        QVERIFY(!one.open(Deadline(10ms)));
-    QVERIFY(time.elapsed() < 3000);
+    qputenv("PULSE_SERVER", "unix:" + deaf.path());
+    std::array<std::unique_ptr<UseSource>, 10> many;
+    time.start();
+    for (std::unique_ptr<UseSource> &one : many) {
+        one = sourceOf(kind);
+        QVERIFY(!one->open(Deadline(10ms)));
+    }
+    QVERIFY(time.elapsed() < 2000);
+}
+
+/// PipeWire tells of the clients itself.
+void TstLiveUse::pulseAudioOfPipeWire() {
+    MediaServer media;
+    media.startPipeWire();
+    PulseUses source;
+    QVERIFY(!source.open(soon()));
+    QVERIFY(QFile::remove(media.path(u"pulse/pid"_s)));
+    QVERIFY(!source.open(soon()));
 }
 
 } // namespace kestrin::desktop
