@@ -10,6 +10,7 @@
 #include "desktop/live/DesktopDeviceUses.h"
 #include "desktop/live/DeviceFileUses.h"
 #include "desktop/live/PipeWireUses.h"
+#include "desktop/live/PulseUses.h"
 #include "desktop/login/FileLoginItem.h"
 #include "desktop/permission/LinuxPermission.h"
 #include "desktop/sway/SwayWindows.h"
@@ -50,6 +51,7 @@ std::unique_ptr<Workspace> makeWorkspace() {
 std::unique_ptr<DeviceUses> makeDeviceUses() {
     std::vector<std::unique_ptr<UseSource>> sources;
     sources.push_back(std::make_unique<PipeWireUses>());
+    sources.push_back(std::make_unique<PulseUses>());
     sources.push_back(std::make_unique<DeviceFileUses>());
     return std::make_unique<DesktopDeviceUses>(std::move(sources), unseenReadersOfScreen());
 }

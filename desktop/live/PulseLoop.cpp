@@ -68,7 +68,8 @@ void PulseLoop::goOnLater() {
     const bool isDue = turn(Way::note, -1) > 0;
     m_notifiers.clear();
     for (const pollfd &waited : m_descriptors) {
-        for (const auto &[events, kind] : {std::pair(POLLIN, QSocketNotifier::Read), std::pair(POLLOUT, QSocketNotifier::Write)}) {
+        for (const auto &[events, kind] :
+             {std::pair(POLLIN, QSocketNotifier::Read), std::pair(POLLOUT, QSocketNotifier::Write)}) {
             if ((waited.events & events) == 0)
                 continue;
             auto *const notifier = new QSocketNotifier(waited.fd, kind);

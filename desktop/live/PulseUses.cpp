@@ -229,24 +229,32 @@ bool PulseUses::open(const Deadline &deadline) {
         return false;
     // It watches before it looks, so that nobody can come in between.
     watch();
-    if (!QFileInfo::exists(QFile::decodeName(socket)) || isServedByPipeWire(socket)) {
+    m_lacksLibrary = false;
+    if (isServedByPipeWire(socket)) {
         m_connection.reset();
+        return m_isOpen = true;
+    }
+    if (!m_connection && !connectTo(socket))
         return false;
-    }
-    if (!m_connection) {
-        const PulseLibrary *const library = PulseLibrary::loaded();
-        if (!library)
-            return false;
-        m_connection = std::make_unique<Connection>(*library, socket);
-        connect(&m_connection->loop(), &PulseLoop::ran, this, &PulseUses::hear, Qt::QueuedConnection);
-    }
     // One that is silent may still answer, and is kept.
-    m_isOpen = m_connection->catchUp(deadline) && !m_connection->isPipeWire();
-    if (m_isOpen)
-        m_watch.reset();
-    else if (m_connection->isBroken() || m_connection->isPipeWire())
+    m_isOpen = m_connection->catchUp(deadline);
+    if (m_connection->isBroken() || m_connection->isPipeWire())
         m_connection.reset();
+    else if (m_isOpen)
+        m_watch.reset();
     return m_isOpen;
+}
+
+bool PulseUses::connectTo(const QByteArray &socket) {
+    if (!QFileInfo::exists(QFile::decodeName(socket)))
+        return false;
+    const PulseLibrary *const library = PulseLibrary::loaded();
+    m_lacksLibrary = library == nullptr;
+    if (!library)
+        return false;
+    m_connection = std::make_unique<Connection>(*library, socket);
+    connect(&m_connection->loop(), &PulseLoop::ran, this, &PulseUses::hear, Qt::QueuedConnection);
+    return true;
 }
 
 void PulseUses::close() {
@@ -258,6 +266,8 @@ void PulseUses::close() {
 std::optional<QList<SourceUse>> PulseUses::uses(const Deadline &deadline) {
     if (!m_isOpen)
         return {};
+    if (!m_connection)
+        return QList<SourceUse>();
     const bool isKnown = m_connection->catchUp(deadline);
     if (m_connection->isBroken())
         QMetaObject::invokeMethod(this, &PulseUses::hear, Qt::QueuedConnection);
@@ -269,7 +279,19 @@ std::optional<QList<SourceUse>> PulseUses::uses(const Deadline &deadline) {
 
 void PulseUses::watch() {
     m_watch = std::make_unique<SocketWatch>(pulseSocket());
-    connect(m_watch.get(), &SocketWatch::appeared, this, &PulseUses::appeared);
+    connect(m_watch.get(), &SocketWatch::appeared, this, [this] {
+        m_isOpen = false;
+        Q_EMIT appeared();
+    });
+}
+
+Sight PulseUses::sight() {
+    if (!m_lacksLibrary)
+        return {};
+    return {Sight::Extent::partial,
+            u"Programs that record through PulseAudio are not seen, because its client library is not "
+            "installed."_s,
+            u"Install libpulse."_s, Sight::Help::none};
 }
 
 void PulseUses::hear() {

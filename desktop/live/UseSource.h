@@ -33,8 +33,7 @@ class UseSource : public QObject {
     Q_OBJECT
 
   public:
-    /// Begins where it is closed. False when nobody answers, or whoever does knows of nothing that another
-    /// source does not tell.
+    /// Begins where it is closed. False when nobody answers.
     virtual bool open(const foundation::Deadline &deadline) = 0;
     virtual bool isOpen() const = 0;
     /// Nothing is connected to or watched any more.

@@ -266,14 +266,33 @@ void TstLiveUse::silentServer() {
     QVERIFY(time.elapsed() < 2000);
 }
 
-/// PipeWire tells of the clients itself.
+/// PipeWire tells of these clients itself.
 void TstLiveUse::pulseAudioOfPipeWire() {
     MediaServer media;
     media.startPipeWire();
+    const Program user(hearing(u"test-mic"_s));
+    PipeWireUses pipeWire;
+    QVERIFY(pipeWire.open(soon()));
+    QCOMPARE(usesBegun(pipeWire).size(), 1);
+    for (const bool hasNote : {true, false}) {
+        if (!hasNote)
+            QVERIFY(QFile::remove(media.path(u"pulse/pid"_s)));
+        PulseUses source;
+        QVERIFY(source.open(soon()));
+        QCOMPARE(source.uses(soon()), QList<SourceUse>());
+        QVERIFY(!source.isSoundServer());
+    }
+
     PulseUses source;
-    QVERIFY(!source.open(soon()));
-    QVERIFY(QFile::remove(media.path(u"pulse/pid"_s)));
-    QVERIFY(!source.open(soon()));
+    QSignalSpy appeared(&source, &UseSource::appeared);
+    QVERIFY(source.open(soon()));
+    media.pulse.reset();
+    media.server.reset();
+    media.startPulseAudio();
+    QTRY_VERIFY_WITH_TIMEOUT(appeared.count() > 0, patience);
+    QVERIFY(!source.isOpen());
+    QVERIFY(source.open(soon()));
+    QVERIFY(source.isSoundServer());
 }
 
 } // namespace kestrin::desktop
