@@ -37,8 +37,8 @@ QString sandboxIdOf(const QByteArray &process, const QByteArray &ownProcess, con
 }
 
 /// Counted from 1, as in proc(5); behind the second.
-QByteArray statusField(qint32 process, qsizetype number) {
-    const QByteArray status = fileHead("/proc/" + QByteArray::number(process) + "/stat");
+QByteArray statusField(qint32 process, qsizetype number, const QByteArray &procFolder = "/proc") {
+    const QByteArray status = fileHead(procFolder + '/' + QByteArray::number(process) + "/stat");
     // The second field is the program's name in brackets, which may hold any of both.
     return status.sliced(status.lastIndexOf(')') + 1).split(' ').value(number - 2);
 }
@@ -79,8 +79,8 @@ quint64 startOfProcess(qint32 processIdentifier) {
     return statusField(processIdentifier, 22).toULongLong();
 }
 
-qint32 parentOfProcess(qint32 processIdentifier) {
-    return statusField(processIdentifier, 4).toInt();
+qint32 parentOfProcess(qint32 processIdentifier, const QByteArray &procFolder) {
+    return statusField(processIdentifier, 4, procFolder).toInt();
 }
 
 quint64 ticksNow() {

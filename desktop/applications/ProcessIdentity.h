@@ -26,7 +26,7 @@ struct ProcessIdentity {
 /// apart from a later one with the same number.
 quint64 startOfProcess(qint32 processIdentifier);
 /// 0 when there is none.
-qint32 parentOfProcess(qint32 processIdentifier);
+qint32 parentOfProcess(qint32 processIdentifier, const QByteArray &procFolder = "/proc");
 /// The present in the same ticks.
 quint64 ticksNow();
 

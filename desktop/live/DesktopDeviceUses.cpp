@@ -8,11 +8,19 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace kestrin::desktop {
 
 using namespace foundation;
 using namespace engine;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr auto leastPause = 50ms;
+
+} // namespace
 
 DesktopDeviceUses::DesktopDeviceUses(std::vector<std::unique_ptr<UseSource>> sources, QString blindSpot)
     : m_blindSpot(std::move(blindSpot)) {
@@ -20,6 +28,12 @@ DesktopDeviceUses::DesktopDeviceUses(std::vector<std::unique_ptr<UseSource>> sou
         m_parts.push_back({std::move(source)});
     for (Part &part : m_parts)
         follow(part);
+    m_soon.setSingleShot(true);
+    QObject::connect(&m_soon, &QTimer::timeout, &m_again, [this] {
+        const bool opens = std::exchange(m_opensClosed, false);
+        if (isWatched())
+            askAndTell(opens ? Closed::open : Closed::leave);
+    });
     m_again.setSingleShot(true);
     QObject::connect(&m_again, &QTimer::timeout, &m_again, [this] { askAndTell(Closed::open); });
 }
@@ -37,15 +51,9 @@ void DesktopDeviceUses::follow(Part &part) {
 }
 
 void DesktopDeviceUses::askLater() {
-    if (std::exchange(m_isAsking, true))
-        return;
-    const auto askNow = [this] {
-        m_isAsking = false;
-        const bool opens = std::exchange(m_opensClosed, false);
-        if (isWatched())
-            askAndTell(opens ? Closed::open : Closed::leave);
-    };
-    QMetaObject::invokeMethod(&m_again, askNow, Qt::QueuedConnection);
+    const auto pause = std::chrono::ceil<std::chrono::milliseconds>(m_asked + leastPause - Clock::now());
+    if (!m_soon.isActive())
+        m_soon.start(std::max(pause, 0ms));
 }
 
 void DesktopDeviceUses::ask(Closed closed) {
@@ -57,6 +65,7 @@ void DesktopDeviceUses::ask(Closed closed) {
         const Deadline own(deadline.remaining() / left--);
         areAllAnswered = isAnswered(part, closed, own) && areAllAnswered;
     }
+    m_asked = Clock::now();
     if (areAllAnswered)
         m_again.stop();
     else if (!m_again.isActive())
@@ -135,6 +144,7 @@ Sight DesktopDeviceUses::sight() {
 }
 
 void DesktopDeviceUses::release() {
+    m_soon.stop();
     m_again.stop();
     for (Part &part : m_parts) {
         part.source->close();

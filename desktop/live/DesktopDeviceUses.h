@@ -6,6 +6,7 @@
 
 #include <QTimer>
 
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -14,7 +15,7 @@ namespace kestrin::desktop {
 /// What all of its sources tell together, by application. They are open while somebody subscribes, and for
 /// the moment in which somebody asks. While somebody subscribes, what cannot be opened or does not answer is
 /// tried again when it says that it is there, and once a minute. Servers that do not answer cost a call two
-/// seconds. Main thread only.
+/// seconds. Whoever begins and ends all the time is looked at twenty times a second. Main thread only.
 class DesktopDeviceUses final : public engine::DeviceUses {
   public:
     /// `blindSpot` is a sentence about what nobody can see here; empty where there is nothing of that kind.
@@ -49,8 +50,9 @@ class DesktopDeviceUses final : public engine::DeviceUses {
     DeviceUsers m_users;
     engine::DeviceUseBroadcast m_broadcast;
     engine::Sight m_sight;
-    bool m_isAsking = false;
     bool m_opensClosed = false;
+    std::chrono::steady_clock::time_point m_asked;
+    QTimer m_soon;
     /// All connections end with it.
     QTimer m_again;
 };

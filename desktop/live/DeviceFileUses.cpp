@@ -27,10 +27,8 @@ using namespace engine;
 
 namespace {
 
-/// The kernel tells of an open file before its process has it. Looking at all processes takes milliseconds,
-/// and whoever opens and closes all day is not looked for all day.
+/// The kernel tells of an open file before its process has it.
 constexpr auto soon = 10ms;
-constexpr auto leastPause = 50ms;
 /// By now whoever opens a device has it, and takes pictures.
 constexpr auto settled = 500ms;
 /// More cameras and sound cards than a desktop has.
@@ -48,10 +46,20 @@ MacRiskCategory categoryOf(DeviceKind kind) {
 
 /// Whether it gets pictures or sound from the device, and does not just give some to it.
 bool takes(const DeviceHolder &holder, DeviceKind kind, const QByteArray &procFolder) {
-    if (kind == DeviceKind::other || !holder.canRead)
-        return false;
-    return kind != DeviceKind::virtualCamera || !holder.canWrite ||
-           hasMapped(holder.process, holder.device, procFolder);
+    return holder.canRead && (kind != DeviceKind::virtualCamera || !holder.canWrite ||
+                              hasMapped(holder.process, holder.device, procFolder));
+}
+
+QList<DeviceHolder> holdersOf(const QByteArray &device, QList<DeviceHolder> holders) {
+    holders.removeIf([&device](const DeviceHolder &holder) { return holder.device != device; });
+    return holders;
+}
+
+/// Whoever starts a program while a device is open may hand it on without knowing.
+bool hasInherited(const DeviceHolder &holder, const QList<DeviceHolder> &all, const QByteArray &procFolder) {
+    const qint32 parent = parentOfProcess(holder.process, procFolder);
+    return std::any_of(all.cbegin(), all.cend(),
+                       [parent](const DeviceHolder &other) { return other.process == parent; });
 }
 
 } // namespace
@@ -160,6 +168,8 @@ void DeviceFileUses::take(const inotify_event &event) {
     if ((event.mask & IN_Q_OVERFLOW) != 0) {
         for (const QByteArray &folder : m_folders.values())
             watchDevices(folder);
+        for (Device &device : m_devices)
+            device.opened.reset();
         return lookSoon();
     }
     if ((event.mask & IN_IGNORED) != 0)
@@ -190,9 +200,8 @@ void DeviceFileUses::takeOfFolder(const QByteArray &folder, const inotify_event 
 }
 
 void DeviceFileUses::lookSoon() {
-    const auto pause = std::chrono::ceil<std::chrono::milliseconds>(m_looked + leastPause - Clock::now());
     if (!m_soon.isActive())
-        m_soon.start(std::max<std::chrono::milliseconds>(soon, pause));
+        m_soon.start(soon);
 }
 
 void DeviceFileUses::tellChanged() {
@@ -213,27 +222,25 @@ bool DeviceFileUses::lookAtProcesses(const Deadline &deadline) {
     for (auto [name, device] : m_devices.asKeyValueRange())
         paths.insert(m_places.devices + '/' + name);
     const auto holders = holdersOfDevices(paths, m_places.processes, deadline);
-    m_looked = Clock::now();
     if (!holders)
         return false;
     m_isStale = false;
     m_uses.clear();
     m_unseen.clear();
     for (auto [name, device] : m_devices.asKeyValueRange()) {
-        const QByteArray path = m_places.devices + '/' + name;
         const DeviceKind kind = kindOfDevice(name, m_places);
-        bool isHeld = false;
-        for (const DeviceHolder &holder : *holders) {
-            if (holder.device != path)
-                continue;
-            isHeld = true;
+        if (kind == DeviceKind::other)
+            continue;
+        const QList<DeviceHolder> ofThis = holdersOf(m_places.devices + '/' + name, *holders);
+        for (const DeviceHolder &holder : ofThis) {
             const SourceUse use{categoryOf(kind), holder.process};
             if (takes(holder, kind, m_places.processes) && !m_uses.contains(use) &&
+                !hasInherited(holder, ofThis, m_places.processes) &&
                 !isServerProcess(ProcessIdentity::of(holder.process, m_places.processes)))
                 m_uses.append(use);
         }
         // The last that was heard of it is that somebody opened it.
-        if (!isHeld && kind != DeviceKind::other && device.opened && m_looked - *device.opened >= settled / 2)
+        if (ofThis.isEmpty() && device.opened && Clock::now() - *device.opened >= settled / 2)
             m_unseen.insert(categoryOf(kind));
     }
     std::sort(m_uses.begin(), m_uses.end(), [](const SourceUse &left, const SourceUse &right) {

@@ -65,7 +65,6 @@ class DeviceFileUses final : public UseSource {
 
     QTimer m_soon;
     QTimer m_settled;
-    Clock::time_point m_looked;
     bool m_isStale = true;
     QList<SourceUse> m_uses;
     /// Of what somebody has open who cannot be found.

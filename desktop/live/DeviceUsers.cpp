@@ -6,6 +6,8 @@
 #include "desktop/applications/ProcessIdentity.h"
 #include "foundation/FileReading.h"
 
+#include <QDir>
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -27,7 +29,7 @@ QString ownFolder(const QString &executable) {
         if (folder.endsWith(shared))
             return {};
     }
-    return folder.size() > 1 ? folder : QString();
+    return folder == "/"_L1 || folder == QDir::homePath() + u'/' ? QString() : folder;
 }
 
 /// Whether `path` is what the parent runs too, or lies in the folder that is the parent's own.
@@ -76,7 +78,9 @@ DeviceUser DeviceUsers::find(const SourceUse &use) {
             break;
         const QString aboveId = applicationIdOf(parent, m_entries);
         const bool isHelper = belongsTo(*identity.executablePath, *above.executablePath);
-        if (id.isEmpty() || aboveId.isEmpty() ? !isHelper : id != aboveId)
+        // All of a sandbox is the same application, and what starts it there has no windows.
+        const bool isKnown = identity.sandboxId.isEmpty() && !id.isEmpty() && !aboveId.isEmpty();
+        if (isKnown ? id != aboveId : !isHelper)
             break;
         user.process = parent;
         identity = above;

@@ -356,11 +356,12 @@ void DeviceUsesTest::applications() {
     DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())));
     const Told told(uses);
 
-    // A helper of the same program, one that lies beside it, and a program of another kind.
+    // A helper of the same program, one that lies beside it, and a program of another kind. What they start
+    // inherits what they have open.
     Program application(recorder);
     Program other(devices.root.filePath(hostile));
     const QString opens =
-        u"'%1' -c 'exec 3<\"%2\"; while kill -0 $PPID; do sleep 0.1 3<&-; done' 2>/dev/null & :"_s;
+        u"'%1' -c 'exec 3<\"%2\"; while kill -0 $PPID; do sleep 0.1; done' 2>/dev/null & :"_s;
     const QString camera = devices.path(u"video0"_s);
     application.obey(opens.arg(recorder, camera));
     QTRY_COMPARE(told.events, QStringList{line(u'+', MacRiskCategory::camera, application.id)});
