@@ -92,7 +92,7 @@ void addHolders(const QByteArray &proc, qint32 process, const QList<Device> &dev
         const ssize_t length = ::readlinkat(::dirfd(folder.get()), entry->d_name, link.data(), link.size());
         const QByteArrayView target(link.data(), std::max<ssize_t>(length, 0));
         for (const Device &device : devices) {
-            // The name is no proof, but asking for every descriptor what it is takes three times as long.
+            // The name is no proof, but spares asking every descriptor.
             if (!target.endsWith(device.ending) ||
                 FileIdentity::of(::dirfd(folder.get()), nameOf(*entry)) != device.identity)
                 continue;
