@@ -45,9 +45,11 @@ QByteArray pipeWireSocket() {
 
 } // namespace
 
-// Before its version 1.4 the library's functions were macros that cast in C's way.
+// Before its version 1.4 the library's functions were macros that cast in C's way, and are made of
+// expressions that only GCC has and Clang has taken over.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wold-style-cast"
+#pragma GCC diagnostic ignored "-Wpedantic"
 
 /// The conversation with one server. Nothing that the library calls back here destroys it.
 class PipeWireUses::Connection {
