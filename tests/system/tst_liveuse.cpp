@@ -105,7 +105,8 @@ void TstLiveUse::pipeWire_data() {
     };
     const QStringList watching =
         u"gst-launch-1.0 -q pipewiresrc target-object=shown ! video/x-raw ! fakesink"_s.split(u' ');
-    row("a client of its own", {}, u"pw-record --target test-mic heard.wav"_s.split(u' '), microphone,
+    row("a client of its own", {},
+        {u"sh"_s, u"-c"_s, u"exec pw-record --target test-mic \"$XDG_RUNTIME_DIR/heard.wav\""_s}, microphone,
         u"pw-record"_s);
     row("a client of PulseAudio's", {}, hearing(u"test-mic"_s), microphone, u"parec"_s);
     row("a name that steers a terminal", {},
