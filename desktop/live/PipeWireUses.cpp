@@ -10,6 +10,7 @@
 #include <pipewire/impl-module.h>
 #include <pipewire/pipewire.h>
 
+#include <cerrno>
 #include <memory>
 #include <unordered_map>
 #include <utility>
@@ -30,6 +31,12 @@ void prepareLibrary() {
         return true;
     }();
     Q_UNUSED(isDone)
+}
+
+/// Whether the conversation goes on after an error that is no single object's. Who has asked about a client
+/// that has just gone, and forgets it, is told that it was never there.
+bool isHarmless(int error) {
+    return error == -ENOENT || error == -ESTALE || error == -EACCES || error == -EPERM;
 }
 
 /// Where a server would begin to listen.
@@ -134,9 +141,8 @@ PipeWireUses::Connection::Connection() {
             if (id == PW_ID_CORE)
                 static_cast<Connection *>(self)->m_answered = number;
         };
-        events.error = [](void *self, quint32 id, int /*number*/, int /*result*/, const char * /*message*/) {
-            // Of other objects it is what they could not do.
-            if (id == PW_ID_CORE)
+        events.error = [](void *self, quint32 id, int /*number*/, int result, const char * /*message*/) {
+            if (id == PW_ID_CORE && !isHarmless(result))
                 static_cast<Connection *>(self)->m_isBroken = true;
         };
         return events;

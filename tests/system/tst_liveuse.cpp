@@ -87,6 +87,8 @@ class TstLiveUse : public QObject {
     void serverThatComesAndGoes();
     void silentServer_data() { addServers(); }
     void silentServer();
+    void crowd_data() { addServers(); }
+    void crowd();
     void pulseAudioOfPipeWire();
 
   private:
@@ -137,14 +139,20 @@ void TstLiveUse::pipeWire() {
         QTRY_VERIFY_WITH_TIMEOUT(changed.count() > 0, patience);
         changed.clear();
     }
-    Program user(command);
-    QTRY_VERIFY_WITH_TIMEOUT(changed.count() > 0, patience);
-    const QList<SourceUse> uses = usesBegun(source);
+    // Who asks for what is not ready yet is sent away.
+    std::unique_ptr<Program> user;
+    const auto isUsed = [&] {
+        if (!user || user->state() == QProcess::NotRunning)
+            user = std::make_unique<Program>(command);
+        return changed.count() > 0 && !source.uses(soon()).value_or(QList<SourceUse>()).isEmpty();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isUsed(), patience);
+    const QList<SourceUse> uses = source.uses(soon()).value_or(QList<SourceUse>());
     QCOMPARE(uses.size(), 1);
     QCOMPARE(static_cast<int>(uses.first().category), category);
-    QCOMPARE(uses.first().process, user.process());
+    QCOMPARE(uses.first().process, user->process());
     QCOMPARE(uses.first().claimedName, name);
-    user.signal(SIGKILL);
+    user->signal(SIGKILL);
     QVERIFY(endsSoon(source));
 }
 
@@ -265,6 +273,33 @@ void TstLiveUse::silentServer() {
         QVERIFY(!one->open(Deadline(10ms)));
     }
     QVERIFY(time.elapsed() < 2000);
+}
+
+/// Many who begin and are gone before anybody could ask who they were.
+void TstLiveUse::crowd() {
+    QFETCH(const Kind, kind);
+
+    MediaServer media;
+    start(media, kind);
+    const std::unique_ptr<UseSource> source = sourceOf(kind);
+    QVERIFY(source->open(soon()));
+    QSignalSpy lost(source.get(), &UseSource::lost);
+    connect(source.get(), &UseSource::changed, this, [&] { (void)source->uses(soon()); });
+    for (int round = 0; round < 60; ++round) {
+        std::vector<std::unique_ptr<Program>> many(5);
+        for (auto &one : many)
+            one = std::make_unique<Program>(hearing(u"test-mic"_s));
+        QTest::qWait(round);
+        for (const auto &one : many)
+            one->signal(SIGKILL);
+    }
+    const Program last(hearing(u"test-mic"_s));
+    const auto isOnlyTheLast = [&] {
+        const auto uses = source->uses(soon()).value_or(QList<SourceUse>());
+        return uses.size() == 1 && uses.first().process == last.process();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isOnlyTheLast(), patience);
+    QCOMPARE(lost.count(), 0);
 }
 
 /// PipeWire tells of these clients itself.
