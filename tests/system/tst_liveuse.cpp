@@ -1,8 +1,8 @@
 // Who uses microphone, camera and screen, as real servers of sound and video tell.
 #include "desktop/live/PipeWireUses.h"
 #include "desktop/live/PulseUses.h"
+#include "tests/support/ListeningSocket.h"
 #include "tests/support/MediaServer.h"
-#include "tests/support/StoppedServer.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -263,7 +263,7 @@ void TstLiveUse::silentServer() {
     QCOMPARE(source->uses(soon()), QList<SourceUse>());
 
     // One that takes no calls any more.
-    const StoppedServer deaf;
+    const ListeningSocket deaf;
     qputenv("PIPEWIRE_REMOTE", deaf.path());
     qputenv("PULSE_SERVER", "unix:" + deaf.path());
     std::array<std::unique_ptr<UseSource>, 10> many;
