@@ -139,11 +139,14 @@ void TstLiveUse::pipeWire() {
         QTRY_VERIFY_WITH_TIMEOUT(changed.count() > 0, patience);
         changed.clear();
     }
-    // Who asks for what is not ready yet is sent away.
+    // Who asks for what is not ready yet is sent away, or kept waiting.
     std::unique_ptr<Program> user;
+    QElapsedTimer waiting;
     const auto isUsed = [&] {
-        if (!user || user->state() == QProcess::NotRunning)
+        if (!user || user->state() == QProcess::NotRunning || waiting.elapsed() > 2000) {
             user = std::make_unique<Program>(command);
+            waiting.start();
+        }
         return changed.count() > 0 && !source.uses(soon()).value_or(QList<SourceUse>()).isEmpty();
     };
     QTRY_VERIFY_WITH_TIMEOUT(isUsed(), patience);
