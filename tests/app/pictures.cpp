@@ -86,7 +86,8 @@ void passSomeDays(samples::WindowHome &home) {
                                                   {u"Foot"_s, u"foot"_s}};
     QDateTime time = home.now.addDays(-4);
     for (int i = 0; time < home.now; ++i) {
-        const auto &[name, identifier] = apps.at(i / 3 % apps.size());
+        const QString &name = apps.at(i / 3 % apps.size()).first;
+        const QString &identifier = apps.at(i / 3 % apps.size()).second;
         const auto append = [&](Kind kind, const QString &message) {
             home.log.append(MacProtectionEvent::create(time, kind, message, name, identifier));
         };
