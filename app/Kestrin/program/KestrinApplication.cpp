@@ -184,7 +184,8 @@ void KestrinApplication::closeLog() {
     if (!m_log || m_log->window().isVisible())
         return;
     m_log.reset();
-    // The lines that were shown are the engine's garbage.
+    // The lines that were shown leave when the event loop has time, and are the engine's garbage then.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     m_engine->collectGarbage();
     giveBackFreedMemory();
 }
