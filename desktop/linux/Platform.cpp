@@ -6,11 +6,6 @@
 #include "desktop/gnome/GnomeClients.h"
 #include "desktop/gnome/GnomeShellWindows.h"
 #include "desktop/linux/ChosenWorkspace.h"
-#include "desktop/linux/SightOfScreen.h"
-#include "desktop/live/DesktopDeviceUses.h"
-#include "desktop/live/DeviceFileUses.h"
-#include "desktop/live/PipeWireUses.h"
-#include "desktop/live/PulseUses.h"
 #include "desktop/login/FileLoginItem.h"
 #include "desktop/permission/LinuxPermission.h"
 #include "desktop/sway/SwayWindows.h"
@@ -46,14 +41,6 @@ std::unique_ptr<Workspace> makeWorkspace() {
     if (candidates.empty())
         return std::make_unique<X11Workspace>();
     return std::make_unique<ChosenWorkspace>(std::move(candidates));
-}
-
-std::unique_ptr<DeviceUses> makeDeviceUses() {
-    std::vector<std::unique_ptr<UseSource>> sources;
-    sources.push_back(std::make_unique<PipeWireUses>());
-    sources.push_back(std::make_unique<PulseUses>());
-    sources.push_back(std::make_unique<DeviceFileUses>());
-    return std::make_unique<DesktopDeviceUses>(std::move(sources), unseenReadersOfScreen());
 }
 
 std::unique_ptr<UserDefaults> makeUserDefaults() {

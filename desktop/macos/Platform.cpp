@@ -4,7 +4,6 @@
 #include "desktop/login/FileLoginItem.h"
 #include "desktop/macos/AppKitWorkspace.h"
 #include "desktop/macos/NSUserDefaultsStore.h"
-#include "engine/live/InMemoryDeviceUses.h"
 
 #include <QCoreApplication>
 
@@ -21,17 +20,6 @@ void prepareEventLoop() {
 
 std::unique_ptr<Workspace> makeWorkspace() {
     return std::make_unique<AppKitWorkspace>();
-}
-
-std::unique_ptr<DeviceUses> makeDeviceUses() {
-    auto nothing = std::make_unique<InMemoryDeviceUses>();
-    nothing->setSight(
-        {Sight::Extent::none,
-         QStringLiteral("Kestrin cannot tell on a Mac who uses microphone, camera or screen; the "
-                        "menu bar shows it."),
-         {},
-         {}});
-    return nothing;
 }
 
 std::unique_ptr<UserDefaults> makeUserDefaults() {
