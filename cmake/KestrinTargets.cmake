@@ -50,7 +50,9 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
         endif()
     endforeach()
     if(NOT APPLE)
-        target_link_options(kestrin_common INTERFACE -Wl,-z,relro -Wl,-z,now)
+        # A program takes from our libraries what it uses, and not all that is compiled together with it.
+        target_compile_options(kestrin_common INTERFACE -ffunction-sections)
+        target_link_options(kestrin_common INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,--gc-sections)
     endif()
 endif()
 
