@@ -164,10 +164,10 @@ Sight DesktopDeviceUses::sightOfAll() const {
             {}};
     QStringList reasons;
     QStringList remedies;
-    const bool isSoundSeen = std::any_of(m_parts.cbegin(), m_parts.cend(), [](const Part &part) {
-        return part.source->isSoundServer() && part.source->isOpen();
+    const bool isSoundTold = std::any_of(m_parts.cbegin(), m_parts.cend(), [](const Part &part) {
+        return part.source->isSoundServer() && (part.source->isOpen() || !part.source->sight().isFull());
     });
-    if (!isSoundSeen)
+    if (!isSoundTold)
         reasons.append(u"No sound server answers, so most programs that use the microphone are not seen."_s);
     for (const Part &part : m_parts) {
         const Sight sight = part.source->sight();

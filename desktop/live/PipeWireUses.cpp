@@ -1,37 +1,27 @@
 #include "desktop/live/PipeWireUses.h"
 
 #include "desktop/live/PipeWireGraph.h"
+#include "desktop/live/PipeWireLibrary.h"
 #include "desktop/live/SocketWatch.h"
 
+#include <QFileInfo>
 #include <QSocketNotifier>
 
 #include <poll.h>
-
-#include <pipewire/impl-module.h>
-#include <pipewire/pipewire.h>
 
 #include <cerrno>
 #include <memory>
 #include <unordered_map>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace kestrin::desktop {
 
+using namespace engine;
 using namespace foundation;
 
 namespace {
-
-/// What the library does on its first use and cannot take back. It writes nothing into our terminal unless
-/// somebody asks for it.
-void prepareLibrary() {
-    static const bool isDone = [] {
-        pw_init(nullptr, nullptr);
-        if (!qEnvironmentVariableIsSet("PIPEWIRE_DEBUG"))
-            pw_log_set_level(SPA_LOG_LEVEL_NONE);
-        return true;
-    }();
-    Q_UNUSED(isDone)
-}
 
 /// Whether the conversation goes on after an error that is no single object's. Who has asked about a client
 /// that has just gone, and forgets it, is told that it was never there.
@@ -50,6 +40,12 @@ QByteArray pipeWireSocket() {
     return name.startsWith('/') ? name : folder + '/' + name;
 }
 
+bool isServerThere() {
+    const QString socket = QFile::decodeName(pipeWireSocket());
+    // Where the library looks too, for a server of all users.
+    return QFileInfo::exists(socket) || QFileInfo::exists(u"/run/pipewire/"_s + QFileInfo(socket).fileName());
+}
+
 } // namespace
 
 // Before its version 1.4 the library's functions were macros that cast in C's way, and are made of
@@ -62,7 +58,7 @@ QByteArray pipeWireSocket() {
 class PipeWireUses::Connection {
   public:
     /// Whether it works out is told by isBroken().
-    Connection();
+    explicit Connection(const PipeWireLibrary &library);
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;
     ~Connection();
@@ -89,7 +85,7 @@ class PipeWireUses::Connection {
         Question &operator=(const Question &) = delete;
         ~Question() {
             spa_hook_remove(&listener);
-            pw_proxy_destroy(proxy);
+            connection->m_library.proxy_destroy(proxy);
         }
 
         Connection *connection;
@@ -103,6 +99,7 @@ class PipeWireUses::Connection {
     void forget(quint32 id);
     bool roundTrip(const Deadline &deadline);
 
+    const PipeWireLibrary &m_library;
     pw_loop *m_loop = nullptr;
     pw_context *m_context = nullptr;
     pw_core *m_core = nullptr;
@@ -117,21 +114,21 @@ class PipeWireUses::Connection {
     bool m_isBroken = true;
 };
 
-PipeWireUses::Connection::Connection() {
-    prepareLibrary();
-    m_loop = pw_loop_new(nullptr);
+PipeWireUses::Connection::Connection(const PipeWireLibrary &library) : m_library(library) {
+    m_loop = m_library.loop_new(nullptr);
     if (!m_loop)
         return;
     pw_loop_enter(m_loop);
     // Of all that a client is usually made of we need the protocol only, and nothing that is heard or seen.
-    m_context = pw_context_new(m_loop, pw_properties_new(PW_KEY_CONFIG_NAME, "null", nullptr), 0);
+    m_context =
+        m_library.context_new(m_loop, m_library.properties_new(PW_KEY_CONFIG_NAME, "null", nullptr), 0);
     if (!m_context)
         return;
-    if (pw_data_loop *const thread = pw_context_get_data_loop(m_context))
-        pw_data_loop_stop(thread);
-    if (!pw_context_load_module(m_context, "libpipewire-module-protocol-native", nullptr, nullptr))
+    if (pw_data_loop *const thread = m_library.context_get_data_loop(m_context))
+        m_library.data_loop_stop(thread);
+    if (!m_library.context_load_module(m_context, "libpipewire-module-protocol-native", nullptr, nullptr))
         return;
-    m_core = pw_context_connect(m_context, nullptr, 0);
+    m_core = m_library.context_connect(m_context, nullptr, 0);
     if (!m_core)
         return;
     static const pw_core_events coreEvents = [] {
@@ -169,17 +166,17 @@ PipeWireUses::Connection::~Connection() {
     m_questions.clear();
     if (m_registry) {
         spa_hook_remove(&m_registryListener);
-        pw_proxy_destroy(reinterpret_cast<pw_proxy *>(m_registry));
+        m_library.proxy_destroy(reinterpret_cast<pw_proxy *>(m_registry));
     }
     if (m_core) {
         spa_hook_remove(&m_coreListener);
-        pw_core_disconnect(m_core);
+        m_library.core_disconnect(m_core);
     }
     if (m_context)
-        pw_context_destroy(m_context);
+        m_library.context_destroy(m_context);
     if (m_loop) {
         pw_loop_leave(m_loop);
-        pw_loop_destroy(m_loop);
+        m_library.loop_destroy(m_loop);
     }
 }
 
@@ -273,10 +270,8 @@ bool PipeWireUses::open(const Deadline &deadline) {
         return true;
     // It watches before it looks, so that nobody can come in between.
     watch();
-    if (!m_connection) {
-        m_connection = std::make_unique<Connection>();
-        listen();
-    }
+    if (!m_connection && !connectToServer())
+        return false;
     // One that is silent may still answer, and is kept.
     m_isOpen = m_connection->catchUp(deadline);
     if (m_connection->isBroken())
@@ -284,6 +279,19 @@ bool PipeWireUses::open(const Deadline &deadline) {
     else if (m_isOpen)
         m_watch.reset();
     return m_isOpen;
+}
+
+bool PipeWireUses::connectToServer() {
+    m_lacksLibrary = false;
+    if (!isServerThere())
+        return false;
+    const PipeWireLibrary *const library = PipeWireLibrary::loaded();
+    m_lacksLibrary = library == nullptr;
+    if (!library)
+        return false;
+    m_connection = std::make_unique<Connection>(*library);
+    listen();
+    return true;
 }
 
 void PipeWireUses::close() {
@@ -304,8 +312,18 @@ std::optional<QList<SourceUse>> PipeWireUses::uses(const Deadline &deadline) {
     return m_connection->graph().uses();
 }
 
+Sight PipeWireUses::sight() {
+    if (!m_lacksLibrary)
+        return {};
+    return {
+        Sight::Extent::partial,
+        u"Programs that use microphone, camera or screen through PipeWire are not seen, because its client "
+        "library is not installed."_s,
+        u"Install libpipewire."_s, Sight::Help::none};
+}
+
 bool PipeWireUses::isSoundServer() const {
-    return m_connection && m_connection->graph().hasSound();
+    return m_lacksLibrary || (m_connection && m_connection->graph().hasSound());
 }
 
 void PipeWireUses::watch() {

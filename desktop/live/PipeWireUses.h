@@ -24,11 +24,13 @@ class PipeWireUses final : public UseSource {
     bool isOpen() const override { return m_isOpen; }
     void close() override;
     std::optional<QList<SourceUse>> uses(const foundation::Deadline &deadline) override;
+    engine::Sight sight() override;
     bool isSoundServer() const override;
 
   private:
     class Connection;
 
+    bool connectToServer();
     void watch();
     void listen();
     void hear();
@@ -40,6 +42,7 @@ class PipeWireUses final : public UseSource {
     /// While it is not open but is to be.
     std::unique_ptr<SocketWatch> m_watch;
     bool m_isOpen = false;
+    bool m_lacksLibrary = false;
 };
 
 } // namespace kestrin::desktop

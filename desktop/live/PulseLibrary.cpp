@@ -1,16 +1,10 @@
 #include "desktop/live/PulseLibrary.h"
 
-#include <QLibrary>
+#include "desktop/live/LibraryFunctions.h"
 
 namespace kestrin::desktop {
 
 namespace {
-
-template <typename Function>
-bool resolve(QLibrary &library, const char *name, Function &function) {
-    function = reinterpret_cast<Function>(library.resolve(name));
-    return function != nullptr;
-}
 
 bool resolveAll(QLibrary &library, PulseLibrary &functions) {
     return resolve(library, "pa_mainloop_new", functions.mainloop_new) &&

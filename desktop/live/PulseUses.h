@@ -23,7 +23,7 @@ class PulseUses final : public UseSource {
     void close() override;
     std::optional<QList<SourceUse>> uses(const foundation::Deadline &deadline) override;
     engine::Sight sight() override;
-    bool isSoundServer() const override { return m_connection != nullptr; }
+    bool isSoundServer() const override { return m_connection != nullptr || m_lacksLibrary; }
 
   private:
     class Connection;

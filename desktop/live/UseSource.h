@@ -45,8 +45,8 @@ class UseSource : public QObject {
     /// What this source as such cannot see, as of the last answer; also why it is closed, where that hides
     /// something.
     virtual engine::Sight sight() { return {}; }
-    /// Whether applications usually record sound through what this source asks. Where no such source is open,
-    /// that is told.
+    /// Whether applications usually record sound through what this source asks, or would ask. Where no such
+    /// source is open or tells by itself why it is not, that is told.
     virtual bool isSoundServer() const { return false; }
 
   Q_SIGNALS:
