@@ -354,9 +354,10 @@ void MacProtectionRuntime::tellQuitRequests(const QList<MacProtectionEvent> &eve
 }
 
 StoreResult MacProtectionRuntime::recordEvent(MacProtectionEventKind kind, const QString &message,
-                                              const std::optional<QString> &appName) {
-    StoreResult recorded =
-        m_logStore->tryAppend(MacProtectionEvent::create(m_clock(), kind, message, appName));
+                                              const std::optional<QString> &appName,
+                                              const std::optional<QString> &bundleIdentifier) {
+    StoreResult recorded = m_logStore->tryAppend(
+        MacProtectionEvent::create(m_clock(), kind, message, appName, bundleIdentifier));
     reloadRecentEvents();
     return recorded;
 }

@@ -187,6 +187,13 @@ class MacProtectionRuntime : public QObject {
     /// Whether the settings that were loaded last are stored ones, or nothing is stored. By a fallback that
     /// could not be stored either nobody is asked to quit.
     bool areSettingsChosen() const { return m_settingsStore->areChosen(); }
+    /// Adds to the log what others notice who follow with this runtime, about an application or as such.
+    foundation::StoreResult recordNotice(const QString &message,
+                                         const std::optional<QString> &appName = std::nullopt,
+                                         const std::optional<QString> &bundleIdentifier = std::nullopt) {
+        return recordEvent(engine::MacProtectionEventKind::riskAppMatched, message, appName,
+                           bundleIdentifier);
+    }
     /// Tells of what became of the user defaults that others stored for this runtime.
     void report(const foundation::StoreResult &result) { report(StoreUse::defaults, result); }
 
@@ -222,7 +229,8 @@ class MacProtectionRuntime : public QObject {
 
     void report(StoreUse use, const foundation::StoreResult &result);
     foundation::StoreResult recordEvent(engine::MacProtectionEventKind kind, const QString &message,
-                                        const std::optional<QString> &appName = std::nullopt);
+                                        const std::optional<QString> &appName = std::nullopt,
+                                        const std::optional<QString> &bundleIdentifier = std::nullopt);
     void reloadRecentEvents();
     void publishPreview(qint64 runningAppCount, const QList<engine::RiskAppMatch> &matches);
     void setMonitoring();

@@ -1,7 +1,5 @@
 #include "desktop/live/DesktopDeviceUses.h"
 
-#include "desktop/applications/DesktopPatience.h"
-
 #include <QStringList>
 
 #include <algorithm>
@@ -57,7 +55,7 @@ void DesktopDeviceUses::askLater() {
 }
 
 void DesktopDeviceUses::ask(Closed closed) {
-    const Deadline deadline(desktopPatience);
+    const Deadline deadline(m_patience);
     bool areAllAnswered = true;
     auto left = static_cast<int>(m_parts.size());
     for (Part &part : m_parts) {

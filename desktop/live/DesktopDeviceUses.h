@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/applications/DesktopPatience.h"
 #include "desktop/live/DeviceUsers.h"
 #include "desktop/live/UseSource.h"
 #include "engine/live/DeviceUseBroadcast.h"
@@ -14,8 +15,8 @@ namespace kestrin::desktop {
 
 /// What all of its sources tell together, by application. They are open while somebody subscribes, and for
 /// the moment in which somebody asks. While somebody subscribes, what cannot be opened or does not answer is
-/// tried again when it says that it is there, and once a minute. Servers that do not answer cost a call two
-/// seconds. Whoever begins and ends all the time is looked at twenty times a second. Main thread only.
+/// tried again when it says that it is there, and once a minute. Whoever begins and ends all the time is
+/// looked at twenty times a second. Main thread only.
 class DesktopDeviceUses final : public engine::DeviceUses {
   public:
     /// `blindSpot` is a sentence about what nobody can see here; empty where there is nothing of that kind.
@@ -25,6 +26,7 @@ class DesktopDeviceUses final : public engine::DeviceUses {
     [[nodiscard]] std::unique_ptr<engine::DeviceUseSubscription>
     subscribe(engine::DeviceUseHandlers handlers) override;
     engine::Sight sight() override;
+    void setPatience(std::chrono::milliseconds patience) override { m_patience = patience; }
 
   private:
     struct Part {
@@ -50,6 +52,7 @@ class DesktopDeviceUses final : public engine::DeviceUses {
     DeviceUsers m_users;
     engine::DeviceUseBroadcast m_broadcast;
     engine::Sight m_sight;
+    std::chrono::milliseconds m_patience{desktopPatience};
     bool m_opensClosed = false;
     std::chrono::steady_clock::time_point m_asked;
     QTimer m_soon;

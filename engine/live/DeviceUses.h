@@ -6,6 +6,7 @@
 
 #include <QList>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -46,6 +47,10 @@ class DeviceUses {
 
     /// How much of it can be seen here.
     virtual Sight sight() = 0;
+
+    /// How long a question waits for those who do not answer; two seconds, unless set. What they know is told
+    /// to subscribers once they do, so who subscribes needs little of it.
+    virtual void setPatience(std::chrono::milliseconds patience) = 0;
 };
 
 } // namespace kestrin::engine

@@ -13,6 +13,7 @@ class InMemoryDeviceUses final : public DeviceUses {
         return m_broadcast.subscribe(std::move(handlers));
     }
     Sight sight() override { return m_sight; }
+    void setPatience(std::chrono::milliseconds /*patience*/) override {}
 
     void begin(const DeviceUse &use) { m_broadcast.adopt(m_broadcast.uses() + QList{use}); }
     void end(const DeviceUse &use) {

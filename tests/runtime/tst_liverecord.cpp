@@ -2,6 +2,7 @@
 
 #include "engine/live/InMemoryDeviceUses.h"
 #include "runtime/LiveUse.h"
+#include "runtime/PrivacyModeFlag.h"
 #include "tests/support/MemoryHome.h"
 
 #include <QSignalSpy>
@@ -11,6 +12,7 @@ using namespace Qt::StringLiterals;
 using namespace kestrin;
 using namespace kestrin::engine;
 using namespace kestrin::runtime;
+using namespace std::chrono_literals;
 using enum MacRiskCategory;
 
 namespace {
@@ -25,8 +27,12 @@ const DeviceUse zoomWatches = use(u"Zoom"_s, camera, 10);
 struct LiveHome : samples::MemoryHome {
     InMemoryDeviceUses uses;
     MacProtectionRuntime runtime{defaults, surroundings()};
-    LiveUse live{defaults, uses, runtime};
+    LiveUse live;
     QSignalSpy began{&live, &LiveUse::began};
+
+    explicit LiveHome(const UseRecord::Limits &limits = {}) : live(defaults, uses, runtime, nullptr, limits) {
+        defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {});
+    }
 
     /// Everybody has been told.
     static void settle() { QCoreApplication::processEvents(); }
@@ -39,6 +45,10 @@ class LiveRecordTest : public QObject {
 
   private Q_SLOTS:
     void following();
+    void recorded_data();
+    void recorded();
+    void flapping();
+    void inventedNames();
 };
 
 void LiveRecordTest::following() {
@@ -77,6 +87,139 @@ void LiveRecordTest::following() {
     QCOMPARE(switched.count(), 2);
     QCOMPARE(changed.count(), 4);
     QCOMPARE(home.began.count(), 1);
+}
+
+void LiveRecordTest::recorded_data() {
+    QTest::addColumn<QStringList>("steps");
+    QTest::addColumn<QStringList>("story");
+    const QString started = u"Zoom started using the microphone."_s;
+    const QString stopped = u"Zoom stopped using the microphone."_s;
+    const QString goesOn = u"Zoom is using the microphone."_s;
+    const QString on = u"Privacy Mode is on for this Mac."_s;
+    const QString off = u"Privacy Mode is off for this Mac."_s;
+    const QString told = u"Kestrin tells who uses microphone, camera or screen."_s;
+    const QString untold = u"Kestrin no longer tells who uses microphone, camera or screen."_s;
+    const auto row = [](const char *title, const QString &steps, const QStringList &story) {
+        QTest::addRow("%s", title) << steps.split(u' ') << story;
+    };
+    row("begin and end", u"start begin end"_s, {started, stopped});
+    row("two of its processes", u"start begin second end second-end"_s, {started, stopped});
+    row("there before the start", u"begin start end"_s, {goesOn, stopped});
+    row("there again after a restart", u"start begin stop start end"_s, {started, goesOn, stopped});
+    row("gone between two starts", u"start begin stop end start"_s, {started});
+    row("Privacy Mode off", u"off start begin end"_s, {off});
+    row("Privacy Mode on meanwhile", u"off start begin on end"_s, {off, on, goesOn, stopped});
+    row("Privacy Mode off meanwhile", u"start begin off end begin on end"_s,
+        {started, off, on, goesOn, stopped});
+    row("as another process switches", u"start begin other-off end other-on begin"_s, {started, started});
+    row("switched off", u"start untell begin tell end"_s, {untold, told, goesOn, stopped});
+    row("switched off meanwhile", u"start begin untell end tell begin"_s, {started, untold, told, started});
+}
+
+void LiveRecordTest::recorded() {
+    QFETCH(const QStringList, steps);
+    QFETCH(const QStringList, story);
+
+    LiveHome home;
+    PrivacyModeFlag flag(home.defaults, home.runtime);
+    flag.startRuntime();
+    DeviceUse second = zoomListens;
+    second.processIdentifier = 11;
+    const auto isSaved = [&home](bool on) {
+        home.settings->settings.isEnabled = on;
+        Q_EMIT home.runtime.summariesChanged();
+    };
+    const QHash<QString, std::function<void()>> doings{
+        {u"start"_s, [&] { home.live.start(); }},
+        {u"stop"_s, [&] { home.live.stop(); }},
+        {u"begin"_s, [&] { home.uses.begin(zoomListens); }},
+        {u"end"_s, [&] { home.uses.end(zoomListens); }},
+        {u"second"_s, [&] { home.uses.begin(second); }},
+        {u"second-end"_s, [&] { home.uses.end(second); }},
+        {u"on"_s, [&] { flag.setOn(true); }},
+        {u"off"_s, [&] { flag.setOn(false); }},
+        {u"other-on"_s, [&] { isSaved(true); }},
+        {u"other-off"_s, [&] { isSaved(false); }},
+        {u"tell"_s, [&] { QVERIFY(home.live.setOn(true)); }},
+        {u"untell"_s, [&] { QVERIFY(home.live.setOn(false)); }},
+    };
+    for (const QString &step : steps) {
+        QVERIFY(doings.contains(step));
+        doings.value(step)();
+        home.settle();
+    }
+    QCOMPARE(home.story(), story);
+    // Notices are for those who have just begun.
+    QCOMPARE(home.began.count(), story.count(u"Zoom started using the microphone."_s));
+    for (const MacProtectionEvent &event : home.log->recent(100)) {
+        if (event.message.startsWith(u"Zoom"))
+            QVERIFY(event.kind == MacProtectionEventKind::riskAppMatched && event.appName == u"Zoom"_s);
+    }
+}
+
+/// One application that cannot make up its mind, and one that is told of all the same.
+void LiveRecordTest::flapping() {
+    LiveHome home({.each = {4, 100ms}, .all = {100, 1ms}});
+    home.live.start();
+    home.settle();
+    for (int time = 0; time < 500; ++time) {
+        home.uses.begin(zoomListens);
+        home.settle();
+        home.uses.end(zoomListens);
+        home.settle();
+    }
+    home.uses.begin(zoomListens);
+    home.uses.begin(zoomWatches);
+    home.settle();
+    const qsizetype flapped = home.story().size() - 1;
+    QVERIFY2(flapped >= 4 && flapped < 4 + 10, qPrintable(QString::number(flapped)));
+    QCOMPARE(home.story().last(), u"Zoom started using the camera."_s);
+    // What is held back comes by itself, as it is then.
+    QTRY_COMPARE(home.story().last(), u"Zoom is using the microphone."_s);
+    QCOMPARE(home.began.last().first().value<DeviceUse>(), zoomListens);
+    // And at the end at once.
+    home.uses.end(zoomListens);
+    home.settle();
+    QCOMPARE(home.story().last(), u"Zoom is using the microphone."_s);
+    home.live.stop();
+    QCOMPARE(home.story().last(), u"Zoom stopped using the microphone."_s);
+}
+
+/// A new name each time, for hours. The clock is the test's.
+void LiveRecordTest::inventedNames() {
+    const UseRecord::Limits limits;
+    UseRecord record(limits);
+    UseRecord::Time now;
+    record.begin({}, now);
+    int told = 0;
+    std::chrono::milliseconds zoomWaited{-1};
+    QStringList zoom;
+    const auto end = now + 2h;
+    const auto zoomBegins = now + 1h;
+    for (int number = 0; now < end; ++number, now += 100ms) {
+        QList<DeviceUse> uses{use(QString::number(number), microphone, 1),
+                              use(u"new "_s + QString::number(number / 50), camera, 1)};
+        if (now >= zoomBegins)
+            uses.append(zoomListens);
+        record.follow(uses, now);
+        while (const auto entry = record.takeDue(now)) {
+            ++told;
+            if (entry->use == zoomListens) {
+                zoom.append(entry->sentence());
+                zoomWaited = std::chrono::duration_cast<std::chrono::milliseconds>(now - zoomBegins);
+            }
+        }
+    }
+    const int most = limits.all.atOnce + static_cast<int>(2h / limits.all.pause) + 1;
+    QVERIFY2(told > most / 2 && told <= most, qPrintable(QString::number(told)));
+    QCOMPARE(zoom, QStringList{u"Zoom is using the microphone."_s});
+    QVERIFY2(zoomWaited < 30s, qPrintable(QString::number(zoomWaited.count())));
+    record.follow({}, now);
+    QStringList rest;
+    for (const UseRecord::Entry &entry : record.takeRest(now))
+        rest.append(entry.sentence());
+    QVERIFY(rest.contains(u"Zoom stopped using the microphone."_s));
+    QVERIFY(!record.due());
 }
 
 QTEST_GUILESS_MAIN(LiveRecordTest)
