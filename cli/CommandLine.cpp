@@ -337,6 +337,8 @@ class Parser {
         if (!isOnOrOff())
             return fail(quoted(m_result.command->name) + u" accepts one word, on or off, or nothing."_s);
         m_result.enable = m_arguments.first() == u"on";
+        if (m_result.follow)
+            fail(quoted(m_result.command->name) + u" accepts --follow only without on or off."_s);
     }
 
     bool isOnOrOff() const {

@@ -36,7 +36,7 @@ struct Invocation {
     /// The identifiers of `protect`, `unprotect`, `schedule` and `catalog remove`, in the order given and
     /// each once.
     QStringList ids;
-    /// What `enforce`, `schedule`, `autostart` or `desktop` switches to; absent when nothing is to be
+    /// What `live`, `enforce`, `schedule`, `autostart` or `desktop` switches to; absent when nothing is to be
     /// changed.
     std::optional<bool> enable;
     CatalogVerb catalogVerb = CatalogVerb::list;

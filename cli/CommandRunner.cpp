@@ -11,6 +11,7 @@
 #include "foundation/JsonEncoding.h"
 #include "foundation/TimePhrase.h"
 #include "runtime/AddableApplications.h"
+#include "runtime/LiveUse.h"
 #include "runtime/StatusSummaries.h"
 
 using namespace Qt::StringLiterals;
@@ -46,7 +47,7 @@ class CommandRunner {
         case Command::log:
             return runLog(m_surroundings, m_call);
         case Command::live:
-            return runLive(m_surroundings, m_call);
+            return live();
         case Command::status:
             return status();
         case Command::on:
@@ -459,6 +460,19 @@ class CommandRunner {
                 return QJsonObject{{u"autostart"_s, startsAtLogin}};
             },
             [&] { return autostartText(startsAtLogin); });
+    }
+
+    ExitStatus live() {
+        if (!m_call.enable)
+            return runLive(m_surroundings, m_call);
+        const bool on = *m_call.enable;
+        LiveUse live(m_surroundings.defaults, m_surroundings.deviceUses, session(Desktop::ignored).runtime);
+        const StoreResult result = live.setOn(on);
+        Outcome outcome;
+        (live.isOn() == on ? outcome.log : outcome.defaults) = result;
+        if (const ExitStatus status = outcomeOf(outcome); status != ExitStatus::done)
+            return status;
+        return answer([&] { return QJsonObject{{u"live"_s, on}}; }, [&] { return liveSwitchText(on); });
     }
 
     ExitStatus autostartNotChanged(const QString &problem) {

@@ -1,6 +1,7 @@
 #include "cli/CommandSession.h"
 
 #include "engine/workspace/InMemoryWorkspace.h"
+#include "runtime/LiveUse.h"
 #include "runtime/MonitoringClaim.h"
 
 #include <QFileInfo>
@@ -21,6 +22,9 @@ MacProtectionSurroundings runtimeSurroundings(const MacProtectionSurroundings &a
     return {workspace, all.settingsStore, all.logStore,        all.ownApplications,
             all.clock, all.watchTime,     all.scheduleInterval};
 }
+
+/// Who is silent is not worth more.
+constexpr std::chrono::milliseconds patienceForStatus{200};
 
 } // namespace
 
@@ -48,6 +52,16 @@ Monitor CommandSession::monitor() const {
     return found;
 }
 
+LiveReport CommandSession::live() const {
+    if (!LiveUse::isOn(surroundings.defaults))
+        return {false, {}, {}};
+    DeviceUses &deviceUses = surroundings.deviceUses;
+    deviceUses.setPatience(patienceForStatus);
+    // All questions are one conversation.
+    const auto subscription = deviceUses.subscribe({});
+    return {true, deviceUses.uses(), deviceUses.sight()};
+}
+
 StatusReport CommandSession::status() const {
     const QSet<QString> selection = runtime.savedDefinitionIDs();
     QStringList isProtected(selection.cbegin(), selection.cend());
@@ -68,6 +82,7 @@ StatusReport CommandSession::status() const {
         runtime.runningAppCount(),
         surroundings.runtime.workspace.sight(),
         runtime.matches(),
+        live(),
         runtime.modes(),
         runtime.scheduledPrivacyModeState(surroundings.runtime.clock()),
         runtime.devices(),

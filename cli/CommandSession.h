@@ -57,6 +57,7 @@ class CommandSession {
     /// Where nobody watches, a pause that is over is ended by whoever comes next.
     [[nodiscard]] runtime::Outcome endPause();
     StatusReport status() const;
+    LiveReport live() const;
 
     /// Makes the flag the saved one, as starting the runtime does: where the two disagree (a call was killed
     /// between its two writes, or somebody edited a file) the flag is what the user was shown. For calls that

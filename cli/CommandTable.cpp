@@ -84,21 +84,21 @@ const QList<CommandDescription> &commandTable() {
          u"live"_s,
          u"Tell who uses microphone, camera or screen right now"_s,
          u"Applications are listed that listen, watch or record at this moment, whether Kestrin protects "
-         u"them "
-         u"or not. What cannot be seen here is said on standard error. With --follow each application that "
-         "starts or "
-         "stops is printed as it does, until Ctrl-C; JSON is one object a line then. Nothing is closed and "
-         "nothing is "
-         "recorded."_s,
+         "them or not. What cannot be seen here is said on standard error. With --follow each application "
+         "that starts or stops is printed as it does, until Ctrl-C; JSON is one object a line then. Nothing "
+         "is closed by it. Off keeps Kestrin, its window included, from asking anybody: nobody is told of "
+         "then, and nothing about it is recorded. On, which it is to begin with, takes that back."_s,
          {{u"kestrinctl live"_s, u"who has the microphone, who the camera"_s},
           {u"kestrinctl live --follow"_s, u"each time somebody starts or stops"_s},
+          {u"kestrinctl live off"_s, u"ask nobody any more"_s},
           {u"kestrinctl live --json | jq -r '.[].localizedName'"_s, u"only the names"_s}},
-         CommandArguments::none,
+         CommandArguments::maybeOnOrOff,
          {u"--follow"_s, u"--json"_s}},
         {Command::status,
          u"status"_s,
          u"Tell how Privacy Mode, monitor, selection and schedules stand"_s,
-         u"The monitor is off while no program watches. What is counted is what a check would find now."_s,
+         u"The monitor is off while no program watches. What is counted is what a check would find now. Live "
+         "use is told as \"kestrinctl live\" tells it, by those who answer at once."_s,
          {{u"kestrinctl status"_s, u"the state of everything"_s},
           {u"kestrinctl status --json | jq .privacyModeOn"_s, u"only whether Privacy Mode is on"_s}}},
         {Command::on,

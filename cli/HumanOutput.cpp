@@ -2,6 +2,7 @@
 
 #include "runtime/StatusSummaries.h"
 
+#include <QHash>
 #include <QLocale>
 
 using namespace Qt::StringLiterals;
@@ -98,6 +99,27 @@ Cell localTime(const QDateTime &date) {
     return {date.toLocalTime().toString(u"yyyy-MM-dd HH:mm:ss"_s), TextColour::faint};
 }
 
+/// "Zoom (Microphone, Camera), parec (Microphone)".
+QString liveSentence(const LiveReport &live) {
+    if (!live.isOn)
+        return u"Off"_s;
+    if (live.sight.extent == Sight::Extent::none)
+        return u"not known"_s;
+    QStringList names;
+    QHash<QString, QStringList> categories;
+    for (const DeviceUse &use : live.uses) {
+        if (!names.contains(use.localizedName))
+            names.append(use.localizedName);
+        categories[use.localizedName].append(userLabel(use.category));
+    }
+    for (QString &name : names) {
+        QStringList &uses = categories[name];
+        uses.removeDuplicates();
+        name += u" ("_s + uses.join(u", "_s) + u')';
+    }
+    return names.isEmpty() ? u"nobody"_s : names.join(u", "_s);
+}
+
 QString wantedSentence(const std::optional<bool> &wanted) {
     if (!wanted)
         return u"nothing"_s;
@@ -173,23 +195,33 @@ QString useEventText(const QDateTime &date, const QString &sentence, const Palet
     return alignedLines({{localTime(date), sentence}}, palette);
 }
 
+QString liveSwitchText(bool on) {
+    return on ? u"Kestrin tells who uses microphone, camera or screen.\n"_s
+              : u"Kestrin does not tell who uses microphone, camera or screen.\n"_s;
+}
+
+QString sightOfUsesText(const Sight &sight) {
+    return sight.isFull() ? u"All who use microphone, camera or screen can be seen now."_s : sight.text();
+}
+
 QString statusText(const StatusReport &status, const Palette &palette) {
     const auto label = [](const QString &text) { return Cell{text, TextColour::strong}; };
     const bool monitored = status.monitor.holder.has_value();
-    return alignedLines(
-        {
-            {label(u"Privacy Mode"_s), privacyModeCell(status)},
-            {label(u"Monitor"_s),
-             {monitorSentence(status), monitored ? TextColour::good : TextColour::caution}},
-            {label(u"Actions"_s), actionsLabelFor(status.enforceActions)},
-            {label(u"Protected"_s), protectionSentence(status)},
-            {label(u"Running"_s), runningSentence(status)},
-            {label(u"Schedules"_s), enabledModesSentence(status.modes)},
-            {label(u"Schedules want"_s), wantedSentence(status.scheduledPrivacyModeState)},
-            {label(u"Activity log"_s),
-             QLocale::c().formattedDataSize(status.logBytes, 1, QLocale::DataSizeSIFormat)},
-        },
-        palette);
+    QList<QList<Cell>> rows{
+        {label(u"Privacy Mode"_s), privacyModeCell(status)},
+        {label(u"Monitor"_s), {monitorSentence(status), monitored ? TextColour::good : TextColour::caution}},
+        {label(u"Actions"_s), actionsLabelFor(status.enforceActions)},
+        {label(u"Protected"_s), protectionSentence(status)},
+        {label(u"Running"_s), runningSentence(status)},
+        {label(u"Live use"_s), liveSentence(status.live)},
+        {label(u"Schedules"_s), enabledModesSentence(status.modes)},
+        {label(u"Schedules want"_s), wantedSentence(status.scheduledPrivacyModeState)},
+        {label(u"Activity log"_s),
+         QLocale::c().formattedDataSize(status.logBytes, 1, QLocale::DataSizeSIFormat)},
+    };
+    if (!status.live.sight.isFull())
+        rows.insert(6, {label(u"Not seen"_s), {status.live.sight.text(), TextColour::faint}});
+    return alignedLines(rows, palette);
 }
 
 QString scheduleText(const QList<ModePreset> &modes, const std::optional<bool> &wanted,

@@ -33,6 +33,11 @@ QString usesText(const QList<engine::DeviceUse> &uses, const Palette &palette);
 /// One line, as those of `eventsText`.
 QString useEventText(const QDateTime &date, const QString &sentence, const Palette &palette);
 
+/// Whether that is told.
+QString liveSwitchText(bool on);
+/// For who has been told of another sight of the uses.
+QString sightOfUsesText(const engine::Sight &sight);
+
 QString statusText(const StatusReport &status, const Palette &palette);
 
 QString scheduleText(const QList<shared::ModePreset> &modes, const std::optional<bool> &wanted,

@@ -3,6 +3,7 @@
 #include "cli/HumanOutput.h"
 #include "cli/UntilEnded.h"
 #include "foundation/JsonEncoding.h"
+#include "runtime/LiveUse.h"
 
 #include <QCoreApplication>
 
@@ -12,6 +13,7 @@ namespace kestrin::cli {
 
 using namespace foundation;
 using namespace engine;
+using namespace runtime;
 
 namespace {
 
@@ -24,6 +26,8 @@ class LiveCommand {
         , m_json(json) {}
 
     ExitStatus print() {
+        if (!isOn())
+            return isOff();
         // All questions are one conversation.
         const auto subscription = m_uses.subscribe({});
         if (!seesSomething())
@@ -37,7 +41,14 @@ class LiveCommand {
     }
 
     ExitStatus follow() {
+        if (!isOn())
+            return isOff();
         UntilEnded ended(m_out);
+        const QObject listener;
+        QObject::connect(&m_surroundings.defaults, &UserDefaults::changed, &listener, [&] {
+            if (!isOn())
+                ended.end();
+        });
         const auto subscription = m_uses.subscribe({
             .began =
                 [this](const DeviceUse &use) { tell(u"started"_s, startedSentence(use), use, use.since); },
@@ -45,23 +56,22 @@ class LiveCommand {
                 [this](const DeviceUse &use) {
                     tell(u"stopped"_s, stoppedSentence(use), use, QDateTime::currentDateTimeUtc());
                 },
-            .sightChanged =
-                [this] {
-                    const Sight sight = m_uses.sight();
-                    m_surroundings.say(sight.isFull()
-                                           ? u"All who use microphone, camera or screen can be seen now."_s
-                                           : sight.text());
-                },
+            .sightChanged = [this] { m_surroundings.say(sightOfUsesText(m_uses.sight())); },
         });
         if (!seesSomething())
             return ExitStatus::couldNot;
         for (const DeviceUse &use : m_uses.uses())
             tell(u"using"_s, goingOnSentence(use), use, use.since);
         ended.run();
-        return ExitStatus::done;
+        return isOn() ? ExitStatus::done : isOff();
     }
 
   private:
+    bool isOn() const { return LiveUse::isOn(m_surroundings.defaults); }
+    ExitStatus isOff() const {
+        return m_surroundings.couldNot(u"Live use is switched off; \"kestrinctl live on\" switches it on."_s);
+    }
+
     /// Tells what cannot be seen.
     bool seesSomething() const {
         const Sight sight = m_uses.sight();

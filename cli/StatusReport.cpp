@@ -48,6 +48,9 @@ QJsonObject StatusReport::toJson() const {
         {u"runningAppCount"_s, runningAppCount},
         {u"sight"_s, toJsonObject(sight)},
         {u"matches"_s, toJsonValue(matches)},
+        {u"live"_s, QJsonObject{{u"on"_s, live.isOn},
+                                {u"uses"_s, toJsonValue(live.uses)},
+                                {u"sight"_s, toJsonObject(live.sight)}}},
         {u"enabledModeIDs"_s, toJsonValue(enabledModeIDs())},
         // "No opinion" is an answer; the key is always there.
         {u"scheduledPrivacyModeState"_s,

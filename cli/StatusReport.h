@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/RiskAppMatch.h"
+#include "engine/live/DeviceUse.h"
 #include "engine/workspace/Sight.h"
 #include "shared/DomainRecords.h"
 
@@ -23,6 +24,14 @@ struct Monitor {
     }
 };
 
+/// Who uses microphone, camera or screen.
+struct LiveReport {
+    /// Otherwise it is not told, and nobody was asked.
+    bool isOn = true;
+    QList<engine::DeviceUse> uses;
+    engine::Sight sight;
+};
+
 /// How everything stands, as a program beside the watching one sees it.
 struct StatusReport {
     bool privacyModeOn = false;
@@ -39,6 +48,7 @@ struct StatusReport {
     qint64 runningAppCount = 0;
     engine::Sight sight;
     QList<engine::RiskAppMatch> matches;
+    LiveReport live;
     QList<shared::ModePreset> modes;
     /// Absent when no enabled preset has an opinion.
     std::optional<bool> scheduledPrivacyModeState;

@@ -2,7 +2,9 @@
 
 #include "cli/EventFollower.h"
 #include "cli/EventPrinter.h"
+#include "cli/HumanOutput.h"
 #include "cli/UntilEnded.h"
+#include "runtime/LiveUse.h"
 #include "runtime/MonitoringClaim.h"
 
 using namespace Qt::StringLiterals;
@@ -45,12 +47,19 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     QObject::connect(&session.runtime, &MacProtectionRuntime::recentEventsChanged,
                      [&] { printer.print(follower.takeNew(session.runtime.recentEvents())); });
     const auto printRest = [&] { printer.print(follower.takeNew(log.recent(1))); };
+    LiveUse live(surroundings.defaults, surroundings.deviceUses, session.runtime);
+    QObject::connect(&live, &LiveUse::sightChanged, [&] {
+        if (live.isOn())
+            surroundings.say(sightOfUsesText(live.sight()));
+    });
     session.flag.startRuntime();
     // What others recorded while the runtime was starting was not told by anybody.
     printRest();
     surroundings.say(u"Watching."_s);
+    live.start();
 
     ended.run();
+    live.stop();
     // An event may have been recorded just before the end without having been noticed yet.
     printRest();
     return claim.isHeld() ? ExitStatus::done : surroundings.couldNot(claim.lossSentence());

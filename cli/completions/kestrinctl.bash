@@ -55,7 +55,10 @@ _kestrinctl() {
         --since | --until) words='today yesterday now' ;;
         esac
         ;;
-    live) words='--follow --json --help' ;;
+    live)
+        words='--follow --json --help'
+        [ -n "$verb" ] || words="on off $words"
+        ;;
     desktop)
         words='--help'
         [ -n "$verb" ] || words="enable disable $words"

@@ -63,7 +63,7 @@ complete -c kestrinctl -n '__fish_seen_subcommand_from protect unprotect' -a "$d
 complete -c kestrinctl -n '__fish_seen_subcommand_from pause; and not __fish_seen_subcommand_from until' \
     -a '15m 1h 2h until'
 complete -c kestrinctl -n '__fish_seen_subcommand_from pause; and __fish_seen_subcommand_from until' -a tomorrow
-complete -c kestrinctl -n '__fish_seen_subcommand_from enforce autostart; and not __fish_seen_subcommand_from on off' \
+complete -c kestrinctl -n '__fish_seen_subcommand_from live enforce autostart; and not __fish_seen_subcommand_from on off' \
     -a 'on off'
 complete -c kestrinctl -n '__fish_seen_subcommand_from desktop schedule; and not __fish_seen_subcommand_from enable disable' \
     -a 'enable disable'

@@ -5,6 +5,7 @@
 #include "cli/EventFollower.h"
 #include "engine/live/InMemoryDeviceUses.h"
 #include "foundation/TimePhrase.h"
+#include "runtime/LiveUse.h"
 #include "tests/support/Files.h"
 #include "tests/support/Home.h"
 
@@ -115,6 +116,7 @@ class CommandLineTest : public QObject {
     void unusableOwnApplications();
     void following();
     void live();
+    void liveSwitch();
 };
 
 void CommandLineTest::misuse() {
@@ -141,7 +143,9 @@ void CommandLineTest::misuse() {
         {u"\"now\", only"_s, {u"resume now"_s}},
         {u"zoom, facetime"_s,
          {u"unprotect"_s, u"unprotect zoom Zoom"_s, u"protect sleep"_s, u"unprotect -- --json"_s}},
-        {u"on or off"_s, {u"enforce"_s, u"enforce on off"_s, u"autostart On"_s, u"autostart off on"_s}},
+        {u"on or off"_s,
+         {u"enforce"_s, u"enforce on off"_s, u"autostart On"_s, u"autostart off on"_s, u"live Off"_s}},
+        {u"only without on or off"_s, {u"live off --follow"_s}},
         {u"enable or disable"_s, {u"schedule on"_s, u"desktop"_s, u"desktop on"_s}},
         {u"sleep, away, focus"_s, {u"schedule disable"_s, u"schedule disable away zoom"_s}},
         {u"add, remove or candidates"_s, {u"catalog Add"_s}},
@@ -223,6 +227,7 @@ void CommandLineTest::json() {
     QCOMPARE(status.take(u"protectedDefinitionIDs"_s).toArray().size(), 12);
     QCOMPARE(status.take(u"devices"_s).toArray().size(), 3);
     QCOMPARE(status.take(u"matches"_s)[0][u"app"_s], zoom);
+    QCOMPARE(status.take(u"live"_s)[u"uses"_s], QJsonArray());
     QCOMPARE(status.take(u"activityLogBytes"_s), QFileInfo(home.support() + u"/activity-log.json"_s).size());
     QCOMPARE(status, (QJsonObject{{u"enabledModeIDs"_s, QJsonArray{u"sleep"_s, u"away"_s, u"manual"_s}},
                                   {u"enforceActions"_s, false},
@@ -299,9 +304,10 @@ void CommandLineTest::unwritable() {
     const std::pair<QString, QStringList> places[] = {
         {u"data/Kestrin/activity-log.json"_s,
          {u"off"_s, u"unprotect zoom"_s, u"recommended"_s, u"enforce off"_s, u"schedule enable focus"_s,
-          u"check --preview"_s}},
+          u"check --preview"_s, u"live off"_s}},
         {u"data/Kestrin/privacy-mode-settings.json"_s, {u"off"_s, u"unprotect zoom"_s, u"protect zoom"_s}},
-        {u"config/user-defaults.json"_s, {u"enforce on"_s, u"schedule enable focus"_s, u"off"_s}},
+        {u"config/user-defaults.json"_s,
+         {u"enforce on"_s, u"schedule enable focus"_s, u"off"_s, u"live off"_s}},
     };
     for (const auto &[file, calls] : places) {
         Home home;
@@ -730,6 +736,7 @@ void CommandLineTest::live() {
                              {u"bundleIdentifier"_s, u"us.zoom.xos"_s},
                              {u"since"_s, u"2026-11-26T09:30:00Z"_s}};
     QCOMPARE(home.call(u"live --json"_s).array().first(), asJson);
+    QVERIFY(home.isUntouched());
 
     // What happens while it is followed, until a signal ends it.
     const auto followed = [&home](const QString &words) {
@@ -766,7 +773,40 @@ void CommandLineTest::live() {
         QVERIFY(answer.status == ExitStatus::couldNot && answer.out.isEmpty());
         QCOMPARE(answer.err, u"All are unseen.\n"_s);
     }
-    QVERIFY(home.isUntouched());
+    QVERIFY(home.call(u"status"_s)
+                .out.contains(u"\nLive use        not known\nNot seen        All are unseen.\n"));
+    QVERIFY(home.story().isEmpty());
+}
+
+void CommandLineTest::liveSwitch() {
+    Home home;
+    const DeviceUse call{MacRiskCategory::microphone, 10, u"Zoom"_s, std::nullopt,
+                         QDateTime(QDate(2026, 11, 26), QTime(9, 30), Qt::UTC)};
+    DeviceUse picture = call;
+    picture.category = MacRiskCategory::camera;
+    home.deviceUses.begin(call);
+    home.deviceUses.begin(picture);
+    QVERIFY(home.call(u"status"_s).out.contains(u"\nLive use        Zoom (Microphone, Camera)\n"));
+    // Another process switches it off while it is followed.
+    QTimer::singleShot(0, &home.defaults, [&home] { home.defaults.setBoolean(LiveUse::key, false); });
+    const QStringList offs{u"live --follow"_s, u"live --follow"_s, u"live"_s, u"live --json"_s};
+    for (const QString &words : offs) {
+        const Answer off = home.call(words);
+        QCOMPARE(off.status, ExitStatus::couldNot);
+        QVERIFY(off.isOneSentence() && off.err.contains(u"kestrinctl live on"));
+    }
+    QVERIFY(home.call(u"status"_s).out.contains(u"\nLive use        Off\n"));
+    const QJsonObject off = home.call(u"status --json"_s).object()[u"live"_s].toObject();
+    QVERIFY(off[u"on"_s] == QJsonValue(false) && off[u"uses"_s].toArray().isEmpty());
+
+    QCOMPARE(home.call(u"live on --json"_s).object(), (QJsonObject{{u"live"_s, true}}));
+    QCOMPARE(home.call(u"status --json"_s).object()[u"live"_s][u"uses"_s].toArray().size(), 2);
+    for (int time = 0; time < 2; ++time)
+        QCOMPARE(home.call(u"live off"_s).out,
+                 u"Kestrin does not tell who uses microphone, camera or screen.\n"_s);
+    QCOMPARE(home.story(),
+             (QStringList{u"Kestrin tells who uses microphone, camera or screen."_s,
+                          u"Kestrin no longer tells who uses microphone, camera or screen."_s}));
 }
 
 QTEST_GUILESS_MAIN(CommandLineTest)

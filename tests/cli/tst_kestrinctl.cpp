@@ -49,6 +49,7 @@ struct Home {
              {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"NO_COLOR"_s, u"LC_ALL"_s, u"LC_CTYPE"_s})
             environment.remove(name);
         environment.insert(u"HOME"_s, folder.path());
+        environment.insert(u"XDG_RUNTIME_DIR"_s, folder.path());
         environment.insert(u"XDG_DATA_HOME"_s, folder.filePath(u"data"_s));
         environment.insert(u"XDG_CONFIG_HOME"_s, folder.filePath(u"config"_s));
         environment.insert(u"KESTRINCTL"_s, QStringLiteral(KESTRINCTL));

@@ -41,7 +41,8 @@ class Program : public QProcess {
 class MediaServer {
   public:
     MediaServer() {
-        for (const char *const name : {"XDG_RUNTIME_DIR", "HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"})
+        for (const char *const name :
+             {"XDG_RUNTIME_DIR", "HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
             set(name, QFile::encodeName(m_folder.path()));
         for (const char *const name : {"PIPEWIRE_REMOTE", "PIPEWIRE_RUNTIME_DIR", "PULSE_SERVER"})
             set(name, {});

@@ -1,8 +1,11 @@
 // Who uses microphone, camera and screen, as real servers of sound and video tell.
 #include "desktop/live/PipeWireUses.h"
 #include "desktop/live/PulseUses.h"
+#include "engine/JSONMacActivityLogStore.h"
+#include "tests/support/Files.h"
 #include "tests/support/ListeningSocket.h"
 #include "tests/support/MediaServer.h"
+#include "tests/support/Samples.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -83,6 +86,20 @@ void start(MediaServer &media, Kind kind) {
         media.startPulseAudio();
 }
 
+/// kestrinctl in the home of the media server.
+class Kestrinctl : public Program {
+  public:
+    explicit Kestrinctl(const QStringList &words)
+        : Program(QStringList{QStringLiteral(KESTRINCTL)} + words) {}
+
+    static std::pair<int, QByteArray> call(const QString &words) {
+        Kestrinctl program(words.split(u' '));
+        if (!program.waitForFinished(patience))
+            qFatal("kestrinctl %s does not end.", qPrintable(words));
+        return {program.exitCode(), program.readAllStandardOutput()};
+    }
+};
+
 } // namespace
 
 class TstLiveUse : public QObject {
@@ -100,6 +117,8 @@ class TstLiveUse : public QObject {
     void crowd_data() { addServers(); }
     void crowd();
     void pulseAudioOfPipeWire();
+    void watching();
+    void withoutLibrary();
 
   private:
     static void addServers();
@@ -344,6 +363,84 @@ void TstLiveUse::pulseAudioOfPipeWire() {
     QVERIFY(!source.isOpen());
     QVERIFY(source.open(soon()));
     QVERIFY(source.isSoundServer());
+}
+
+/// From the recorder to the log, while the server goes and comes and another process switches.
+void TstLiveUse::watching() {
+    MediaServer media;
+    write(media.path(u"Kestrin/user-defaults.json"_s), "{\"kestrin.mac.enabledModeIDs\": []}");
+    media.startPipeWire();
+    Kestrinctl watch({u"watch"_s});
+    QStringList story;
+    const auto isTold = [&](const QString &sentence) {
+        story.append(sentence);
+        return QTest::qWaitFor(
+            [&] { return watch.canReadLine() && watch.readLine().endsWith("  " + sentence.toUtf8() + '\n'); },
+            patience);
+    };
+    const auto begin = [] { return std::make_unique<Program>(hearing(u"test-mic"_s)); };
+    const QString started = u"pacat started using the microphone."_s;
+    const QString stopped = u"pacat stopped using the microphone."_s;
+
+    const auto isConnected = [&watch] {
+        Program dump({u"pw-dump"_s});
+        dump.waitForFinished(patience);
+        return dump.readAllStandardOutput().contains("\"pipewire.sec.pid\": " +
+                                                     QByteArray::number(watch.process()));
+    };
+
+    QTRY_VERIFY_WITH_TIMEOUT(isConnected(), patience);
+    auto recorder = begin();
+    QVERIFY(isTold(started));
+    recorder->signal(SIGKILL);
+    QVERIFY(isTold(stopped));
+    recorder = begin();
+    QVERIFY(isTold(started));
+    media.server->signal(SIGKILL);
+    QVERIFY(isTold(stopped));
+    media.end();
+    media.startPipeWire();
+    recorder = begin();
+    QVERIFY(isTold(started));
+    QVERIFY(Kestrinctl::call(u"status"_s).second.contains("pacat (Microphone)"));
+
+    // Nobody is asked any more.
+    QVERIFY(isConnected());
+    QCOMPARE(Kestrinctl::call(u"live off"_s).first, 0);
+    QTRY_VERIFY_WITH_TIMEOUT(!isConnected(), 1000);
+    QVERIFY(isTold(u"Kestrin no longer tells who uses microphone, camera or screen."_s));
+    QCOMPARE(Kestrinctl::call(u"live"_s).first, 1);
+    QCOMPARE(Kestrinctl::call(u"live on"_s).first, 0);
+    QVERIFY(isTold(u"Kestrin tells who uses microphone, camera or screen."_s));
+    QVERIFY(isTold(u"pacat is using the microphone."_s));
+
+    // A server that is silent keeps nobody waiting.
+    media.server->signal(SIGSTOP);
+    QElapsedTimer time;
+    time.start();
+    QCOMPARE(Kestrinctl::call(u"status"_s).first, 0);
+    QVERIFY2(time.elapsed() < 1000, qPrintable(QString::number(time.elapsed())));
+    media.server->signal(SIGCONT);
+    recorder->signal(SIGKILL);
+    QVERIFY(isTold(stopped));
+    watch.signal(SIGINT);
+    QVERIFY(watch.waitForFinished(patience));
+    QCOMPARE(watch.exitCode(), 0);
+    JSONMacActivityLogStore log(QUrl::fromLocalFile(media.path(u"Kestrin/activity-log.json"_s)));
+    QCOMPARE(samples::story(log), story);
+}
+
+/// The server is there, and what one needs to speak with it is not.
+void TstLiveUse::withoutLibrary() {
+    MediaServer media;
+    write(media.path(u"lib/libpipewire-0.3.so.0"_s), "");
+    const ListeningSocket server;
+    qputenv("PIPEWIRE_REMOTE", server.path());
+    Program status(
+        {u"env"_s, u"LD_LIBRARY_PATH="_s + media.path(u"lib"_s), QStringLiteral(KESTRINCTL), u"status"_s});
+    QVERIFY(status.waitForFinished(patience));
+    QVERIFY(status.readAllStandardOutput().contains(
+        "through PipeWire are not seen, because its client library is not installed."));
 }
 
 } // namespace kestrin::desktop
