@@ -12,6 +12,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 namespace kestrin::bench {
 
@@ -71,6 +72,21 @@ void run(const Arguments &arguments) {
     int status = -1;
     if (::waitpid(spawn(arguments, -1), &status, 0) < 0 || status != 0)
         giveUp(arguments[0] + " fails.");
+}
+
+double processorTimeOf(pid_t process) {
+    std::ifstream file(ofProcess(process) / "stat");
+    std::string text;
+    std::getline(file, text);
+    // Behind the name, which may hold anything, the two are the 12th and the 13th.
+    std::istringstream rest(text.substr(text.rfind(')') + 1));
+    std::string word;
+    for (int skipped = 0; skipped < 11; ++skipped)
+        rest >> word;
+    long long user = 0;
+    long long system = 0;
+    rest >> user >> system;
+    return 1000.0 * static_cast<double>(user + system) / static_cast<double>(::sysconf(_SC_CLK_TCK));
 }
 
 Child::Child(const Arguments &arguments, Readiness readiness) {

@@ -14,6 +14,9 @@ using Arguments = std::vector<std::string>;
 /// Runs a program to its end with its output thrown away. Gives up when it does not end with 0.
 void run(const Arguments &arguments);
 
+/// Milliseconds for which a process has had a processor, in steps of 10.
+double processorTimeOf(pid_t process);
+
 /// A program that runs until this goes. Its output is thrown away.
 class Child {
   public:
@@ -36,6 +39,7 @@ class Child {
     WakeUps wakeUps() const;
     /// How often any of them has been since. One that has ended since counts as woken once, for its end.
     long long wakeUpsSince(const WakeUps &before) const;
+    double processorTime() const { return processorTimeOf(m_process); }
     /// Megabytes.
     double residentMemory() const;
     /// Megabytes that nothing on the disk stands for, and that no other program changes by coming or going.
