@@ -116,7 +116,8 @@ QString acceptedWords(const CommandDescription &command) {
     if (command.arguments == CommandArguments::presetSwitch)
         return u"ID is one of "_s + presetIDs().join(u", "_s) + u'.';
     if (command.options.contains(u"--kind"_s))
-        return u"KIND is "_s + rawValuesListed<engine::MacProtectionEventKind>() + u'.';
+        return u"KIND is "_s + rawValuesListed<runtime::LogKind>() +
+               u". Who begins or ceases to use microphone, camera or screen is a deviceUse."_s;
     return {};
 }
 

@@ -29,7 +29,8 @@ void LogIndex::append(const MacProtectionEvent &event) {
                          .milliseconds = event.date.toMSecsSinceEpoch(),
                          .app = numberOf({event.appName, event.bundleIdentifier}),
                          .message = numberOf(event.message),
-                         .kind = event.kind});
+                         .kind = event.kind,
+                         .lookedFor = logKindOf(event)});
 }
 
 MacProtectionEvent LogIndex::at(qsizetype number) const {
@@ -75,7 +76,7 @@ LogIndex::Numbers LogIndex::find(const LogQuery &query) const {
         const QDateTime date =
             asksForTime ? QDateTime::fromMSecsSinceEpoch(each.milliseconds, universalTime) : QDateTime();
         if (isAppAccepted[each.app] && (isTextInApp[each.app] || isTextInMessage[each.message]) &&
-            query.acceptsMoment(date, each.kind))
+            query.acceptsMoment(date, each.lookedFor))
             found.push_back(number);
     }
     return found;

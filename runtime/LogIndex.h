@@ -40,6 +40,8 @@ class LogIndex {
         quint32 app;
         quint32 message;
         engine::MacProtectionEventKind kind;
+        /// As which it is looked for.
+        LogKind lookedFor;
     };
 
     const Entry &entry(qsizetype number) const { return m_entries[static_cast<std::size_t>(number)]; }

@@ -1,5 +1,7 @@
 #include "runtime/LogQuery.h"
 
+#include "engine/live/DeviceUse.h"
+
 #include <algorithm>
 
 namespace kestrin::runtime {
@@ -18,13 +20,34 @@ bool isOf(const LoggedApp &app, const QString &part) {
 
 } // namespace
 
+LogKind logKindOf(const MacProtectionEvent &event) {
+    using enum MacProtectionEventKind;
+    switch (event.kind) {
+    case privacyModeOn:
+        return LogKind::privacyModeOn;
+    case privacyModeOff:
+        return LogKind::privacyModeOff;
+    case riskAppMatched:
+        return usedCategory(event) ? LogKind::deviceUse : LogKind::riskAppMatched;
+    case relaunchDetected:
+        return LogKind::relaunchDetected;
+    case quitRequested:
+        return LogKind::quitRequested;
+    case dryRun:
+        return LogKind::dryRun;
+    case actionFailed:
+        break;
+    }
+    return LogKind::actionFailed;
+}
+
 bool LogQuery::accepts(const MacProtectionEvent &event) const {
     const LoggedApp app{event.appName, event.bundleIdentifier};
-    return acceptsMoment(event.date, event.kind) && acceptsApp(app) &&
+    return acceptsMoment(event.date, logKindOf(event)) && acceptsApp(app) &&
            (findsTextIn(event.message) || findsTextIn(app));
 }
 
-bool LogQuery::acceptsMoment(const QDateTime &date, MacProtectionEventKind kind) const {
+bool LogQuery::acceptsMoment(const QDateTime &date, LogKind kind) const {
     if ((since && date < *since) || (until && date > *until))
         return false;
     return kinds.isEmpty() || kinds.contains(kind);

@@ -7,6 +7,32 @@
 
 namespace kestrin::runtime {
 
+/// What somebody looks for in the log: events of a kind. Those that tell who uses a device are one of their
+/// own, and no matches.
+enum class LogKind {
+    privacyModeOn,
+    privacyModeOff,
+    riskAppMatched,
+    relaunchDetected,
+    quitRequested,
+    dryRun,
+    actionFailed,
+    deviceUse,
+};
+
+constexpr auto rawValuesOf(LogKind) {
+    using enum LogKind;
+    using foundation::RawValue;
+    return std::array{
+        RawValue{privacyModeOn, "privacyModeOn"},   RawValue{privacyModeOff, "privacyModeOff"},
+        RawValue{riskAppMatched, "riskAppMatched"}, RawValue{relaunchDetected, "relaunchDetected"},
+        RawValue{quitRequested, "quitRequested"},   RawValue{dryRun, "dryRun"},
+        RawValue{actionFailed, "actionFailed"},     RawValue{deviceUse, "deviceUse"},
+    };
+}
+
+LogKind logKindOf(const engine::MacProtectionEvent &event);
+
 /// The application that an event tells of, if it tells of one.
 struct LoggedApp {
     std::optional<QString> name = {};
@@ -22,7 +48,7 @@ struct LogQuery {
     std::optional<QDateTime> since = {};
     std::optional<QDateTime> until = {};
     /// One of these.
-    QList<engine::MacProtectionEventKind> kinds = {};
+    QList<LogKind> kinds = {};
     /// Parts of the application's name or identifier, of which one is there, in whichever case.
     QStringList apps = {};
     /// The application's name as it stands, one of these.
@@ -35,7 +61,7 @@ struct LogQuery {
     bool accepts(const engine::MacProtectionEvent &event) const;
     /// What `accepts` comes to, for those who know many events by their parts. An event is accepted where its
     /// moment, its kind and its application are, and the text is found in its application or its message.
-    bool acceptsMoment(const QDateTime &date, engine::MacProtectionEventKind kind) const;
+    bool acceptsMoment(const QDateTime &date, LogKind kind) const;
     bool acceptsApp(const LoggedApp &app) const;
     bool findsTextIn(const LoggedApp &app) const;
     bool findsTextIn(const QString &message) const;

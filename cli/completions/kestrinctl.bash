@@ -25,7 +25,7 @@ _kestrinctl() {
         schedule autostart desktop diagnostics'
     local definitions='zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind
         macwhisper otter'
-    local kinds='privacyModeOn privacyModeOff riskAppMatched relaunchDetected quitRequested dryRun actionFailed'
+    local kinds='privacyModeOn privacyModeOff riskAppMatched relaunchDetected quitRequested dryRun actionFailed deviceUse'
     local presets='sleep away focus travel manual'
 
     # The command is the first word that is no option; the word behind it decides about presets.

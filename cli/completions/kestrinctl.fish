@@ -3,7 +3,7 @@
 set -l commands apps catalog check watch log live status on off pause resume protect unprotect recommended enforce schedule autostart desktop diagnostics
 set -l definitions zoom facetime teams quicktime voice-memos photo-booth chrome safari wispr-flow rewind macwhisper otter
 set -l presets sleep away focus travel manual
-set -l kinds privacyModeOn privacyModeOff riskAppMatched relaunchDetected quitRequested dryRun actionFailed
+set -l kinds privacyModeOn privacyModeOff riskAppMatched relaunchDetected quitRequested dryRun actionFailed deviceUse
 set -l none "not __fish_seen_subcommand_from $commands"
 
 complete -c kestrinctl -f

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/MacProtectionEvent.h"
 #include "engine/MacRiskCategory.h"
 #include "foundation/JsonCoding.h"
 
@@ -34,9 +35,16 @@ struct DeviceUse {
     bool operator==(const DeviceUse &) const = default;
 };
 
+/// "microphone", "camera" or "screen".
+QString deviceName(MacRiskCategory category);
+
 /// "NAME started using the microphone.", and so on, for people.
 QString startedSentence(const DeviceUse &use);
 QString goingOnSentence(const DeviceUse &use);
 QString stoppedSentence(const DeviceUse &use);
+
+/// What an event of the log tells that its application began or ceased to use; absent for all others. Such an
+/// event has the kind of a match, and a message that is one of these sentences about its application.
+std::optional<MacRiskCategory> usedCategory(const MacProtectionEvent &event);
 
 } // namespace kestrin::engine

@@ -113,19 +113,27 @@ class LogWindowTest : public QObject {
 
 void LogWindowTest::theIndexFindsWhatIsAskedFor() {
     const QDateTime now(QDate(2026, 3, 14), QTime(12, 0), universalTime);
-    const QList<MacProtectionEvent> events = eventsOfYears(now, 2000);
+    QList<MacProtectionEvent> events = eventsOfYears(now, 2000);
+    qsizetype uses = 0;
+    for (MacProtectionEvent &event : events) {
+        if (event.kind != Kind::riskAppMatched || !event.appName || ++uses % 2 == 0)
+            continue;
+        event.message = *event.appName + u" started using the camera."_s;
+    }
     InMemoryMacActivityLogStore log(events);
     const std::optional<LogIndex> index = LogIndex::of(log);
     QVERIFY(index && index->size() == events.size());
     const QList<LogQuery> queries{
         {},
         {.since = now.addDays(-3), .until = now.addDays(-1)},
-        {.kinds = {Kind::dryRun, Kind::actionFailed}},
+        {.kinds = {LogKind::dryRun, LogKind::actionFailed}},
+        {.kinds = {LogKind::deviceUse}},
+        {.kinds = {LogKind::riskAppMatched}},
         {.names = {u"Zoom"_s}},
         {.names = {u""_s, u"Otter AI"_s}, .text = u"EVENT 1"_s},
         {.apps = {u"zoom"_s}, .text = u"7"_s},
         {.text = u"id.2"_s},
-        {.kinds = {Kind::privacyModeOn}, .names = {u"=Evil, \"Ltd\"\u202e"_s}, .text = u"evil"_s},
+        {.kinds = {LogKind::privacyModeOn}, .names = {u"=Evil, \"Ltd\"\u202e"_s}, .text = u"evil"_s},
         {.text = u"nowhere"_s},
     };
     for (const LogQuery &query : queries) {
@@ -134,6 +142,7 @@ void LogWindowTest::theIndexFindsWhatIsAskedFor() {
             found.prepend(index->at(number));
         QCOMPARE(found, query.firstOf(events, events.size()));
     }
+    QCOMPARE(index->find({.kinds = {LogKind::deviceUse}}).size(), static_cast<std::size_t>((uses + 1) / 2));
     QCOMPARE(index->names().size(), 5);
 }
 

@@ -533,6 +533,11 @@ void CommandLineTest::loggedPart() {
         QVERIFY2(messages == wanted, qUtf8Printable(options.join(u' ')));
     }
     QVERIFY(home.call(u"log --kind actionFailed"_s).out.startsWith(u"No event"));
+    // Who uses a device is no match.
+    home.log.append(
+        MacProtectionEvent::create(noon, riskAppMatched, u"Zoom stopped using the screen."_s, u"Zoom"_s));
+    QVERIFY(home.call(u"log --kind deviceUse"_s).out.endsWith(u"  Zoom stopped using the screen.\n"));
+    QVERIFY(home.call(u"log --kind riskAppMatched"_s).out.startsWith(u"No event"));
 }
 
 void CommandLineTest::ownApplications() {

@@ -237,7 +237,7 @@ QVariant LogLines::eventData(quint32 number, int role) const {
     case Message:
         return m_lastRow.subtitle;
     case Kind:
-        return event.appName ? kindTitle(event.kind) : QString();
+        return event.appName ? kindTitle(event) : QString();
     case Time:
         return m_lastRow.status;
     case Symbol:

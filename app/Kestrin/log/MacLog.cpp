@@ -24,8 +24,6 @@ using namespace runtime;
 
 namespace {
 
-using Kind = MacProtectionEventKind;
-
 template <typename Value>
 void toggleIn(QList<Value> &list, const Value &value) {
     if (!list.removeOne(value))
@@ -60,7 +58,7 @@ void MacLog::setSearch(const QString &search) {
 
 QStringList MacLog::kindTitles() {
     QStringList titles;
-    for (const Kind kind : allCases<Kind>())
+    for (const LogKind kind : allCases<LogKind>())
         titles.append(kindTitle(kind));
     return titles;
 }
@@ -81,7 +79,7 @@ QStringList MacLog::appPictures() const {
 
 QList<int> MacLog::kinds() const {
     QList<int> places;
-    for (const Kind kind : m_query.kinds)
+    for (const LogKind kind : m_query.kinds)
         places.append(static_cast<int>(kind));
     return places;
 }
@@ -117,7 +115,7 @@ void MacLog::chooseFile(const QString &suggested) {
 }
 
 void MacLog::toggleKind(int place) {
-    toggleIn(m_query.kinds, static_cast<Kind>(place));
+    toggleIn(m_query.kinds, static_cast<LogKind>(place));
     adoptFilter();
 }
 

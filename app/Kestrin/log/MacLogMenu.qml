@@ -49,7 +49,7 @@ FocusScope {
         // The button is in what this lies over.
         x: root.button.x + root.button.width - width
         y: root.button.y + root.button.height + 6
-        width: Math.max(root.button.width, 250)
+        width: Math.max(root.button.width, 250 * KestrinAppearance.textScale)
         height: Math.min(list.count * root.lineHeight + 12, root.height - y - 12)
         radius: 12
         color: KestrinColors.surface

@@ -2,6 +2,7 @@
 
 #include "app/Kestrin/rows/ShownText.h"
 #include "design/KestrinTone.h"
+#include "engine/live/DeviceUse.h"
 #include "runtime/StatusSummaries.h"
 
 #include <algorithm>
@@ -60,21 +61,23 @@ struct EventLook {
     QString title;
 };
 
-EventLook lookOf(MacProtectionEventKind kind) {
+EventLook lookOf(LogKind kind) {
     switch (kind) {
-    case MacProtectionEventKind::privacyModeOn:
+    case LogKind::privacyModeOn:
         return {u"checkmark.shield.fill"_s, KestrinTone::Protected, u"Privacy Mode On"_s};
-    case MacProtectionEventKind::privacyModeOff:
+    case LogKind::privacyModeOff:
         return {u"pause.circle.fill"_s, KestrinTone::Attention, u"Privacy Mode Off"_s};
-    case MacProtectionEventKind::riskAppMatched:
+    case LogKind::riskAppMatched:
         return {u"scope"_s, KestrinTone::Protected, u"Protected app matched"_s};
-    case MacProtectionEventKind::relaunchDetected:
+    case LogKind::relaunchDetected:
         return {u"arrow.clockwise.circle.fill"_s, KestrinTone::Link, u"Relaunch detected"_s};
-    case MacProtectionEventKind::quitRequested:
+    case LogKind::quitRequested:
         return {u"xmark.circle.fill"_s, KestrinTone::Risk, u"Quit requested"_s};
-    case MacProtectionEventKind::dryRun:
+    case LogKind::dryRun:
         return {u"eye.fill"_s, KestrinTone::Link, u"Preview"_s};
-    case MacProtectionEventKind::actionFailed:
+    case LogKind::deviceUse:
+        return {u"mic.fill"_s, KestrinTone::Link, u"Microphone, camera and screen"_s};
+    case LogKind::actionFailed:
         break;
     }
     return {u"exclamationmark.triangle.fill"_s, KestrinTone::Attention, u"Action failed"_s};
@@ -123,17 +126,23 @@ PageRow rowOf(const ModePreset &preset) {
 }
 
 PageRow rowOf(const MacProtectionEvent &event) {
-    const EventLook look = lookOf(event.kind);
+    const EventLook look = lookOf(logKindOf(event));
+    const auto used = usedCategory(event);
     return {.id = event.id.toString(QUuid::WithoutBraces),
             .title = event.appName ? shownName(*event.appName) : look.title,
             .subtitle = shownMessage(event),
             .status = timeOfDayLabelFor(event.date),
-            .icon = look.icon,
+            .icon = used ? iconOf({*used}) : look.icon,
             .tone = static_cast<int>(look.tone)};
 }
 
-QString kindTitle(MacProtectionEventKind kind) {
+QString kindTitle(LogKind kind) {
     return lookOf(kind).title;
+}
+
+QString kindTitle(const MacProtectionEvent &event) {
+    const auto used = usedCategory(event);
+    return used ? userLabel(*used) : kindTitle(logKindOf(event));
 }
 
 int actionCountOf(const QList<RiskAppMatch> &matches) {

@@ -3,6 +3,7 @@
 
 #include "engine/MacProtectionEvent.h"
 #include "engine/RiskAppMatch.h"
+#include "runtime/LogQuery.h"
 #include "shared/DomainRecords.h"
 
 namespace kestrin::app {
@@ -47,8 +48,10 @@ PageRow rowOf(const shared::ModePreset &preset);
 /// An event, with its local time of day. Its title is the application's name, also an empty one; the kind of
 /// the event where there is none.
 PageRow rowOf(const engine::MacProtectionEvent &event);
-/// What an event of this kind is called.
-QString kindTitle(engine::MacProtectionEventKind kind);
+/// What events of this kind are called.
+QString kindTitle(runtime::LogKind kind);
+/// The same for one of them; where it tells of a device, that is what it is called.
+QString kindTitle(const engine::MacProtectionEvent &event);
 
 /// How many of the matches would be, or were, asked to quit.
 int actionCountOf(const QList<engine::RiskAppMatch> &matches);
