@@ -12,8 +12,22 @@ Rectangle {
     readonly property Item focusItem: Window.activeFocusItem
     readonly property alias contentY: view.contentY
 
+    // Where somebody scrolled to. There may be too little room for it at the moment.
+    property real wantedY: 0
+
     function scrollTo(y: real) {
-        view.contentY = Math.max(0, Math.min(y, view.contentHeight - view.height));
+        wantedY = Math.max(0, Math.min(y, view.contentHeight - view.height));
+        view.contentY = wantedY;
+    }
+
+    function fit() {
+        view.contentY = Math.max(0, Math.min(wantedY, view.contentHeight - view.height));
+    }
+
+    // The page itself was moved down. What is read further down stays where it is.
+    function takeMove(distance: real) {
+        if (wantedY > 0)
+            scrollTo(wantedY + distance);
     }
 
     function scrollBy(distance: real) {
@@ -54,8 +68,8 @@ Rectangle {
         interactive: false
         contentWidth: width
         contentHeight: column.implicitHeight + 26 + 34
-        onHeightChanged: root.scrollBy(0)
-        onContentHeightChanged: root.scrollBy(0)
+        onHeightChanged: root.fit()
+        onContentHeightChanged: root.fit()
 
         Column {
             id: column
