@@ -46,6 +46,17 @@ PrivacyModeCheck PrivacyModeController::check(const PrivacyModeSettings &setting
     return {{matches, events}, record(events)};
 }
 
+QList<MacProtectionEvent> PrivacyModeController::checkOne(const RunningMacApp &app,
+                                                          const PrivacyModeSettings &settings, bool dryRun) {
+    const RiskAppDefinition *const definition = m_matcher.definition(app);
+    QList<MacProtectionEvent> events;
+    if (!definition || !settings.asksToQuit(*definition))
+        return events;
+    appendMatchEvents({app, *definition}, dryRun, events);
+    record(events);
+    return events;
+}
+
 StoreResult PrivacyModeController::record(const QList<MacProtectionEvent> &events) {
     StoreResult recorded;
     for (const MacProtectionEvent &event : events)

@@ -36,6 +36,9 @@ class PrivacyModeController {
     }
     /// The same, for those who have to know whether it is recorded.
     PrivacyModeCheck check(const PrivacyModeSettings &settings, bool dryRun);
+    /// The same for one application and nothing else. Says nothing where it is not to be asked.
+    QList<MacProtectionEvent> checkOne(const RunningMacApp &app, const PrivacyModeSettings &settings,
+                                       bool dryRun);
 
   private:
     foundation::StoreResult record(const QList<MacProtectionEvent> &events);

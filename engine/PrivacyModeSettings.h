@@ -18,6 +18,11 @@ struct PrivacyModeSettings {
         return protectedDefinitionIDs.isEmpty() || protectedDefinitionIDs.contains(definition.id);
     }
 
+    /// Whether an application that matches the definition is to be asked to quit.
+    bool asksToQuit(const RiskAppDefinition &definition) const {
+        return isEnabled && protects(definition) && definition.defaultAction != RiskAppAction::allow;
+    }
+
     bool operator==(const PrivacyModeSettings &) const = default;
 
     static constexpr auto jsonFields() {

@@ -41,7 +41,7 @@ QList<MacProtectionEvent> RiskAppRelaunchMonitor::handleLaunchedApp(const Runnin
     if (!settings.isEnabled)
         return {};
     const std::optional<RiskAppDefinition> definition = m_catalog.definition(app);
-    if (!definition || !settings.protects(*definition) || definition->defaultAction == RiskAppAction::allow)
+    if (!definition || !settings.asksToQuit(*definition))
         return {};
 
     const auto detected =

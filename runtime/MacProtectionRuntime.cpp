@@ -296,6 +296,35 @@ PrivacyModeCheck MacProtectionRuntime::performCheck(bool dryRun) {
     return check;
 }
 
+QList<MacProtectionEvent> MacProtectionRuntime::askAgain(const DeviceUse &use) {
+    const RiskAppMatcher &matcher = m_catalog.matcher();
+    const auto *const wanted =
+        matcher.definition({use.processIdentifier, use.localizedName, use.bundleIdentifier, {}});
+    if (!wanted)
+        return {};
+    QList<RunningMacApp> apps = m_inventoryService->runningApps();
+    apps.removeIf([&](const RunningMacApp &app) { return matcher.definition(app) != wanted; });
+    const auto isUser = [&](const RunningMacApp &app) {
+        return app.processIdentifier == use.processIdentifier;
+    };
+    if (std::any_of(apps.cbegin(), apps.cend(), isUser))
+        apps.removeIf([&](const RunningMacApp &app) { return !isUser(app); });
+    PrivacyModeController controller(matcher, m_inventoryService, m_actionPerformer, m_logStore, m_clock);
+    const PrivacyModeSettings settings = m_settingsStore->load();
+    QList<MacProtectionEvent> events;
+    for (const RunningMacApp &app : std::as_const(apps))
+        events += controller.checkOne(app, settings, !m_enforceActions);
+    refreshInventoryPreview();
+    reloadRecentEvents();
+    tellQuitRequests(events);
+    return events;
+}
+
+bool MacProtectionRuntime::asksToQuit(const QString &id) const {
+    const RiskAppDefinition *const definition = findDefinition(catalog(), id);
+    return m_enforceActions && definition && m_settingsStore->load().asksToQuit(*definition);
+}
+
 void MacProtectionRuntime::refreshInventoryPreview() {
     const QList<RunningMacApp> apps = m_inventoryService->runningApps();
     const PrivacyModeSettings settings = m_settingsStore->load();

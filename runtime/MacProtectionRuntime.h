@@ -3,6 +3,7 @@
 #include "engine/PrivacyModeController.h"
 #include "engine/PrivacyModeSettingsStoring.h"
 #include "engine/RiskAppRelaunchMonitor.h"
+#include "engine/live/DeviceUse.h"
 #include "runtime/CurrentCatalog.h"
 #include "runtime/Outcome.h"
 #include "runtime/PauseClock.h"
@@ -145,6 +146,12 @@ class MacProtectionRuntime : public QObject {
     void runLiveCheck() { performCheck(!m_enforceActions); }
     /// The same with the choice made by the caller.
     engine::PrivacyModeCheck performCheck(bool dryRun);
+    /// Asks one application that uses a device to quit, as a check would: what runs under its process, else
+    /// what runs of the same definition. Returns what was recorded: nothing where it is not to be asked by
+    /// now, or has no window.
+    QList<engine::MacProtectionEvent> askAgain(const engine::DeviceUse &use);
+    /// Whether checks and the monitor ask applications of this definition to quit now. Loads the settings.
+    bool asksToQuit(const QString &id) const;
     /// Counts and matches the running applications without acting or recording. Ignores whether Privacy Mode
     /// is on.
     void refreshInventoryPreview();

@@ -134,12 +134,13 @@ int main(int argc, char **argv) {
     KestrinAppearance::shared().setPreference(options.appearance);
     const auto workspace = makeWorkspace();
     const auto defaults = makeUserDefaults();
+    const auto deviceUses = makeDeviceUses();
     const auto loginItem = makeLoginItem(QCoreApplication::applicationFilePath());
     const auto permission = makeDesktopPermission();
     const auto installed = makeInstalledApplications();
     using Start = KestrinApplication::Start;
     KestrinApplication kestrin(options.background ? Start::inBackground : Start::withWindow, *defaults,
-                               *loginItem, *permission, *installed);
+                               *deviceUses, *loginItem, *permission, *installed);
 
     const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     closeToOthers(folder);

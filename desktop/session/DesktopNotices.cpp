@@ -84,7 +84,7 @@ void DesktopNotices::takeAction(uint id, const QString &action) {
     if (action != acceptance)
         Q_EMIT clicked(token);
     else if (offer.accept)
-        offer.accept();
+        offer.accept(token);
 }
 
 void DesktopNotices::forget(uint id) {

@@ -15,10 +15,11 @@ class DesktopNotices : public QObject {
   public:
     explicit DesktopNotices(QObject *parent = nullptr);
 
-    /// A button of a notice: its title, and what happens when somebody chooses it.
+    /// A button of a notice: its title, and what happens when somebody chooses it. That gets the token for
+    /// bringing a window to the front, which may be empty.
     struct Offer {
         QString title;
-        std::function<void()> accept;
+        std::function<void(const QString &token)> accept;
     };
 
     /// What becomes of a notice.

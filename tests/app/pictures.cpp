@@ -22,6 +22,7 @@ using namespace kestrin;
 using namespace kestrin::design;
 using namespace kestrin::app;
 using namespace kestrin::engine;
+using namespace kestrin::runtime;
 
 namespace {
 
@@ -238,6 +239,46 @@ QList<Scene> scenes() {
             QTest::keyClick(&window, Qt::Key_Tab);
         QTest::keyClick(&window, Qt::Key_Return);
     };
+    using enum MacRiskCategory;
+    const auto using_ = [](samples::WindowHome &home,
+                           const QList<std::pair<QString, MacRiskCategory>> &uses) {
+        home.shown->protection.liveUse.start();
+        for (const auto &[name, category] : uses)
+            home.deviceUses.begin({category, 100, name, {}, home.now});
+        QTest::qWait(20);
+    };
+    const auto usesOne = [using_](samples::WindowHome &home) { using_(home, {{u"Zoom"_s, microphone}}); };
+    const auto usesMany = [using_](samples::WindowHome &home) {
+        home.shown->protection.state.pauseForAnHour();
+        const QString endless = u"An application with a name that does not end where others do"_s;
+        using_(home, {{u"Zoom"_s, microphone},
+                      {u"Zoom"_s, camera},
+                      {endless, screenCapture},
+                      {u"Firefox"_s, microphone},
+                      {u"Audacity"_s, microphone},
+                      {u"OBS Studio"_s, screenCapture}});
+    };
+    const auto usesBlind = [using_](samples::WindowHome &home) {
+        using_(home, {{u"Zoom"_s, microphone}, {u"Zoom"_s, camera}});
+    };
+    const auto protecting = [](samples::WindowHome &home) {
+        home.shown->window.protectApp(u"pw-record"_s, {}, {microphone, screenCapture});
+    };
+    const auto usedDays = [days](samples::WindowHome &home) {
+        const DeviceUse use{microphone, 100, u"Zoom"_s, u"us.zoom.xos"_s, home.now};
+        const DeviceUse shares{screenCapture, 100, u"KeePassXC"_s, u"org.keepassxc.KeePassXC"_s, home.now};
+        days(home);
+        for (const QString &message : {startedSentence(use), stoppedSentence(use)})
+            home.log.append(MacProtectionEvent::create(home.now, MacProtectionEventKind::riskAppMatched,
+                                                       message, use.localizedName, use.bundleIdentifier));
+        home.log.append(MacProtectionEvent::create(home.now, MacProtectionEventKind::riskAppMatched,
+                                                   startedSentence(shares), shares.localizedName,
+                                                   shares.bundleIdentifier));
+    };
+    const auto usesLogged = [](samples::WindowHome &home) {
+        home.openLog();
+        home.shown->log->log().toggleKind(static_cast<int>(LogKind::deviceUse));
+    };
     // The stored ones are every page in each of its states, every kind of row, both appearances.
     QList<Scene> all{
         {u"home"_s, MacSection::Home, afternoon, u"light"_s},
@@ -266,7 +307,14 @@ QList<Scene> scenes() {
         {u"first-login"_s, MacSection::Home, firstStart, {}, firstStartAt(2)},
         {u"first-schedules-eased"_s, MacSection::Home, firstStartEased, {}, firstStartAt(1)},
         {u"closing-question"_s, MacSection::Home, firstStart, {}, {}, u"MacClosingQuestion.qml"_s},
+        {u"uses"_s, MacSection::Home, afternoon, {}, usesOne},
+        {u"uses-many"_s, MacSection::Activity, afternoon, {}, usesMany},
+        {u"uses-eased"_s, MacSection::Home, eased, {}, usesMany},
+        {u"uses-blind"_s, MacSection::Home, blind, {}, usesBlind},
+        {u"protect-seen"_s, MacSection::Home, withOwn, {}, protecting},
+        {u"protect-seen-eased"_s, MacSection::Home, eased, {}, protecting},
         {u"log"_s, MacSection::Home, days, {}, log},
+        {u"log-uses"_s, MacSection::Home, usedDays, {}, usesLogged},
         {u"log-eased"_s, MacSection::Home, easedDays, {}, log},
         {u"log-found"_s, MacSection::Home, days, {}, found},
         {u"log-lost"_s, MacSection::Home, days, {}, lost},

@@ -3,7 +3,9 @@
 // another one, and which quit requests the desktop shows.
 
 #include "app/Kestrin/program/QuitNotices.h"
+#include "app/Kestrin/program/UseNotices.h"
 #include "app/Kestrin/rows/RecordListModel.h"
+#include "app/Kestrin/rows/UseTexts.h"
 #include "design/DesktopPreferences.h"
 #include "design/FittedText.h"
 #include "design/KestrinAppearance.h"
@@ -91,6 +93,14 @@ struct Desk : samples::WindowHome {
             }
         }
     }
+    void begin(const DeviceUse &use) {
+        deviceUses.begin(use);
+        QCoreApplication::processEvents();
+    }
+    void end(const DeviceUse &use) {
+        deviceUses.end(use);
+        QCoreApplication::processEvents();
+    }
     void flipTheOnlySwitch() const { click(all("KestrinToggle").first()); }
     qsizetype recorded(const QString &message) const {
         return samples::messages(runtime().logStore().recent(1000)).count(message);
@@ -102,6 +112,15 @@ struct Desk : samples::WindowHome {
 const QString checkedOn = u"Privacy Mode is on. Evaluating Mac protected apps."_s;
 const QString checkedOff = u"Privacy Mode is off. No Mac app actions were taken."_s;
 const QString switchedOff = u"Privacy Mode is off for this Mac."_s;
+
+constexpr auto mic = MacRiskCategory::microphone;
+constexpr auto camera = MacRiskCategory::camera;
+constexpr auto screen = MacRiskCategory::screenCapture;
+
+DeviceUse useOf(const QString &name, MacRiskCategory category, qint32 process = 77,
+                const std::optional<QString> &identifier = {}) {
+    return {category, process, name, identifier, systemTime()};
+}
 
 QString idsOf(const RecordListModel &model) {
     QStringList ids;
@@ -133,9 +152,11 @@ class WindowTest : public QObject {
     void home();
     void nothingIsCut();
     void quietLine();
+    void whoUsesWhat();
     void appsAreCountedAndListed();
     void appsFollowTheFlag();
     void addingAnApp();
+    void protectingWhatWasSeen();
     void removingAnApp();
     void hundredsOfApps();
     void activity();
@@ -143,6 +164,7 @@ class WindowTest : public QObject {
     void oddNames();
     void listChanges();
     void noticesOnceInTenSeconds();
+    void noticesOfUses();
     void namesFromOutside();
 
   private:
@@ -248,6 +270,74 @@ void WindowTest::quietLine() {
         u"Privacy Mode is paused until 13:00. It comes back on by itself, and schedules rest until then."_s));
 }
 
+void WindowTest::whoUsesWhat() {
+    const QString longest(300, u'x');
+    const QString shortened = QString(39, u'x') + u'…';
+    QList<DeviceUse> many;
+    for (const QString &name : {u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"E"_s, u"F"_s, u"G"_s})
+        many.append(useOf(name, name == u"G" ? screen : mic));
+    const struct {
+        QList<DeviceUse> uses;
+        QStringList lines;
+        QString sentences;
+    } cases[] = {
+        {{}, {}, {}},
+        // Whatever came first, and however many processes it has.
+        {{useOf(u"Zoom"_s, screen), useOf(u"Fox"_s, mic), useOf(u"Zoom"_s, mic, 78), useOf(u"Zoom"_s, mic),
+          useOf(u"Zoom"_s, camera)},
+         {u"Zoom: microphone, camera, screen"_s, u"Fox: microphone"_s},
+         u"Zoom uses the microphone, the camera and the screen. Fox uses the microphone."_s},
+        {{useOf(longest, camera), useOf(u"a\nb\u202e"_s, mic)},
+         {shortened + u": camera"_s, u"a\\u000ab\\u202e: microphone"_s},
+         shortened + u" uses the camera. a\\u000ab\\u202e uses the microphone."_s},
+        {many,
+         {u"A: microphone"_s, u"B: microphone"_s, u"C: microphone"_s, u"D: microphone"_s, u"E: microphone"_s,
+          u"and 2 more"_s},
+         u"A uses the microphone. B uses the microphone. C uses the microphone. 4 other applications use the "
+         "microphone or the screen."_s},
+    };
+    for (const auto &each : cases) {
+        QCOMPARE(useLines(each.uses), each.lines);
+        QCOMPARE(useSentences(each.uses), each.sentences);
+    }
+
+    Desk desk(MacSection::Connect);
+    desk.window().resize(1040, 680);
+    desk.begin(useOf(u"Early"_s, camera));
+    QVERIFY(desk.all("MacQuietLine").isEmpty());
+    desk.shown->protection.liveUse.start();
+    QCoreApplication::processEvents();
+    desk.settle();
+    QVERIFY(desk.says(u"Early uses the camera."_s));
+    // Beside what else is to be said, and what one reads further down stays where it is.
+    QTest::keyClick(&desk.window(), Qt::Key_End, Qt::ControlModifier);
+    const auto placeOfLast = [&] {
+        desk.settle();
+        QCoreApplication::processEvents();
+        desk.settle();
+        return desk.all("KestrinText").constLast()->mapToScene({}).y();
+    };
+    const qreal place = placeOfLast();
+    desk.state().pauseForAnHour();
+    QCOMPARE(placeOfLast(), place);
+    QVERIFY(desk.says(u"Early uses the camera."_s) && desk.one("KestrinSecondaryButton", u"Resume"_s));
+    // Who begins and ends all the time does not flicker.
+    QSignalSpy changed(desk.state().property("liveUse").value<MacLiveUse *>(), &MacLiveUse::changed);
+    for (int i = 0; i < 20; ++i) {
+        desk.end(useOf(u"Early"_s, camera));
+        desk.begin(useOf(u"Early"_s, camera));
+    }
+    QCOMPARE(changed.count(), 0);
+    desk.deviceUses.end(desk.deviceUses.uses().first());
+    QTRY_COMPARE(changed.count(), 1);
+    QCOMPARE(placeOfLast(), place);
+    QVERIFY(!desk.says(u"Early uses the camera."_s));
+    desk.begin(useOf(u"Late"_s, screen));
+    desk.state().property("liveUse").value<MacLiveUse *>()->setOn(false);
+    desk.settle();
+    QVERIFY(!desk.says(u"Late uses the screen."_s) && !desk.deviceUses.isWatched());
+}
+
 void WindowTest::appsAreCountedAndListed() {
     Desk desk(MacSection::Apps);
     for (const QString &name : {u"Zoom"_s, u"FaceTime"_s, u"Safari"_s, u"Google Chrome"_s, u"Photo Booth"_s,
@@ -342,6 +432,49 @@ void WindowTest::addingAnApp() {
     // Or at once, where it is known before.
     type(Qt::Key_Space);
     QVERIFY(isOpen() && saysWhy());
+}
+
+void WindowTest::protectingWhatWasSeen() {
+    Desk desk(MacSection::Home);
+    desk.installed.applications = {{u"Writer"_s, u"org.example.Writer"_s, {}}};
+    desk.run(u"Recorder"_s);
+    const auto type = [&](Qt::Key key) { QTest::keyClick(&desk.window(), key); };
+    const auto chosen = [&] {
+        desk.settle();
+        QStringList titles;
+        for (const QQuickItem *const item : desk.all("MacCandidateRow") + desk.all("MacChoice")) {
+            if (item->property("selected").toBool() || item->property("on").toBool())
+                titles.append(item->property("title").toString());
+        }
+        return titles;
+    };
+    const QString noWindow = u"It has no window at the moment. Kestrin can only ask it while it has one."_s;
+    ProtectionWindow &window = desk.shown->window;
+    window.protectApp(u"pw-record"_s, u"audio.pw"_s, {mic, screen});
+    QCOMPARE(chosen(), (QStringList{u"pw-record"_s, u"Microphone"_s, u"Screen capture"_s, u"Keep closed"_s}));
+    QVERIFY(desk.says(noWindow));
+    // The next notice is what somebody wants now.
+    window.protectApp(u"Recorder"_s, {}, {mic});
+    QCOMPARE(chosen(), (QStringList{u"Recorder"_s, u"Microphone"_s, u"Keep closed"_s}));
+    QCOMPARE(desk.values("MacCandidateRow"), (QStringList{u"Recorder"_s, u"Writer"_s}));
+    QVERIFY(!desk.says(noWindow));
+    // It waits until this is done.
+    window.explainFirstStart(desk.commands);
+    type(Qt::Key_Return);
+    QCOMPARE(desk.runtime().catalog().definitions.last().displayName, u"Recorder"_s);
+    desk.settle();
+    QCOMPARE(desk.all("MacFirstStartDialog").size(), 1);
+    window.protectApp(u"pw-record"_s, u"audio.pw"_s, {camera});
+    type(Qt::Key_Escape);
+    QCOMPARE(chosen(), (QStringList{u"pw-record"_s, u"Camera"_s, u"Keep closed"_s}));
+    type(Qt::Key_Return);
+    QCOMPARE(desk.runtime().catalog().definitions.last(),
+             (RiskAppDefinition{
+                 u"pw-record"_s, u"pw-record"_s, {u"audio.pw"_s}, {}, {camera}, RiskAppAction::keepClosed}));
+    // Somebody has added it meanwhile.
+    window.protectApp(u"pw-record"_s, u"audio.pw"_s, {camera});
+    QCOMPARE(chosen().first(), u"Camera"_s);
+    QCOMPARE(desk.section(), MacSection::Home);
 }
 
 void WindowTest::removingAnApp() {
@@ -513,6 +646,80 @@ void WindowTest::noticesOnceInTenSeconds() {
     QVERIFY(!isDue(Kind::quitRequested, {}, 60s));
     QVERIFY(!isDue(Kind::actionFailed, u"Zoom"_s, 60s));
     QVERIFY(!isDue(Kind::dryRun, u"Zoom"_s, 60s));
+}
+
+void WindowTest::noticesOfUses() {
+    Desk desk(MacSection::Home);
+    NoticeLimit::Time now{};
+    UseNotices notices(desk.shown->protection, 30ms, [&now] { return now; });
+    QStringList told;
+    connect(&notices, &UseNotices::began, this, [&](const DeviceUse &use) {
+        told.append((notices.isUnknown(use) ? u"? "_s : QString()) + startedSentence(use));
+    });
+    connect(&notices, &UseNotices::goingOn, this,
+            [&](const DeviceUse &use) { told.append(goingOnSentence(use)); });
+    const auto news = [&] { return std::exchange(told, {}); };
+    desk.shown->protection.liveUse.start();
+    QCoreApplication::processEvents();
+    const DeviceUse pw = useOf(u"pw-record"_s, mic);
+    const DeviceUse zoom = useOf(u"Zoom"_s, camera, 78);
+    const auto restart = [&](const DeviceUse &use) {
+        desk.end(use);
+        desk.begin(use);
+    };
+    desk.begin(pw);
+    desk.begin(useOf(u"pw-record"_s, camera));
+    restart(pw);
+    QCOMPARE(notices.categoriesOf(pw), (QList{mic, camera}));
+    now += 59s;
+    restart(pw);
+    QCOMPARE(news(), (QStringList{u"? pw-record started using the microphone."_s,
+                                  u"? pw-record started using the camera."_s}));
+    now += 1s;
+    restart(pw);
+    desk.begin(useOf(u"Safari"_s, mic, 79));
+    desk.begin(useOf(u"Kestrin"_s, mic, 80));
+    QCOMPARE(news(), (QStringList{u"? pw-record started using the microphone."_s,
+                                  u"Safari started using the microphone."_s,
+                                  u"Kestrin started using the microphone."_s}));
+
+    // Nobody was asked in a preview.
+    desk.workspace.add(samples::running(u"Zoom"_s, 90, u"us.zoom.xos"_s));
+    desk.workspace.add(samples::running(u"FaceTime"_s, 91));
+    desk.begin(zoom);
+    desk.runtime().runLiveCheck();
+    QTest::qWait(60);
+    QCOMPARE(news(), QStringList{u"Zoom started using the camera."_s});
+    desk.runtime().setEnforceActions(true);
+    QTRY_VERIFY(!told.isEmpty());
+    QCOMPARE(news(), QStringList{u"Zoom is using the camera."_s});
+    QCOMPARE(desk.workspace.terminationRequests(), (QList<qint32>{90, 91}));
+    // Nobody else is asked, and it is news that it goes on.
+    QCOMPARE(notices.askAgain(zoom), QString());
+    QCOMPARE(desk.workspace.terminationRequests(), (QList<qint32>{90, 91, 90}));
+    QCOMPARE(desk.recorded(u"Asked Zoom to quit."_s), 2);
+    QTRY_VERIFY(!told.isEmpty());
+    QCOMPARE(news(), QStringList{u"Zoom is using the camera."_s});
+    // Whoever begins after he was asked goes on too; who has ended does not.
+    desk.begin(useOf(u"FaceTime"_s, camera, 91));
+    QTRY_COMPARE(told.size(), 2);
+    QCOMPARE(news().last(), u"FaceTime is using the camera."_s);
+    now += 60s;
+    desk.runtime().runLiveCheck();
+    desk.end(zoom);
+    QTRY_VERIFY(!told.isEmpty());
+    QCOMPARE(news(), QStringList{u"FaceTime is using the camera."_s});
+    desk.workspace.remove(90);
+    QCOMPARE(notices.askAgain(zoom), u"Zoom cannot be asked to quit now."_s);
+    desk.state().setPrivacyModeOn(false);
+    QCOMPARE(notices.askAgain(useOf(u"FaceTime"_s, camera, 91)), u"FaceTime cannot be asked to quit now."_s);
+
+    // Whoever calls himself otherwise each time does not fill the screen.
+    desk.state().setPrivacyModeOn(true);
+    now += 60s;
+    for (int i = 0; i < 50; ++i)
+        desk.begin(useOf(QString::number(i), mic, 100 + i));
+    QCOMPARE(news().size(), 20);
 }
 
 void WindowTest::namesFromOutside() {

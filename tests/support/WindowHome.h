@@ -7,6 +7,7 @@
 #include "app/Kestrin/program/Protection.h"
 #include "app/Kestrin/program/ProtectionWindow.h"
 #include "app/Kestrin/program/TrayCommands.h"
+#include "engine/live/InMemoryDeviceUses.h"
 #include "tests/support/Home.h"
 
 #include <QQmlEngine>
@@ -27,6 +28,7 @@ struct WindowHome : Home {
         std::unique_ptr<app::LogWindow> log = {};
     };
     runtime::InMemoryInstalledApplications installed;
+    engine::InMemoryDeviceUses deviceUses;
     runtime::InMemoryLoginItem loginItem;
     app::TrayCommands commands{loginItem, defaults};
     std::unique_ptr<Shown> shown;
@@ -38,7 +40,8 @@ struct WindowHome : Home {
     }
 
     void open() {
-        shown.reset(new Shown{.protection = app::Protection(defaults, surroundings(), installed)});
+        shown.reset(
+            new Shown{.protection = app::Protection(defaults, deviceUses, surroundings(), installed)});
     }
 
     void openLog() {

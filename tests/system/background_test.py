@@ -399,6 +399,52 @@ class BackgroundTest(unittest.TestCase):
         self.ask_to_quit("Microsoft Teams", "teams")
         self.assertEqual(len(self.notices.shown), 1)
 
+    def start_media_server(self):
+        """A server of sound with a microphone, in a folder of its own."""
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        before = os.environ["XDG_RUNTIME_DIR"]
+        self.addCleanup(lambda: os.environ.update(XDG_RUNTIME_DIR=before))
+        os.environ["XDG_RUNTIME_DIR"] = folder.name
+        for program in ("pipewire", "wireplumber"):
+            self.run_beside(program)
+            wait("PipeWire does not listen.", pathlib.Path(folder.name, "pipewire-0").exists)
+        output("pw-cli", "create-node", "adapter", "{ factory.name=support.null-audio-sink object.linger=true "
+               "node.name=test-mic media.class=Audio/Source/Virtual audio.position=[FL FR] }")
+
+    def run_beside(self, *command):
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process
+
+    def test_an_unknown_recorder_is_named_and_kept_closed(self):
+        self.start_media_server()
+        kestrinctl("enforce", "on")
+        kestrin = self.start("--background")
+        tray = self.tray()
+        recorder = SampleApp("Re_corder & co", "recorder", "pw-cat")
+        self.addCleanup(recorder.end)
+        quiet = tray.icon("IconPixmap")
+        self.run_beside("pw-record", "--target", "test-mic", os.devnull)
+        notice = wait("There is no notice.", lambda: self.notices.shown)[0]
+        self.assertEqual((notice[3], notice[5][2:], notice[6]["transient"]),
+                         ("Re_corder & co started using the microphone.", ["accept", "Protect this app…"], False))
+        wait("The icon does not tell.", lambda: tray.says("\nRe_corder & co: microphone"))
+        self.assertNotEqual(tray.icon("IconPixmap"), quiet)
+        self.assertIn("Recorder & co: microphone", tray.menu())
+        self.notices.click(1, "Protect this app…")
+        kestrin.wait_for_window()
+        wait("The dialog adds nothing.", lambda: press("Return") or "Re_corder & co" in kestrinctl("catalog"))
+        # Not before it is started once more.
+        self.assertNotIn("asked 1", recorder.lines())
+        recorder.end()
+        self.ask_to_quit("Re_corder & co", "recorder")
+        tray.choose("Watch Microphone, Camera and Screen")
+        wait("The icon tells on.", lambda: not tray.says("microphone"))
+        wait("The menu does not follow.", lambda: not tray.menu()["Watch Microphone, Camera and Screen"][1])
+        kestrin.end()
+
     def test_click_opens_the_window_by_what_the_desktop_offers(self):
         self.start("--background")
         kestrinctl("enforce", "on")

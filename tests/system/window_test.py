@@ -119,11 +119,11 @@ def kestrinctl(*arguments):
 
 
 class SampleApp:
-    """An application with one window, known to Kestrin by its desktop entry."""
+    """An application with one window, known to Kestrin by its desktop entry, which may name another program too."""
 
-    def __init__(self, name, window_class):
+    def __init__(self, name, window_class, program="sample-app"):
         entry = pathlib.Path(os.environ["KESTRIN_DESKTOP_SHARE"], "applications", f"{window_class}.desktop")
-        entry.write_text(f"[Desktop Entry]\nType=Application\nExec=sample-app\nName={name}\n"
+        entry.write_text(f"[Desktop Entry]\nType=Application\nExec={program}\nName={name}\n"
                          f"StartupWMClass={window_class}\n")
         self.said = tempfile.TemporaryFile("w+")
         self.process = subprocess.Popen([os.environ["KESTRIN_SAMPLE_APP"], "--title", name, "--class",

@@ -11,7 +11,12 @@ MacDialog {
     readonly property MacOwnApps apps: protection.ownApps
     readonly property int keepClosed: 2
 
+    // One that was seen to use something, if it is about that one.
+    property string seenName: ""
+    property string seenIdentifier: ""
+
     property string candidate: ""
+    property string seen: ""
     property var categories: []
     property int action: keepClosed
     property string problem: ""
@@ -36,7 +41,16 @@ MacDialog {
 
     Component.onCompleted: {
         problem = apps.look();
-        search.forceActiveFocus();
+        if (seenName !== "") {
+            seen = apps.putFirst(seenName, seenIdentifier);
+            candidate = seen;
+        }
+        if (candidate === "") {
+            search.forceActiveFocus();
+        } else {
+            list.currentIndex = 0;
+            list.forceActiveFocus();
+        }
     }
 
     MacSearchField {
@@ -211,6 +225,15 @@ MacDialog {
                                     : "It is asked to quit by a check, and whenever it is started."
             size: 12
             color: KestrinColors.textSecondary
+        }
+
+        KestrinText {
+            width: parent.width
+            visible: root.candidate !== "" && root.candidate === root.seen && root.action !== 0
+                && !root.apps.isRunning(root.seen)
+            text: "It has no window at the moment. Kestrin can only ask it while it has one."
+            size: 12
+            color: KestrinColors.attention
         }
 
         KestrinText {

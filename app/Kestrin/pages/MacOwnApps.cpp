@@ -4,6 +4,7 @@
 #include "design/KestrinTone.h"
 #include "foundation/VisibleText.h"
 
+#include <algorithm>
 #include <chrono>
 
 using namespace Qt::StringLiterals;
@@ -61,6 +62,29 @@ QString MacOwnApps::look() {
     setSearch({});
     fill();
     return visibleText(m_runtime.ownApplicationsProblem());
+}
+
+QString MacOwnApps::putFirst(const QString &name, const QString &identifier) {
+    const RunningMacApp app{0, name, identifier.isEmpty() ? std::nullopt : std::optional(identifier), {}};
+    // As it would be listed if it were the only one.
+    QList<AddableApplication> first = addableApplications(m_runtime.catalog(), {app}, {});
+    if (first.isEmpty())
+        return {};
+    const auto isSame = [&](const AddableApplication &other) {
+        return other.name == name && other.identifier == app.bundleIdentifier;
+    };
+    const auto listed = std::find_if(m_candidates.cbegin(), m_candidates.cend(), isSame);
+    first.first().isRunning = false;
+    if (listed != m_candidates.cend())
+        first.first() = *listed;
+    m_candidates.removeIf(isSame);
+    m_candidates = first + m_candidates;
+    fill();
+    return QString::number(0);
+}
+
+bool MacOwnApps::isRunning(const QString &candidate) const {
+    return m_candidates.value(candidate.toInt()).isRunning;
 }
 
 void MacOwnApps::setSearch(const QString &search) {

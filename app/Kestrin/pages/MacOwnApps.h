@@ -40,6 +40,11 @@ class MacOwnApps : public QObject {
     /// Lists anew what could be added, and searches for nothing. Returns why nothing can be added now, as a
     /// sentence; empty when it can be.
     Q_INVOKABLE QString look();
+    /// Puts this one before the other candidates, whether or not it is one of them. Returns what `add` takes;
+    /// empty when it cannot be added, because the catalog knows it.
+    Q_INVOKABLE QString putFirst(const QString &name, const QString &identifier);
+    /// Whether this candidate has windows.
+    Q_INVOKABLE bool isRunning(const QString &candidate) const;
     /// Adds one of the candidates, and protects it. Returns why that cannot be, as a sentence; empty when it
     /// is done.
     Q_INVOKABLE QString add(const QString &candidate, const QVariantList &categories, int action);

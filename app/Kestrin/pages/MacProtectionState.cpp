@@ -30,11 +30,12 @@ QList<PageRow> rowsOf(const QList<Record> &records) {
 } // namespace
 
 MacProtectionState::MacProtectionState(MacProtectionRuntime &runtime, PrivacyModeFlag &privacyMode,
-                                       InstalledApplications &installed, QObject *parent)
+                                       LiveUse &liveUse, InstalledApplications &installed, QObject *parent)
     : QObject(parent)
     , m_runtime(runtime)
     , m_privacyMode(privacyMode)
-    , m_ownApps(new MacOwnApps(runtime, installed, this)) {
+    , m_ownApps(new MacOwnApps(runtime, installed, this))
+    , m_liveUse(new MacLiveUse(liveUse, this)) {
     m_sections->setRows(sectionRows());
     fillDevices();
     fillDefinitions();

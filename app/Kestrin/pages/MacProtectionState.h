@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Kestrin/pages/MacLiveUse.h"
 #include "app/Kestrin/pages/MacOwnApps.h"
 #include "app/Kestrin/rows/RecordListModel.h"
 #include "runtime/MacProtectionRuntime.h"
@@ -46,12 +47,14 @@ class MacProtectionState : public QObject {
     Q_PROPERTY(kestrin::app::RecordListModel *events MEMBER m_events CONSTANT)
     Q_PROPERTY(kestrin::app::RecordListModel *sections MEMBER m_sections CONSTANT)
     Q_PROPERTY(kestrin::app::MacOwnApps *ownApps MEMBER m_ownApps CONSTANT)
+    Q_PROPERTY(kestrin::app::MacLiveUse *liveUse MEMBER m_liveUse CONSTANT)
     Q_PROPERTY(QString tagline READ tagline CONSTANT)
 
   public:
     /// All outlive this object.
     MacProtectionState(runtime::MacProtectionRuntime &runtime, runtime::PrivacyModeFlag &privacyMode,
-                       runtime::InstalledApplications &installed, QObject *parent = nullptr);
+                       runtime::LiveUse &liveUse, runtime::InstalledApplications &installed,
+                       QObject *parent = nullptr);
 
     bool privacyModeOn() const { return m_privacyMode.isOn(); }
     void setPrivacyModeOn(bool on) { m_privacyMode.setOn(on); }
@@ -114,6 +117,7 @@ class MacProtectionState : public QObject {
     runtime::MacProtectionRuntime &m_runtime;
     runtime::PrivacyModeFlag &m_privacyMode;
     MacOwnApps *const m_ownApps;
+    MacLiveUse *const m_liveUse;
     RecordListModel *const m_devices = new RecordListModel(this);
     RecordListModel *const m_definitions = new RecordListModel(this);
     RecordListModel *const m_shownMatches = new RecordListModel(this);

@@ -3,6 +3,7 @@
 #include "app/Kestrin/program/FramedWindow.h"
 #include "app/Kestrin/program/ModuleObjects.h"
 #include "app/Kestrin/rows/ShownText.h"
+#include "app/Kestrin/rows/UseTexts.h"
 #include "design/KestrinIconMark.h"
 #include "foundation/FreedMemory.h"
 #include "foundation/VisibleText.h"
@@ -40,10 +41,12 @@ constexpr std::chrono::seconds readingTime(6);
 
 } // namespace
 
-KestrinApplication::KestrinApplication(Start start, UserDefaults &defaults, LoginItem &loginItem,
-                                       DesktopPermission &permission, InstalledApplications &installed)
+KestrinApplication::KestrinApplication(Start start, UserDefaults &defaults, DeviceUses &deviceUses,
+                                       LoginItem &loginItem, DesktopPermission &permission,
+                                       InstalledApplications &installed)
     : m_start(start)
     , m_defaults(defaults)
+    , m_deviceUses(deviceUses)
     , m_permission(permission)
     , m_installed(installed)
     , m_commands(loginItem, defaults)
@@ -73,7 +76,7 @@ bool KestrinApplication::eventFilter(QObject *watched, QEvent *event) {
 
 void KestrinApplication::protect(const QString &supportFolder, MacProtectionSurroundings surroundings) {
     m_firstStart.emplace(m_defaults, supportFolder);
-    m_protection.emplace(m_defaults, std::move(surroundings), m_installed);
+    m_protection.emplace(m_defaults, m_deviceUses, std::move(surroundings), m_installed);
     connect(&m_protection->runtime, &MacProtectionRuntime::quitRequested, this, &KestrinApplication::tell);
     connect(&m_protection->runtime, &MacProtectionRuntime::scheduleSwitched, this,
             &KestrinApplication::tellSwitch);
@@ -92,6 +95,7 @@ void KestrinApplication::protect(const QString &supportFolder, MacProtectionSurr
     } else {
         m_firstStart->putOff();
         m_protection->privacyMode.startRuntime();
+        startLiveUse();
     }
     joinDesktop();
 }
@@ -117,12 +121,23 @@ void KestrinApplication::openWindow(const QString &activationToken) {
     m_window = std::make_unique<ProtectionWindow>(*m_engine, m_protection->state);
     QQuickWindow &window = m_window->window();
     connect(&window, &QWindow::visibleChanged, this, &KestrinApplication::takeWindowClosed);
-    // Nobody waits for the window because of it.
+    // Nobody waits for the window because of these.
+    connect(&window, &QQuickWindow::frameSwapped, this, &KestrinApplication::startLiveUse,
+            Qt::SingleShotConnection);
     if (m_firstStart->isDue())
         connect(&window, &QQuickWindow::frameSwapped, this, &KestrinApplication::explainFirstStart,
                 Qt::SingleShotConnection);
     if (m_start == Start::inBackground)
         bringToFront(window, activationToken);
+}
+
+void KestrinApplication::startLiveUse() {
+    if (m_useNotices)
+        return;
+    UseNotices &notices = m_useNotices.emplace(*m_protection);
+    connect(&notices, &UseNotices::began, this, &KestrinApplication::tellBegun);
+    connect(&notices, &UseNotices::goingOn, this, &KestrinApplication::tellGoingOn);
+    m_protection->liveUse.start();
 }
 
 void KestrinApplication::explainFirstStart() {
@@ -201,17 +216,43 @@ void KestrinApplication::followTray() {
 }
 
 void KestrinApplication::tell(const MacProtectionEvent &event) {
-    const bool isSeen = m_window && m_window->window().isActive();
-    if (isSeen || !m_notices || !m_quitNotices.isDue(event, std::chrono::steady_clock::now()))
+    if (isLookedAt() || !m_notices || !m_quitNotices.isDue(event, std::chrono::steady_clock::now()))
         return;
     showSentence(shownMessage(event));
 }
 
 void KestrinApplication::tellSwitch(bool privacyModeOn, const QString &message) {
-    showSentence(message, {privacyModeOn ? u"Keep it off"_s : u"Keep it on"_s, [this, kept = !privacyModeOn] {
+    showSentence(message, {privacyModeOn ? u"Keep it off"_s : u"Keep it on"_s,
+                           [this, kept = !privacyModeOn](const QString &) {
                                m_protection->runtime.disableModesAgainst(kept);
                                m_protection->privacyMode.setOn(kept);
                            }});
+}
+
+void KestrinApplication::tellBegun(const DeviceUse &use) {
+    const QString sentence = startedSentence(shownUse(use));
+    if (m_useNotices->isUnknown(use))
+        showSentence(sentence,
+                     {u"Protect this app…"_s, [this, use](const QString &token) { protectApp(use, token); }});
+    // The line above the page says it, and there is nothing to choose.
+    else if (!isLookedAt())
+        showSentence(sentence);
+}
+
+void KestrinApplication::tellGoingOn(const DeviceUse &use) {
+    showSentence(goingOnSentence(shownUse(use)), {u"Ask again"_s, [this, use](const QString &) {
+                                                      const QString answer = m_useNotices->askAgain(use);
+                                                      if (!answer.isEmpty())
+                                                          showSentence(answer);
+                                                  }});
+}
+
+void KestrinApplication::protectApp(const DeviceUse &use, const QString &activationToken) {
+    openWindow(activationToken);
+    // Another notice may have led to it already.
+    if (m_useNotices->isUnknown(use))
+        m_window->protectApp(use.localizedName, use.bundleIdentifier.value_or(QString()),
+                             m_useNotices->categoriesOf(use));
 }
 
 void KestrinApplication::helpSight() {

@@ -5,6 +5,7 @@
 #include "app/Kestrin/program/ProtectionWindow.h"
 #include "app/Kestrin/program/QuitNotices.h"
 #include "app/Kestrin/program/TrayCommands.h"
+#include "app/Kestrin/program/UseNotices.h"
 #include "desktop/session/DesktopNotices.h"
 #include "desktop/session/RunningInstance.h"
 #include "desktop/session/SaveDialog.h"
@@ -32,8 +33,9 @@ class KestrinApplication : public QObject {
     enum class Start { withWindow, inBackground };
 
     /// All of these outlive this object.
-    KestrinApplication(Start start, runtime::UserDefaults &defaults, runtime::LoginItem &loginItem,
-                       runtime::DesktopPermission &permission, runtime::InstalledApplications &installed);
+    KestrinApplication(Start start, runtime::UserDefaults &defaults, engine::DeviceUses &deviceUses,
+                       runtime::LoginItem &loginItem, runtime::DesktopPermission &permission,
+                       runtime::InstalledApplications &installed);
     ~KestrinApplication() override;
 
     /// Starts to protect. The caller has the right to (MonitoringClaim).
@@ -53,6 +55,11 @@ class KestrinApplication : public QObject {
     void followTray();
     void tell(const engine::MacProtectionEvent &event);
     void tellSwitch(bool privacyModeOn, const QString &message);
+    void startLiveUse();
+    void tellBegun(const engine::DeviceUse &use);
+    void tellGoingOn(const engine::DeviceUse &use);
+    void protectApp(const engine::DeviceUse &use, const QString &activationToken);
+    bool isLookedAt() const { return m_window && m_window->window().isActive(); }
     desktop::DesktopNotices &notices();
     void showSentence(const QString &sentence, const desktop::DesktopNotices::Offer &offer = {});
     void helpSight();
@@ -60,6 +67,7 @@ class KestrinApplication : public QObject {
 
     const Start m_start;
     runtime::UserDefaults &m_defaults;
+    engine::DeviceUses &m_deviceUses;
     runtime::DesktopPermission &m_permission;
     runtime::InstalledApplications &m_installed;
     desktop::RunningInstance m_instance;
@@ -74,6 +82,7 @@ class KestrinApplication : public QObject {
     QTimer m_end;
     // Destroyed from below: what is seen goes first.
     std::optional<Protection> m_protection;
+    std::optional<UseNotices> m_useNotices;
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<ProtectionWindow> m_window;
     std::unique_ptr<LogWindow> m_log;

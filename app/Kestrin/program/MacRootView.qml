@@ -20,6 +20,8 @@ Item {
 
     // Where the keyboard was when the dialog came.
     property Item placeBeforeDialog: null
+    // What is asked for while the first start is explained comes after it, and the other way round.
+    property var openNextDialog: null
 
     function openDialog(from: Item) {
         placeBeforeDialog = from;
@@ -28,7 +30,26 @@ Item {
         });
     }
 
+    // Somebody wants an application that was seen to be protected.
+    function protectApp(name: string, identifier: string, categories: var) {
+        if (dialog.item && !(dialog.item as MacAddAppDialog)) {
+            openNextDialog = () => protectApp(name, identifier, categories);
+            return;
+        }
+        placeBeforeDialog = placeBeforeDialog ?? Window.activeFocusItem;
+        dialog.setSource("MacAddAppDialog.qml", {
+            "protection": root.protection,
+            "seenName": name,
+            "seenIdentifier": identifier,
+            "categories": Array.from(categories)
+        });
+    }
+
     function explainFirstStart(commands: TrayCommands) {
+        if (dialog.item) {
+            openNextDialog = () => explainFirstStart(commands);
+            return;
+        }
         dialog.setSource("MacFirstStartDialog.qml", {
             "protection": root.protection,
             "commands": commands
@@ -39,6 +60,10 @@ Item {
         dialog.source = "";
         placeBeforeDialog?.forceActiveFocus();
         placeBeforeDialog = null;
+        const openNext = openNextDialog;
+        openNextDialog = null;
+        if (openNext)
+            openNext();
     }
 
     function select(section: int) {
@@ -97,10 +122,18 @@ Item {
             id: quietLine
 
             readonly property bool isWanted: root.protection.sightText !== "" || root.protection.selectedCount === 0
-                || root.protection.pauseText !== ""
+                || root.protection.pauseText !== "" || root.protection.liveUse.sentences !== ""
+
+            property real heightBefore: 0
+
+            function tellMove() {
+                (loader.item as MacPage)?.takeMove(height - heightBefore);
+                heightBefore = height;
+            }
 
             width: parent.width
             height: (item as Item)?.height ?? 0
+            onHeightChanged: Qt.callLater(tellMove)
             onIsWantedChanged: {
                 if (isWanted)
                     setSource("MacQuietLine.qml", {

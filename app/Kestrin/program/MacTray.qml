@@ -8,17 +8,28 @@ SystemTrayIcon {
     required property MacProtectionState protection
     required property TrayCommands commands
 
+    readonly property MacLiveUse use: protection.liveUse
     readonly property bool isPaused: protection.pauseText !== ""
     readonly property string state: isPaused ? protection.pauseText
         : protection.privacyModeOn ? "Privacy Mode is on" : "Privacy Mode is off"
 
     visible: true
-    icon.source: protection.privacyModeOn ? "qrc:/kestrin/KestrinTrayOn.png" : "qrc:/kestrin/KestrinTrayOff.png"
-    tooltip: "Kestrin: " + state + (protection.sightText === "" ? "" : "\n" + protection.sightText)
+    icon.source: "qrc:/kestrin/KestrinTray" + (protection.privacyModeOn ? "On" : "Off")
+        + (use.lines.length > 0 ? "InUse" : "") + ".png"
+    tooltip: ["Kestrin: " + state].concat(use.lines, protection.sightText === "" ? [] : [protection.sightText]).join("\n")
     // A second click of the middle or right button is the menu's.
     onActivated: reason => {
         if (reason === SystemTrayIcon.Trigger || reason === SystemTrayIcon.DoubleClick)
             commands.openWindow();
+    }
+
+    // A line about an application, whose name has no letters for the keyboard. Of one "&" each menu makes such a letter.
+    component UseItem: MenuItem {
+        required property string line
+
+        text: (line.includes("&") ? "&" : "") + line.replace(/_/g, "__")
+        visible: line !== ""
+        enabled: false
     }
 
     menu: Menu {
@@ -27,6 +38,24 @@ SystemTrayIcon {
         MenuItem {
             text: root.state
             enabled: false
+        }
+        UseItem {
+            line: root.use.lines[0] ?? ""
+        }
+        UseItem {
+            line: root.use.lines[1] ?? ""
+        }
+        UseItem {
+            line: root.use.lines[2] ?? ""
+        }
+        UseItem {
+            line: root.use.lines[3] ?? ""
+        }
+        UseItem {
+            line: root.use.lines[4] ?? ""
+        }
+        UseItem {
+            line: root.use.lines[5] ?? ""
         }
         MenuSeparator {}
         MenuItem {
@@ -55,6 +84,12 @@ SystemTrayIcon {
         MenuItem {
             text: "Run Check"
             onTriggered: root.protection.runLiveCheck()
+        }
+        MenuItem {
+            text: "Watch Microphone, Camera and Screen"
+            checkable: true
+            checked: root.use.on
+            onTriggered: root.use.on = !root.use.on
         }
         MenuSeparator {}
         MenuItem {

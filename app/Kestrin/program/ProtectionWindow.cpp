@@ -40,6 +40,15 @@ void ProtectionWindow::explainFirstStart(TrayCommands &commands) {
                               Q_ARG(kestrin::app::TrayCommands *, &commands));
 }
 
+void ProtectionWindow::protectApp(const QString &name, const QString &identifier,
+                                  const QList<engine::MacRiskCategory> &categories) {
+    QVariantList places;
+    for (const engine::MacRiskCategory category : categories)
+        places.append(static_cast<int>(category));
+    QMetaObject::invokeMethod(m_content.get(), "protectApp", Q_ARG(QString, name), Q_ARG(QString, identifier),
+                              Q_ARG(QVariant, places));
+}
+
 void showNotice(const QString &text) {
     const std::unique_ptr<QQmlEngine> engine = makeEngine();
     const std::unique_ptr<QObject> notice = makeObject(*engine, u"MacNotice.qml"_s, {{u"text"_s, text}});

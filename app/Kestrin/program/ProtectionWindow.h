@@ -1,5 +1,7 @@
 #pragma once
 
+#include "engine/MacRiskCategory.h"
+
 #include <QQuickWindow>
 #include <QString>
 
@@ -23,6 +25,9 @@ class ProtectionWindow {
     QQuickWindow &window() const { return *m_window; }
     /// Shows the dialog of the first start over everything. `commands` outlives this object.
     void explainFirstStart(TrayCommands &commands);
+    /// Shows the dialog for adding an application with this one chosen.
+    void protectApp(const QString &name, const QString &identifier,
+                    const QList<engine::MacRiskCategory> &categories);
 
   private:
     std::unique_ptr<QQuickWindow> m_window;

@@ -1,10 +1,7 @@
 #pragma once
 
+#include "app/Kestrin/program/NoticeLimit.h"
 #include "engine/MacProtectionEvent.h"
-
-#include <QHash>
-
-#include <chrono>
 
 namespace kestrin::app {
 
@@ -12,7 +9,7 @@ namespace kestrin::app {
 /// otherwise fill the screen.
 class QuitNotices {
   public:
-    using Time = std::chrono::steady_clock::time_point;
+    using Time = NoticeLimit::Time;
 
     static constexpr std::chrono::seconds interval{10};
 
@@ -20,8 +17,7 @@ class QuitNotices {
     bool isDue(const engine::MacProtectionEvent &event, Time now);
 
   private:
-    /// When each application was shown last.
-    QHash<QString, Time> m_shown;
+    NoticeLimit m_applications{interval};
 };
 
 } // namespace kestrin::app
