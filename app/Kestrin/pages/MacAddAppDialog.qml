@@ -233,7 +233,8 @@ MacDialog {
                 && !root.apps.isRunning(root.seen)
             text: "It has no window at the moment. Kestrin can only ask it while it has one."
             size: 12
-            color: KestrinColors.attention
+            weight: KestrinWeight.Semibold
+            color: KestrinColors.textSecondary
         }
 
         KestrinText {
