@@ -16,8 +16,9 @@ QList<std::pair<QString, MacRiskCategory>> endsOfMessages() {
     QList<std::pair<QString, MacRiskCategory>> ends;
     for (const MacRiskCategory category : {microphone, camera, screenCapture}) {
         const DeviceUse nameless{category, 0, {}, {}, {}};
-        ends += {startedSentence(nameless), category};
-        ends += {stoppedSentence(nameless), category};
+        for (const QString &end :
+             {startedSentence(nameless), goingOnSentence(nameless), stoppedSentence(nameless)})
+            ends += {end, category};
     }
     return ends;
 }

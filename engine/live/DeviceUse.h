@@ -43,8 +43,9 @@ QString startedSentence(const DeviceUse &use);
 QString goingOnSentence(const DeviceUse &use);
 QString stoppedSentence(const DeviceUse &use);
 
-/// What an event of the log tells that its application began or ceased to use; absent for all others. Such an
-/// event has the kind of a match, and a message that is one of these sentences about its application.
+/// What an event of the log tells that its application began or ceased to use, or uses; absent for all
+/// others. Such an event has the kind of a match, and a message that is one of these sentences about its
+/// application.
 std::optional<MacRiskCategory> usedCategory(const MacProtectionEvent &event);
 
 } // namespace kestrin::engine
