@@ -27,27 +27,42 @@ function(kestrin_add_test name)
     set(threads "die_after_fork=0:ignore_noninstrumented_modules=1")
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" FIXTURES_REQUIRED build_folder
+        COST ${arg_TIMEOUT} # what may take long begins first
         ENVIRONMENT
         "ASAN_OPTIONS=detect_leaks=1;TSAN_OPTIONS=${threads};UBSAN_OPTIONS=print_stacktrace=1;${arg_ENVIRONMENT}")
 endfunction()
 
-# kestrin_test(tst_name LIBRARIES lib... [DESKTOP | WAYLAND kind... | BUS] [WINDOW] [TIMEOUT seconds] [LABELS label...])
+# kestrin_test_program(name LIBRARIES lib... TESTS tst_name...)
 #
-# Builds tst_name.cpp into a Qt Test program and registers it. DESKTOP gives each run a private virtual desktop, BUS
-# only a session bus. WINDOW draws windows offscreen, the same ones everywhere.
-function(kestrin_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "DESKTOP;BUS;WINDOW" "TIMEOUT" "LIBRARIES;LABELS;WAYLAND")
-    add_executable(${name} ${name}.cpp)
-    set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
+# Builds a program of each tst_name.cpp, and of tests/support/TestProgram.cpp, which runs one of them. Where a library
+# brings windows, it can have some.
+function(kestrin_test_program program)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES;TESTS")
+    list(TRANSFORM arg_TESTS APPEND ".cpp" OUTPUT_VARIABLE sources)
+    add_executable(${program} ${sources}
+        "${PROJECT_SOURCE_DIR}/tests/support/TestClass.h" "${PROJECT_SOURCE_DIR}/tests/support/TestProgram.cpp")
+    target_link_libraries(${program} PRIVATE ${arg_LIBRARIES} Qt6::Test)
     # A quarter of its compilation would go into making it fast.
-    target_compile_options(${name} PRIVATE $<IF:$<CONFIG:Release>,-O1,-O0>)
-    # The QTRY_ macros of newer versions narrow a number themselves. A file's options come after those of its target's
-    # libraries, which ask for the warning.
+    target_compile_options(${program} PRIVATE $<IF:$<CONFIG:Release>,-O1,-O0>)
+    # The QTRY_ macros of newer versions narrow a number themselves. A library's options come in the order of the
+    # libraries, and the first ones ask for the warning.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND Qt6_VERSION VERSION_GREATER_EQUAL 6.7)
-        set_source_files_properties(${name}.cpp PROPERTIES COMPILE_OPTIONS -Wno-conversion)
+        target_link_libraries(${program} PRIVATE kestrin_narrowing_tests)
     endif()
-    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt6::Test)
-    set(command $<TARGET_FILE:${name}>)
+    set_property(GLOBAL APPEND PROPERTY KESTRIN_TESTS ${arg_TESTS})
+endfunction()
+
+add_library(kestrin_narrowing_tests INTERFACE)
+target_compile_options(kestrin_narrowing_tests INTERFACE -Wno-conversion)
+
+# kestrin_test(tst_name PROGRAM program [DESKTOP | WAYLAND kind... | BUS] [WINDOW] [TIMEOUT seconds] [LABELS label...]
+#     [FUNCTIONS function...] [AS name])
+#
+# Registers a test, or some of its functions as another one. DESKTOP gives each run a private virtual desktop, BUS only
+# a session bus. WINDOW draws windows offscreen, the same ones everywhere.
+function(kestrin_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "DESKTOP;BUS;WINDOW" "PROGRAM;TIMEOUT;AS" "FUNCTIONS;LABELS;WAYLAND")
+    set(command $<TARGET_FILE:${arg_PROGRAM}> ${name} ${arg_FUNCTIONS})
     if(arg_DESKTOP)
         list(PREPEND command "${PROJECT_SOURCE_DIR}/tools/with-desktop")
     elseif(arg_BUS)
@@ -68,6 +83,9 @@ function(kestrin_test name)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
+    if(arg_AS)
+        set(name ${arg_AS})
+    endif()
     kestrin_add_test(${name} COMMAND ${command} WAYLAND ${arg_WAYLAND} TIMEOUT ${arg_TIMEOUT} LABELS ${arg_LABELS}
         ENVIRONMENT ${environment})
 endfunction()
@@ -75,9 +93,10 @@ endfunction()
 # Fails when a test's source has lost its way into the build.
 function(kestrin_require_all_tests folder)
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS RELATIVE "${folder}" "${folder}/tst_*.cpp")
+    get_property(tests GLOBAL PROPERTY KESTRIN_TESTS)
     foreach(source IN LISTS sources)
         cmake_path(GET source STEM name)
-        if(NOT TARGET ${name})
+        if(NOT name IN_LIST tests)
             message(FATAL_ERROR "tests/${source} is in no CMakeLists.txt.")
         endif()
     endforeach()

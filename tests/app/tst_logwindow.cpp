@@ -5,6 +5,7 @@
 #include "runtime/LogText.h"
 #include "tests/support/Files.h"
 #include "tests/support/Items.h"
+#include "tests/support/TestClass.h"
 #include "tests/support/WindowHome.h"
 
 #include <QAbstractItemModelTester>
@@ -12,7 +13,6 @@
 #include <QGuiApplication>
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QTest>
 
 #include <sys/resource.h>
 
@@ -312,6 +312,6 @@ void LogWindowTest::exports() {
     QCOMPARE(samples::contents(chosen).count('\n'), 3);
 }
 
-QTEST_MAIN(LogWindowTest)
+KESTRIN_TEST(LogWindowTest)
 
 #include "tst_logwindow.moc"

@@ -13,6 +13,7 @@
 #include "foundation/Clock.h"
 #include "tests/support/Files.h"
 #include "tests/support/Items.h"
+#include "tests/support/TestClass.h"
 #include "tests/support/WindowHome.h"
 
 #include <QAbstractItemModelTester>
@@ -20,7 +21,6 @@
 #include <QGuiApplication>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -740,6 +740,6 @@ void WindowTest::namesFromOutside() {
     }
 }
 
-QTEST_MAIN(WindowTest)
+KESTRIN_TEST(WindowTest)
 
 #include "tst_window.moc"

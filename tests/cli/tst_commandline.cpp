@@ -8,13 +8,13 @@
 #include "runtime/LiveUse.h"
 #include "tests/support/Files.h"
 #include "tests/support/Home.h"
+#include "tests/support/TestClass.h"
 
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryFile>
-#include <QTest>
 #include <QTimer>
 
 #include <csignal>
@@ -814,5 +814,5 @@ void CommandLineTest::liveSwitch() {
                           u"Kestrin no longer tells who uses microphone, camera or screen."_s}));
 }
 
-QTEST_GUILESS_MAIN(CommandLineTest)
+KESTRIN_TEST(CommandLineTest)
 #include "tst_commandline.moc"

@@ -5,6 +5,7 @@
 #include "foundation/FolderLock.h"
 #include "tests/support/Files.h"
 #include "tests/support/Samples.h"
+#include "tests/support/TestClass.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -13,7 +14,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -33,18 +33,18 @@ using samples::sorted;
 
 namespace {
 
-struct Answer {
+struct ProgramAnswer {
     int code = -1;
     QString out;
     QString err;
 };
 
-struct Home {
+struct ProgramHome {
     QTemporaryDir folder;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     JSONMacActivityLogStore log{QUrl::fromLocalFile(support() + u"/activity-log.json"_s)};
 
-    Home() {
+    ProgramHome() {
         for (const QString &name :
              {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"NO_COLOR"_s, u"LC_ALL"_s, u"LC_CTYPE"_s})
             environment.remove(name);
@@ -60,7 +60,7 @@ struct Home {
 
     QString support() const { return folder.filePath(u"data/Kestrin"_s); }
 
-    Answer shell(const QString &script) const {
+    ProgramAnswer shell(const QString &script) const {
         QProcess process;
         process.setProcessEnvironment(environment);
         process.start(u"bash"_s, {u"-c"_s, script});
@@ -69,7 +69,7 @@ struct Home {
         return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
                 QString::fromUtf8(process.readAllStandardError())};
     }
-    Answer call(const QString &words) const { return shell(u"exec \"$KESTRINCTL\" "_s + words); }
+    ProgramAnswer call(const QString &words) const { return shell(u"exec \"$KESTRINCTL\" "_s + words); }
     QJsonObject status() { return QJsonDocument::fromJson(call(u"status --json"_s).out.toUtf8()).object(); }
 };
 
@@ -77,7 +77,7 @@ struct Home {
 struct Watch {
     QProcess process;
 
-    explicit Watch(const Home &home, const QString &words = u"watch --json"_s) {
+    explicit Watch(const ProgramHome &home, const QString &words = u"watch --json"_s) {
         process.setProcessEnvironment(home.environment);
         process.start(u"bash"_s, {u"-c"_s, u"exec \"$KESTRINCTL\" "_s + words});
     }
@@ -133,20 +133,20 @@ class KestrinctlTest : public QObject {
 };
 
 void KestrinctlTest::callsWithoutADesktop() {
-    Home home;
+    ProgramHome home;
     QCOMPARE(home.call(u"--version"_s).code, 0);
     QCOMPARE(home.call(u"nonsense"_s).code, 2);
     const QString sentence = home.call(u"apps"_s).err;
     QVERIFY(sentence.contains(u"no running applications can be seen") && sentence.count(u'\n') == 1);
     for (const QString &call : {u"apps --json"_s, u"check"_s}) {
-        const Answer answer = home.call(call);
+        const ProgramAnswer answer = home.call(call);
         QCOMPARE(answer.code, 1);
         QCOMPARE(answer.out, QString());
         QCOMPARE(answer.err, sentence);
     }
     QVERIFY(QDir(home.folder.path()).isEmpty());
     for (const QString &call : {u"status"_s, u"off"_s, u"protect zoom"_s, u"enforce on"_s}) {
-        const Answer answer = home.call(call);
+        const ProgramAnswer answer = home.call(call);
         QCOMPARE(answer.code, 0);
         QVERIFY(!answer.out.isEmpty());
         // Not the library's remark about the locale, only ours about the desktop.
@@ -157,19 +157,19 @@ void KestrinctlTest::callsWithoutADesktop() {
 
     // As root, permissions stop nobody, but the file system of the kernel does.
     home.environment.insert(u"XDG_DATA_HOME"_s, u"/proc/self/fdinfo"_s);
-    const Answer unwritable = home.call(u"watch"_s);
+    const ProgramAnswer unwritable = home.call(u"watch"_s);
     QCOMPARE(unwritable.code, 1);
     QVERIFY(unwritable.err.contains(u"/proc/self/fdinfo/Kestrin"));
 }
 
 void KestrinctlTest::watching() {
-    Home home;
+    ProgramHome home;
     QCOMPARE(home.call(u"schedule disable sleep away"_s).code, 0);
     QCOMPARE(home.call(u"off"_s).code, 0);
     Watch watch(home);
     QVERIFY(watch.isReady());
 
-    const Answer second = home.call(u"watch"_s);
+    const ProgramAnswer second = home.call(u"watch"_s);
     QCOMPARE(second.code, 1);
     QVERIFY(
         second.err.contains(u"kestrinctl watch, process "_s + QString::number(watch.process.processId())));
@@ -188,10 +188,10 @@ void KestrinctlTest::watching() {
 }
 
 void KestrinctlTest::addingAtOnce() {
-    Home home;
+    ProgramHome home;
     QCOMPARE(home.call(u"unprotect zoom"_s).code, 0);
     // Eight at once: many more wait longer for each other, on a busy machine, than they may.
-    const Answer all =
+    const ProgramAnswer all =
         home.shell(u"for i in 1 2; do for j in 1 2 3; do"
                    " \"$KESTRINCTL\" catalog add \"App $i $j\" >/dev/null & done;"
                    " (\"$KESTRINCTL\" catalog add \"x $i!\" && \"$KESTRINCTL\" catalog remove x-$i)"
@@ -215,17 +215,18 @@ void KestrinctlTest::addingAtOnce() {
 }
 
 void KestrinctlTest::completions() {
-    Home home;
+    ProgramHome home;
     samples::write(home.folder.filePath(u"data/applications/org.example.Notes.desktop"_s),
                    "[Desktop Entry]\nType=Application\nName=Own Notes (old)\nExec=notes\n");
     QCOMPARE(home.call(u"catalog add 'Text Writer'"_s).code, 0);
     /// For the last of `words`.
     const auto offeredByBash = [&](const QString &words) {
-        const Answer answer = home.shell(u". '" COMPLETIONS "kestrinctl.bash'; PATH=${KESTRINCTL%/*}:$PATH;"
-                                         " COMP_WORDS=(kestrinctl "_s +
-                                         words +
-                                         u"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kestrinctl;"
-                                         " printf '%s\\n' \"${COMPREPLY[@]}\""_s);
+        const ProgramAnswer answer =
+            home.shell(u". '" COMPLETIONS "kestrinctl.bash'; PATH=${KESTRINCTL%/*}:$PATH;"
+                       " COMP_WORDS=(kestrinctl "_s +
+                       words +
+                       u"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kestrinctl;"
+                       " printf '%s\\n' \"${COMPREPLY[@]}\""_s);
         return answer.err.isEmpty() ? answer.out.split(u'\n', Qt::SkipEmptyParts) : QStringList{answer.err};
     };
     const std::pair<QString, QStringList> cases[] = {
@@ -276,7 +277,7 @@ void KestrinctlTest::completions() {
 
 void KestrinctlTest::endings() {
     for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
-        Home home;
+        ProgramHome home;
         Watch watch(home);
         QVERIFY(watch.isReady());
         // What is recorded right before the end is still printed.
@@ -289,7 +290,7 @@ void KestrinctlTest::endings() {
 void KestrinctlTest::interruptedWhileRecording() {
     // What was done is recorded first, however long that takes, and then the signal has its way.
     for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
-        Home home;
+        ProgramHome home;
         QProcess call;
         call.setProcessEnvironment(home.environment);
         {
@@ -313,7 +314,7 @@ void KestrinctlTest::interruptedWhileRecording() {
 }
 
 void KestrinctlTest::stuckReader() {
-    Home home;
+    ProgramHome home;
     const QString pipe = home.folder.filePath(u"pipe"_s);
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     const int reader = ::open(QFile::encodeName(pipe).constData(), O_RDWR | O_CLOEXEC);
@@ -329,29 +330,30 @@ void KestrinctlTest::stuckReader() {
 }
 
 void KestrinctlTest::streams() {
-    Home home;
+    ProgramHome home;
     const QList<MacProtectionEvent> events(3000, samples::event(u"Many of these sentences fill a pipe: 0"_s));
     samples::write(home.support() + u"/activity-log.json"_s, encodeJson(events));
-    const Answer head =
+    const ProgramAnswer head =
         home.shell(u"\"$KESTRINCTL\" log --limit 3000 | head -n 1; echo \"${PIPESTATUS[0]}\""_s);
     QVERIFY(head.out.endsWith(u"pipe: 0\n0\n"));
     QCOMPARE(head.err, QString());
     // Without a reader there is nobody to watch for, and that is noticed without an event.
-    const Answer watch = home.shell(u"timeout 20 \"$KESTRINCTL\" watch | true; echo \"${PIPESTATUS[0]}\""_s);
+    const ProgramAnswer watch =
+        home.shell(u"timeout 20 \"$KESTRINCTL\" watch | true; echo \"${PIPESTATUS[0]}\""_s);
     QCOMPARE(watch.out, u"0\n"_s);
 
-    const Answer full = home.shell(u"\"$KESTRINCTL\" catalog >/dev/full"_s);
+    const ProgramAnswer full = home.shell(u"\"$KESTRINCTL\" catalog >/dev/full"_s);
     QCOMPARE(full.code, 1);
     QVERIFY(full.err.contains(u"No space left on device") && full.err.count(u'\n') == 1);
     // With standard output closed, no file of ours may end up in its place.
-    Home quiet;
+    ProgramHome quiet;
     QCOMPARE(quiet.shell(u"\"$KESTRINCTL\" off >&- 2>&-"_s).code, 0);
     QCOMPARE(quiet.status().value(u"privacyModeOn"_s), QJsonValue(false));
     QCOMPARE(quiet.log.recent(9).size(), 1);
 }
 
 void KestrinctlTest::exports() {
-    Home home;
+    ProgramHome home;
     const QString hostile[] = {
         u"=HYPERLINK(\"x\")"_s, u" +1"_s,        u"-1"_s,      u"@SUM(A1)"_s, u"a \"b\", c;\td"_s,
         u"two\r\nlines"_s,      u"\u202eback"_s, u"\uff1d1"_s, u"plain"_s,    u""_s};
@@ -359,7 +361,7 @@ void KestrinctlTest::exports() {
         home.log.append(MacProtectionEvent::create(QDateTime::currentDateTimeUtc(),
                                                    MacProtectionEventKind::dryRun, text, text));
     // Its cells are told as JSON, one row a line.
-    const Answer csv = home.shell(
+    const ProgramAnswer csv = home.shell(
         u"\"$KESTRINCTL\" log --all --format csv | python3 -c 'import csv, io, json, sys\n"
         "for row in csv.reader(io.TextIOWrapper(sys.stdin.buffer, \"utf-8\", newline=\"\")): print(json.dumps(row))'"_s);
     QVERIFY2(csv.err.isEmpty(), qUtf8Printable(csv.err));
@@ -386,7 +388,7 @@ void KestrinctlTest::exports() {
         QCOMPARE(QDateTime::fromString(row.value(0), Qt::ISODate), events.at(i).date);
     }
 
-    const Answer lines = home.shell(u"\"$KESTRINCTL\" log --all --format jsonl"_s);
+    const ProgramAnswer lines = home.shell(u"\"$KESTRINCTL\" log --all --format jsonl"_s);
     qsizetype i = 0;
     for (const QString &line : lines.out.split(u'\n', Qt::SkipEmptyParts))
         QCOMPARE(QJsonDocument::fromJson(line.toUtf8()).object().value(u"message"_s).toString(),
@@ -402,5 +404,5 @@ void KestrinctlTest::exports() {
     QCOMPARE(follower.end(SIGINT), 0);
 }
 
-QTEST_GUILESS_MAIN(KestrinctlTest)
+KESTRIN_TEST(KestrinctlTest)
 #include "tst_kestrinctl.moc"

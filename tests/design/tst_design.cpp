@@ -9,6 +9,7 @@
 #include "design/KestrinFonts.h"
 #include "design/SymbolImage.h"
 #include "design/SymbolTable.h"
+#include "tests/support/TestClass.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -20,7 +21,6 @@
 #include <QQuickWindow>
 #include <QRawFont>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <memory>
 #include <numeric>
@@ -308,6 +308,6 @@ void DesignTest::symbols() {
     }
 }
 
-QTEST_MAIN(DesignTest)
+KESTRIN_TEST(DesignTest)
 
 #include "tst_design.moc"

@@ -10,9 +10,9 @@
 #include "desktop/x11/WindowFacts.h"
 #include "tests/support/Files.h"
 #include "tests/support/Property.h"
+#include "tests/support/TestClass.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -278,5 +278,5 @@ void ApplicationsTest::newProcessesAreAlwaysLaunched() {
     QCOMPARE(limit.nextDue(), start + 6s);
 }
 
-QTEST_GUILESS_MAIN(ApplicationsTest)
+KESTRIN_TEST(ApplicationsTest)
 #include "tst_applications.moc"

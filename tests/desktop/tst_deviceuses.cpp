@@ -5,10 +5,10 @@
 #include "desktop/live/DeviceFileUses.h"
 #include "desktop/live/DeviceKind.h"
 #include "tests/support/Files.h"
+#include "tests/support/TestClass.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -398,7 +398,7 @@ void DeviceUsesTest::sources() {
     second.tell({{microphone, self, u"Claimed"_s}, {screenCapture, self}, {camera, 0, u"Claimed"_s}});
     QTRY_COMPARE(told.events, (QStringList{line(u'+', screenCapture, self), line(u'+', camera, 0)}));
     const QList<DeviceUse> all = uses.uses();
-    QCOMPARE(all.first().localizedName, u"tst_deviceuses"_s);
+    QCOMPARE(all.first().localizedName, QCoreApplication::applicationName());
     QCOMPARE(all.last().localizedName, u"Claimed"_s);
 
     // It goes, and comes again by itself.
@@ -418,5 +418,5 @@ void DeviceUsesTest::sources() {
     QTRY_VERIFY(!second.opened);
 }
 
-QTEST_GUILESS_MAIN(DeviceUsesTest)
+KESTRIN_TEST(DeviceUsesTest)
 #include "tst_deviceuses.moc"

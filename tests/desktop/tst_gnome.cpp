@@ -7,6 +7,7 @@
 #include "desktop/permission/AllowedPrograms.h"
 #include "desktop/permission/PlasmaPermission.h"
 #include "tests/support/Files.h"
+#include "tests/support/TestClass.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -14,7 +15,6 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <signal.h>
 
@@ -297,6 +297,6 @@ void GnomeTest::plasmaEntries() {
     QCOMPARE(entries.entryList(QDir::Files), QStringList{u"other.desktop"_s});
 }
 
-QTEST_GUILESS_MAIN(GnomeTest)
+KESTRIN_TEST(GnomeTest)
 
 #include "tst_gnome.moc"

@@ -2,11 +2,11 @@
 
 #include "desktop/login/FileLoginItem.h"
 #include "tests/support/Files.h"
+#include "tests/support/TestClass.h"
 
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -140,5 +140,5 @@ void LoginItemTest::launchAgents() {
     QVERIFY(item.setEnabled(true) && item.setEnabled(false) && !QFile::exists(item.path()));
 }
 
-QTEST_GUILESS_MAIN(LoginItemTest)
+KESTRIN_TEST(LoginItemTest)
 #include "tst_loginitem.moc"

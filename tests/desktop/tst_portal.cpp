@@ -4,6 +4,7 @@
 #include "design/KestrinAppearance.h"
 #include "desktop/appearance/Appearance.h"
 #include "desktop/session/SaveDialog.h"
+#include "tests/support/TestClass.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -12,7 +13,6 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <utility>
 
@@ -170,6 +170,6 @@ void PortalTest::filesAreChosen() {
     QCOMPARE(chooser.options.value(u"current_name"_s).toString(), u"y"_s);
 }
 
-QTEST_MAIN(PortalTest)
+KESTRIN_TEST(PortalTest)
 
 #include "tst_portal.moc"

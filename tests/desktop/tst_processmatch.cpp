@@ -8,10 +8,10 @@
 #include "desktop/wayland/SocketPeers.h"
 #include "tests/support/Files.h"
 #include "tests/support/ListeningSocket.h"
+#include "tests/support/TestClass.h"
 
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <linux/netlink.h>
 #include <linux/sock_diag.h>
@@ -234,5 +234,5 @@ void ProcessMatchTest::flatpaks() {
     QVERIFY(runningFlatpaks({}, "/proc").isEmpty());
 }
 
-QTEST_GUILESS_MAIN(ProcessMatchTest)
+KESTRIN_TEST(ProcessMatchTest)
 #include "tst_processmatch.moc"

@@ -3,8 +3,7 @@
 #include "desktop/quitting/BusObject.h"
 #include "desktop/quitting/QuitCommands.h"
 #include "desktop/quitting/TrayMenu.h"
-
-#include <QTest>
+#include "tests/support/TestClass.h"
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -90,5 +89,5 @@ void QuitCommandsTest::introspection() {
     QCOMPARE(read(u"quit"_s), u"||"_s);
 }
 
-QTEST_GUILESS_MAIN(QuitCommandsTest)
+KESTRIN_TEST(QuitCommandsTest)
 #include "tst_quitcommands.moc"

@@ -4,10 +4,10 @@
 #include "desktop/sway/SwayTree.h"
 #include "desktop/sway/SwayWindows.h"
 #include "tests/support/ListeningSocket.h"
+#include "tests/support/TestClass.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <poll.h>
 
@@ -202,5 +202,5 @@ void SwayTest::events() {
     QVERIFY(windows.open(Deadline(1s)) && windows.windows(Deadline(1s)));
 }
 
-QTEST_GUILESS_MAIN(SwayTest)
+KESTRIN_TEST(SwayTest)
 #include "tst_sway.moc"

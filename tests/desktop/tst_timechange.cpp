@@ -3,10 +3,10 @@
 #include "desktop/clock/SystemTimeChangeWatch.h"
 #include "foundation/PrivateFile.h"
 #include "tests/support/Files.h"
+#include "tests/support/TestClass.h"
 #include "tests/support/Witness.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <sched.h>
 #include <sys/mount.h>
@@ -74,5 +74,5 @@ void TimeChangeTest::clock() {
     }
 }
 
-QTEST_GUILESS_MAIN(TimeChangeTest)
+KESTRIN_TEST(TimeChangeTest)
 #include "tst_timechange.moc"

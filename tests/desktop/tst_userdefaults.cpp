@@ -2,12 +2,12 @@
 
 #include "desktop/defaults/JSONUserDefaults.h"
 #include "tests/support/Files.h"
+#include "tests/support/TestClass.h"
 #include "tests/support/Witness.h"
 
 #include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -104,5 +104,5 @@ void UserDefaultsTest::unreadable() {
     QVERIFY(QDir().rmdir(m_path));
 }
 
-QTEST_GUILESS_MAIN(UserDefaultsTest)
+KESTRIN_TEST(UserDefaultsTest)
 #include "tst_userdefaults.moc"

@@ -4,12 +4,12 @@
 #include "desktop/wayland/PlasmaWindows.h"
 #include "desktop/wayland/WlrToplevels.h"
 #include "tests/support/FakeCompositor.h"
+#include "tests/support/TestClass.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <wayland-util.h>
 #include <wlr-foreign-toplevel-management-server-protocol.h>
@@ -217,5 +217,5 @@ void WaylandTest::flood() {
     QCOMPARE(talk.appIds().last(), u"last"_s);
 }
 
-QTEST_GUILESS_MAIN(WaylandTest)
+KESTRIN_TEST(WaylandTest)
 #include "tst_wayland.moc"

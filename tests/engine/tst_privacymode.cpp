@@ -7,9 +7,9 @@
 #include "engine/RiskAppMatcher.h"
 #include "engine/RiskAppRelaunchMonitor.h"
 #include "tests/support/Journal.h"
+#include "tests/support/TestClass.h"
 
 #include <QRandomGenerator>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -260,5 +260,5 @@ void PrivacyModeTest::monitorLifecycle() {
     QCOMPARE(engine.workspace.subscriberCount(), 0);
 }
 
-QTEST_GUILESS_MAIN(PrivacyModeTest)
+KESTRIN_TEST(PrivacyModeTest)
 #include "tst_privacymode.moc"

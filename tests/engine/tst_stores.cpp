@@ -6,10 +6,10 @@
 #include "foundation/FileStamp.h"
 #include "tests/support/Files.h"
 #include "tests/support/Samples.h"
+#include "tests/support/TestClass.h"
 
 #include <QSet>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -183,5 +183,5 @@ void StoresTest::settings() {
     }
 }
 
-QTEST_GUILESS_MAIN(StoresTest)
+KESTRIN_TEST(StoresTest)
 #include "tst_stores.moc"

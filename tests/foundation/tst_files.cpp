@@ -5,13 +5,13 @@
 #include "foundation/PrivateFolder.h"
 #include "foundation/StoredFile.h"
 #include "tests/support/Files.h"
+#include "tests/support/TestClass.h"
 #include "tests/support/Witness.h"
 
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -315,5 +315,5 @@ void FilesTest::strangeLocks() {
     QVERIFY(FolderLock(folder()).isHeld());
 }
 
-QTEST_GUILESS_MAIN(FilesTest)
+KESTRIN_TEST(FilesTest)
 #include "tst_files.moc"

@@ -4,9 +4,9 @@
 #include "runtime/LiveUse.h"
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/MemoryHome.h"
+#include "tests/support/TestClass.h"
 
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -222,5 +222,5 @@ void LiveRecordTest::inventedNames() {
     QVERIFY(!record.due());
 }
 
-QTEST_GUILESS_MAIN(LiveRecordTest)
+KESTRIN_TEST(LiveRecordTest)
 #include "tst_liverecord.moc"

@@ -7,11 +7,11 @@
 #include "tests/support/Files.h"
 #include "tests/support/Home.h"
 #include "tests/support/MemoryHome.h"
+#include "tests/support/TestClass.h"
 #include "tests/support/Witness.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,18 +30,16 @@ namespace {
 
 using Kind = MacProtectionEventKind;
 
-const QString modesKey = u"kestrin.mac.enabledModeIDs"_s;
-
 /// Schedules are off unless a test turns them on.
 struct MemoryHome : samples::MemoryHome {
     MemoryHome() {
-        defaults.setStringArray(modesKey, {});
+        defaults.setStringArray(samples::modesKey, {});
         asked();
     }
 };
 
 struct Home : samples::Home {
-    Home() { defaults.setStringArray(modesKey, {}); }
+    Home() { defaults.setStringArray(samples::modesKey, {}); }
 };
 
 QString matchIDs(const MacProtectionRuntime &runtime) {
@@ -345,7 +343,7 @@ void RuntimeTest::twoProcesses() {
 
 void RuntimeTest::pausesOfOthers() {
     Home home;
-    home.defaults.setStringArray(modesKey, {u"away"_s});
+    home.defaults.setStringArray(samples::modesKey, {u"away"_s});
     JSONUserDefaults theirDefaults(home.preferences());
     MacProtectionRuntime ours(home.defaults, home.surroundings());
     PrivacyModeFlag ourFlag(home.defaults, ours);
@@ -539,7 +537,7 @@ void RuntimeTest::nobodysChoice() {
         Home home;
         const QString file = home.settings.file();
         home.defaults.setBoolean(MacProtectionRuntime::enforceActionsKey, true);
-        home.defaults.setStringArray(modesKey, {});
+        home.defaults.setStringArray(samples::modesKey, {});
         if (isFolder)
             QVERIFY(QDir().mkpath(file));
         else
@@ -636,5 +634,5 @@ void RuntimeTest::claimsAreSeen() {
     }
 }
 
-QTEST_GUILESS_MAIN(RuntimeTest)
+KESTRIN_TEST(RuntimeTest)
 #include "tst_runtime.moc"

@@ -3,9 +3,9 @@
 #include "foundation/TimePhrase.h"
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/MemoryHome.h"
+#include "tests/support/TestClass.h"
 
 #include <QLocale>
-#include <QTest>
 
 #include <ctime>
 #include <tuple>
@@ -17,8 +17,6 @@ using namespace kestrin::engine;
 using namespace kestrin::runtime;
 
 namespace {
-
-const QString modesKey = u"kestrin.mac.enabledModeIDs"_s;
 
 /// One that the test lets jump.
 TimeChangeWatchMaker madeKnown(TimeChangeWatch *&watch) {
@@ -70,7 +68,7 @@ void SchedulesTest::everyMinute() {
     };
     for (const auto &[enabled, changes] : expected) {
         samples::MemoryHome home;
-        home.defaults.setStringArray(modesKey, enabled.split(u' ', Qt::SkipEmptyParts));
+        home.defaults.setStringArray(samples::modesKey, enabled.split(u' ', Qt::SkipEmptyParts));
         const MacProtectionRuntime runtime(home.defaults, home.surroundings());
         QStringList found;
         QString before;
@@ -101,7 +99,7 @@ void SchedulesTest::outlook() {
     };
     for (const auto &[enabled, time, text] : expected) {
         samples::MemoryHome home;
-        home.defaults.setStringArray(modesKey, enabled.split(u' '));
+        home.defaults.setStringArray(samples::modesKey, enabled.split(u' '));
         const MacProtectionRuntime runtime(home.defaults, home.surroundings());
         home.now.setTime(time.addSecs(-1));
         QCOMPARE(runtime.scheduleOutlook().text(), text);
@@ -110,7 +108,7 @@ void SchedulesTest::outlook() {
 
 void SchedulesTest::localWallClock() {
     samples::MemoryHome home;
-    home.defaults.setStringArray(modesKey, {u"sleep"_s});
+    home.defaults.setStringArray(samples::modesKey, {u"sleep"_s});
     const MacProtectionRuntime runtime(home.defaults, home.surroundings());
     // One minute to seven, on the days before and after a night in which the clocks change too.
     for (const auto &[zone, minute] : {
@@ -127,7 +125,7 @@ void SchedulesTest::localWallClock() {
 
 void SchedulesTest::ticksAndTimeJumps() {
     samples::MemoryHome home;
-    home.defaults.setStringArray(modesKey, {u"away"_s});
+    home.defaults.setStringArray(samples::modesKey, {u"away"_s});
     QList<bool> asked;
     const auto setter = [&](bool on) {
         asked.append(on);
@@ -168,11 +166,11 @@ void SchedulesTest::keptAgainstTheSchedules() {
     };
     for (const auto &[enabled, hour, kept, after] : cases) {
         samples::MemoryHome home;
-        home.defaults.setStringArray(modesKey, enabled.split(u' '));
+        home.defaults.setStringArray(samples::modesKey, enabled.split(u' '));
         home.now.setTime(QTime(hour, 0));
         MacProtectionRuntime runtime(home.defaults, home.surroundings());
         runtime.disableModesAgainst(kept);
-        QCOMPARE(home.defaults.stringArray(modesKey)->join(u' '), after);
+        QCOMPARE(home.defaults.stringArray(samples::modesKey)->join(u' '), after);
         QCOMPARE(runtime.scheduledPrivacyModeState(home.now).value_or(kept), kept);
     }
 }
@@ -218,7 +216,7 @@ void SchedulesTest::pauses() {
     QFETCH(QStringList, steps);
     moveTo(zone);
     samples::MemoryHome home;
-    home.defaults.setStringArray(modesKey, {u"sleep"_s, u"away"_s});
+    home.defaults.setStringArray(samples::modesKey, {u"sleep"_s, u"away"_s});
     const auto clockShows = [&](const QString &moment) {
         home.now = QDateTime::fromString(moment, Qt::ISODate);
     };
@@ -261,5 +259,5 @@ void SchedulesTest::pauses() {
     }
 }
 
-QTEST_GUILESS_MAIN(SchedulesTest)
+KESTRIN_TEST(SchedulesTest)
 #include "tst_schedules.moc"

@@ -1,8 +1,7 @@
 // The watch messages, as the companions send and read them.
 
 #include "shared/KestrinWatchBridge.h"
-
-#include <QTest>
+#include "tests/support/TestClass.h"
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -58,5 +57,5 @@ void SharedTest::typedReading() {
         QCOMPARE(read(other), u"1 -7 -"_s);
 }
 
-QTEST_GUILESS_MAIN(SharedTest)
+KESTRIN_TEST(SharedTest)
 #include "tst_shared.moc"

@@ -6,6 +6,8 @@
 
 namespace kestrin::samples {
 
+inline const QString modesKey = QStringLiteral("kestrin.mac.enabledModeIDs");
+
 /// Zoom and an editor are running, nothing is selected, and it is noon and a second later at every look at
 /// the clock.
 struct MemoryHome {

@@ -3,8 +3,7 @@
 
 #include "desktop/linux/ChosenWorkspace.h"
 #include "tests/support/SampleApp.h"
-
-#include <QTest>
+#include "tests/support/TestClass.h"
 
 #include <utility>
 
@@ -64,8 +63,8 @@ class FakeSource final : public WindowSource {
 };
 
 /// Two sources, the better one first, and the workspace over them.
-struct Desktop {
-    explicit Desktop(bool needsX11 = false)
+struct TwoSources {
+    explicit TwoSources(bool needsX11 = false)
         : better(*new FakeSource)
         , other(*new FakeSource)
         , workspace(candidates(needsX11)) {}
@@ -99,7 +98,7 @@ class ChosenWorkspaceTest : public QObject {
 void ChosenWorkspaceTest::leadChanges() {
     // The one that does not see everything gives way as soon as a better one answers again.
     for (const bool needsX11 : {false, true}) {
-        Desktop desktop(needsX11);
+        TwoSources desktop(needsX11);
         desktop.better.show(processes({1}));
         desktop.other.show(processes({1, 2}));
         samples::Launches launches(desktop.workspace);
@@ -130,7 +129,7 @@ void ChosenWorkspaceTest::leadChanges() {
 /// What is done about the first of two launches is how the source's end is found out.
 void ChosenWorkspaceTest::lossAmongLaunches() {
     for (const bool isOtherThere : {false, true}) {
-        Desktop desktop;
+        TwoSources desktop;
         desktop.other.isThere = isOtherThere;
         QList<qint32> launched;
         const auto subscription =
@@ -154,7 +153,7 @@ void ChosenWorkspaceTest::windowsOfBothKinds_data() {
 
 void ChosenWorkspaceTest::windowsOfBothKinds() {
     QFETCH(const QString, first);
-    Desktop desktop(true);
+    TwoSources desktop(true);
     desktop.better.isThere = false;
     QTRY_COMPARE(running(desktop.workspace), QList<qint32>());
     std::optional<samples::Launches> launches;
@@ -178,5 +177,5 @@ void ChosenWorkspaceTest::windowsOfBothKinds() {
     QCOMPARE(launches->pids, expected);
 }
 
-QTEST_GUILESS_MAIN(ChosenWorkspaceTest)
+KESTRIN_TEST(ChosenWorkspaceTest)
 #include "tst_chosenworkspace.moc"

@@ -5,10 +5,10 @@
 #include "desktop/x11/X11Workspace.h"
 #include "tests/support/Files.h"
 #include "tests/support/SampleApp.h"
+#include "tests/support/TestClass.h"
 
 #include <QProcess>
 #include <QStandardPaths>
-#include <QTest>
 
 #include <chrono>
 
@@ -61,5 +61,5 @@ void DesktopProgramsTest::quits() {
     QCOMPARE(app.exitStatus(), QProcess::NormalExit);
 }
 
-QTEST_GUILESS_MAIN(DesktopProgramsTest)
+KESTRIN_TEST(DesktopProgramsTest)
 #include "tst_desktopprograms.moc"

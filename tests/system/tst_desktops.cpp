@@ -9,12 +9,12 @@
 #include "desktop/wayland/PlasmaWindows.h"
 #include "tests/support/ListeningSocket.h"
 #include "tests/support/SampleApp.h"
+#include "tests/support/TestClass.h"
 #include "tests/support/Unanswered.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
-#include <QTest>
 
 #include <algorithm>
 #include <csignal>
@@ -29,7 +29,6 @@ using namespace kestrin::runtime;
 using foundation::Deadline;
 using samples::callEverythingInVain;
 using samples::installEntry;
-using samples::Launches;
 using samples::running;
 using samples::SampleApp;
 namespace display = samples::display;
@@ -179,7 +178,7 @@ void DesktopsTest::eachApplicationOnce() {
     SampleApp before(programs.named("before --commands"));
     QTRY_COMPARE(before.said(u"mapped 1"_s), 1);
     QTRY_COMPARE(running(*workspace), programs.seen({before.pid()}));
-    Launches launches(*workspace);
+    samples::Launches launches(*workspace);
     const SampleApp first(programs.named("first --windows 3"));
     QTRY_COMPARE(launches.pids, programs.seen({first.pid()}));
     // A further window is no launch.
@@ -242,7 +241,7 @@ void DesktopsTest::closing() {
     QFETCH(bool, obeys);
     const Programs programs = isNative ? native() : ofX11();
     const auto workspace = makeWorkspace();
-    Launches launches(*workspace);
+    samples::Launches launches(*workspace);
     const SampleApp app(programs.named("app ") + options);
     QTRY_COMPARE(app.said(u"mapped %1"_s.arg(windows)), 1);
     QTRY_COMPARE(launches.pids, programs.seen({app.pid()}));
@@ -265,7 +264,7 @@ void DesktopsTest::closing() {
 /// As a client of video calls does it, which lives on in a tray.
 void DesktopsTest::hiding() {
     const auto workspace = makeWorkspace();
-    Launches launches(*workspace);
+    samples::Launches launches(*workspace);
     std::list<SampleApp> apps;
     QList<qint32> pids;
     for (const Programs &programs : {native(), ofX11()}) {
@@ -294,7 +293,7 @@ void DesktopsTest::vanishing() {
     QFETCH(bool, isNative);
     const Programs programs = isNative ? native() : ofX11();
     const auto workspace = makeWorkspace();
-    Launches launches(*workspace);
+    samples::Launches launches(*workspace);
     const SampleApp steady(programs.named("steady"));
     QTRY_COMPARE(steady.said(u"mapped 1"_s), 1);
     QTRY_COMPARE(launches.pids, programs.seen({steady.pid()}));
@@ -315,13 +314,13 @@ void DesktopsTest::vanishing() {
 
 void DesktopsTest::silence() {
     const auto workspace = makeWorkspace();
-    Launches launches(*workspace);
+    samples::Launches launches(*workspace);
     const SampleApp app(native().named("app"));
     QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
     QTRY_COMPARE(launches.pids, native().seen({app.pid()}));
     const auto other = makeWorkspace();
     QTRY_COMPARE(running(*other), native().seen({app.pid()}));
-    std::optional<Launches> inSilence;
+    std::optional<samples::Launches> inSilence;
     {
         display::signalServer(SIGSTOP);
         const auto goesOn = qScopeGuard([] { display::signalServer(SIGCONT); });
@@ -356,7 +355,7 @@ void DesktopsTest::strangers() {
         qScopeGuard([&] { before.isEmpty() ? qunsetenv("SWAYSOCK") : qputenv("SWAYSOCK", before); });
     const auto workspace = makeWorkspace();
     QCOMPARE(workspace->sight().extent, thisDesktop().sight);
-    Launches launches(*workspace);
+    samples::Launches launches(*workspace);
     const SampleApp other(native().named("other"));
     QTRY_COMPARE(other.said(u"mapped 1"_s), 1);
     QTRY_COMPARE(launches.pids, native().seen({other.pid()}));
@@ -368,7 +367,7 @@ void DesktopsTest::strangers() {
 void DesktopsTest::death() {
     const auto workspace = makeWorkspace();
     const auto unheard = makeWorkspace();
-    Launches launches(*workspace);
+    samples::Launches launches(*workspace);
     const SampleApp app(native().named("app"));
     QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
     QTRY_COMPARE(launches.pids, native().seen({app.pid()}));
@@ -431,5 +430,5 @@ void DesktopsTest::newLogin() {
     QVERIFY(QDir(qEnvironmentVariable("XDG_DATA_HOME") + u"/gnome-shell/extensions"_s).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(DesktopsTest)
+KESTRIN_TEST(DesktopsTest)
 #include "tst_desktops.moc"

@@ -6,11 +6,11 @@
 #include "tests/support/ListeningSocket.h"
 #include "tests/support/MediaServer.h"
 #include "tests/support/Samples.h"
+#include "tests/support/TestClass.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QStandardPaths>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -443,7 +443,8 @@ void TstLiveUse::withoutLibrary() {
         "through PipeWire are not seen, because its client library is not installed."));
 }
 
+KESTRIN_TEST(TstLiveUse)
+
 } // namespace kestrin::desktop
 
-QTEST_GUILESS_MAIN(kestrin::desktop::TstLiveUse)
 #include "tst_liveuse.moc"

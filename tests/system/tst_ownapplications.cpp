@@ -2,11 +2,11 @@
 // windows.
 
 #include "tests/support/SampleApp.h"
+#include "tests/support/TestClass.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTest>
 
 #include <algorithm>
 
@@ -100,5 +100,5 @@ void OwnApplicationsTest::keptClosedUntilRemoved() {
     QCOMPARE(relaunches(), m_relaunched);
 }
 
-QTEST_GUILESS_MAIN(OwnApplicationsTest)
+KESTRIN_TEST(OwnApplicationsTest)
 #include "tst_ownapplications.moc"

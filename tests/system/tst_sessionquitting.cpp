@@ -4,10 +4,10 @@
 #include "desktop/x11/X11Workspace.h"
 #include "tests/support/Files.h"
 #include "tests/support/SampleApp.h"
+#include "tests/support/TestClass.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 
@@ -153,5 +153,5 @@ void SessionQuittingTest::uselessBuses() {
         quitOn(dead);
 }
 
-QTEST_GUILESS_MAIN(SessionQuittingTest)
+KESTRIN_TEST(SessionQuittingTest)
 #include "tst_sessionquitting.moc"

@@ -5,9 +5,8 @@
 #include "desktop/Platform.h"
 #include "desktop/x11/X11Workspace.h"
 #include "tests/support/SampleApp.h"
+#include "tests/support/TestClass.h"
 #include "tests/support/Unanswered.h"
-
-#include <QTest>
 
 #include <csignal>
 
@@ -17,7 +16,6 @@ using namespace kestrin::engine;
 using namespace kestrin::desktop;
 using samples::callEverythingInVain;
 using samples::installEntry;
-using samples::Launches;
 using samples::running;
 using samples::SampleApp;
 namespace display = samples::display;
@@ -137,15 +135,15 @@ void X11WorkspaceTest::whichWindowsAreAsked() {
 
 void X11WorkspaceTest::unsubscribing() {
     X11Workspace workspace;
-    Launches leaving(workspace);
-    Launches staying(workspace);
+    samples::Launches leaving(workspace);
+    samples::Launches staying(workspace);
     const SampleApp app;
     awaitUnheard(app);
     // Noticed, but not told yet.
     QVERIFY(running(workspace).contains(app.pid()));
     leaving.subscription.reset();
     // For who comes now, it ran before.
-    Launches coming(workspace);
+    samples::Launches coming(workspace);
     const SampleApp fence;
     QTRY_COMPARE(coming.pids, QList<qint32>{fence.pid()});
     QCOMPARE(staying.pids, (QList<qint32>{app.pid(), fence.pid()}));
@@ -167,7 +165,7 @@ void X11WorkspaceTest::unsubscribingInsideTheHandler() {
     // Both are found in one go, the second when nobody listens any more.
     QTRY_COMPARE(pids, QList<qint32>{first.pid()});
     // And again from the start.
-    Launches anew(workspace);
+    samples::Launches anew(workspace);
     const SampleApp third;
     QTRY_COMPARE(anew.pids, QList<qint32>{third.pid()});
     QCOMPARE(pids, QList<qint32>{first.pid()});
@@ -175,11 +173,11 @@ void X11WorkspaceTest::unsubscribingInsideTheHandler() {
 
 void X11WorkspaceTest::oneTakesTheOthersPlace() {
     X11Workspace workspace;
-    Launches former(workspace);
+    samples::Launches former(workspace);
     const SampleApp unnoticed;
     awaitUnheard(unnoticed);
     former.subscription.reset();
-    const Launches next(workspace);
+    const samples::Launches next(workspace);
     QTRY_COMPARE(next.pids, QList<qint32>{unnoticed.pid()});
     QVERIFY(former.pids.isEmpty());
 }
@@ -211,7 +209,7 @@ void X11WorkspaceTest::noWindowManager() {
         const SampleApp before(u"--windows 2"_s);
         QTRY_COMPARE(running(workspace), QList<qint32>{before.pid()});
         // Who ran before would count as launched as soon as it was forgotten.
-        Launches launches(workspace);
+        samples::Launches launches(workspace);
         SampleApp ends;
         QTRY_COMPARE(launches.pids, QList<qint32>{ends.pid()});
         launches.pids.clear();
@@ -242,12 +240,12 @@ void X11WorkspaceTest::noWindowManager() {
 
 void X11WorkspaceTest::silentServer() {
     X11Workspace workspace;
-    Launches launches(workspace);
+    samples::Launches launches(workspace);
     const SampleApp app;
     QTRY_COMPARE(launches.pids, QList<qint32>{app.pid()});
     X11Workspace other;
     QCOMPARE(running(other), QList<qint32>{app.pid()});
-    std::optional<Launches> inSilence;
+    std::optional<samples::Launches> inSilence;
     {
         display::signalServer(SIGSTOP);
         const auto goesOn = qScopeGuard([] { display::signalServer(SIGCONT); });
@@ -269,5 +267,5 @@ void X11WorkspaceTest::silentServer() {
     QVERIFY(app.isRunning());
 }
 
-QTEST_GUILESS_MAIN(X11WorkspaceTest)
+KESTRIN_TEST(X11WorkspaceTest)
 #include "tst_x11workspace.moc"
