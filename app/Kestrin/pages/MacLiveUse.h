@@ -23,6 +23,8 @@ class MacLiveUse : public QObject {
     Q_PROPERTY(bool on READ isOn WRITE setOn NOTIFY switched FINAL)
     /// A line for each application; none when nothing is in use.
     Q_PROPERTY(QStringList lines READ lines NOTIFY changed FINAL)
+    /// All of these lines.
+    Q_PROPERTY(QString text READ text NOTIFY changed FINAL)
     /// The same in sentences; empty when nothing is in use.
     Q_PROPERTY(QString sentences READ sentences NOTIFY changed FINAL)
     /// The name of a symbol for it.
@@ -36,6 +38,7 @@ class MacLiveUse : public QObject {
     /// What could not be stored is not so, and the runtime says why.
     void setOn(bool on);
     QStringList lines() const;
+    QString text() const { return lines().join(u'\n'); }
     QString sentences() const;
     QString symbol() const;
 

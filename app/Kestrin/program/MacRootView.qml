@@ -133,7 +133,7 @@ Item {
 
             width: parent.width
             height: (item as Item)?.height ?? 0
-            onHeightChanged: Qt.callLater(tellMove)
+            onHeightChanged: Qt.callLater(tellMove) // qmllint disable
             onIsWantedChanged: {
                 if (isWanted)
                     setSource("MacQuietLine.qml", {

@@ -15,8 +15,9 @@ SystemTrayIcon {
 
     visible: true
     icon.source: "qrc:/kestrin/KestrinTray" + (protection.privacyModeOn ? "On" : "Off")
-        + (use.lines.length > 0 ? "InUse" : "") + ".png"
-    tooltip: ["Kestrin: " + state].concat(use.lines, protection.sightText === "" ? [] : [protection.sightText]).join("\n")
+        + (use.text !== "" ? "InUse" : "") + ".png"
+    tooltip: "Kestrin: " + state + (use.text === "" ? "" : "\n" + use.text)
+        + (protection.sightText === "" ? "" : "\n" + protection.sightText)
     // A second click of the middle or right button is the menu's.
     onActivated: reason => {
         if (reason === SystemTrayIcon.Trigger || reason === SystemTrayIcon.DoubleClick)
