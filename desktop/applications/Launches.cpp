@@ -117,6 +117,11 @@ void Launches::findLaunches(const Deadline &deadline) {
     expectEvents();
 }
 
+void Launches::catchUp(const Deadline &deadline) {
+    if (m_finder && m_finder->isBehind())
+        findLaunches(deadline);
+}
+
 void Launches::findHeldBack() {
     if (!m_finder)
         return;

@@ -31,6 +31,8 @@ class LaunchFinder {
     /// The launches since the last call. When the desktop does not answer in time, the next call finds what
     /// this one did not.
     virtual QList<LaunchedApplication> update(const foundation::Deadline &deadline) = 0;
+    /// The last call of `update` got no answer.
+    virtual bool isBehind() const = 0;
     /// Whether the application of this process ran at the last call of `update`.
     virtual bool knows(qint32 process) const = 0;
     /// Should the application of this process still be there, the next call of `update` returns it.
@@ -54,6 +56,10 @@ class Launches : public QObject {
 
     std::unique_ptr<engine::LaunchSubscription> subscribe(engine::Workspace::LaunchHandler handler,
                                                           const foundation::Deadline &deadline);
+
+    /// Whoever is about to tell what runs calls this first, so that nothing is in his answer that would later
+    /// be taken for what ran before, and told to nobody.
+    void catchUp(const foundation::Deadline &deadline);
 
     /// Whether an application is known to run. Nobody is to whoever does not watch.
     bool knows(qint32 process) const { return m_finder && m_finder->knows(process); }

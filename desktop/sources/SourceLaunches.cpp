@@ -21,6 +21,7 @@ class SourceLaunches::Finder final : public LaunchFinder {
 
     QList<LaunchedApplication> update(const Deadline &deadline) override {
         const auto windows = m_source.windows(deadline);
+        m_isBehind = !windows;
         if (!windows)
             return {};
         QList<LaunchedApplication> launches;
@@ -36,6 +37,8 @@ class SourceLaunches::Finder final : public LaunchFinder {
         return launches;
     }
 
+    bool isBehind() const override { return m_isBehind; }
+
     bool knows(qint32 process) const override { return m_known && m_known->contains(process); }
 
     void forget(qint32 process) override {
@@ -49,6 +52,7 @@ class SourceLaunches::Finder final : public LaunchFinder {
 
     WindowSource &m_source;
     std::optional<Known> m_known;
+    bool m_isBehind = false;
 };
 
 SourceLaunches::SourceLaunches(ApplicationRecords &records, WindowSource &source)

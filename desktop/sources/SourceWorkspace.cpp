@@ -45,7 +45,10 @@ bool SourceWorkspace::open(const Deadline &deadline) {
 }
 
 std::optional<QList<SourceWindow>> SourceWorkspace::windows(const Deadline &deadline) {
-    return open(deadline) ? m_source->windows(deadline) : std::nullopt;
+    if (!open(deadline))
+        return std::nullopt;
+    m_launches.catchUp(deadline);
+    return m_source->windows(deadline);
 }
 
 QList<WorkspaceApplication> SourceWorkspace::list(const Deadline &deadline) {

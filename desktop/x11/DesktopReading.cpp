@@ -73,11 +73,11 @@ class ClientProcesses {
     }
 
     /// 0 when the server does not know.
-    qint32 processOf(quint32 window, const Deadline &deadline) {
+    qint32 processOf(quint32 window, const Deadline &deadline, Outcome &outcome) {
         const quint32 client = clientOf(window);
         const auto question = m_questions.find(client);
         if (question != m_questions.end()) {
-            m_processes.insert(client, answer(question->second.take(deadline).get()));
+            m_processes.insert(client, answer(question->second.take(deadline, outcome).get()));
             m_questions.erase(question);
         }
         return m_processes.value(client, 0);
@@ -137,7 +137,7 @@ std::optional<DesktopApplication> DesktopReading::application(qint32 process) co
 }
 
 std::optional<DesktopReading> DesktopReading::take(X11Connection &connection, const Deadline &deadline) {
-    const std::optional<QList<quint32>> list = clientList(connection, deadline);
+    const auto list = connection.isSilent() ? std::nullopt : clientList(connection, deadline);
     if (!list)
         return std::nullopt;
 
@@ -156,10 +156,12 @@ std::optional<DesktopReading> DesktopReading::take(X11Connection &connection, co
         Outcome outcome{};
         const quint32 window = list->at(static_cast<qsizetype>(i));
         auto facts = questions[i].answers(connection.hints(), deadline, outcome);
+        const qint32 process = facts ? processes.processOf(window, deadline, outcome) : 0;
+        // Without its process a window would count for nobody, and its application as ended.
         if (outcome == Outcome::silent)
             return std::nullopt;
         if (facts)
-            reading.windows.append({window, processes.processOf(window, deadline), *std::move(facts)});
+            reading.windows.append({window, process, *std::move(facts)});
     }
     return reading;
 }
@@ -205,7 +207,7 @@ QList<quint32> windowsInUse(X11Connection &connection, const QList<quint32> &win
         Questions &question = questions[static_cast<std::size_t>(i)];
         Outcome outcome{};
         const auto attributes = question.attributes.take(deadline, outcome);
-        const auto state = question.state.take(deadline);
+        const auto state = attributes ? question.state.take(deadline, outcome) : nullptr;
         // Without an answer everything is as it was.
         if (outcome == Outcome::silent)
             result.append(windows[i]);

@@ -36,7 +36,8 @@ struct DesktopReading {
     QList<DesktopApplication> applications() const { return applicationsOf(windows); }
     std::optional<DesktopApplication> application(qint32 process) const;
 
-    /// A window that vanished meanwhile is left out. No reading when the server did not answer in time.
+    /// A window that vanished meanwhile is left out. No reading when the server did not answer in time, at
+    /// once where it is known to be silent.
     static std::optional<DesktopReading> take(X11Connection &connection,
                                               const foundation::Deadline &deadline);
 };

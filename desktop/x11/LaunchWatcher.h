@@ -38,8 +38,7 @@ class LaunchWatcher final : public LaunchFinder {
 
     void forget(qint32 process) override { m_known.remove(process); }
 
-    /// The last call of `update` got no answer.
-    bool isBehind() const { return m_isBehind; }
+    bool isBehind() const override { return m_isBehind; }
 
   private:
     bool compare(const DesktopReading &reading, const foundation::Deadline &deadline,

@@ -12,6 +12,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace kestrin::desktop {
@@ -61,6 +62,11 @@ class X11Connection {
     /// The server has gone away; nothing will ever be answered any more.
     bool isBroken() const { return xcb_connection_has_error(m_connection) != 0; }
 
+    /// Somebody has waited for the server in vain, and it has not caught up since. Never waits.
+    bool owesAnswers();
+    /// It has been waited for so long that whoever asks it now would wait in vain too.
+    bool isSilent() { return owesAnswers() && m_waited >= desktopSilence; }
+
     /// Requests that the window manager closes a window (_NET_CLOSE_WINDOW), in the name of the user.
     void requestClosing(xcb_window_t window);
 
@@ -76,8 +82,15 @@ class X11Connection {
     std::pair<Outcome, void *> waitFor(unsigned sequence, const foundation::Deadline &deadline);
 
   private:
+    void noteSilence(std::chrono::milliseconds waited);
+
     xcb_connection_t *m_connection;
     X11Server m_server;
+    /// Asked when an answer did not come in time. The server answers in order: once this one is there, it has
+    /// caught up.
+    std::optional<unsigned> m_lastQuestion;
+    /// In vain, since then.
+    std::chrono::milliseconds m_waited{};
 };
 
 /// A reply that is to come. Forgets it when nobody took it.

@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+using namespace std::chrono_literals;
+
 namespace kestrin::desktop {
 
 using namespace foundation;
@@ -86,9 +88,13 @@ struct X11Connector::Attempt {
 std::unique_ptr<X11Connection> X11Connector::connect(const Deadline &deadline) {
     if (!m_attempt)
         begin();
+    const auto patience = m_waited < desktopSilence ? deadline.remaining() : 0ms;
     std::unique_lock lock(m_attempt->mutex);
-    if (!m_attempt->ended.wait_for(lock, deadline.remaining(), [this] { return m_attempt->isEnded; }))
+    if (!m_attempt->ended.wait_for(lock, patience, [this] { return m_attempt->isEnded; })) {
+        m_waited += patience;
         return nullptr;
+    }
+    m_waited = 0ms;
     auto connection = std::move(m_attempt->connection);
     lock.unlock();
     m_attempt.reset();

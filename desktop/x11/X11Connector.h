@@ -5,13 +5,14 @@
 
 #include <QByteArray>
 
+#include <chrono>
 #include <memory>
 
 namespace kestrin::desktop {
 
 /// Connects to one display. A server that accepts a connection and then says nothing would block xcb forever,
-/// so the attempt is made on a thread of its own, which is left behind when it takes too long; a late success
-/// is used by the next call. Main thread only.
+/// so the attempt is made on a thread of its own, which is left behind when it takes too long. The next calls
+/// do not wait for it again, and use its late success. Main thread only.
 class X11Connector {
   public:
     /// `display` names the X display, "" the one in the environment (DISPLAY).
@@ -28,6 +29,8 @@ class X11Connector {
     QByteArray m_display;
     /// Present while its thread has not answered.
     std::shared_ptr<Attempt> m_attempt;
+    /// For it, in vain.
+    std::chrono::milliseconds m_waited{};
 };
 
 } // namespace kestrin::desktop

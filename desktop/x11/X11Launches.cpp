@@ -26,7 +26,7 @@ std::unique_ptr<LaunchFinder> X11Launches::startFinding(const Deadline &deadline
     m_watcher = watcher.get();
     m_notifier =
         new QSocketNotifier(xcb_get_file_descriptor(m_connection->xcb()), QSocketNotifier::Read, this);
-    connect(m_notifier, &QSocketNotifier::activated, this, [this] { takeEvents(true); });
+    connect(m_notifier, &QSocketNotifier::activated, this, [this] { takeEvents(); });
     return watcher;
 }
 
@@ -37,9 +37,10 @@ void X11Launches::stopFinding() {
     m_watcher = nullptr;
 }
 
-void X11Launches::takeEvents(bool serverSpoke) {
-    // A server that did not answer is asked again once it says anything.
-    bool isConcerned = serverSpoke && m_watcher->isBehind();
+void X11Launches::takeEvents() {
+    // A server that did not answer is asked again once it does, whoever has read that it does. Events may
+    // come along with that, so it is looked at before them.
+    bool isConcerned = m_watcher->isBehind() && !m_connection->owesAnswers();
     while (const XcbMessage<xcb_generic_event_t> event{xcb_poll_for_event(m_connection->xcb())})
         isConcerned = m_watcher->concerns(*event) || isConcerned;
     if (m_connection->isBroken()) {

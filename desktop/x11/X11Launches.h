@@ -23,7 +23,10 @@ class X11Launches final : public Launches {
     void connected(X11Connection &connection, const foundation::Deadline &deadline);
     /// Somebody is about to talk to the server, which may bring events along that no socket tells of any
     /// more.
-    void serverIsAsked() { expectEvents(); }
+    void serverIsAsked(const foundation::Deadline &deadline) {
+        catchUp(deadline);
+        expectEvents();
+    }
 
   Q_SIGNALS:
     /// The server has gone. The receiver calls `disconnected`.
@@ -32,8 +35,7 @@ class X11Launches final : public Launches {
   private:
     std::unique_ptr<LaunchFinder> startFinding(const foundation::Deadline &deadline) override;
     void stopFinding() override;
-    void takeEvents() override { takeEvents(false); }
-    void takeEvents(bool serverSpoke);
+    void takeEvents() override;
 
     X11Connection *m_connection = nullptr;
     LaunchWatcher *m_watcher = nullptr;

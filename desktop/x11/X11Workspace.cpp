@@ -33,7 +33,7 @@ X11Connection *X11Workspace::connection(const Deadline &deadline) {
         if (m_connection)
             m_launches->connected(*m_connection, deadline);
     }
-    m_launches->serverIsAsked();
+    m_launches->serverIsAsked(deadline);
     return m_connection.get();
 }
 
@@ -102,12 +102,11 @@ QString X11Workspace::obstacle(const Deadline &deadline) {
     if (!server->server().tellsProcesses)
         return u"The display \""_s + display +
                u"\" is reached over a network, or does not tell whose its windows are"_s + consequence;
-    if (windowManagerOf(*server, deadline) != WindowManager::absent)
+    if (!server->isSilent() && windowManagerOf(*server, deadline) != WindowManager::absent)
         return {};
-    const bool isSilent = deadline.remaining().count() == 0;
-    return (isSilent ? u"The display \""_s + display + u"\" does not answer"_s
-                     : u"No window manager on the display \""_s + display +
-                           u"\" tells which windows there are"_s) +
+    return (server->isSilent() ? u"The display \""_s + display + u"\" does not answer"_s
+                               : u"No window manager on the display \""_s + display +
+                                     u"\" tells which windows there are"_s) +
            consequence;
 }
 

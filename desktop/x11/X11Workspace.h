@@ -13,8 +13,8 @@ class X11Launches;
 
 /// An application is a process with at least one window that a task bar would show. The first call opens the
 /// display. When there is no X server the next call tries again, and for whoever has subscribed it is tried
-/// once a minute; what runs then is no launch. A server that does not answer costs each call two seconds.
-/// Main thread only.
+/// once a minute; what runs then is no launch. A server that does not answer costs one call two seconds;
+/// those after it find nothing, at once, until it has answered. Main thread only.
 class X11Workspace final : public DesktopWorkspace {
   public:
     /// `display` names the X display, "" the one in the environment (DISPLAY).

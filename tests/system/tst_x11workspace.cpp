@@ -1,6 +1,5 @@
 // What only X11 has: which windows are seen and asked to close, who says which application they are, window
-// managers that go, and servers that are absent or silent. What is expected of every desktop is in
-// tst_desktops.
+// managers that go, and servers that are absent. What is expected of every desktop is in tst_desktops.
 
 #include "desktop/Platform.h"
 #include "desktop/x11/X11Workspace.h"
@@ -47,7 +46,6 @@ class X11WorkspaceTest : public QObject {
     void oneTakesTheOthersPlace();
     void noDisplay();
     void noWindowManager();
-    void silentServer();
 
   private:
     /// Sees an application without telling the subscribers of another workspace about it.
@@ -236,35 +234,6 @@ void X11WorkspaceTest::noWindowManager() {
         QCOMPARE(workspace.terminate(before.pid()), Termination::delivered);
         QTRY_VERIFY(!before.isRunning());
     }
-}
-
-void X11WorkspaceTest::silentServer() {
-    X11Workspace workspace;
-    samples::Launches launches(workspace);
-    const SampleApp app;
-    QTRY_COMPARE(launches.pids, QList<qint32>{app.pid()});
-    X11Workspace other;
-    QCOMPARE(running(other), QList<qint32>{app.pid()});
-    std::optional<samples::Launches> inSilence;
-    {
-        display::signalServer(SIGSTOP);
-        const auto goesOn = qScopeGuard([] { display::signalServer(SIGCONT); });
-        callEverythingInVain(workspace, app.pid());
-        inSilence.emplace(other);
-        // Also where it is the first call, and one that is given up meanwhile could hang or crash.
-        X11Workspace abandoned;
-        callEverythingInVain(abandoned, app.pid());
-        QTest::qWait(1);
-    }
-    QTRY_COMPARE(running(workspace), QList<qint32>{app.pid()});
-    QVERIFY(workspace.sight().isFull());
-    const SampleApp later;
-    QTRY_COMPARE(launches.pids, (QList<qint32>{app.pid(), later.pid()}));
-    // Who ran when nothing was told yet is no launch.
-    QTRY_COMPARE(inSilence->pids, QList<qint32>{later.pid()});
-    QCOMPARE(workspace.terminate(later.pid()), Termination::delivered);
-    QTRY_VERIFY(!later.isRunning());
-    QVERIFY(app.isRunning());
 }
 
 KESTRIN_TEST(X11WorkspaceTest)
