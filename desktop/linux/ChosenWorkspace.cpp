@@ -86,9 +86,9 @@ void ChosenWorkspace::lookAgainLater() {
 }
 
 const ChosenWorkspace::Candidate *ChosenWorkspace::choose(const Deadline &deadline) {
-    const auto answers = [&deadline](const Candidate &candidate) {
-        return candidate.workspace->open(deadline);
-    };
+    // They are not the only ones who are asked in this time.
+    const Deadline share(deadline.remaining() * 3 / 4);
+    const auto answers = [&share](const Candidate &candidate) { return candidate.workspace->open(share); };
     // Opening is quick where it is open already.
     if (!mayFindBetter() && answers(*m_leader)) {
         m_again.stop();
@@ -98,7 +98,7 @@ const ChosenWorkspace::Candidate *ChosenWorkspace::choose(const Deadline &deadli
     if (m_isSilent && std::chrono::steady_clock::now() - m_lookedAt < 1s)
         return nullptr;
     const auto found = std::ranges::find_if(m_candidates, answers);
-    const bool isSilent = deadline.remaining() == 0ms;
+    const bool isSilent = share.remaining() == 0ms;
     m_lookedAt = std::chrono::steady_clock::now();
     follow(found == m_candidates.end() || isSilent ? nullptr : &*found, isSilent, deadline);
     if (mayFindBetter())
@@ -135,9 +135,9 @@ QList<WorkspaceApplication> ChosenWorkspace::list(const Deadline &deadline) {
 
 Termination ChosenWorkspace::quit(qint32 process, const Deadline &deadline) {
     const Candidate *const leader = choose(deadline);
-    if (m_isSilent)
-        return ApplicationRecords::unanswered(process);
     const auto asked = usesX11() ? m_x11.quit(process, deadline) : Termination::gone;
+    if (asked == Termination::gone && m_isSilent)
+        return ApplicationRecords::unanswered(process);
     if (!leader || asked == Termination::delivered)
         return asked;
     const auto askedByLeader = leader->workspace->quit(process, deadline);
@@ -155,9 +155,9 @@ std::unique_ptr<LaunchSubscription> ChosenWorkspace::listen(LaunchHandler handle
 Sight ChosenWorkspace::look(const Deadline &deadline) {
     if (const Candidate *const leader = choose(deadline))
         return leader->workspace->look(deadline);
-    if (m_isSilent)
-        return sightOfSilence();
     const Sight x11 = m_x11.look(deadline);
+    if (m_isSilent)
+        return sightOfX11InSilence(x11);
     // What is left in the environment of a session that has ended makes this none of Wayland.
     return QFileInfo::exists(QFile::decodeName(waylandSocketPath())) ? sightOfX11InWayland(x11) : x11;
 }

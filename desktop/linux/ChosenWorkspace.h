@@ -14,10 +14,10 @@
 namespace kestrin::desktop {
 
 /// The first of its sources that answers leads; a better one takes over where the leading one does not see
-/// everything, at the next call or within a minute. Where none answers, X11 does what it can. A desktop that
-/// keeps everybody waiting costs a call two seconds, and is not asked again for one second more. X11 is not
-/// asked as well: its windows are shown by the same desktop. Who has subscribed stays subscribed when the
-/// lead changes; what runs at that moment is no launch. Main thread only.
+/// everything, at the next call or within a minute. Where none answers, X11 does what it can. Sources that
+/// keep everybody waiting leave X11 a quarter of a call's time, and are not asked again for one second more.
+/// Who has subscribed stays subscribed when the lead changes; what runs at that moment is no launch. Main
+/// thread only.
 class ChosenWorkspace final : public DesktopWorkspace {
   public:
     struct Candidate {
@@ -42,14 +42,14 @@ class ChosenWorkspace final : public DesktopWorkspace {
     /// Null where X11 leads, or nobody.
     const Candidate *choose(const foundation::Deadline &deadline);
     void follow(const Candidate *leader, bool isSilent, const foundation::Deadline &deadline);
-    bool usesX11() const { return !m_isSilent && (!m_leader || m_leader->needsX11); }
-    bool mayFindBetter() const { return !m_leader || m_leader->needsX11; }
+    bool usesX11() const { return !m_leader || m_leader->needsX11; }
+    bool mayFindBetter() const { return usesX11(); }
     void lookAgainLater();
 
     const std::vector<Candidate> m_candidates;
     X11Workspace m_x11;
     const Candidate *m_leader = nullptr;
-    /// The desktop did not answer when it was last looked at, and nobody leads.
+    /// The sources did not answer when they were last asked, and X11 leads.
     bool m_isSilent = false;
     std::chrono::steady_clock::time_point m_lookedAt;
     QList<Subscription *> m_subscriptions;

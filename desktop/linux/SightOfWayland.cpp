@@ -1,5 +1,7 @@
 #include "desktop/linux/SightOfWayland.h"
 
+#include "desktop/sources/SourceWorkspace.h"
+
 #include <QStringList>
 
 using namespace Qt::StringLiterals;
@@ -37,6 +39,15 @@ Sight sightOfX11InWayland(const Sight &x11) {
                                          : u", so only applications of the older kind, X11, can be seen."_s),
             .remedy = words.remedy,
             .help = words.help};
+}
+
+Sight sightOfX11InSilence(const Sight &x11) {
+    if (x11.extent == Sight::Extent::none)
+        return sightOfSilence();
+    return {Sight::Extent::partial,
+            u"The desktop does not answer, so only applications of the older kind, X11, can be seen."_s,
+            {},
+            {}};
 }
 
 } // namespace kestrin::desktop
