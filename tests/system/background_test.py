@@ -256,7 +256,7 @@ class BackgroundTest(unittest.TestCase):
             self.move_to(hour)
             kestrinctl("schedule", "enable", "away")
             kestrinctl(before)
-            kestrin = Kestrin("--background")
+            kestrin = self.start("--background")
             notice = wait("There is no notice.", lambda n=number: self.notices.shown[n:])[0]
             self.assertEqual((notice[3], notice[5][2:], notice[6]["transient"]), (switched, ["accept", offer], False))
             self.notices.click(number + 1, offer)
