@@ -59,6 +59,8 @@ ExitStatus runWatch(CommandSurroundings &surroundings, bool json) {
     live.start();
 
     ended.run();
+    // What is seen of the uses when nobody looks any more is no news.
+    QObject::disconnect(&live, &LiveUse::sightChanged, nullptr, nullptr);
     live.stop();
     // An event may have been recorded just before the end without having been noticed yet.
     printRest();
