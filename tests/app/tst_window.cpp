@@ -301,7 +301,7 @@ void WindowTest::whoUsesWhat() {
         QCOMPARE(useSentences(each.uses), each.sentences);
     }
 
-    Desk desk(MacSection::Connect);
+    Desk desk(MacSection::Apps);
     desk.window().resize(1040, 680);
     desk.begin(useOf(u"Early"_s, camera));
     QVERIFY(desk.all("MacQuietLine").isEmpty());
@@ -321,6 +321,10 @@ void WindowTest::whoUsesWhat() {
     desk.state().pauseForAnHour();
     QCOMPARE(placeOfLast(), place);
     QVERIFY(desk.says(u"Early uses the camera."_s) && desk.one("KestrinSecondaryButton", u"Resume"_s));
+    const QQuickItem *const line = desk.all("MacQuietLine").constFirst();
+    const QImage picture = desk.window().grabWindow();
+    for (int y = 0; y < line->height(); ++y)
+        QCOMPARE(picture.pixel(900, y), line->property("color").value<QColor>().rgb());
     // Who begins and ends all the time does not flicker.
     QSignalSpy changed(desk.state().property("liveUse").value<MacLiveUse *>(), &MacLiveUse::changed);
     for (int i = 0; i < 20; ++i) {

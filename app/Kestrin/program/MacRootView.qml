@@ -131,6 +131,8 @@ Item {
                 heightBefore = height;
             }
 
+            // What is scrolled goes below it.
+            z: 1
             width: parent.width
             height: (item as Item)?.height ?? 0
             onHeightChanged: Qt.callLater(tellMove) // qmllint disable
