@@ -17,6 +17,7 @@ bool resolveAll(QLibrary &library, PipeWireLibrary &functions) {
            resolve(library, "pw_context_load_module", functions.context_load_module) &&
            resolve(library, "pw_context_connect", functions.context_connect) &&
            resolve(library, "pw_context_destroy", functions.context_destroy) &&
+           resolve(library, "pw_data_loop_invoke", functions.data_loop_invoke) &&
            resolve(library, "pw_data_loop_stop", functions.data_loop_stop) &&
            resolve(library, "pw_core_disconnect", functions.core_disconnect) &&
            resolve(library, "pw_proxy_destroy", functions.proxy_destroy);

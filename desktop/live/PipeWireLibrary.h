@@ -22,6 +22,7 @@ struct PipeWireLibrary {
     decltype(&pw_context_load_module) context_load_module = nullptr;
     decltype(&pw_context_connect) context_connect = nullptr;
     decltype(&pw_context_destroy) context_destroy = nullptr;
+    decltype(&pw_data_loop_invoke) data_loop_invoke = nullptr;
     decltype(&pw_data_loop_stop) data_loop_stop = nullptr;
     decltype(&pw_core_disconnect) core_disconnect = nullptr;
     decltype(&pw_proxy_destroy) proxy_destroy = nullptr;

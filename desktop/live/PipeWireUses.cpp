@@ -8,9 +8,12 @@
 #include <QSocketNotifier>
 
 #include <poll.h>
+#include <pthread.h>
 
 #include <cerrno>
+#include <chrono>
 #include <memory>
+#include <thread>
 #include <unordered_map>
 #include <utility>
 
@@ -94,6 +97,7 @@ class PipeWireUses::Connection {
         spa_hook listener{};
     };
 
+    void stop(pw_data_loop *thread) const;
     void announced(quint32 id, const char *type, const spa_dict &properties);
     void askAboutClients();
     void forget(quint32 id);
@@ -125,7 +129,7 @@ PipeWireUses::Connection::Connection(const PipeWireLibrary &library) : m_library
     if (!m_context)
         return;
     if (pw_data_loop *const thread = m_library.context_get_data_loop(m_context))
-        m_library.data_loop_stop(thread);
+        stop(thread);
     if (!m_library.context_load_module(m_context, "libpipewire-module-protocol-native", nullptr, nullptr))
         return;
     m_core = m_library.context_connect(m_context, nullptr, 0);
@@ -178,6 +182,23 @@ PipeWireUses::Connection::~Connection() {
         pw_loop_leave(m_loop);
         m_library.loop_destroy(m_loop);
     }
+}
+
+/// One that is stopped in the moment in which it begins goes on, and is waited for without an end. What it is
+/// asked to do before it runs is done by whoever asks.
+void PipeWireUses::Connection::stop(pw_data_loop *thread) const {
+    pthread_t runner{};
+    const auto tellWhoRuns = [](spa_loop *, bool, quint32, const void *, size_t, void *answer) {
+        *static_cast<pthread_t *>(answer) = ::pthread_self();
+        return 0;
+    };
+    const auto isRunning = [&] {
+        m_library.data_loop_invoke(thread, tellWhoRuns, 0, nullptr, 0, true, &runner);
+        return ::pthread_equal(runner, ::pthread_self()) == 0;
+    };
+    while (!isRunning())
+        std::this_thread::sleep_for(std::chrono::microseconds(50));
+    m_library.data_loop_stop(thread);
 }
 
 void PipeWireUses::Connection::announced(quint32 id, const char *type, const spa_dict &properties) {
