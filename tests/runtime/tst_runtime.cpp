@@ -399,7 +399,9 @@ void RuntimeTest::ownApplications_data() {
     QTest::addColumn<std::optional<QStringList>>("storedMeanwhile");
     QTest::addColumn<QList<QStringList>>("selected");
     const QStringList all = samples::sorted(defaultDefinitionIDs());
-    const auto with = [](QStringList ids, const QStringList &more) { return samples::sorted(ids + more); };
+    const auto with = [](const QStringList &ids, const QStringList &more) {
+        return samples::sorted(ids + more);
+    };
     const QStringList both{u"notes"_s, u"paint"_s};
     const std::optional<QStringList> nothing;
     QTest::newRow("nothing stored") << nothing << nothing
