@@ -107,6 +107,6 @@ int main(int argc, char **argv) {
     report.limit("Memory more while it is open, at most", "MB", {bench::percentile(times.weight, 1), 0}, 60);
     // Compiled views, letters that were drawn, and the pages of the heap that these are scattered over stay.
     report.limit("Memory more once it is closed, at most", "MB", {bench::percentile(times.leftover, 1), 0},
-                 12);
+                 8);
     return report.exitCode();
 }

@@ -28,7 +28,7 @@ void LogIndex::append(const MacProtectionEvent &event) {
     m_entries.push_back({.id = event.id,
                          .milliseconds = event.date.toMSecsSinceEpoch(),
                          .app = numberOf({event.appName, event.bundleIdentifier}),
-                         .message = numberOf(event.message),
+                         .message = m_messages->numberOf(event.message),
                          .kind = event.kind,
                          .lookedFor = logKindOf(event)});
 }
@@ -41,7 +41,7 @@ MacProtectionEvent LogIndex::at(qsizetype number) const {
             .kind = found.kind,
             .appName = app.name,
             .bundleIdentifier = app.identifier,
-            .message = m_messages.at(found.message)};
+            .message = m_messages->at(found.message).toString()};
 }
 
 QStringList LogIndex::names() const {
@@ -65,8 +65,8 @@ LogIndex::Numbers LogIndex::find(const LogQuery &query) const {
         isTextInApp.push_back(query.findsTextIn(app));
     }
     std::vector<char> isTextInMessage;
-    isTextInMessage.reserve(static_cast<std::size_t>(m_messages.size()));
-    for (const QString &message : m_messages)
+    isTextInMessage.reserve(m_messages->all().size());
+    for (const QStringView message : m_messages->all())
         isTextInMessage.push_back(query.findsTextIn(message));
 
     const bool asksForTime = query.since || query.until;
@@ -92,16 +92,6 @@ quint32 LogIndex::numberOf(const LoggedApp &app) {
     alike.append(static_cast<quint32>(m_apps.size()));
     m_apps.append(app);
     return alike.last();
-}
-
-quint32 LogIndex::numberOf(const QString &message) {
-    const auto known = m_messageNumbers.constFind(message);
-    if (known != m_messageNumbers.cend())
-        return *known;
-    const auto number = static_cast<quint32>(m_messages.size());
-    m_messages.append(message);
-    m_messageNumbers.insert(message, number);
-    return number;
 }
 
 } // namespace kestrin::runtime

@@ -2,10 +2,12 @@
 
 #include "engine/MacActivityLogStoring.h"
 #include "runtime/LogQuery.h"
+#include "runtime/NumberedTexts.h"
 
 #include <QHash>
 #include <QList>
 
+#include <memory>
 #include <vector>
 
 namespace kestrin::runtime {
@@ -46,13 +48,11 @@ class LogIndex {
 
     const Entry &entry(qsizetype number) const { return m_entries[static_cast<std::size_t>(number)]; }
     quint32 numberOf(const LoggedApp &app);
-    quint32 numberOf(const QString &message);
 
     std::vector<Entry> m_entries;
     QList<LoggedApp> m_apps;
     QHash<std::pair<QString, QString>, QList<quint32>> m_appNumbers;
-    QList<QString> m_messages;
-    QHash<QString, quint32> m_messageNumbers;
+    std::unique_ptr<NumberedTexts> m_messages = std::make_unique<NumberedTexts>();
 };
 
 } // namespace kestrin::runtime

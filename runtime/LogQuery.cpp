@@ -64,7 +64,7 @@ bool LogQuery::findsTextIn(const LoggedApp &app) const {
     return text.isEmpty() || isOf(app, text);
 }
 
-bool LogQuery::findsTextIn(const QString &message) const {
+bool LogQuery::findsTextIn(QStringView message) const {
     return text.isEmpty() || message.contains(text, Qt::CaseInsensitive);
 }
 

@@ -64,7 +64,7 @@ struct LogQuery {
     bool acceptsMoment(const QDateTime &date, LogKind kind) const;
     bool acceptsApp(const LoggedApp &app) const;
     bool findsTextIn(const LoggedApp &app) const;
-    bool findsTextIn(const QString &message) const;
+    bool findsTextIn(QStringView message) const;
     /// The first that are accepted, at most `limit` of them, in their order.
     QList<engine::MacProtectionEvent> firstOf(const QList<engine::MacProtectionEvent> &events,
                                               qsizetype limit) const;
