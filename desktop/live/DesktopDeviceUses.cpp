@@ -17,6 +17,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr auto leastPause = 50ms;
+/// Who comes back says so. This is for where that cannot be watched, and each time wakes an idle machine.
+constexpr auto retry = 10min;
 
 } // namespace
 
@@ -67,7 +69,7 @@ void DesktopDeviceUses::ask(Closed closed) {
     if (areAllAnswered)
         m_again.stop();
     else if (!m_again.isActive())
-        m_again.start(desktopRetry);
+        m_again.start(retry);
 }
 
 bool DesktopDeviceUses::isAnswered(Part &part, Closed closed, const Deadline &deadline) {

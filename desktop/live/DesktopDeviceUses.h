@@ -15,7 +15,7 @@ namespace kestrin::desktop {
 
 /// What all of its sources tell together, by application. They are open while somebody subscribes, and for
 /// the moment in which somebody asks. While somebody subscribes, what cannot be opened or does not answer is
-/// tried again when it says that it is there, and once a minute. Whoever begins and ends all the time is
+/// tried again when it says that it is there, and every ten minutes. Whoever begins and ends all the time is
 /// looked at twenty times a second. Main thread only.
 class DesktopDeviceUses final : public engine::DeviceUses {
   public:
