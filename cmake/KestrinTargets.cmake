@@ -7,6 +7,11 @@ include(CheckLinkerFlag)
 # What compilers do more makes programs larger, and nobody feels them faster.
 string(REPLACE "-O3" "-O2" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
 
+# For the targets of a folder that mostly waits, for people or for other programs: what is small is in memory all day.
+function(kestrin_prefer_small)
+    add_compile_options($<$<CONFIG:Release>:-Os>)
+endfunction()
+
 add_library(kestrin_common INTERFACE)
 target_compile_features(kestrin_common INTERFACE cxx_std_20)
 cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH kestrin_root)
