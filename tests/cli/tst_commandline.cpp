@@ -5,6 +5,7 @@
 #include "cli/EventFollower.h"
 #include "engine/live/InMemoryDeviceUses.h"
 #include "foundation/TimePhrase.h"
+#include "foundation/UniversalTime.h"
 #include "runtime/LiveUse.h"
 #include "tests/support/Files.h"
 #include "tests/support/Home.h"
@@ -727,7 +728,7 @@ void CommandLineTest::live() {
     Home home;
     QCOMPARE(home.call(u"live"_s).out, u"Nobody uses the microphone, a camera or the screen.\n"_s);
     QCOMPARE(home.call(u"live --json"_s).array(), QJsonArray());
-    const QDateTime since(QDate(2026, 11, 26), QTime(9, 30), Qt::UTC);
+    const QDateTime since(QDate(2026, 11, 26), QTime(9, 30), universalTime);
     const DeviceUse call{MacRiskCategory::microphone, 10, u"Zoom"_s, u"us.zoom.xos"_s, since};
     const DeviceUse hostile{MacRiskCategory::screenCapture, 12, u"x\x1b[2J\n\u202e"_s, std::nullopt, since};
     home.deviceUses.begin(call);
@@ -786,7 +787,7 @@ void CommandLineTest::live() {
 void CommandLineTest::liveSwitch() {
     Home home;
     const DeviceUse call{MacRiskCategory::microphone, 10, u"Zoom"_s, std::nullopt,
-                         QDateTime(QDate(2026, 11, 26), QTime(9, 30), Qt::UTC)};
+                         QDateTime(QDate(2026, 11, 26), QTime(9, 30), universalTime)};
     DeviceUse picture = call;
     picture.category = MacRiskCategory::camera;
     home.deviceUses.begin(call);
