@@ -1,59 +1,30 @@
 // Sound and video servers of a test's own.
 #pragma once
 
+#include "tests/support/Program.h"
+
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sys/prctl.h>
-
-#include <csignal>
 #include <memory>
 
 namespace kestrin::samples {
 
-/// A program that ends with this object, or with the test.
-class Program : public QProcess {
-  public:
-    explicit Program(const QStringList &command) {
-        setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-        setStandardErrorFile(QProcess::nullDevice());
-        start(command.first(), command.mid(1));
-        if (!waitForStarted())
-            qFatal("%s does not start.", qPrintable(command.first()));
-    }
-    ~Program() override { end(); }
-    Q_DISABLE_COPY_MOVE(Program)
-
-    qint32 process() const { return static_cast<qint32>(processId()); }
-    void signal(int number) const { ::kill(process(), number); }
-    void end() {
-        if (state() == QProcess::NotRunning)
-            return;
-        kill();
-        waitForFinished();
-    }
-};
-
-/// A folder for sockets, and the servers in it, of which programs that begin later know nothing else. What
-/// was in the environment is put back.
+/// A folder for sockets, and the servers in it. Programs that begin later know nothing else, until the next
+/// one is made.
 class MediaServer {
   public:
     MediaServer() {
         for (const char *const name :
              {"XDG_RUNTIME_DIR", "HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-            set(name, QFile::encodeName(m_folder.path()));
+            qputenv(name, QFile::encodeName(m_folder.path()));
         for (const char *const name : {"PIPEWIRE_REMOTE", "PIPEWIRE_RUNTIME_DIR", "PULSE_SERVER"})
-            set(name, {});
+            qunsetenv(name);
     }
     MediaServer(const MediaServer &) = delete;
     MediaServer &operator=(const MediaServer &) = delete;
-    ~MediaServer() {
-        end();
-        for (const auto &[name, value] : m_before)
-            put(name, value);
-    }
+    ~MediaServer() { end(); }
 
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
@@ -86,16 +57,6 @@ class MediaServer {
     std::unique_ptr<Program> pulse;
 
   private:
-    void set(const char *name, const QByteArray &value) {
-        m_before.append({name, qgetenv(name)});
-        put(name, value);
-    }
-    static void put(const char *name, const QByteArray &value) {
-        if (value.isNull())
-            qunsetenv(name);
-        else
-            qputenv(name, value);
-    }
     std::unique_ptr<Program> begin(const QStringList &command, const QString &socket) {
         QFile::remove(path(socket));
         auto program = std::make_unique<Program>(command);
@@ -116,7 +77,6 @@ class MediaServer {
     }
 
     QTemporaryDir m_folder;
-    QList<std::pair<const char *, QByteArray>> m_before;
 };
 
 } // namespace kestrin::samples

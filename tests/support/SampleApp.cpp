@@ -23,15 +23,11 @@ constexpr const char *compositorVariable = "KESTRIN_DESKTOP_COMPOSITOR_PID";
 
 /// Those that tests have started themselves, by the variable that tells their process ids; the first ones are
 /// children of tools/with-desktop.
-std::map<std::string, Child> children;
+std::map<std::string, Program> children;
 
-void start(const char *variable, const QString &program, const QStringList &arguments) {
-    Child &child = children[variable];
-    child.setProcessChannelMode(QProcess::MergedChannels);
-    child.start(program, arguments);
-    if (!child.waitForStarted())
-        qFatal("%s does not start.", qUtf8Printable(program));
-    qputenv(variable, QByteArray::number(child.processId()));
+void start(const char *variable, const QStringList &command) {
+    const Program &child = children.try_emplace(variable, command).first->second;
+    qputenv(variable, QByteArray::number(child.process()));
 }
 
 bool isOnX11() {
@@ -131,6 +127,14 @@ QList<qint32> running(Workspace &workspace) {
     return pids;
 }
 
+QStringList identities(Workspace &workspace) {
+    QStringList all;
+    for (const WorkspaceApplication &application : workspace.runningApplications())
+        all.append(application.localizedName.value_or(u"no name"_s) + u", "_s +
+                   application.bundleIdentifier.value_or(u"no identifier"_s));
+    return all;
+}
+
 Launches::Launches(Workspace &workspace)
     : subscription(workspace.subscribeToLaunches(
           [this](const WorkspaceApplication &application) { pids.append(application.processIdentifier); })) {}
@@ -143,7 +147,7 @@ void display::startWindowManager() {
     // Runs when the windows have been adopted. What the window manager says on the root window comes earlier.
     const QString ready = qEnvironmentVariable("KESTRIN_DESKTOP") + u"/ready"_s;
     QFile::remove(ready);
-    start(windowManagerVariable, u"openbox"_s, {u"--sm-disable"_s, u"--startup"_s, u"touch "_s + ready});
+    start(windowManagerVariable, {u"openbox"_s, u"--sm-disable"_s, u"--startup"_s, u"touch "_s + ready});
     if (!waitBlocking([&] { return QFile::exists(ready); }))
         qFatal("The window manager does not become ready.");
 }
@@ -159,9 +163,9 @@ void display::killServer() {
 }
 
 static void restartXServer() {
-    start(serverVariable, u"Xvfb"_s,
-          {qEnvironmentVariable("DISPLAY"), u"-screen"_s, u"0"_s, u"1600x1200x24"_s, u"-nolisten"_s, u"tcp"_s,
-           u"-noreset"_s, u"-auth"_s, qEnvironmentVariable("XAUTHORITY")});
+    start(serverVariable,
+          {u"Xvfb"_s, qEnvironmentVariable("DISPLAY"), u"-screen"_s, u"0"_s, u"1600x1200x24"_s,
+           u"-nolisten"_s, u"tcp"_s, u"-noreset"_s, u"-auth"_s, qEnvironmentVariable("XAUTHORITY")});
     if (!waitBlocking([] { return QProcess::execute(u"xprop"_s, {u"-root"_s}) == 0; }))
         qFatal("The X server does not come back.");
     display::startWindowManager();
@@ -170,7 +174,7 @@ static void restartXServer() {
 void display::restartServer() {
     if (isOnX11())
         return restartXServer();
-    start(compositorVariable, qEnvironmentVariable("KESTRIN_DESKTOP_COMPOSITOR"), {});
+    start(compositorVariable, {qEnvironmentVariable("KESTRIN_DESKTOP_COMPOSITOR")});
     const QStringList visit{u"--wayland"_s, u"--windows"_s, u"0"_s};
     if (!waitBlocking([&] { return QProcess::execute(QStringLiteral(SAMPLE_APP), visit) == 0; }))
         qFatal("The compositor does not come back.");

@@ -2,21 +2,11 @@
 #pragma once
 
 #include "engine/workspace/Workspace.h"
-
-#include <QProcess>
+#include "tests/support/Program.h"
 
 #include <functional>
 
 namespace kestrin::samples {
-
-/// A process that ends with this object at the latest, quietly.
-class Child : public QProcess {
-  public:
-    ~Child() override {
-        kill();
-        waitForFinished();
-    }
-};
 
 /// One running sample application (sample-app), ended at the latest with this object. What it
 /// says arrives with the event loop.
@@ -50,6 +40,9 @@ void installEntry(const QString &id, const QString &name, const QStringList &fur
 
 /// The process ids of the running applications.
 QList<qint32> running(engine::Workspace &workspace);
+
+/// What they are called and the identifiers that they have, as "Zoom, us.zoom.xos".
+QStringList identities(engine::Workspace &workspace);
 
 /// The process ids of everything that was launched since.
 struct Launches {

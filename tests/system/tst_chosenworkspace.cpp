@@ -91,7 +91,6 @@ class ChosenWorkspaceTest : public QObject {
   private Q_SLOTS:
     void leadChanges();
     void lossAmongLaunches();
-    void windowsOfBothKinds_data();
     void windowsOfBothKinds();
 };
 
@@ -145,36 +144,31 @@ void ChosenWorkspaceTest::lossAmongLaunches() {
     }
 }
 
-void ChosenWorkspaceTest::windowsOfBothKinds_data() {
-    QTest::addColumn<QString>("first");
-    for (const char *first : {"native", "X11", "before"})
-        QTest::newRow(first) << QString::fromLatin1(first);
-}
-
 void ChosenWorkspaceTest::windowsOfBothKinds() {
-    QFETCH(const QString, first);
-    TwoSources desktop(true);
-    desktop.better.isThere = false;
-    QTRY_COMPARE(running(desktop.workspace), QList<qint32>());
-    std::optional<samples::Launches> launches;
-    if (first != "before"_L1)
-        launches.emplace(desktop.workspace);
-    const SampleApp app;
-    if (first != "X11"_L1)
-        desktop.other.show({app.pid()});
-    if (!launches)
-        launches.emplace(desktop.workspace);
-    QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
-    const SampleApp second;
-    QTRY_VERIFY(launches->pids.contains(second.pid()));
-    if (first == "X11"_L1)
-        desktop.other.show({app.pid()});
-    const SampleApp last;
-    QTRY_VERIFY(launches->pids.contains(last.pid()));
-    QList<qint32> expected{second.pid(), last.pid()};
-    if (first != "before"_L1)
-        expected.prepend(app.pid());
-    QCOMPARE(launches->pids, expected);
+    for (const QString &first : {u"native"_s, u"X11"_s, u"before"_s}) {
+        TwoSources desktop(true);
+        desktop.better.isThere = false;
+        QTRY_COMPARE(running(desktop.workspace), QList<qint32>());
+        std::optional<samples::Launches> launches;
+        if (first != "before"_L1)
+            launches.emplace(desktop.workspace);
+        const SampleApp app;
+        if (first != "X11"_L1)
+            desktop.other.show({app.pid()});
+        if (!launches)
+            launches.emplace(desktop.workspace);
+        QTRY_COMPARE(app.said(u"mapped 1"_s), 1);
+        const SampleApp second;
+        QTRY_VERIFY(launches->pids.contains(second.pid()));
+        if (first == "X11"_L1)
+            desktop.other.show({app.pid()});
+        const SampleApp last;
+        QTRY_VERIFY(launches->pids.contains(last.pid()));
+        QList<qint32> expected{second.pid(), last.pid()};
+        if (first != "before"_L1)
+            expected.prepend(app.pid());
+        QCOMPARE(launches->pids, expected);
+    }
 }
 
 KESTRIN_TEST(ChosenWorkspaceTest)

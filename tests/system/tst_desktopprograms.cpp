@@ -7,7 +7,6 @@
 #include "tests/support/SampleApp.h"
 #include "tests/support/TestClass.h"
 
-#include <QProcess>
 #include <QStandardPaths>
 
 #include <chrono>
@@ -49,14 +48,12 @@ void DesktopProgramsTest::quits() {
     const SampleApp tray(u"--commands --later --watcher accepts"_s);
     QTRY_VERIFY(!tray.told(u"bus"_s).isEmpty());
     X11Workspace workspace;
-    samples::Child app;
-    app.start(program, QStringList());
-    const auto pid = static_cast<qint32>(app.processId());
-    QTRY_VERIFY_WITH_TIMEOUT(samples::running(workspace).contains(pid), 30000);
+    const samples::Program app({program});
+    QTRY_VERIFY_WITH_TIMEOUT(samples::running(workspace).contains(app.process()), 30000);
     QTRY_COMPARE_WITH_TIMEOUT(tray.told(u"icon"_s).isEmpty(), program != u"feathernotes"_s, 30000);
     // Not by the workspace, which would close the window in the end, nor with its patience: the program has
     // just been started.
-    QVERIFY(acceptsQuitCommand({pid, {program}, {}}, std::chrono::seconds(30)));
+    QVERIFY(acceptsQuitCommand({app.process(), {program}, {}}, std::chrono::seconds(30)));
     QTRY_VERIFY_WITH_TIMEOUT(app.state() == QProcess::NotRunning, 30000);
     QCOMPARE(app.exitStatus(), QProcess::NormalExit);
 }

@@ -1,11 +1,9 @@
 // Who uses microphone, camera and screen, as real servers of sound and video tell.
 #include "desktop/live/PipeWireUses.h"
 #include "desktop/live/PulseUses.h"
-#include "engine/JSONMacActivityLogStore.h"
 #include "tests/support/Files.h"
 #include "tests/support/ListeningSocket.h"
 #include "tests/support/MediaServer.h"
-#include "tests/support/Samples.h"
 #include "tests/support/TestClass.h"
 
 #include <QElapsedTimer>
@@ -31,27 +29,6 @@ Deadline soon() {
     return Deadline(5s);
 }
 
-/// The uses at the time when somebody uses something.
-QList<SourceUse> usesBegun(UseSource &source) {
-    QList<SourceUse> uses;
-    (void)QTest::qWaitFor(
-        [&] {
-            uses = source.uses(soon()).value_or(QList<SourceUse>());
-            return !uses.isEmpty();
-        },
-        patience);
-    return uses;
-}
-
-bool endsSoon(UseSource &source) {
-    return QTest::qWaitFor(
-        [&] {
-            const auto uses = source.uses(soon());
-            return uses && uses->isEmpty();
-        },
-        patience);
-}
-
 /// Somebody who shows pictures.
 QStringList showing(const QString &properties) {
     return u"gst-launch-1.0 -q videotestsrc is-live=true ! video/x-raw,width=64,height=48,framerate=5/1 ! "
@@ -63,6 +40,12 @@ QStringList showing(const QString &properties) {
 QStringList hearing(const QString &device, const QStringList &more = {}) {
     return QStringList{u"parec"_s, u"--raw"_s, u"--latency-msec=20"_s, u"-d"_s, device} + more;
 }
+
+QList<SourceUse> usesOf(const Program &hearer) {
+    return {{MacRiskCategory::microphone, hearer.process(), u"parec"_s, {}}};
+}
+
+const QList<SourceUse> noUses;
 
 enum class Kind { pipeWire, pulseAudio };
 
@@ -86,20 +69,6 @@ void start(MediaServer &media, Kind kind) {
     else
         media.startPulseAudio();
 }
-
-/// kestrinctl in the home of the media server.
-class Kestrinctl : public Program {
-  public:
-    explicit Kestrinctl(const QStringList &words)
-        : Program(QStringList{QStringLiteral(KESTRINCTL)} + words) {}
-
-    static std::pair<int, QByteArray> call(const QString &words) {
-        Kestrinctl program(words.split(u' '));
-        if (!program.waitForFinished(patience))
-            qFatal("kestrinctl %s does not end.", qPrintable(words));
-        return {program.exitCode(), program.readAllStandardOutput()};
-    }
-};
 
 } // namespace
 
@@ -186,7 +155,7 @@ void TstLiveUse::pipeWire() {
     QCOMPARE(uses.first().process, user->process());
     QCOMPARE(uses.first().claimedName, name);
     user->signal(SIGKILL);
-    QVERIFY(endsSoon(source));
+    QTRY_COMPARE_WITH_TIMEOUT(source.uses(soon()), noUses, patience);
 }
 
 void TstLiveUse::addServers() {
@@ -234,16 +203,15 @@ void TstLiveUse::hearers() {
     Program user(hearing(device, claim));
     // What is heard is on its way, so the server has told everything about who hears it.
     QVERIFY(user.waitForReadyRead(patience));
-    QCOMPARE(source->uses(soon()), QList<SourceUse>());
+    QCOMPARE(source->uses(soon()), noUses);
 
     // The same without the claim, so that it was for the claim.
     Program honest(hearing(u"test-mic"_s));
     changed.clear();
     QTRY_VERIFY_WITH_TIMEOUT(changed.count() > 0, patience);
-    const QList<SourceUse> uses = usesBegun(*source);
-    QCOMPARE(uses, (QList{SourceUse{MacRiskCategory::microphone, honest.process(), u"parec"_s, {}}}));
+    QTRY_COMPARE_WITH_TIMEOUT(source->uses(soon()), usesOf(honest), patience);
     honest.signal(SIGKILL);
-    QVERIFY(endsSoon(*source));
+    QTRY_COMPARE_WITH_TIMEOUT(source->uses(soon()), noUses, patience);
 }
 
 void TstLiveUse::serverThatComesAndGoes() {
@@ -265,7 +233,7 @@ void TstLiveUse::serverThatComesAndGoes() {
         QTRY_COMPARE_WITH_TIMEOUT(appeared.count(), round + 1, patience);
         QVERIFY(source->open(soon()));
         const Program user(hearing(u"test-mic"_s));
-        QCOMPARE(usesBegun(*source).size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(source->uses(soon()), usesOf(user), patience);
 
         media.server->signal(SIGKILL);
         QTRY_COMPARE_WITH_TIMEOUT(lost.count(), round + 1, patience);
@@ -296,7 +264,7 @@ void TstLiveUse::silentServer() {
     QTRY_VERIFY_WITH_TIMEOUT(changed.count() > 0, patience);
     QTRY_VERIFY_WITH_TIMEOUT(appeared.count() > 0, patience);
     QVERIFY(late->open(soon()));
-    QCOMPARE(source->uses(soon()), QList<SourceUse>());
+    QCOMPARE(source->uses(soon()), noUses);
 
     // One that takes no calls any more.
     const ListeningSocket deaf;
@@ -330,11 +298,7 @@ void TstLiveUse::crowd() {
             one->signal(SIGKILL);
     }
     const Program last(hearing(u"test-mic"_s));
-    const auto isOnlyTheLast = [&] {
-        const auto uses = source->uses(soon()).value_or(QList<SourceUse>());
-        return uses.size() == 1 && uses.first().process == last.process();
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(isOnlyTheLast(), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(source->uses(soon()), usesOf(last), patience);
     QCOMPARE(lost.count(), 0);
 }
 
@@ -345,13 +309,13 @@ void TstLiveUse::pulseAudioOfPipeWire() {
     const Program user(hearing(u"test-mic"_s));
     PipeWireUses pipeWire;
     QVERIFY(pipeWire.open(soon()));
-    QCOMPARE(usesBegun(pipeWire).size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(pipeWire.uses(soon()), usesOf(user), patience);
     for (const bool hasNote : {true, false}) {
         if (!hasNote)
             QVERIFY(QFile::remove(media.path(u"pulse/pid"_s)));
         PulseUses source;
         QVERIFY(source.open(soon()));
-        QCOMPARE(source.uses(soon()), QList<SourceUse>());
+        QCOMPARE(source.uses(soon()), noUses);
         QVERIFY(!source.isSoundServer());
     }
     if (!kindsHere().contains(Kind::pulseAudio))
@@ -369,69 +333,49 @@ void TstLiveUse::pulseAudioOfPipeWire() {
     QVERIFY(source.isSoundServer());
 }
 
-/// From the recorder to the log, while the server goes and comes and another process switches.
+/// From the recorder to what kestrinctl tells, while the server goes, comes and is silent.
 void TstLiveUse::watching() {
     MediaServer media;
     write(media.path(u"Kestrin/user-defaults.json"_s), "{\"kestrin.mac.enabledModeIDs\": []}");
     media.startPipeWire();
-    Kestrinctl watch({u"watch"_s});
-    QStringList story;
-    const auto isTold = [&](const QString &sentence) {
-        story.append(sentence);
+    Program watch({QStringLiteral(KESTRINCTL), u"watch"_s});
+    const auto isTold = [&watch](const QByteArray &what) {
         return QTest::qWaitFor(
-            [&] { return watch.canReadLine() && watch.readLine().endsWith("  " + sentence.toUtf8() + '\n'); },
+            [&] {
+                return watch.canReadLine() &&
+                       watch.readLine().endsWith("  pacat " + what + " the microphone.\n");
+            },
             patience);
     };
-    const auto begin = [] { return std::make_unique<Program>(hearing(u"test-mic"_s)); };
-    const QString started = u"pacat started using the microphone."_s;
-    const QString stopped = u"pacat stopped using the microphone."_s;
-
     const auto isConnected = [&watch] {
-        Program dump({u"pw-dump"_s});
-        dump.waitForFinished(patience);
-        return dump.readAllStandardOutput().contains("\"pipewire.sec.pid\": " +
-                                                     QByteArray::number(watch.process()));
+        const QByteArray process = QByteArray::number(watch.process());
+        return Program({u"pw-dump"_s}).output().contains(R"("pipewire.sec.pid": )" + process);
+    };
+    const auto call = [](const QString &words) {
+        return Program(QStringList{QStringLiteral(KESTRINCTL)} + words.split(u' ')).output();
     };
 
     QTRY_VERIFY_WITH_TIMEOUT(isConnected(), patience);
-    auto recorder = begin();
-    QVERIFY(isTold(started));
-    recorder->signal(SIGKILL);
-    QVERIFY(isTold(stopped));
-    recorder = begin();
-    QVERIFY(isTold(started));
+    std::optional<Program> recorder(hearing(u"test-mic"_s));
+    QVERIFY(isTold("started using"));
     media.server->signal(SIGKILL);
-    QVERIFY(isTold(stopped));
+    QVERIFY(isTold("stopped using"));
     media.end();
     media.startPipeWire();
-    recorder = begin();
-    QVERIFY(isTold(started));
-    QVERIFY(Kestrinctl::call(u"status"_s).second.contains("pacat (Microphone)"));
-
-    // Nobody is asked any more.
-    QVERIFY(isConnected());
-    QCOMPARE(Kestrinctl::call(u"live off"_s).first, 0);
-    QTRY_VERIFY_WITH_TIMEOUT(!isConnected(), 1000);
-    QVERIFY(isTold(u"Kestrin no longer tells who uses microphone, camera or screen."_s));
-    QCOMPARE(Kestrinctl::call(u"live"_s).first, 1);
-    QCOMPARE(Kestrinctl::call(u"live on"_s).first, 0);
-    QVERIFY(isTold(u"Kestrin tells who uses microphone, camera or screen."_s));
-    QVERIFY(isTold(u"pacat is using the microphone."_s));
-
-    // A server that is silent keeps nobody waiting.
+    recorder.emplace(hearing(u"test-mic"_s));
+    QVERIFY(isTold("started using"));
+    QVERIFY(call(u"status"_s).contains("pacat (Microphone)"));
     media.server->signal(SIGSTOP);
     QElapsedTimer time;
     time.start();
-    QCOMPARE(Kestrinctl::call(u"status"_s).first, 0);
+    QVERIFY(!call(u"status"_s).isEmpty());
     QVERIFY2(time.elapsed() < 1000, qPrintable(QString::number(time.elapsed())));
     media.server->signal(SIGCONT);
-    recorder->signal(SIGKILL);
-    QVERIFY(isTold(stopped));
-    watch.signal(SIGINT);
-    QVERIFY(watch.waitForFinished(patience));
-    QCOMPARE(watch.exitCode(), 0);
-    JSONMacActivityLogStore log(QUrl::fromLocalFile(media.path(u"Kestrin/activity-log.json"_s)));
-    QCOMPARE(samples::story(log), story);
+
+    // Nobody is asked any more.
+    QVERIFY(isConnected());
+    QVERIFY(!call(u"live off"_s).isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!isConnected(), 1000);
 }
 
 /// The server is there, and what one needs to speak with it is not.
@@ -442,8 +386,7 @@ void TstLiveUse::withoutLibrary() {
     qputenv("PIPEWIRE_REMOTE", server.path());
     Program status(
         {u"env"_s, u"LD_LIBRARY_PATH="_s + media.path(u"lib"_s), QStringLiteral(KESTRINCTL), u"status"_s});
-    QVERIFY(status.waitForFinished(patience));
-    QVERIFY(status.readAllStandardOutput().contains(
+    QVERIFY(status.output().contains(
         "through PipeWire are not seen, because its client library is not installed."));
 }
 
