@@ -2,34 +2,26 @@
 // runs one class of them, named after its source: system_tests tst_desktops [what Qt Test takes]
 #pragma once
 
+#include <QFileInfo>
 #include <QTest>
 
+#include <map>
 #include <memory>
-#include <string_view>
 
 namespace kestrin::samples {
 
-/// A class of tests that its program knows.
-class TestClass {
-  public:
-    using Make = std::unique_ptr<QObject> (*)();
+using MakeTests = std::unique_ptr<QObject> (*)();
 
-    /// `source` is the path of its source.
-    TestClass(const char *source, Make make);
-
-    /// None where no source has that name.
-    static Make find(std::string_view name);
-
-  private:
-    std::string_view m_name;
-    Make m_make;
-    TestClass *m_next;
-    static TestClass *s_first;
-};
+/// The classes of tests that this program has, by their names.
+inline std::map<QString, MakeTests> &testClasses() {
+    static std::map<QString, MakeTests> known;
+    return known;
+}
 
 } // namespace kestrin::samples
 
 /// Below a class of tests, one a source.
 #define KESTRIN_TEST(Class)                                                                                  \
-    static const kestrin::samples::TestClass known##Class(                                                   \
-        __FILE__, []() -> std::unique_ptr<QObject> { return std::make_unique<Class>(); });
+    static const auto known##Class = kestrin::samples::testClasses().emplace(                                \
+        QFileInfo(QStringLiteral(__FILE__)).baseName(),                                                      \
+        []() -> std::unique_ptr<QObject> { return std::make_unique<Class>(); });
