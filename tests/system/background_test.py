@@ -26,7 +26,6 @@ INTERFACES = Gio.DBusNodeInfo.new_for_xml(f"""<node>
 <interface name="{WATCHER}">
   <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
   <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
-  <property name="ProtocolVersion" type="i" access="read"/>
 </interface>
 <interface name="{NOTICES}">
   <method name="Notify"><arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/>
@@ -41,6 +40,8 @@ INTERFACES = Gio.DBusNodeInfo.new_for_xml(f"""<node>
 class Service:
     """A name on the session bus with one object behind it."""
 
+    read = None  # where it has no properties
+
     def __init__(self, number, path):
         self.interface = INTERFACES[number]
         self.path = path
@@ -49,10 +50,6 @@ class Service:
             Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
         self.bus.register_object(path, self.interface, self.called, self.read, None)
         Gio.bus_own_name_on_connection(self.bus, self.interface.name, Gio.BusNameOwnerFlags.NONE, None, None)
-
-    def read(self, _bus, _sender, _path, _interface, name):
-        return {"IsStatusNotifierHostRegistered": GLib.Variant("b", True),
-                "ProtocolVersion": GLib.Variant("i", 0)}[name]
 
     def end(self):
         if not self.bus.is_closed():
@@ -67,12 +64,11 @@ class Tray(Service):
         self.is_shown = False
         super().__init__(0, "/StatusNotifierWatcher")
 
-    def read(self, _bus, _sender, _path, _interface, name):
-        if name == "IsStatusNotifierHostRegistered" and not self.is_shown:
-            self.is_shown = True
+    def read(self, *_):
+        was_shown, self.is_shown = self.is_shown, True
+        if not was_shown:
             self.bus.emit_signal(None, self.path, WATCHER, "StatusNotifierHostRegistered", None)
-            return GLib.Variant("b", False)
-        return super().read(_bus, _sender, _path, _interface, name)
+        return GLib.Variant("b", was_shown)
 
     def called(self, _bus, sender, _path, _interface, _method, _arguments, invocation):
         self.item = sender

@@ -97,12 +97,12 @@ class TstLiveUse : public QObject {
 void TstLiveUse::pipeWire_data() {
     QTest::addColumn<QStringList>("shown");
     QTest::addColumn<QStringList>("command");
-    QTest::addColumn<int>("category");
+    QTest::addColumn<MacRiskCategory>("category");
     QTest::addColumn<QString>("name");
     using enum MacRiskCategory;
     const auto row = [](const char *title, const QStringList &shown, const QStringList &command,
                         MacRiskCategory category, const QString &name) {
-        QTest::addRow("%s", title) << shown << command << static_cast<int>(category) << name;
+        QTest::addRow("%s", title) << shown << command << category << name;
     };
     const QStringList watching =
         u"gst-launch-1.0 -q pipewiresrc target-object=shown ! video/x-raw ! fakesink"_s.split(u' ');
@@ -124,7 +124,7 @@ void TstLiveUse::pipeWire_data() {
 void TstLiveUse::pipeWire() {
     QFETCH(const QStringList, shown);
     QFETCH(const QStringList, command);
-    QFETCH(const int, category);
+    QFETCH(const MacRiskCategory, category);
     QFETCH(const QString, name);
 
     MediaServer media;
@@ -146,14 +146,10 @@ void TstLiveUse::pipeWire() {
             user = std::make_unique<Program>(command);
             waiting.start();
         }
-        return changed.count() > 0 && !source.uses(soon()).value_or(QList<SourceUse>()).isEmpty();
+        return changed.count() > 0 && source.uses(soon()).value_or(noUses) != noUses;
     };
     QTRY_VERIFY_WITH_TIMEOUT(isUsed(), patience);
-    const QList<SourceUse> uses = source.uses(soon()).value_or(QList<SourceUse>());
-    QCOMPARE(uses.size(), 1);
-    QCOMPARE(static_cast<int>(uses.first().category), category);
-    QCOMPARE(uses.first().process, user->process());
-    QCOMPARE(uses.first().claimedName, name);
+    QCOMPARE(source.uses(soon()), (QList{SourceUse{category, user->process(), name, {}}}));
     user->signal(SIGKILL);
     QTRY_COMPARE_WITH_TIMEOUT(source.uses(soon()), noUses, patience);
 }

@@ -77,7 +77,6 @@ void X11WorkspaceTest::identities() {
                        u"Notizen, org.example.Notes"_s},
              std::pair{u"--kde-entry org.example.Painter --class other/Other --pid 1"_s,
                        u"Painter, org.example.Painter"_s},
-             std::pair{u"--class org.example.notes/Unknown"_s, u"Notizen, org.example.Notes"_s},
          }) {
         X11Workspace workspace;
         const SampleApp app(options);

