@@ -30,7 +30,7 @@ int main(int argc, char *argv[]) {
     const auto loginItem = makeLoginItem();
     const auto permission = makeDesktopPermission();
     const auto installed = makeInstalledApplications();
-    const auto deviceUses = makeDeviceUses();
+    const auto deviceUses = makeDeviceUses(*workspace);
     const QString folder = MacProtectionRuntime::applicationSupportURL().toLocalFile();
     closeToOthers(folder);
     CommandSurroundings surroundings{

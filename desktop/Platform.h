@@ -19,9 +19,9 @@ void prepareEventLoop();
 /// The desktop that this process runs on. It is first spoken to by the first question.
 std::unique_ptr<engine::Workspace> makeWorkspace();
 
-/// Who uses microphone, camera or screen on it. Nothing is asked or watched before the first question. In a
-/// library of its own, KestrinDesktopLive.
-std::unique_ptr<engine::DeviceUses> makeDeviceUses();
+/// Who uses microphone, camera or screen on it, called as `workspace` calls them, which outlives it. Nothing
+/// is asked or watched before the first question. In a library of its own, KestrinDesktopLive.
+std::unique_ptr<engine::DeviceUses> makeDeviceUses(engine::Workspace &workspace);
 
 /// The preferences of this user.
 std::unique_ptr<runtime::UserDefaults> makeUserDefaults();

@@ -134,7 +134,7 @@ int main(int argc, char **argv) {
     KestrinAppearance::shared().setPreference(options.appearance);
     const auto workspace = makeWorkspace();
     const auto defaults = makeUserDefaults();
-    const auto deviceUses = makeDeviceUses();
+    const auto deviceUses = makeDeviceUses(*workspace);
     const auto loginItem = makeLoginItem(QCoreApplication::applicationFilePath());
     const auto permission = makeDesktopPermission();
     const auto installed = makeInstalledApplications();

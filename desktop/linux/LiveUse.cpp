@@ -10,12 +10,12 @@ namespace kestrin::desktop {
 
 using namespace engine;
 
-std::unique_ptr<DeviceUses> makeDeviceUses() {
+std::unique_ptr<DeviceUses> makeDeviceUses(Workspace &workspace) {
     std::vector<std::unique_ptr<UseSource>> sources;
     sources.push_back(std::make_unique<PipeWireUses>());
     sources.push_back(std::make_unique<PulseUses>());
     sources.push_back(std::make_unique<DeviceFileUses>());
-    return std::make_unique<DesktopDeviceUses>(std::move(sources), unseenReadersOfScreen());
+    return std::make_unique<DesktopDeviceUses>(std::move(sources), workspace, unseenReadersOfScreen());
 }
 
 } // namespace kestrin::desktop

@@ -22,8 +22,10 @@ constexpr auto retry = 10min;
 
 } // namespace
 
-DesktopDeviceUses::DesktopDeviceUses(std::vector<std::unique_ptr<UseSource>> sources, QString blindSpot)
-    : m_blindSpot(std::move(blindSpot)) {
+DesktopDeviceUses::DesktopDeviceUses(std::vector<std::unique_ptr<UseSource>> sources, Workspace &workspace,
+                                     QString blindSpot)
+    : m_blindSpot(std::move(blindSpot))
+    , m_users(workspace) {
     for (auto &source : sources)
         m_parts.push_back({std::move(source)});
     for (Part &part : m_parts)

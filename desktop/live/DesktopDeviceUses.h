@@ -19,8 +19,10 @@ namespace kestrin::desktop {
 /// looked at twenty times a second. Main thread only.
 class DesktopDeviceUses final : public engine::DeviceUses {
   public:
-    /// `blindSpot` is a sentence about what nobody can see here; empty where there is nothing of that kind.
-    explicit DesktopDeviceUses(std::vector<std::unique_ptr<UseSource>> sources, QString blindSpot = {});
+    /// `workspace` names applications, and outlives this object. `blindSpot` is a sentence about what nobody
+    /// can see here; empty where there is nothing of that kind.
+    DesktopDeviceUses(std::vector<std::unique_ptr<UseSource>> sources, engine::Workspace &workspace,
+                      QString blindSpot = {});
 
     QList<engine::DeviceUse> uses() override;
     [[nodiscard]] std::unique_ptr<engine::DeviceUseSubscription>

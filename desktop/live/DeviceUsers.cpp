@@ -8,13 +8,16 @@
 
 #include <QDir>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace kestrin::desktop {
 
 using namespace foundation;
+using namespace engine;
 
 namespace {
 
@@ -52,26 +55,48 @@ QString applicationIdOf(qint32 process, DesktopEntryIndex &entries) {
 } // namespace
 
 DeviceUser DeviceUsers::of(const SourceUse &use) {
-    const quint64 start = use.process > 0 ? startOfProcess(use.process) : 0;
-    const auto executable = ProcessIdentity::of(use.process).executablePath;
-    // The same program under the same number is the same application.
     if (const auto known = m_known.constFind(use.process);
-        known != m_known.cend() && start != 0 && known->start == start && known->executable == executable)
+        known != m_known.cend() && isStillCalledSo(*known, use))
         return known->user;
     if (m_known.size() >= manyProcesses)
         m_known.clear();
+    const quint64 start = use.process > 0 ? startOfProcess(use.process) : 0;
+    const auto executable = ProcessIdentity::of(use.process).executablePath;
     const DeviceUser user = find(use);
-    m_known.insert(use.process, {start, executable, user});
+    // A process that stands for itself may show a window later, which tells who it is.
+    const bool isForGood = user.process != use.process || withWindows(user.process);
+    m_known.insert(use.process, {start, executable, user, Clock::now(), isForGood});
     return user;
 }
 
+/// The same program under the same number is the same application.
+bool DeviceUsers::isStillCalledSo(const Known &known, const SourceUse &use) {
+    return known.start != 0 && known.start == startOfProcess(use.process) &&
+           known.executable == ProcessIdentity::of(use.process).executablePath &&
+           (known.isForGood || Clock::now() - known.since < 5s);
+}
+
+void DeviceUsers::lookAtWindows() {
+    const auto now = Clock::now();
+    if (m_looked && now - *m_looked < 1s)
+        return;
+    m_looked = now;
+    m_withWindows = m_workspace.runningApplications();
+}
+
+const WorkspaceApplication *DeviceUsers::withWindows(qint32 process) const {
+    const auto found = std::ranges::find(m_withWindows, process, &WorkspaceApplication::processIdentifier);
+    return found == m_withWindows.cend() ? nullptr : &*found;
+}
+
 DeviceUser DeviceUsers::find(const SourceUse &use) {
+    lookAtWindows();
     m_entries.refresh();
     DeviceUser user{use.process, {}, {}};
     ProcessIdentity identity = ProcessIdentity::of(use.process);
     QString id = applicationIdOf(use.process, m_entries);
     // No application starts itself more often than this.
-    for (int depth = 0; depth < 16 && identity.executablePath; ++depth) {
+    for (int depth = 0; depth < 16 && identity.executablePath && !withWindows(user.process); ++depth) {
         const qint32 parent = parentOfProcess(user.process);
         const ProcessIdentity above = parent > 1 ? ProcessIdentity::of(parent) : ProcessIdentity();
         if (!above.executablePath || above.sandboxId != identity.sandboxId)
@@ -86,12 +111,17 @@ DeviceUser DeviceUsers::find(const SourceUse &use) {
         identity = above;
         id = aboveId.isEmpty() ? id : aboveId;
     }
-    ApplicationClaims claims;
-    claims.gtkApplicationId = id;
-    claims.sandboxId = use.sandboxId;
-    const auto application = ApplicationIdentity::of(claims, identity, m_entries);
-    user.name = application.name;
-    user.identifier = application.identifier;
+    if (const auto *const application = withWindows(user.process)) {
+        user.name = application->localizedName.value_or(QString());
+        user.identifier = application->bundleIdentifier;
+    } else {
+        ApplicationClaims claims;
+        claims.gtkApplicationId = id;
+        claims.sandboxId = use.sandboxId;
+        const auto known = ApplicationIdentity::of(claims, identity, m_entries);
+        user.name = known.name;
+        user.identifier = known.identifier;
+    }
     for (const QString &name :
          {use.claimedName, nameOfProcess(user.process), u"A program without a name"_s}) {
         if (user.name.isEmpty())

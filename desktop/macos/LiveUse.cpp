@@ -6,7 +6,7 @@ namespace kestrin::desktop {
 
 using namespace engine;
 
-std::unique_ptr<DeviceUses> makeDeviceUses() {
+std::unique_ptr<DeviceUses> makeDeviceUses(Workspace &) {
     auto nothing = std::make_unique<InMemoryDeviceUses>();
     nothing->setSight(
         {Sight::Extent::none,

@@ -4,6 +4,7 @@
 #include "desktop/live/DesktopDeviceUses.h"
 #include "desktop/live/DeviceFileUses.h"
 #include "desktop/live/DeviceKind.h"
+#include "engine/workspace/InMemoryWorkspace.h"
 #include "tests/support/Files.h"
 #include "tests/support/TestClass.h"
 
@@ -160,6 +161,9 @@ class DeviceUsesTest : public QObject {
     void flapping();
     void applications();
     void sources();
+
+  private:
+    InMemoryWorkspace workspace;
 };
 
 void DeviceUsesTest::kinds() {
@@ -264,7 +268,7 @@ void DeviceUsesTest::stateOfProcesses() {
 void DeviceUsesTest::unseen() {
     const Devices devices;
     QVERIFY(QDir().mkpath(devices.root.filePath(u"proc"_s)));
-    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.places())));
+    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.places())), workspace);
     const Told told(uses);
     const QString usual = uses.sight().reason;
     QVERIFY(usual.contains(u"No sound server"));
@@ -276,7 +280,7 @@ void DeviceUsesTest::unseen() {
     QCOMPARE(told.sightChanges, 2);
 
     QVERIFY(QDir(devices.path({})).removeRecursively());
-    DesktopDeviceUses blind(listOf(std::make_unique<DeviceFileUses>(devices.places())));
+    DesktopDeviceUses blind(listOf(std::make_unique<DeviceFileUses>(devices.places())), workspace);
     QCOMPARE(blind.sight().extent, Sight::Extent::none);
     QCOMPARE(blind.uses(), QList<DeviceUse>());
 }
@@ -286,7 +290,7 @@ void DeviceUsesTest::programs() {
     Program early;
     Program late;
     early.obey(u"exec 3<'%1'"_s.arg(devices.path(u"snd/pcmC0D0c"_s)));
-    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())));
+    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())), workspace);
     const Told told(uses);
     QCOMPARE(uses.uses().size(), 1);
     QCOMPARE(uses.uses().first().processIdentifier, early.id);
@@ -310,7 +314,7 @@ void DeviceUsesTest::programs() {
 void DeviceUsesTest::laterDevices() {
     const Devices devices;
     QVERIFY(QDir(devices.path(u"snd"_s)).removeRecursively());
-    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())));
+    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())), workspace);
     const Told told(uses);
     Program program;
     const std::pair<QString, MacRiskCategory> come[] = {
@@ -328,7 +332,7 @@ void DeviceUsesTest::laterDevices() {
 
 void DeviceUsesTest::flapping() {
     const Devices devices;
-    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())));
+    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())), workspace);
     const Told told(uses);
     Program program;
     program.obey(u"for i in {1..2000}; do exec 3<'%1'; exec 3<&-; done; exec 4<'%2'"_s.arg(
@@ -353,13 +357,16 @@ void DeviceUsesTest::applications() {
         devices.root.filePath(u"data/applications/org.example.Recorder.desktop"_s),
         "[Desktop Entry]\nType=Application\nName=Sound Recorder\nExec=" + QFile::encodeName(recorder) + '\n');
     qputenv("XDG_DATA_HOME", QFile::encodeName(devices.root.filePath(u"data"_s)));
-    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())));
+    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())), workspace);
     const Told told(uses);
 
     // A helper of the same program, one that lies beside it, and a program of another kind. What they start
     // inherits what they have open.
     Program application(recorder);
     Program other(devices.root.filePath(hostile));
+    // Whoever has windows is called as they are, and is nobody's helper.
+    Program windowed(recorder);
+    workspace.add({ActivationPolicy::regular, u"Call"_s, windowed.id, u"us.zoom.xos"_s, {}});
     const QString opens =
         u"'%1' -c 'exec 3<\"%2\"; while kill -0 $PPID; do sleep 0.1; done' 2>/dev/null & :"_s;
     const QString camera = devices.path(u"video0"_s);
@@ -367,14 +374,18 @@ void DeviceUsesTest::applications() {
     QTRY_COMPARE(told.events, QStringList{line(u'+', MacRiskCategory::camera, application.id)});
     application.obey(opens.arg(helper, devices.path(u"snd/pcmC0D0c"_s)));
     other.obey(u"exec 3<'%1'"_s.arg(camera));
-    QTRY_COMPARE(uses.uses().size(), 3);
-    const QList<DeviceUse> all = uses.uses();
-    for (const DeviceUse &use : all) {
-        const bool isOther = use.processIdentifier == other.id;
-        QCOMPARE(use.localizedName, isOther ? hostile.mid(4) : u"Sound Recorder"_s);
-        QCOMPARE(use.bundleIdentifier, isOther ? std::nullopt : std::optional(u"org.example.Recorder"_s));
-        QVERIFY(isOther || use.processIdentifier == application.id);
-    }
+    windowed.obey(opens.arg(recorder, camera));
+    QTRY_COMPARE(uses.uses().size(), 4);
+    using User = std::pair<QString, std::optional<QString>>;
+    const QMap<qint32, User> expected{
+        {application.id, {u"Sound Recorder"_s, u"org.example.Recorder"_s}},
+        {other.id, {hostile.mid(4), std::nullopt}},
+        {windowed.id, {u"Call"_s, u"us.zoom.xos"_s}},
+    };
+    QMap<qint32, User> users;
+    for (const DeviceUse &use : uses.uses())
+        users[use.processIdentifier] = {use.localizedName, use.bundleIdentifier};
+    QCOMPARE(users, expected);
 }
 
 void DeviceUsesTest::sources() {
@@ -382,7 +393,7 @@ void DeviceUsesTest::sources() {
     auto &sound = static_cast<ToldUses &>(*sources.front());
     sources.push_back(std::make_unique<ToldUses>());
     auto &second = static_cast<ToldUses &>(*sources.back());
-    DesktopDeviceUses uses(std::move(sources), u"Nobody sees the moon."_s);
+    DesktopDeviceUses uses(std::move(sources), workspace, u"Nobody sees the moon."_s);
     const auto self = static_cast<qint32>(::getpid());
 
     // Asked without being watched, it is closed again.
