@@ -1,6 +1,7 @@
 // Sound and video servers of a test's own.
 #pragma once
 
+#include "desktop/sources/LocalSocket.h"
 #include "tests/support/Program.h"
 
 #include <QFile>
@@ -60,7 +61,9 @@ class MediaServer {
     std::unique_ptr<Program> begin(const QStringList &command, const QString &socket) {
         QFile::remove(path(socket));
         auto program = std::make_unique<Program>(command);
-        if (!QTest::qWaitFor([&] { return QFile::exists(path(socket)); }, 10'000))
+        // It makes its socket a moment before it listens there.
+        const auto listens = [&] { return desktop::LocalSocket().connect(QFile::encodeName(path(socket))); };
+        if (!QTest::qWaitFor(listens, 10'000))
             qFatal("%s does not listen.", qPrintable(command.first()));
         return program;
     }
