@@ -10,9 +10,10 @@ assert [json.loads(line) for line in open(lines, encoding="utf-8")] == events
 rows = list(csv.DictReader(open(table, encoding="utf-8", newline="")))
 assert len(rows) == len(events) == len(open(text, encoding="utf-8").readlines())
 def shown(text):
-    text = text.replace("\u202e", "\\u202e")
-    return "'" + text if text[:1] in ("=", "+", "-", "@") else text
+    for hidden in "\t\r\n\u202e":
+        text = text.replace(hidden, f"\\u{ord(hidden):04x}")
+    return "'" + text if text.strip()[:1] in ("=", "+", "-", "@", "\uff1d") else text
 for row, event in zip(rows, events):
-    assert [row[key] for key in ("date", "kind", "message", "id")] == [event[key] for key in ("date", "kind", "message", "id")]
-    assert row["application"] == shown(event.get("appName", "")), row
+    assert [row[key] for key in ("date", "kind", "id")] == [event[key] for key in ("date", "kind", "id")]
+    assert [row["message"], row["application"]] == [shown(event["message"]), shown(event.get("appName", ""))], row
     assert row["identifier"] == event.get("bundleIdentifier", "")

@@ -9,6 +9,7 @@
 #include "design/KestrinFonts.h"
 #include "design/SymbolImage.h"
 #include "design/SymbolTable.h"
+#include "tests/support/Items.h"
 #include "tests/support/TestClass.h"
 
 #include <QFontMetricsF>
@@ -17,13 +18,13 @@
 #include <QPalette>
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QQuickItem>
 #include <QQuickWindow>
 #include <QRawFont>
 #include <QSignalSpy>
 
 #include <memory>
 #include <numeric>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 using namespace kestrin;
@@ -50,19 +51,8 @@ class Stage {
 
     QQuickWindow &window() { return m_window; }
     QQuickItem &root() { return *m_root; }
-    QVariant value(const char *property) const { return m_root->property(property); }
 
-    /// The first item below the root whose type, in C++ or in QML, begins with `type`.
-    QQuickItem *find(const char *type, QQuickItem *below = nullptr) const {
-        const auto children = (below ? below : m_root.get())->childItems();
-        for (QQuickItem *const child : children) {
-            if (QByteArray(child->metaObject()->className()).startsWith(type))
-                return child;
-            if (QQuickItem *const found = find(type, child))
-                return found;
-        }
-        return nullptr;
-    }
+    QQuickItem *find(const char *type) const { return samples::itemsOf(type, m_root.get()).value(0); }
 
     QImage picture() { return m_window.grabWindow(); }
 
@@ -71,14 +61,6 @@ class Stage {
     QQmlEngine m_engine;
     std::unique_ptr<QQuickItem> m_root;
 };
-
-int coverage(const QImage &image) {
-    const QImage alpha = image.convertToFormat(QImage::Format_Alpha8);
-    int sum = 0;
-    for (int y = 0; y < alpha.height(); ++y)
-        sum = std::accumulate(alpha.constScanLine(y), alpha.constScanLine(y) + alpha.width(), sum);
-    return sum;
-}
 
 } // namespace
 
@@ -94,7 +76,6 @@ class DesignTest : public QObject {
     void toggleAsksItsOwner();
     void fontHasWhatIsWritten();
     void textFits();
-    void textGrows();
     void strokeIsInsideAndSharp();
     void stretchedAsPaintedWhole();
     void shadowIsSoft();
@@ -108,35 +89,26 @@ void DesignTest::appearanceIsAsWished() {
     InMemoryDesktopPreferences &desktop = *owned;
     appearance.follow(std::move(owned));
     const QPalette usual = QGuiApplication::palette();
-    const auto paletteOf = [](const QColor &text, const QColor &ground) {
-        return QPalette(text, ground, Qt::gray, Qt::darkGray, Qt::gray, text, text, ground, ground);
-    };
-    struct Case {
-        std::optional<bool> desktop;
-        bool palette;
-        KestrinAppearance::Preference user;
-        bool isDark;
-    };
-    // The user's wish comes before the desktop's, and that before the palette.
+    // The user's wish comes before the desktop's, and that before the palette's ground.
     using enum KestrinAppearance::Preference;
-    for (const Case &each :
-         {Case{{}, false, System, false}, Case{{}, true, System, true}, Case{false, true, System, false},
-          Case{true, false, System, true}, Case{true, true, Light, false}, Case{false, false, Dark, true}}) {
-        desktop.say(each.desktop);
-        QGuiApplication::setPalette(each.palette ? paletteOf(Qt::white, Qt::black)
-                                                 : paletteOf(Qt::black, Qt::white));
-        appearance.setPreference(each.user);
-        QTRY_COMPARE(appearance.isDark(), each.isDark);
+    const std::tuple<KestrinAppearance::Preference, std::optional<bool>, QColor, bool> cases[] = {
+        {System, {}, Qt::white, false},  {System, {}, Qt::black, true},   {System, false, Qt::black, false},
+        {System, true, Qt::white, true}, {Light, true, Qt::black, false}, {Dark, false, Qt::white, true},
+    };
+    for (const auto &[user, wish, ground, isDark] : cases) {
+        const QColor text = ground == Qt::black ? Qt::white : Qt::black;
+        desktop.say(wish);
+        QGuiApplication::setPalette(
+            {text, ground, Qt::gray, Qt::darkGray, Qt::gray, text, text, ground, ground});
+        appearance.setPreference(user);
+        QTRY_COMPARE(appearance.isDark(), isDark);
     }
     QGuiApplication::setPalette(usual);
 }
 
 void DesignTest::openWindowIsRecoloured() {
-    Stage stage(R"(KestrinCard {
-        width: 200
-        height: 100
-        KestrinPrimaryButton { title: "Go"; width: parent.width }
-    })");
+    Stage stage("KestrinCard { width: 200; height: 100; "
+                "KestrinPrimaryButton { title: 'Go'; width: parent.width } }");
     const QQuickItem *const button = stage.find("KestrinPrimaryButton");
     for (const auto appearance : {KestrinAppearance::Light, KestrinAppearance::Dark}) {
         KestrinAppearance::shared().setPreference(appearance);
@@ -198,47 +170,42 @@ void DesignTest::fontHasWhatIsWritten() {
 }
 
 void DesignTest::textFits() {
-    struct Case {
-        double share; // of the width that the text wants
-        bool shrinks;
-        bool cut;
-    };
+    // Of the width that the text wants, whether it shrinks, and whether it is cut.
+    const std::tuple<double, bool, bool> cases[] = {
+        {1, false, false}, {0.97, false, false}, {0.69, true, false}, {0.6, true, true}};
     Stage stage("KestrinText { weight: KestrinWeight.Bold; minimumScale: 0.7; lineLimit: 1 }");
+    QQuickItem &root = stage.root();
     for (const QString &text : {u"Shrinks to fit this"_s, u"Zoom"_s}) {
-        stage.root().setProperty("text", text);
-        for (const Case &each : {Case{1, false, false}, Case{0.97, false, false}, Case{0.69, true, false},
-                                 Case{0.6, true, true}}) {
-            stage.root().setWidth(stage.value("naturalWidth").toDouble() * each.share);
-            const QByteArray which = u"%1, %2"_s.arg(text).arg(each.share).toUtf8();
-            const double scale = stage.value("scaleFactor").toDouble();
-            QVERIFY2(each.cut ? scale == 0.7 : scale >= 0.7 && (scale < 1) == each.shrinks, which);
-            QVERIFY2(stage.find("QQuickText")->property("truncated").toBool() == each.cut, which);
+        root.setProperty("text", text);
+        for (const auto &[share, shrinks, cut] : cases) {
+            root.setWidth(root.property("naturalWidth").toDouble() * share);
+            const QByteArray which = u"%1, %2"_s.arg(text).arg(share).toUtf8();
+            const double scale = root.property("scaleFactor").toDouble();
+            QVERIFY2(cut ? scale == 0.7 : scale >= 0.7 && (scale < 1) == shrinks, which);
+            QVERIFY2(stage.find("QQuickText")->property("truncated").toBool() == cut, which);
         }
     }
     // On the left in any script, and with the space between lines for as long as that is wanted.
-    stage.root().setProperty("lineLimit", 0);
-    stage.root().setProperty("text", u"זום"_s);
-    QCOMPARE(stage.find("QQuickText")->property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignLeft));
-    QVERIFY(!stage.find("QQuickText")->property("text").toString().isRightToLeft());
-    const qreal height = stage.root().implicitHeight();
-    stage.root().setProperty("lineSpacing", 5);
-    QVERIFY(stage.root().implicitHeight() > height);
-    stage.root().setProperty("lineSpacing", 0);
-    QCOMPARE(stage.root().implicitHeight(), height);
-}
-
-// A text that becomes longer has the room that it asks for then.
-void DesignTest::textGrows() {
-    Stage stage("KestrinPrimaryButton { width: 400; title: 'Run Mac Check'; systemImage: 'shield' }");
-    stage.root().setProperty("title", u"Turn on Privacy Mode"_s);
-    QVERIFY(!stage.find("QQuickText")->property("truncated").toBool());
+    root.setProperty("lineLimit", 0);
+    root.setProperty("text", u"זום"_s);
+    const QQuickItem *const shown = stage.find("QQuickText");
+    QCOMPARE(shown->property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignLeft));
+    QVERIFY(!shown->property("text").toString().isRightToLeft());
+    const qreal height = root.implicitHeight();
+    root.setProperty("lineSpacing", 5);
+    QVERIFY(root.implicitHeight() > height);
+    root.setProperty("lineSpacing", 0);
+    QCOMPARE(root.implicitHeight(), height);
+    // One that becomes longer has the room that it asks for then.
+    Stage longer("KestrinPrimaryButton { width: 400; title: 'Run Mac Check'; systemImage: 'shield' }");
+    longer.root().setProperty("title", u"Turn on Privacy Mode"_s);
+    QVERIFY(!longer.find("QQuickText")->property("truncated").toBool());
 }
 
 void DesignTest::strokeIsInsideAndSharp() {
     for (const int scale : {1, 2}) {
-        const double stroke = scale;
         const QColor glass(0, 0, 255, 51);
-        const QImage image = SurfacePaint{{80, 80}, 14, false, glass, Qt::red, stroke}.paint();
+        const QImage image = SurfacePaint{{80, 80}, 14, false, glass, Qt::red, double(scale)}.paint();
         // A translucent fill does not let the stroke shine through.
         for (const int line : {0, 1, 2, 40})
             QCOMPARE(image.pixelColor(40, line), line < scale ? QColor(Qt::red) : glass);
@@ -272,8 +239,7 @@ void DesignTest::shadowIsSoft() {
         const auto darkness = [&picture](int y) { return 255 - picture.pixelColor(200, y).red(); };
         // It falls down, and fades out without an edge.
         const int bottom = 40 + height;
-        QVERIFY(darkness(bottom + 2) > darkness(38));
-        QVERIFY(darkness(bottom + 2) >= 5);
+        QVERIFY(darkness(bottom + 2) > darkness(38) && darkness(bottom + 2) >= 5);
         for (int y = bottom + 2; y < bottom + 40; ++y) {
             const int change = darkness(y - 1) - darkness(y);
             QVERIFY(change == 0 || change == 1);
@@ -299,7 +265,9 @@ void DesignTest::drawnOnWholePixels() {
 void DesignTest::symbols() {
     for (const SymbolDrawing &symbol : symbolTable()) {
         const auto inkOf = [&symbol](KestrinWeight weight) {
-            return coverage(symbolImage(symbol, 64, weight, Qt::red));
+            const QImage alpha =
+                symbolImage(symbol, 64, weight, Qt::red).convertToFormat(QImage::Format_Alpha8);
+            return std::accumulate(alpha.constBits(), alpha.constBits() + alpha.sizeInBytes(), 0);
         };
         const int ink = inkOf(KestrinWeight::Semibold) / 255;
         QVERIFY2(ink > 64 * 64 / 20 && ink < 64 * 64 * 9 / 10, symbol.name);
