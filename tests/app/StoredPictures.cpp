@@ -2,7 +2,6 @@
 
 #include "design/KestrinFonts.h"
 
-#include <QColor>
 #include <QCryptographicHash>
 #include <QFile>
 
@@ -42,34 +41,26 @@ QImage reduce(const QImage &picture) {
         .convertToFormat(QImage::Format_RGB32);
 }
 
-double distance(const QImage &one, const QImage &other, const QRect &place) {
-    double sum = 0;
-    for (int y = place.top(); y <= place.bottom(); ++y) {
-        for (int x = place.left(); x <= place.right(); ++x) {
-            const QColor here(one.pixel(x, y));
-            const QColor there(other.pixel(x, y));
-            sum += std::pow(here.red() - there.red(), 2) + std::pow(here.green() - there.green(), 2) +
-                   std::pow(here.blue() - there.blue(), 2);
-        }
-    }
-    return std::sqrt(sum / (3 * place.width() * place.height()));
+double squaredDistance(QRgb here, QRgb there) {
+    return std::pow(qRed(here) - qRed(there), 2) + std::pow(qGreen(here) - qGreen(there), 2) +
+           std::pow(qBlue(here) - qBlue(there), 2);
 }
 
 /// How far two pictures are apart where they are most, as a person sees it: the root mean square of the
 /// colours' distances over a square, 0 to 255, and the square's corner in the window.
-struct Difference {
-    double distance = 0;
-    QPoint place;
-};
-
-Difference largestDifference(const QImage &reduced, const QImage &other) {
-    Difference largest;
-    for (int y = 0; y < reduced.height(); y += square) {
-        for (int x = 0; x < reduced.width(); x += square) {
-            const QRect place = QRect(x, y, square, square) & reduced.rect();
-            const double here = distance(reduced, other, place);
-            if (here > largest.distance)
-                largest = {here, place.topLeft() * scale};
+std::pair<double, QPoint> largestDifference(const QImage &reduced, const QImage &other) {
+    std::pair<double, QPoint> largest;
+    for (int top = 0; top < reduced.height(); top += square) {
+        for (int left = 0; left < reduced.width(); left += square) {
+            const QRect place = QRect(left, top, square, square) & reduced.rect();
+            double sum = 0;
+            for (int y = place.top(); y <= place.bottom(); ++y) {
+                for (int x = place.left(); x <= place.right(); ++x)
+                    sum += squaredDistance(reduced.pixel(x, y), other.pixel(x, y));
+            }
+            const double distance = std::sqrt(sum / (3 * place.width() * place.height()));
+            if (distance > largest.first)
+                largest = {distance, place.topLeft() * scale};
         }
     }
     return largest;
@@ -77,10 +68,11 @@ Difference largestDifference(const QImage &reduced, const QImage &other) {
 
 } // namespace
 
-bool storePicture(const QDir &folder, const QString &name, const QImage &picture) {
+Verdict storePicture(const QDir &folder, const QString &name, const QImage &picture) {
     QImage reduced = reduce(picture);
     reduced.setText(facesKey, facesOfTexts());
-    return reduced.save(folder.filePath(name + u".png"_s));
+    const bool isStored = folder.mkpath(u"."_s) && reduced.save(folder.filePath(name + u".png"_s));
+    return isStored ? Verdict::same : Verdict::different;
 }
 
 Verdict comparePicture(const QDir &folder, const QString &name, const QImage &picture) {
@@ -88,15 +80,15 @@ Verdict comparePicture(const QDir &folder, const QString &name, const QImage &pi
     const QImage reduced = reduce(picture);
     if (stored.size() != reduced.size()) {
         std::fprintf(stderr, "%s is not stored, or in another size.\n", qPrintable(name));
-        return Verdict::missing;
+        return Verdict::different;
     }
     if (stored.text(facesKey) != facesOfTexts())
         return Verdict::otherFaces;
-    const Difference difference = largestDifference(reduced, stored.convertToFormat(QImage::Format_RGB32));
-    if (difference.distance <= tolerance)
+    const auto [distance, place] = largestDifference(reduced, stored.convertToFormat(QImage::Format_RGB32));
+    if (distance <= tolerance)
         return Verdict::same;
-    std::fprintf(stderr, "%s looks different around %d, %d: by %.1f of 255.\n", qPrintable(name),
-                 difference.place.x(), difference.place.y(), difference.distance);
+    std::fprintf(stderr, "%s looks different around %d, %d: by %.1f of 255.\n", qPrintable(name), place.x(),
+                 place.y(), distance);
     return Verdict::different;
 }
 

@@ -9,12 +9,12 @@
 
 namespace kestrin::samples {
 
-enum class Verdict { same, different, otherFaces, missing };
+enum class Verdict { same, different, otherFaces };
 
-/// False when it cannot be written.
-bool storePicture(const QDir &folder, const QString &name, const QImage &picture);
-/// Says on standard error what is wrong. Texts that are drawn by other faces than the stored ones cannot be
-/// compared.
+/// Different when it cannot be written.
+Verdict storePicture(const QDir &folder, const QString &name, const QImage &picture);
+/// Says on standard error what is wrong, also when nothing is stored. Texts that are drawn by other faces
+/// than the stored ones cannot be compared.
 Verdict comparePicture(const QDir &folder, const QString &name, const QImage &picture);
 
 } // namespace kestrin::samples

@@ -7,6 +7,8 @@
 #include "design/DesktopPreferences.h"
 #include "design/KestrinAppearance.h"
 #include "tests/app/StoredPictures.h"
+#include "tests/support/Files.h"
+#include "tests/support/Items.h"
 #include "tests/support/WindowHome.h"
 
 #include <QDir>
@@ -26,35 +28,39 @@ using namespace kestrin::runtime;
 
 namespace {
 
+using Prepare = std::function<void(samples::WindowHome &)>;
+
 /// What is seen on the pages: a name for the file, the section, and what is done before. Some are stored, in
 /// one of the appearances.
 struct Scene {
     QString name;
     MacSection section = MacSection::Home;
-    std::function<void(samples::WindowHome &)> prepare;
+    Prepare prepare;
     QString stored;
     /// What is done once it is shown.
-    std::function<void(samples::WindowHome &)> then = {};
+    Prepare then = {};
     /// A file that describes a window of its own, which is seen instead.
     QString apart = {};
 };
 
 void runUsualApplications(samples::WindowHome &home) {
     qint32 pid = 2000;
-    for (const auto &[name, id] : std::initializer_list<std::pair<QString, QString>>{
-             {u"Zoom"_s, u"us.zoom.xos"_s},
-             {u"Slack"_s, u"com.tinyspeck.slackmacgap"_s},
-             {u"ChatGPT"_s, u"com.openai.chat"_s},
-             {u"Google Chrome"_s, u"com.google.Chrome"_s},
-             {u"OBS Studio"_s, u"com.obsproject.obs-studio"_s},
-             {u"FaceTime"_s, u"com.apple.FaceTime"_s},
-         })
+    for (const auto &[name, id] :
+         std::initializer_list<std::pair<QString, QString>>{{u"Zoom"_s, u"us.zoom.xos"_s},
+                                                            {u"Slack"_s, u"com.tinyspeck.slackmacgap"_s},
+                                                            {u"ChatGPT"_s, u"com.openai.chat"_s},
+                                                            {u"Google Chrome"_s, u"com.google.Chrome"_s},
+                                                            {u"OBS Studio"_s, u"com.obsproject.obs-studio"_s},
+                                                            {u"FaceTime"_s, u"com.apple.FaceTime"_s}})
         home.workspace.add(samples::running(name, pid++, id));
     for (const QString &name : {u"Files"_s, u"Text Editor"_s, u"Terminal"_s, u"Music"_s, u"Calendar"_s})
         home.workspace.add(samples::running(name, pid++));
 }
 
 void passAnAfternoon(samples::WindowHome &home) {
+    runUsualApplications(home);
+    home.defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {u"travel"_s, u"manual"_s});
+    home.open();
     home.runtime().setProtectedDefinition(u"safari"_s, false);
     home.now = home.now.addSecs(60 * 47);
     home.runtime().runLiveCheck();
@@ -68,87 +74,93 @@ void passAnAfternoon(samples::WindowHome &home) {
 }
 
 /// For those who asked their desktop for more contrast and larger texts.
-void ease() {
-    auto desktop = std::make_unique<InMemoryDesktopPreferences>();
-    desktop->say({}, {}, true, 1.25);
-    KestrinAppearance::shared().follow(std::move(desktop));
+Scene eased(Scene scene) {
+    scene.name += u"-eased"_s;
+    scene.stored.clear();
+    scene.prepare = [prepare = scene.prepare](samples::WindowHome &home) {
+        auto desktop = std::make_unique<InMemoryDesktopPreferences>();
+        desktop->say({}, {}, true, 1.25);
+        KestrinAppearance::shared().follow(std::move(desktop));
+        prepare(home);
+    };
+    return scene;
 }
 
-/// As a log is after some days.
+const QList<InstalledApplication> installed{
+    {u"Audacity"_s, u"audacity"_s, u"audacity"_s},
+    {u"Foot"_s, u"foot"_s, u"foot"_s},
+    {u"KeePassXC"_s, u"org.keepassxc.KeePassXC"_s, u"keepassxc"_s},
+    {u"OBS Studio"_s, u"com.obsproject.obs-studio"_s, u"com.obsproject.Studio"_s},
+    {u"Signal"_s, u"org.signal.Signal"_s, {}}};
+
+/// As a log is after some days, in which devices were used.
 void passSomeDays(samples::WindowHome &home) {
-    home.installed.applications = {{u"Audacity"_s, u"audacity"_s, u"audacity"_s},
-                                   {u"Foot"_s, u"foot"_s, u"foot"_s},
-                                   {u"KeePassXC"_s, u"org.keepassxc.KeePassXC"_s, u"keepassxc"_s}};
+    home.installed.applications = installed;
     using Kind = MacProtectionEventKind;
-    const QList<std::pair<QString, QString>> apps{{u"Zoom"_s, u"us.zoom.xos"_s},
-                                                  {u"Audacity"_s, u"audacity"_s},
-                                                  {u"Google Chrome"_s, u"com.google.Chrome"_s},
-                                                  {u"KeePassXC"_s, u"org.keepassxc.KeePassXC"_s},
-                                                  {u"Foot"_s, u"foot"_s}};
+    const QList<std::pair<Kind, QString>> happened{
+        {Kind::relaunchDetected, u"%1 relaunched while Privacy Mode is on."_s},
+        {Kind::quitRequested, u"Asked %1 to quit."_s},
+        {Kind::riskAppMatched, u"%1 started using the microphone."_s},
+        {Kind::riskAppMatched, u"%1 stopped using the microphone."_s},
+        {Kind::actionFailed, u"%1 could not be asked to quit."_s},
+        {Kind::dryRun, u"Preview: Kestrin would ask %1 to quit while Privacy Mode is on."_s},
+    };
     QDateTime time = home.now.addDays(-4);
     for (int i = 0; time < home.now; ++i) {
-        const QString &name = apps.at(i / 3 % apps.size()).first;
-        const QString &identifier = apps.at(i / 3 % apps.size()).second;
-        const auto append = [&](Kind kind, const QString &message) {
-            home.log.append(MacProtectionEvent::create(time, kind, message, name, identifier));
-        };
+        const InstalledApplication &app = installed.at(i / 4 % installed.size());
+        const auto &[kind, message] = happened.at(i % happened.size());
+        home.log.append(
+            MacProtectionEvent::create(time, kind, message.arg(app.name), app.name, app.identifier));
         if (i % 11 == 0)
-            home.log.append(MacProtectionEvent::create(
-                time, i % 2 == 0 ? Kind::privacyModeOn : Kind::privacyModeOff,
-                i % 2 == 0 ? u"Privacy Mode is on for this Mac."_s : u"Privacy Mode is off for this Mac."_s));
-        else if (i % 3 == 0)
-            append(Kind::relaunchDetected, name + u" relaunched while Privacy Mode is on."_s);
-        else if (i % 7 == 0)
-            append(Kind::actionFailed, name + u" could not be asked to quit."_s);
-        else if (i % 5 == 0)
-            append(Kind::dryRun,
-                   u"Preview: Kestrin would ask "_s + name + u" to quit while Privacy Mode is on."_s);
-        else
-            append(Kind::quitRequested, u"Asked "_s + name + u" to quit."_s);
+            home.log.append(
+                MacProtectionEvent::create(time, Kind::privacyModeOn, u"Privacy Mode is on for this Mac."_s));
         time = time.addSecs(60 * (11 + i * i % 97));
     }
+    home.open();
+}
+
+/// The log's window, in which keys are pressed, and things happen then.
+Prepare log(const QList<QKeyCombination> &keys = {}, const Prepare &then = {}) {
+    return [keys, then](samples::WindowHome &home) {
+        home.openLog();
+        QQuickWindow &window = home.shown->log->window();
+        window.requestActivate();
+        QTest::qWait(50);
+        samples::pressKeys(window, keys);
+        if (then)
+            then(home);
+    };
+}
+
+Prepare uses(const QList<std::pair<QString, MacRiskCategory>> &uses) {
+    return [uses](samples::WindowHome &home) {
+        home.shown->protection.liveUse.start();
+        for (const auto &[name, category] : uses)
+            home.deviceUses.begin({category, 100, name, {}, home.now});
+        QTest::qWait(20);
+    };
 }
 
 QList<Scene> scenes() {
-    const auto afternoon = [](samples::WindowHome &home) {
-        runUsualApplications(home);
-        home.defaults.setStringArray(u"kestrin.mac.enabledModeIDs"_s, {u"travel"_s, u"manual"_s});
-        home.open();
+    const auto enforcing = [](samples::WindowHome &home) {
         passAnAfternoon(home);
-    };
-    const auto enforcing = [afternoon](samples::WindowHome &home) {
-        afternoon(home);
         home.shown->protection.state.setEnforceActions(true);
     };
-    const auto eased = [afternoon](samples::WindowHome &home) {
-        ease();
-        afternoon(home);
-    };
     const auto nothing = [](samples::WindowHome &home) { home.open(); };
-    const auto off = [afternoon](samples::WindowHome &home) {
-        afternoon(home);
+    const auto off = [](samples::WindowHome &home) {
+        passAnAfternoon(home);
         home.shown->protection.state.setPrivacyModeOn(false);
     };
-    const auto blind = [afternoon](samples::WindowHome &home) {
+    const auto blind = [](samples::WindowHome &home) {
         home.workspace.setSight(
             {Sight::Extent::partial,
              u"Plasma does not let this copy of Kestrin see what runs, so only applications of the older kind, X11, can be seen."_s,
              u"Allow it with \"kestrinctl desktop enable\", or install the package."_s, Sight::Help::allow});
-        afternoon(home);
+        passAnAfternoon(home);
     };
-    const auto unselected = [](samples::WindowHome &home) {
-        home.open();
-        auto &runtime = home.shown->protection.runtime;
-        runtime.setProtectedDefinitions(runtime.sortedProtectedDefinitionIDs(), false);
-    };
-    const auto withOwn = [afternoon](samples::WindowHome &home) {
-        home.installed.applications = {
-            {u"Audacity"_s, u"audacity"_s, u"audacity"_s},
-            {u"Foot"_s, u"foot"_s, u"foot"_s},
-            {u"KeePassXC"_s, u"org.keepassxc.KeePassXC"_s, u"keepassxc"_s},
-            {u"OBS Studio"_s, u"com.obsproject.obs-studio"_s, u"com.obsproject.Studio"_s},
-            {u"Signal"_s, u"org.signal.Signal"_s, {}}};
-        afternoon(home);
+    const auto withOwn = [](samples::WindowHome &home) {
+        home.installed.applications = installed;
+        passAnAfternoon(home);
         for (const QString &name : {u"Signal"_s, u"Discord"_s})
             home.runtime().addOwnApplication({.name = name, .categories = {MacRiskCategory::videoCall}});
     };
@@ -160,174 +172,98 @@ QList<Scene> scenes() {
         home.commands.setTray(true);
         home.open();
     };
-    const auto firstStartEased = [firstStart](samples::WindowHome &home) {
-        ease();
-        firstStart(home);
-    };
-    const auto firstStartAt = [](int step) {
-        return [step](samples::WindowHome &home) {
+    const auto first = [](const QList<QKeyCombination> &keys) {
+        return [keys](samples::WindowHome &home) {
             home.shown->window.explainFirstStart(home.commands);
-            for (int i = 0; i < step; ++i)
-                QTest::keyClick(&home.window(), Qt::Key_Return);
+            samples::pressKeys(home.window(), keys);
         };
-    };
-    const auto enforcingChosen = [firstStartAt](samples::WindowHome &home) {
-        firstStartAt(0)(home);
-        for (const auto key : {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space})
-            QTest::keyClick(&home.window(), key);
     };
     const auto removal = [](samples::WindowHome &home) {
         home.shown->protection.state.property("ownApps").value<MacOwnApps *>()->remove(u"signal"_s);
         QTest::qWait(50);
-        QTest::keyClick(&home.window(), Qt::Key_End, Qt::ControlModifier);
-    };
-    const auto days = [](samples::WindowHome &home) {
-        passSomeDays(home);
-        home.open();
+        samples::pressKeys(home.window(), {Qt::CTRL | Qt::Key_End});
     };
     const auto damaged = [](samples::WindowHome &home) {
-        QDir().mkpath(home.support());
-        QFile file(home.support() + u"/activity-log.json"_s);
-        if (file.open(QIODevice::WriteOnly))
-            file.write("[{\"id\":");
-        file.close();
+        samples::write(home.log.file(), "[{\"id\":");
         home.open();
     };
-    const auto easedDays = [days](samples::WindowHome &home) {
-        ease();
-        days(home);
+    // Down among the events, with some selected, while others come.
+    const QList<QKeyCombination> reading =
+        QList<QKeyCombination>(20, Qt::Key_Down) + QList<QKeyCombination>(3, Qt::SHIFT | Qt::Key_Down);
+    const auto news = [](samples::WindowHome &home) {
+        home.runtime().setProtectedDefinitions({u"safari"_s, u"zoom"_s}, false);
     };
-    const auto log = [](samples::WindowHome &home) { home.openLog(); };
-    const auto typed = [](samples::WindowHome &home, const QString &text) {
-        home.openLog();
-        QTest::keyClick(&home.shown->log->window(), Qt::Key_F, Qt::ControlModifier);
-        for (const QChar letter : text)
-            QTest::keyClick(&home.shown->log->window(), letter.toLatin1());
+    const auto exporting = [news](samples::WindowHome &home) {
+        news(home);
+        home.shown->log->log().setHasFileDialog();
+        samples::pressKeys(home.shown->log->window(),
+                           {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Return});
     };
-    const auto found = [typed](samples::WindowHome &home) { typed(home, u"KeePass"_s); };
-    const auto lost = [typed](samples::WindowHome &home) { typed(home, u"nobody"_s); };
-    const auto reading = [](samples::WindowHome &home) {
-        home.openLog();
-        QQuickWindow &window = home.shown->log->window();
-        window.requestActivate();
-        QTest::qWait(50);
-        for (int i = 0; i < 20; ++i)
-            QTest::keyClick(&window, Qt::Key_Down);
-        for (int i = 0; i < 3; ++i)
-            QTest::keyClick(&window, Qt::Key_Down, Qt::ShiftModifier);
-        home.runtime().setProtectedDefinition(u"safari"_s, false);
-        home.runtime().setProtectedDefinition(u"zoom"_s, false);
-    };
-    const auto menu = [](samples::WindowHome &home, int number) {
-        home.openLog();
-        QQuickWindow &window = home.shown->log->window();
+    const auto filtered = [](samples::WindowHome &home) {
         home.shown->log->log().toggleApp(0);
         home.shown->log->log().toggleApp(3);
-        QTest::keyClick(&window, Qt::Key_F, Qt::ControlModifier);
-        for (int i = 0; i < number; ++i)
-            QTest::keyClick(&window, Qt::Key_Tab);
-        QTest::keyClick(&window, Qt::Key_Down);
-        QTest::keyClick(&window, Qt::Key_Down);
     };
-    const auto kinds = [menu](samples::WindowHome &home) { menu(home, 1); };
-    const auto apps = [menu](samples::WindowHome &home) { menu(home, 2); };
-    const auto exporting = [reading](samples::WindowHome &home) {
-        reading(home);
-        home.shown->log->log().setHasFileDialog();
-        QQuickWindow &window = home.shown->log->window();
-        for (int i = 0; i < 3; ++i)
-            QTest::keyClick(&window, Qt::Key_Tab);
-        QTest::keyClick(&window, Qt::Key_Return);
+    const auto usesLogged = [](samples::WindowHome &home) {
+        home.shown->log->log().toggleKind(static_cast<int>(LogKind::deviceUse));
     };
     using enum MacRiskCategory;
-    const auto using_ = [](samples::WindowHome &home,
-                           const QList<std::pair<QString, MacRiskCategory>> &uses) {
-        home.shown->protection.liveUse.start();
-        for (const auto &[name, category] : uses)
-            home.deviceUses.begin({category, 100, name, {}, home.now});
-        QTest::qWait(20);
-    };
-    const auto usesOne = [using_](samples::WindowHome &home) { using_(home, {{u"Zoom"_s, microphone}}); };
-    const auto usesMany = [using_](samples::WindowHome &home) {
+    using enum MacSection;
+    const auto usesMany = [](samples::WindowHome &home) {
         home.shown->protection.state.pauseForAnHour();
-        const QString endless = u"An application with a name that does not end where others do"_s;
-        using_(home, {{u"Zoom"_s, microphone},
-                      {u"Zoom"_s, camera},
-                      {endless, screenCapture},
-                      {u"Firefox"_s, microphone},
-                      {u"Audacity"_s, microphone},
-                      {u"OBS Studio"_s, screenCapture}});
-    };
-    const auto usesBlind = [using_](samples::WindowHome &home) {
-        using_(home, {{u"Zoom"_s, microphone}, {u"Zoom"_s, camera}});
+        QList<std::pair<QString, MacRiskCategory>> many{{u"Zoom"_s, microphone}, {u"Zoom"_s, camera}};
+        many.append({u"An application with a name that does not end where others do"_s, screenCapture});
+        for (const QString &name : {u"Firefox"_s, u"Audacity"_s, u"OBS Studio"_s})
+            many.append({name, microphone});
+        uses(many)(home);
     };
     const auto protecting = [](samples::WindowHome &home) {
         home.shown->window.protectApp(u"pw-record"_s, {}, {microphone, screenCapture});
     };
-    const auto usedDays = [days](samples::WindowHome &home) {
-        const DeviceUse use{microphone, 100, u"Zoom"_s, u"us.zoom.xos"_s, home.now};
-        const DeviceUse shares{screenCapture, 100, u"KeePassXC"_s, u"org.keepassxc.KeePassXC"_s, home.now};
-        days(home);
-        for (const QString &message : {startedSentence(use), stoppedSentence(use)})
-            home.log.append(MacProtectionEvent::create(home.now, MacProtectionEventKind::riskAppMatched,
-                                                       message, use.localizedName, use.bundleIdentifier));
-        home.log.append(MacProtectionEvent::create(home.now, MacProtectionEventKind::riskAppMatched,
-                                                   startedSentence(shares), shares.localizedName,
-                                                   shares.bundleIdentifier));
-    };
-    const auto usesLogged = [](samples::WindowHome &home) {
-        home.openLog();
-        home.shown->log->log().toggleKind(static_cast<int>(LogKind::deviceUse));
-    };
     // The stored ones are every page in each of its states, every kind of row, both appearances.
     QList<Scene> all{
-        {u"home"_s, MacSection::Home, afternoon, u"light"_s},
-        {u"devices"_s, MacSection::Devices, afternoon, u"dark"_s},
-        {u"apps"_s, MacSection::Apps, afternoon, u"dark"_s},
-        {u"schedule"_s, MacSection::Schedule, afternoon, u"light"_s},
-        {u"activity"_s, MacSection::Activity, afternoon, u"dark"_s},
-        {u"access"_s, MacSection::Access, afternoon, u"light"_s},
-        {u"connect"_s, MacSection::Connect, afternoon, u"dark"_s},
-        {u"home-off"_s, MacSection::Home, off, u"dark"_s},
-        {u"apps-off"_s, MacSection::Apps, off, u"dark"_s},
-        {u"apps-enforcing"_s, MacSection::Apps, enforcing, u"light"_s},
-        {u"apps-empty"_s, MacSection::Apps, nothing, u"light"_s},
-        {u"schedule-none"_s, MacSection::Schedule, nothing, u"dark"_s},
-        {u"activity-empty"_s, MacSection::Activity, nothing, u"light"_s},
-        {u"access-enforcing"_s, MacSection::Access, enforcing, u"dark"_s},
-        {u"connect-enforcing"_s, MacSection::Connect, enforcing, {}},
-        {u"home-blind"_s, MacSection::Home, blind, {}},
-        {u"apps-blind"_s, MacSection::Apps, blind, {}},
-        {u"apps-unselected"_s, MacSection::Apps, unselected, {}},
-        {u"apps-own"_s, MacSection::Apps, withOwn, {}, removal},
-        {u"add-app"_s, MacSection::Apps, withOwn, {}, addDialog},
-        {u"first-actions"_s, MacSection::Home, firstStart, {}, firstStartAt(0)},
-        {u"first-enforcing"_s, MacSection::Home, firstStart, {}, enforcingChosen},
-        {u"first-schedules"_s, MacSection::Home, firstStart, {}, firstStartAt(1)},
-        {u"first-login"_s, MacSection::Home, firstStart, {}, firstStartAt(2)},
-        {u"first-schedules-eased"_s, MacSection::Home, firstStartEased, {}, firstStartAt(1)},
-        {u"closing-question"_s, MacSection::Home, firstStart, {}, {}, u"MacClosingQuestion.qml"_s},
-        {u"uses"_s, MacSection::Home, afternoon, {}, usesOne},
-        {u"uses-many"_s, MacSection::Activity, afternoon, {}, usesMany},
-        {u"uses-eased"_s, MacSection::Home, eased, {}, usesMany},
-        {u"uses-blind"_s, MacSection::Home, blind, {}, usesBlind},
-        {u"protect-seen"_s, MacSection::Home, withOwn, {}, protecting},
-        {u"protect-seen-eased"_s, MacSection::Home, eased, {}, protecting},
-        {u"log"_s, MacSection::Home, days, {}, log},
-        {u"log-uses"_s, MacSection::Home, usedDays, {}, usesLogged},
-        {u"log-eased"_s, MacSection::Home, easedDays, {}, log},
-        {u"log-found"_s, MacSection::Home, days, {}, found},
-        {u"log-lost"_s, MacSection::Home, days, {}, lost},
-        {u"log-empty"_s, MacSection::Home, nothing, {}, log},
-        {u"log-damaged"_s, MacSection::Home, damaged, {}, log},
-        {u"log-reading"_s, MacSection::Home, days, {}, reading},
-        {u"log-kinds"_s, MacSection::Home, days, {}, kinds},
-        {u"log-apps"_s, MacSection::Home, days, {}, apps},
-        {u"log-export"_s, MacSection::Home, days, {}, exporting},
-        {u"closing-question-eased"_s, MacSection::Home, firstStartEased, {}, {}, u"MacClosingQuestion.qml"_s},
+        {u"home"_s, Home, passAnAfternoon, u"light"_s},
+        {u"devices"_s, Devices, passAnAfternoon, u"dark"_s},
+        {u"apps"_s, Apps, passAnAfternoon, u"dark"_s},
+        {u"schedule"_s, Schedule, passAnAfternoon, u"light"_s},
+        {u"activity"_s, Activity, passAnAfternoon, u"dark"_s},
+        {u"access"_s, Access, passAnAfternoon, u"light"_s},
+        {u"connect"_s, Connect, passAnAfternoon, u"dark"_s},
+        {u"home-off"_s, Home, off, u"dark"_s},
+        {u"apps-off"_s, Apps, off, u"dark"_s},
+        {u"apps-enforcing"_s, Apps, enforcing, u"light"_s},
+        {u"apps-empty"_s, Apps, nothing, u"light"_s},
+        {u"schedule-none"_s, Schedule, nothing, u"dark"_s},
+        {u"activity-empty"_s, Activity, nothing, u"light"_s},
+        {u"access-enforcing"_s, Access, enforcing, u"dark"_s},
+        {u"connect-enforcing"_s, Connect, enforcing, {}},
+        {u"apps-blind"_s, Apps, blind, {}},
+        {u"apps-own"_s, Apps, withOwn, {}, removal},
+        {u"add-app"_s, Apps, withOwn, {}, addDialog},
+        {u"first-enforcing"_s, Home, firstStart, {}, first({Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space})},
+        {u"first-schedules"_s, Home, firstStart, {}, first({Qt::Key_Return})},
+        {u"first-login"_s, Home, firstStart, {}, first({Qt::Key_Return, Qt::Key_Return})},
+        {u"closing-question"_s, Home, firstStart, {}, {}, u"MacClosingQuestion.qml"_s},
+        {u"uses-many"_s, Activity, passAnAfternoon, {}, usesMany},
+        {u"uses-blind"_s, Home, blind, {}, uses({{u"Zoom"_s, microphone}, {u"Zoom"_s, camera}})},
+        {u"protect-seen"_s, Home, withOwn, {}, protecting},
+        {u"log"_s, Home, passSomeDays, {}, log()},
+        {u"log-uses"_s, Home, passSomeDays, {}, log({}, usesLogged)},
+        {u"log-found"_s, Home, passSomeDays, {}, log({Qt::Key_K, Qt::Key_E, Qt::Key_E, Qt::Key_P})},
+        {u"log-lost"_s, Home, passSomeDays, {}, log({Qt::Key_X, Qt::Key_X})},
+        {u"log-empty"_s, Home, nothing, {}, log()},
+        {u"log-damaged"_s, Home, damaged, {}, log()},
+        {u"log-reading"_s, Home, passSomeDays, {}, log(reading, news)},
+        {u"log-kinds"_s, Home, passSomeDays, {}, log({Qt::Key_Tab, Qt::Key_Down, Qt::Key_Down}, filtered)},
+        {u"log-apps"_s, Home, passSomeDays, {}, log({Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Down}, filtered)},
+        {u"log-export"_s, Home, passSomeDays, {}, log(reading, exporting)},
     };
-    for (const Scene &page : all.first(7))
-        all.append({page.name + u"-eased"_s, page.section, eased, {}});
+    const QString alsoEased =
+        u"home devices apps schedule activity access connect first-schedules closing-question "
+        "uses-many protect-seen log"_s;
+    for (const Scene &scene : QList(all)) {
+        if (alsoEased.split(u' ').contains(scene.name))
+            all.append(eased(scene));
+    }
     return all;
 }
 
@@ -357,59 +293,43 @@ QImage draw(const Scene &scene, const QString &appearance, QSize size) {
     return log.grabWindow();
 }
 
-bool save(const QImage &picture, const QDir &folder, const QString &name) {
+void save(const QImage &picture, const QDir &folder, const QString &name) {
     const QString file = folder.filePath(name + u".png"_s);
-    if (folder.mkpath(u"."_s) && picture.save(file))
-        return true;
-    std::fprintf(stderr, "%s cannot be written.\n", qPrintable(file));
-    return false;
+    if (!folder.mkpath(u"."_s) || !picture.save(file))
+        qFatal("%s cannot be written.", qPrintable(file));
 }
 
-int drawAll(const QDir &folder, const QStringList &wanted) {
+void drawAll(const QDir &folder, const QStringList &wanted) {
     const QList<std::pair<QString, QSize>> sizes{
         {u"usual"_s, {1180, 760}}, {u"least"_s, least}, {u"whole"_s, {1180, 1480}}};
-    bool all = true;
     for (const QString &appearance : {u"light"_s, u"dark"_s}) {
         for (const Scene &scene : scenes()) {
             if (!wanted.isEmpty() && !wanted.contains(scene.name))
                 continue;
-            for (const auto &[label, size] : sizes) {
-                const QString name = scene.name + u'-' + appearance + u'-' + label;
-                all = save(draw(scene, appearance, size), folder, name) && all;
-            }
+            for (const auto &[label, size] : sizes)
+                save(draw(scene, appearance, size), folder, scene.name + u'-' + appearance + u'-' + label);
         }
     }
-    return all ? 0 : 1;
 }
 
-/// Draws what is stored and gives it to `take` with its name.
-void drawStored(const std::function<void(const QString &, const QImage &)> &take) {
-    for (const Scene &scene : scenes()) {
-        if (!scene.stored.isEmpty())
-            take(scene.name + u'-' + scene.stored, draw(scene, scene.stored, least));
-    }
-}
-
-int renew(const QDir &folder) {
-    bool all = folder.mkpath(u"."_s);
-    drawStored([&](const QString &name, const QImage &picture) {
-        all = samples::storePicture(folder, name, picture) && all;
-    });
-    return all ? 0 : 1;
-}
-
-int compare(const QDir &folder, const QDir &different) {
+/// Stores pictures, or compares with those that are, where there is a folder for what looks different.
+int goThroughStored(const QDir &folder, const std::optional<QDir> &different) {
     using samples::Verdict;
     constexpr int notCompared = 77;
     QList<Verdict> verdicts;
-    drawStored([&](const QString &name, const QImage &picture) {
-        verdicts.append(samples::comparePicture(folder, name, picture));
-        if (verdicts.last() == Verdict::different)
-            save(picture, different, name);
-    });
-    if (verdicts.contains(Verdict::different) || verdicts.contains(Verdict::missing))
-        return 1;
-    return verdicts.contains(Verdict::otherFaces) ? notCompared : 0;
+    for (const Scene &scene : scenes()) {
+        if (scene.stored.isEmpty())
+            continue;
+        const QString name = scene.name + u'-' + scene.stored;
+        const QImage picture = draw(scene, scene.stored, least);
+        verdicts.append(different ? samples::comparePicture(folder, name, picture)
+                                  : samples::storePicture(folder, name, picture));
+        if (different && verdicts.last() == Verdict::different)
+            save(picture, *different, name);
+    }
+    return verdicts.contains(Verdict::different)    ? 1
+           : verdicts.contains(Verdict::otherFaces) ? notCompared
+                                                    : 0;
 }
 
 } // namespace
@@ -427,14 +347,15 @@ int main(int argc, char **argv) {
     QIcon::setThemeName(u"hicolor"_s);
     const QStringList arguments = QGuiApplication::arguments();
     if (arguments.size() == 3 && arguments.at(1) == u"--renew")
-        return renew(QDir(arguments.at(2)));
+        return goThroughStored(QDir(arguments.at(2)), {});
     if (arguments.size() == 4 && arguments.at(1) == u"--compare")
-        return compare(QDir(arguments.at(2)), QDir(arguments.at(3)));
+        return goThroughStored(QDir(arguments.at(2)), QDir(arguments.at(3)));
     if (arguments.size() < 2 || arguments.at(1).startsWith(u'-')) {
         std::fputs(
             "usage: kestrin-pictures FOLDER [SCENE...] | --renew STORED | --compare STORED DIFFERENT\n",
             stderr);
         return 2;
     }
-    return drawAll(QDir(arguments.at(1)), arguments.mid(2));
+    drawAll(QDir(arguments.at(1)), arguments.mid(2));
+    return 0;
 }
