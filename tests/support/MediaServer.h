@@ -38,13 +38,11 @@ class MediaServer {
             make(node);
     }
     void startPulseAudio() {
-        server = begin(QStringLiteral("pulseaudio -n --daemonize=no --exit-idle-time=-1 --use-pid-file=no "
-                                      "--load=module-native-protocol-unix "
-                                      "--load=module-null-source*source_name=test-mic "
-                                      "--load=module-null-sink*sink_name=test-sink")
-                           .replace(u' ', u'\n')
-                           .replace(u'*', u' ')
-                           .split(u'\n'),
+        server = begin(QStringLiteral("pulseaudio,-n,--daemonize=no,--exit-idle-time=-1,--use-pid-file=no,"
+                                      "--load=module-native-protocol-unix,"
+                                      "--load=module-null-source source_name=test-mic,"
+                                      "--load=module-null-sink sink_name=test-sink")
+                           .split(u','),
                        QStringLiteral("pulse/native"));
     }
     void end() {

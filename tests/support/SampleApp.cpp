@@ -17,9 +17,7 @@ using namespace engine;
 
 namespace {
 
-constexpr const char *serverVariable = "KESTRIN_DESKTOP_XVFB_PID";
 constexpr const char *windowManagerVariable = "KESTRIN_DESKTOP_WM_PID";
-constexpr const char *compositorVariable = "KESTRIN_DESKTOP_COMPOSITOR_PID";
 
 /// Those that tests have started themselves, by the variable that tells their process ids; the first ones are
 /// children of tools/with-desktop.
@@ -32,6 +30,10 @@ void start(const char *variable, const QStringList &command) {
 
 bool isOnX11() {
     return qgetenv("KESTRIN_DESKTOP_KIND") == "x11";
+}
+
+const char *serverVariable() {
+    return isOnX11() ? "KESTRIN_DESKTOP_XVFB_PID" : "KESTRIN_DESKTOP_COMPOSITOR_PID";
 }
 
 /// A process by its id, and only when it has one.
@@ -153,17 +155,17 @@ void display::startWindowManager() {
 }
 
 void display::signalServer(int signal) {
-    sendSignal(isOnX11() ? serverVariable : compositorVariable, signal);
+    sendSignal(serverVariable(), signal);
 }
 
 void display::killServer() {
-    end(isOnX11() ? serverVariable : compositorVariable, SIGKILL);
+    end(serverVariable(), SIGKILL);
     children.erase(windowManagerVariable);
     qunsetenv(windowManagerVariable);
 }
 
 static void restartXServer() {
-    start(serverVariable,
+    start(serverVariable(),
           {u"Xvfb"_s, qEnvironmentVariable("DISPLAY"), u"-screen"_s, u"0"_s, u"1600x1200x24"_s,
            u"-nolisten"_s, u"tcp"_s, u"-noreset"_s, u"-auth"_s, qEnvironmentVariable("XAUTHORITY")});
     if (!waitBlocking([] { return QProcess::execute(u"xprop"_s, {u"-root"_s}) == 0; }))
@@ -174,7 +176,7 @@ static void restartXServer() {
 void display::restartServer() {
     if (isOnX11())
         return restartXServer();
-    start(compositorVariable, {qEnvironmentVariable("KESTRIN_DESKTOP_COMPOSITOR")});
+    start(serverVariable(), {qEnvironmentVariable("KESTRIN_DESKTOP_COMPOSITOR")});
     const QStringList visit{u"--wayland"_s, u"--windows"_s, u"0"_s};
     if (!waitBlocking([&] { return QProcess::execute(QStringLiteral(SAMPLE_APP), visit) == 0; }))
         qFatal("The compositor does not come back.");

@@ -93,6 +93,11 @@ def press(*keys):
     output("xdotool", "key", *keys)
 
 
+def move_to(hour):
+    """Lets it be this hour where the programs run that are started from now on."""
+    os.environ["TZ"] = f"<there>{(time.gmtime().tm_hour - hour + 12) % 24 - 12:+d}"
+
+
 def active_window():
     return output("xdotool", "getactivewindow", "getwindowname")
 
@@ -194,9 +199,8 @@ class Kestrin(Program):
 class WindowTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        # So that it is noon, when Sleep and Focus rest and Away is active.
-        hours = 12 - time.gmtime().tm_hour
-        os.environ["TZ"] = f"<noon>{-hours:+d}"
+        # When Sleep and Focus rest and Away is active.
+        move_to(12)
         os.environ["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         os.environ["QT_QPA_PLATFORM"] = "xcb"
         os.makedirs(os.path.join(os.environ["KESTRIN_DESKTOP_SHARE"], "applications"), exist_ok=True)
