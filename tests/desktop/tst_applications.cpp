@@ -8,16 +8,9 @@
 #include "desktop/applications/LaunchLimit.h"
 #include "desktop/applications/ProcessIdentity.h"
 #include "desktop/x11/WindowFacts.h"
-#include "tests/support/Files.h"
 #include "tests/support/Property.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
-#include <QTemporaryDir>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::desktop;
-using namespace std::chrono_literals;
 using samples::Property;
 
 namespace {

@@ -5,23 +5,15 @@
 #include "desktop/live/DeviceFileUses.h"
 #include "desktop/live/DeviceKind.h"
 #include "engine/workspace/InMemoryWorkspace.h"
-#include "tests/support/Files.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <csignal>
 
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::engine;
-using namespace kestrin::desktop;
-using namespace kestrin::foundation;
-using namespace std::chrono_literals;
 using enum MacRiskCategory;
 
 namespace {

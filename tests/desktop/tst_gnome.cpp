@@ -6,15 +6,11 @@
 #include "desktop/gnome/GnomeShellWindows.h"
 #include "desktop/permission/AllowedPrograms.h"
 #include "desktop/permission/PlasmaPermission.h"
-#include "tests/support/Files.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 
 #include <signal.h>
 
@@ -23,10 +19,6 @@
 #include <list>
 #include <thread>
 
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::foundation;
-using namespace kestrin::desktop;
 using namespace kestrin::samples;
 
 namespace {

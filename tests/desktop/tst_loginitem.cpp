@@ -1,16 +1,10 @@
 // Starting at login: what is written, what is read, and who wins.
 
 #include "desktop/login/FileLoginItem.h"
-#include "tests/support/Files.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
 #include <QProcess>
 #include <QStandardPaths>
-#include <QTemporaryDir>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::desktop;
 
 namespace {
 

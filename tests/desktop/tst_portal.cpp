@@ -4,7 +4,7 @@
 #include "design/KestrinAppearance.h"
 #include "desktop/appearance/Appearance.h"
 #include "desktop/session/SaveDialog.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -12,14 +12,10 @@
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QSignalSpy>
 
 #include <utility>
 
-using namespace Qt::StringLiterals;
-using namespace kestrin;
 using namespace kestrin::design;
-using namespace kestrin::desktop;
 
 const QString path = u"/org/freedesktop/portal/desktop"_s;
 

@@ -6,21 +6,13 @@
 #include "desktop/wayland/ProcessMatch.h"
 #include "desktop/wayland/SocketOwners.h"
 #include "desktop/wayland/SocketPeers.h"
-#include "tests/support/Files.h"
 #include "tests/support/ListeningSocket.h"
-#include "tests/support/TestClass.h"
-
-#include <QFile>
-#include <QTemporaryDir>
+#include "tests/support/Test.h"
 
 #include <linux/netlink.h>
 #include <linux/sock_diag.h>
 
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::desktop;
 
 namespace {
 

@@ -3,11 +3,7 @@
 #include "desktop/quitting/BusObject.h"
 #include "desktop/quitting/QuitCommands.h"
 #include "desktop/quitting/TrayMenu.h"
-#include "tests/support/TestClass.h"
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::desktop;
+#include "tests/support/Test.h"
 
 class QuitCommandsTest : public QObject {
     Q_OBJECT

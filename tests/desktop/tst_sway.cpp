@@ -4,22 +4,15 @@
 #include "desktop/sway/SwayTree.h"
 #include "desktop/sway/SwayWindows.h"
 #include "tests/support/ListeningSocket.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
 #include <QElapsedTimer>
-#include <QSignalSpy>
 
 #include <poll.h>
 
 #include <cstring>
 #include <functional>
 #include <thread>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::foundation;
-using namespace kestrin::desktop;
-using namespace std::chrono_literals;
 
 namespace {
 

@@ -2,20 +2,11 @@
 
 #include "desktop/clock/SystemTimeChangeWatch.h"
 #include "foundation/PrivateFile.h"
-#include "tests/support/Files.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 #include "tests/support/Witness.h"
-
-#include <QTemporaryDir>
 
 #include <sched.h>
 #include <sys/mount.h>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::foundation;
-using namespace kestrin::runtime;
-using namespace kestrin::desktop;
 
 class TimeChangeTest : public QObject {
     Q_OBJECT

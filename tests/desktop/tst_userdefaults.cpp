@@ -1,19 +1,8 @@
 // The preferences: types, change notices, and two owners of one file.
 
 #include "desktop/defaults/JSONUserDefaults.h"
-#include "tests/support/Files.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 #include "tests/support/Witness.h"
-
-#include <QDir>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::foundation;
-using namespace kestrin::runtime;
-using namespace kestrin::desktop;
 
 class UserDefaultsTest : public QObject {
     Q_OBJECT

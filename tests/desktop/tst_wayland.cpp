@@ -4,21 +4,13 @@
 #include "desktop/wayland/PlasmaWindows.h"
 #include "desktop/wayland/WlrToplevels.h"
 #include "tests/support/FakeCompositor.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
 #include <QElapsedTimer>
-#include <QFile>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 
 #include <wayland-util.h>
 #include <wlr-foreign-toplevel-management-server-protocol.h>
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using namespace kestrin;
-using namespace kestrin::desktop;
-using foundation::Deadline;
 using samples::FakeCompositor;
 
 namespace {

@@ -7,14 +7,9 @@
 #include "engine/RiskAppMatcher.h"
 #include "engine/RiskAppRelaunchMonitor.h"
 #include "tests/support/Journal.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
 #include <QRandomGenerator>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::foundation;
-using namespace kestrin::engine;
 
 namespace {
 

@@ -4,17 +4,11 @@
 #include "engine/JSONMacActivityLogStore.h"
 #include "engine/JSONPrivacyModeSettingsStore.h"
 #include "foundation/FileStamp.h"
-#include "tests/support/Files.h"
 #include "tests/support/Samples.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
 #include <QSet>
-#include <QTemporaryDir>
 
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::foundation;
-using namespace kestrin::engine;
 using samples::contents;
 using samples::write;
 

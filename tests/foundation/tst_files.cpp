@@ -4,14 +4,11 @@
 #include "foundation/FileWatch.h"
 #include "foundation/PrivateFolder.h"
 #include "foundation/StoredFile.h"
-#include "tests/support/Files.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 #include "tests/support/Witness.h"
 
 #include <QElapsedTimer>
 #include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -22,10 +19,6 @@
 #include <functional>
 #include <semaphore>
 #include <thread>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::foundation;
 
 namespace {
 

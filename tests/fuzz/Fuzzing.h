@@ -36,3 +36,15 @@ inline std::optional<QJsonDocument> secondOpinion(const QByteArray &text) {
 }
 
 } // namespace kestrin::fuzzing
+
+namespace kestrin::foundation {}
+namespace kestrin::engine {}
+namespace kestrin::desktop {}
+
+// A target is nobody's header.
+using namespace Qt::StringLiterals;
+using namespace kestrin;
+using namespace kestrin::foundation;
+using namespace kestrin::engine;
+using namespace kestrin::desktop;
+using namespace kestrin::fuzzing;

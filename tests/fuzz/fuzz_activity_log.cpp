@@ -12,12 +12,6 @@
 
 #include <limits>
 
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::foundation;
-using namespace kestrin::engine;
-using namespace kestrin::fuzzing;
-
 namespace {
 
 using Events = QList<MacProtectionEvent>;

@@ -3,9 +3,6 @@
 #include "desktop/quitting/BusObject.h"
 #include "tests/fuzz/Fuzzing.h"
 
-using namespace kestrin::desktop;
-using namespace kestrin::fuzzing;
-
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const BusObject object = BusObject::fromIntrospection(QString::fromUtf8(bytesOf(data, size)));
     require(!object.children.contains(QString()), "children have names");

@@ -4,10 +4,6 @@
 #include "desktop/applications/DesktopEntryText.h"
 #include "tests/fuzz/Fuzzing.h"
 
-using namespace kestrin;
-using namespace kestrin::desktop;
-using namespace kestrin::fuzzing;
-
 namespace {
 
 /// Also with a space at its beginning or end.

@@ -6,11 +6,6 @@
 
 #include <QJsonObject>
 
-using namespace Qt::StringLiterals;
-using namespace kestrin::foundation;
-using namespace kestrin::engine;
-using namespace kestrin::fuzzing;
-
 namespace {
 
 /// Whatever is stored, one more can be added and found, or is refused in words.

@@ -11,9 +11,6 @@
 #include <memory>
 #include <string>
 
-using namespace kestrin::desktop;
-using namespace kestrin::fuzzing;
-
 namespace {
 
 /// One that waits for its peer for ever, which is enough to write messages.

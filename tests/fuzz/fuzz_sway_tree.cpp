@@ -3,9 +3,6 @@
 #include "desktop/sway/SwayTree.h"
 #include "tests/fuzz/Fuzzing.h"
 
-using namespace kestrin::desktop;
-using namespace kestrin::fuzzing;
-
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const QByteArray json = bytesOf(data, size);
     if (const auto windows = windowsOfSwayTree(json)) {

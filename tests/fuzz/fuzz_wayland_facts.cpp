@@ -10,9 +10,6 @@
 
 #include <cstring>
 
-using namespace kestrin::desktop;
-using namespace kestrin::fuzzing;
-
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const QByteArray bytes = bytesOf(data, size);
     const QList<QByteArray> addresses{QByteArray(), "/run/user/1000/wayland-0"};

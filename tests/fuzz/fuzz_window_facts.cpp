@@ -4,10 +4,6 @@
 #include "tests/fuzz/Fuzzing.h"
 #include "tests/support/Property.h"
 
-using namespace kestrin;
-using namespace kestrin::desktop;
-using namespace kestrin::fuzzing;
-
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     if (size < 2)
         return 0;

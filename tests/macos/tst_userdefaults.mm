@@ -2,15 +2,9 @@
 
 #include "desktop/macos/NSUserDefaultsStore.h"
 #include "tests/macos/MacTests.h"
+#include "tests/support/Test.h"
 
 #include <QProcess>
-#include <QSignalSpy>
-#include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::runtime;
-using namespace kestrin::desktop;
 
 namespace {
 

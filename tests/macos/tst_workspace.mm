@@ -5,17 +5,9 @@
 #include "desktop/macos/AppKitWorkspace.h"
 #include "tests/macos/MacTests.h"
 #include "tests/macos/SampleApplication.h"
-
-#include <QSignalSpy>
-#include <QTest>
+#include "tests/support/Test.h"
 
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::engine;
-using namespace kestrin::runtime;
-using namespace kestrin::desktop;
 
 namespace {
 

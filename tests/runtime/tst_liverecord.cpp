@@ -4,16 +4,10 @@
 #include "runtime/LiveUse.h"
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/MemoryHome.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
 #include <QElapsedTimer>
-#include <QSignalSpy>
 
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::engine;
-using namespace kestrin::runtime;
-using namespace std::chrono_literals;
 using enum MacRiskCategory;
 
 namespace {

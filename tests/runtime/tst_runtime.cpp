@@ -4,27 +4,18 @@
 #include "runtime/FirstStart.h"
 #include "runtime/MonitoringClaim.h"
 #include "runtime/PrivacyModeFlag.h"
-#include "tests/support/Files.h"
 #include "tests/support/Home.h"
 #include "tests/support/MemoryHome.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 #include "tests/support/Witness.h"
 
 #include <QElapsedTimer>
-#include <QSignalSpy>
 
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <thread>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::foundation;
-using namespace kestrin::engine;
-using namespace kestrin::runtime;
-using namespace kestrin::desktop;
 
 namespace {
 

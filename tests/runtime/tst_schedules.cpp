@@ -3,18 +3,13 @@
 #include "foundation/TimePhrase.h"
 #include "runtime/PrivacyModeFlag.h"
 #include "tests/support/MemoryHome.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
 #include <QLocale>
 
 #include <ctime>
 #include <tuple>
 #include <utility>
-
-using namespace Qt::StringLiterals;
-using namespace kestrin;
-using namespace kestrin::engine;
-using namespace kestrin::runtime;
 
 namespace {
 

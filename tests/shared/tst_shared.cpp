@@ -1,10 +1,8 @@
 // The watch messages, as the companions send and read them.
 
 #include "shared/KestrinWatchBridge.h"
-#include "tests/support/TestClass.h"
+#include "tests/support/Test.h"
 
-using namespace Qt::StringLiterals;
-using namespace kestrin;
 using namespace kestrin::shared;
 using Bridge = KestrinWatchBridge;
 
