@@ -1,13 +1,10 @@
 // The activity log and the settings: what is in their files, and what becomes of them when things break.
 
-#include "engine/ActivityLogFile.h"
 #include "engine/JSONMacActivityLogStore.h"
 #include "engine/JSONPrivacyModeSettingsStore.h"
 #include "foundation/FileStamp.h"
 #include "tests/support/Samples.h"
 #include "tests/support/Test.h"
-
-#include <QSet>
 
 using samples::contents;
 using samples::write;
@@ -17,13 +14,6 @@ namespace {
 constexpr auto validEvent =
     R"({"id":"6ba7b810-9dad-11d1-80b4-00c04fd430c8","date":"2026-03-14T09:26:53Z","kind":"dryRun","message":"Old."})";
 
-QList<QUuid> ids(const QList<MacProtectionEvent> &events) {
-    QList<QUuid> list;
-    for (const MacProtectionEvent &event : events)
-        list.append(event.id);
-    return list;
-}
-
 } // namespace
 
 class StoresTest : public QObject {
@@ -32,9 +22,7 @@ class StoresTest : public QObject {
   private Q_SLOTS:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void format();
-    void reading_data();
     void reading();
-    void windowsAgreeWithTheWhole();
     void settings();
 
   private:
@@ -45,7 +33,6 @@ class StoresTest : public QObject {
         return QDir(folder()).entryList(QDir::AllEntries | QDir::System | QDir::Hidden |
                                         QDir::NoDotAndDotDot);
     }
-    void append(const QString &message) const { store().append(samples::event(message)); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
 };
@@ -54,7 +41,7 @@ void StoresTest::format() {
     auto event = samples::event(u"\"},{\" \\ \u0000 \n \u202e \U0001f3a5 "_s);
     event.appName = u""_s;
     event.bundleIdentifier = QString(QChar(0xdc00)) + u'a' + QChar(0xd800); // halves of characters
-    append(u"First."_s);
+    store().append(samples::event(u"First."_s));
     store().append(event);
     const QByteArray text = contents(path());
     QVERIFY(text.startsWith("[{") && text.endsWith("}]") && !text.contains('\n') && !text.contains(": "));
@@ -70,12 +57,24 @@ void StoresTest::format() {
     QCOMPARE(store().recent(1), QList{event});
 }
 
-void StoresTest::reading_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<qsizetype>("count"); // how many of its events are kept: all or none
+void StoresTest::reading() {
     const QByteArray event(validEvent);
-    const auto row = [](const char *name, const QByteArray &text, qsizetype count = 0) {
-        QTest::newRow(name) << text << count;
+    // How many of its events are kept: all or none.
+    const auto row = [this](const char *name, const QByteArray &text, qsizetype count = 0) {
+        init();
+        write(path(), text);
+        const QStringList old(count, u"Old."_s);
+        QVERIFY2(samples::messages(store().recent(8)) == old && contents(path()) == text, name);
+        // What does not read is told, and kept beside the new file.
+        const bool isDamaged = count == 0 && !text.isEmpty();
+        QVERIFY2(store().problem().isEmpty() == !isDamaged, name);
+        const StoreResult appended = store().tryAppend(samples::event(u"New."_s));
+        QVERIFY2(appended.isKept() && appended.notice.isEmpty() == !isDamaged, name);
+        QCOMPARE(samples::messages(store().recent(8)), QStringList{u"New."_s} + old);
+        QVERIFY(!contents(path()).contains('\n') && store().problem().isEmpty());
+        const QString aside = entries().value(1);
+        QCOMPARE(isDamaged ? contents(folder() + u'/' + aside) : text, text);
+        QCOMPARE(entries().size(), isDamaged ? 3 : 2);
     };
     const auto changed = [&](const char *name, const QByteArray &before, const QByteArray &after,
                              qsizetype count = 0) {
@@ -99,38 +98,6 @@ void StoresTest::reading_data() {
     changed("half a character", "Old.", R"(\ud800)");
     changed("duplicate key, second wrong", R"("message")", R"("message":"x","kind":"x","message")");
     changed("too deep", "{", "{\"x\":" + QByteArray(100'000, '[') + QByteArray(100'000, ']') + ',');
-}
-
-void StoresTest::reading() {
-    QFETCH(QByteArray, text);
-    QFETCH(qsizetype, count);
-    write(path(), text);
-    const QStringList old(count, u"Old."_s);
-    QCOMPARE(samples::messages(store().recent(8)), old);
-    QCOMPARE(contents(path()), text);
-    // What does not read is told, and kept beside the new file.
-    const bool isDamaged = count == 0 && !text.isEmpty();
-    QCOMPARE(store().problem().isEmpty(), !isDamaged);
-    const StoreResult appended = store().tryAppend(samples::event(u"New."_s));
-    QVERIFY(appended.isKept() && appended.notice.isEmpty() == !isDamaged);
-    QCOMPARE(samples::messages(store().recent(8)), QStringList{u"New."_s} + old);
-    QVERIFY(!contents(path()).contains('\n') && store().problem().isEmpty());
-    const QString aside = entries().value(1);
-    QCOMPARE(isDamaged ? contents(folder() + u'/' + aside) : text, text);
-    QCOMPARE(entries().size(), isDamaged ? 3 : 2);
-}
-
-void StoresTest::windowsAgreeWithTheWhole() {
-    // Texts full of what a window could be cut at by mistake, in windows so small that every cut is tried.
-    QList<MacProtectionEvent> events;
-    for (int i = 0; i < 300; ++i)
-        events.append(samples::event(
-            QStringList{u"},{"_s, u"a},{b"_s, u"\"},{\""_s, u"\\"_s, u""_s, u"[{]}"_s}.at(i % 6)));
-    write(path(), encodeJson(events));
-    for (std::size_t window = 150; window < 1200; window += 7) {
-        const auto read = readNewestEvents(path(), 1000, window);
-        QVERIFY(read && ids(*read) == ids(events));
-    }
 }
 
 void StoresTest::settings() {

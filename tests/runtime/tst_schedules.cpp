@@ -8,8 +8,6 @@
 #include <QLocale>
 
 #include <ctime>
-#include <tuple>
-#include <utility>
 
 namespace {
 
@@ -39,7 +37,6 @@ class SchedulesTest : public QObject {
     void localWallClock();
     void ticksAndTimeJumps();
     void keptAgainstTheSchedules();
-    void pauses_data();
     void pauses();
 
   private:
@@ -52,16 +49,7 @@ class SchedulesTest : public QObject {
 
 void SchedulesTest::everyMinute() {
     // Which presets are enabled, and where the state changes in the course of a day.
-    const std::pair<QString, QString> expected[] = {
-        {u"sleep"_s, u"00:00 on, 07:00 off, 23:00 on"_s},
-        {u"away"_s, u"00:00 off, 08:00 on, 18:00 off"_s},
-        {u"focus"_s, u"00:00 off, 21:00 on, 23:00 off"_s},
-        {u"focus sleep"_s, u"00:00 on, 07:00 off, 21:00 on"_s},
-        {u"sleep away manual"_s, u"00:00 on, 07:00 off, 08:00 on, 18:00 off, 23:00 on"_s},
-        {u"manual travel"_s, u"00:00 absent"_s},
-        {u""_s, u"00:00 absent"_s},
-    };
-    for (const auto &[enabled, changes] : expected) {
+    const auto row = [](const QString &enabled, const QString &changes) {
         samples::MemoryHome home;
         home.defaults.setStringArray(samples::modesKey, enabled.split(u' ', Qt::SkipEmptyParts));
         const MacProtectionRuntime runtime(home.defaults, home.surroundings());
@@ -76,29 +64,32 @@ void SchedulesTest::everyMinute() {
             before = state;
         }
         QCOMPARE(found.join(u", "_s), changes);
-    }
+    };
+    row(u"focus"_s, u"00:00 off, 21:00 on, 23:00 off"_s);
+    row(u"focus sleep"_s, u"00:00 on, 07:00 off, 21:00 on"_s);
+    row(u"sleep away manual"_s, u"00:00 on, 07:00 off, 08:00 on, 18:00 off, 23:00 on"_s);
+    row(u"manual travel"_s, u"00:00 absent"_s);
+    row(u""_s, u"00:00 absent"_s);
 }
 
 void SchedulesTest::outlook() {
     // Which presets are enabled, and what is told at what time.
-    const std::tuple<QString, QTime, QString> expected[] = {
-        {u"sleep away manual"_s, QTime(5, 0),
-         u"Sleep Mode keeps Privacy Mode on right now. Later today it goes off at 07:00, on at 08:00, off at 18:00 and on at 23:00."_s},
-        {u"sleep away manual"_s, QTime(18, 0, 30),
-         u"No schedule is active right now, which keeps Privacy Mode off. Later today it goes on at 23:00."_s},
-        {u"sleep away"_s, QTime(23, 59),
-         u"Sleep Mode keeps Privacy Mode on right now. It stays so until midnight."_s},
-        {u"focus sleep"_s, QTime(22, 0),
-         u"Focus Mode keeps Privacy Mode on right now. It stays so until midnight."_s},
-        {u"manual travel"_s, QTime(12, 0), u"No schedule switches Privacy Mode. It stays as you set it."_s},
-    };
-    for (const auto &[enabled, time, text] : expected) {
+    const auto row = [](const QString &enabled, QTime time, const QString &text) {
         samples::MemoryHome home;
         home.defaults.setStringArray(samples::modesKey, enabled.split(u' '));
         const MacProtectionRuntime runtime(home.defaults, home.surroundings());
         home.now.setTime(time.addSecs(-1));
         QCOMPARE(runtime.scheduleOutlook().text(), text);
-    }
+    };
+    row(u"sleep away manual"_s, QTime(5, 0),
+        u"Sleep Mode keeps Privacy Mode on right now. Later today it goes off at 07:00, on at 08:00, off at 18:00 and on at 23:00."_s);
+    row(u"sleep away manual"_s, QTime(18, 0, 30),
+        u"No schedule is active right now, which keeps Privacy Mode off. Later today it goes on at 23:00."_s);
+    row(u"sleep away"_s, QTime(23, 59),
+        u"Sleep Mode keeps Privacy Mode on right now. It stays so until midnight."_s);
+    row(u"focus sleep"_s, QTime(22, 0),
+        u"Focus Mode keeps Privacy Mode on right now. It stays so until midnight."_s);
+    row(u"manual travel"_s, QTime(12, 0), u"No schedule switches Privacy Mode. It stays as you set it."_s);
 }
 
 void SchedulesTest::localWallClock() {
@@ -106,16 +97,15 @@ void SchedulesTest::localWallClock() {
     home.defaults.setStringArray(samples::modesKey, {u"sleep"_s});
     const MacProtectionRuntime runtime(home.defaults, home.surroundings());
     // One minute to seven, on the days before and after a night in which the clocks change too.
-    for (const auto &[zone, minute] : {
-             std::pair{"Asia/Kathmandu", u"2026-01-01T01:14:00Z"_s},
-             std::pair{"Europe/Berlin", u"2026-03-28T05:59:00Z"_s},
-             std::pair{"Europe/Berlin", u"2026-03-29T04:59:00Z"_s},
-         }) {
+    const auto row = [&runtime](const QByteArray &zone, const QString &minute) {
         moveTo(zone);
         const QDateTime date = QDateTime::fromString(minute, Qt::ISODate);
         QCOMPARE(runtime.scheduledPrivacyModeState(date.addSecs(59)), true);
         QCOMPARE(runtime.scheduledPrivacyModeState(date.addSecs(60)), false);
-    }
+    };
+    row("Asia/Kathmandu", u"2026-01-01T01:14:00Z"_s);
+    row("Europe/Berlin", u"2026-03-28T05:59:00Z"_s);
+    row("Europe/Berlin", u"2026-03-29T04:59:00Z"_s);
 }
 
 void SchedulesTest::ticksAndTimeJumps() {
@@ -152,14 +142,7 @@ void SchedulesTest::ticksAndTimeJumps() {
 
 void SchedulesTest::keptAgainstTheSchedules() {
     // Which presets are enabled, the hour, what is to be kept, and which are enabled then.
-    const std::tuple<QString, int, bool, QString> cases[] = {
-        {u"sleep away manual"_s, 12, false, u"sleep manual"_s},
-        {u"sleep away manual"_s, 20, true, u"manual"_s},
-        {u"sleep away"_s, 12, true, u"sleep away"_s},
-        {u"sleep away"_s, 20, false, u"sleep away"_s},
-        {u"travel manual"_s, 12, false, u"travel manual"_s},
-    };
-    for (const auto &[enabled, hour, kept, after] : cases) {
+    const auto row = [](const QString &enabled, int hour, bool kept, const QString &after) {
         samples::MemoryHome home;
         home.defaults.setStringArray(samples::modesKey, enabled.split(u' '));
         home.now.setTime(QTime(hour, 0));
@@ -167,91 +150,91 @@ void SchedulesTest::keptAgainstTheSchedules() {
         runtime.disableModesAgainst(kept);
         QCOMPARE(home.defaults.stringArray(samples::modesKey)->join(u' '), after);
         QCOMPARE(runtime.scheduledPrivacyModeState(home.now).value_or(kept), kept);
-    }
-}
-
-void SchedulesTest::pauses_data() {
-    // Where somebody pauses, when and for how long, and what is so whenever the clock has been set, or also
-    // the program been started again. Then Privacy Mode is on, off, or paused until a time.
-    QTest::addColumn<QByteArray>("zone");
-    QTest::addColumn<QString>("begin");
-    QTest::addColumn<QString>("pause");
-    QTest::addColumn<QStringList>("steps");
-    const auto row = [](const char *name, const char *zone, const QString &begin, const QString &pause,
-                        const QStringList &steps) {
-        QTest::newRow(name) << QByteArray(zone) << begin << pause << steps;
     };
-    // Away ends at six.
-    row("the schedules afterwards", "UTC", u"2026-03-14T17:30:00Z"_s, u"1h"_s,
-        {u"2026-03-14T18:00:00Z until 2026-03-14T18:30:00Z"_s, u"2026-03-14T18:30:00Z off"_s});
-    row("started again", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
-        {u"2026-03-14T12:30:00Z until 2026-03-14T13:00:00Z again"_s, u"2026-03-14T15:00:00Z on again"_s});
-    row("clocks go forward", "Europe/Berlin", u"2026-03-29T00:30:00Z"_s, u"90m"_s,
-        {u"2026-03-29T01:59:59Z until 2026-03-29T02:00:00Z"_s, u"2026-03-29T02:00:00Z on"_s});
-    row("a day of 25 hours", "Europe/Berlin", u"2026-10-24T22:10:00Z"_s, u"until tomorrow"_s,
-        {u"2026-10-25T22:59:59Z until 2026-10-25T23:00:00Z"_s, u"2026-10-25T23:00:00Z on"_s});
-    row("no midnight", "America/Sao_Paulo", u"2018-11-03T20:00:00Z"_s, u"until tomorrow"_s,
-        {u"2018-11-04T02:59:59Z until 2018-11-04T03:00:00Z"_s, u"2018-11-04T03:00:00Z on again"_s});
-    row("set forward", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s, {u"2026-03-14T15:00:00Z on"_s});
-    // Twenty minutes are left.
-    row("set back", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
-        {u"2026-03-14T12:40:00Z until 2026-03-14T13:00:00Z"_s,
-         u"2026-03-14T12:10:00Z until 2026-03-14T12:30:00Z"_s,
-         u"2026-03-14T09:00:00Z until 2026-03-14T09:20:00Z"_s, u"2026-03-14T09:20:00Z on"_s});
-    row("set back while nobody knows", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
-        {u"2026-03-14T11:00:00Z on again"_s});
-    row("corrected by seconds", "UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
-        {u"2026-03-14T11:59:30Z until 2026-03-14T13:00:00Z again"_s});
+    row(u"sleep away manual"_s, 12, false, u"sleep manual"_s);
+    row(u"sleep away manual"_s, 20, true, u"manual"_s);
+    row(u"sleep away"_s, 12, true, u"sleep away"_s);
+    row(u"sleep away"_s, 20, false, u"sleep away"_s);
+    row(u"travel manual"_s, 12, false, u"travel manual"_s);
 }
 
 void SchedulesTest::pauses() {
-    QFETCH(QByteArray, zone);
-    QFETCH(QString, begin);
-    QFETCH(QString, pause);
-    QFETCH(QStringList, steps);
-    moveTo(zone);
-    samples::MemoryHome home;
-    home.defaults.setStringArray(samples::modesKey, {u"sleep"_s, u"away"_s});
-    const auto clockShows = [&](const QString &moment) {
-        home.now = QDateTime::fromString(moment, Qt::ISODate);
-    };
-    clockShows(begin);
-    TimeChangeWatch *watch = nullptr;
-    MacProtectionSurroundings surroundings = home.surroundings();
-    surroundings.clock = [&home] { return home.now; };
-    surroundings.watchTime = madeKnown(watch);
-    std::unique_ptr<MacProtectionRuntime> runtime;
-    std::unique_ptr<PrivacyModeFlag> flag;
-    const auto start = [&] {
-        flag.reset();
-        runtime = std::make_unique<MacProtectionRuntime>(home.defaults, surroundings);
-        flag = std::make_unique<PrivacyModeFlag>(home.defaults, *runtime);
-        flag->startRuntime();
-    };
-    start();
-    // At night it is off, and here on all the same.
-    flag->setOn(true);
-    const auto end = foundation::endOfPhrase(pause, home.now.toLocalTime());
-    QVERIFY(end && flag->pause(*end).isKept());
-    for (const QString &step : std::as_const(steps)) {
-        const QStringList words = step.split(u' ');
-        clockShows(words.first());
-        if (words.last() == u"again")
-            start();
-        else
-            Q_EMIT watch->changed();
-        QCoreApplication::processEvents();
-        const auto until = flag->pausedUntil();
-        if (words.at(1) == u"until") {
-            // What passes meanwhile counts.
-            const qint64 early = until ? until->secsTo(QDateTime::fromString(words.at(2), Qt::ISODate)) : -1;
-            QVERIFY2(early >= 0 && early < 60, qUtf8Printable(step));
+    // Where somebody pauses, when and for how long, and what is so whenever the clock has been set, or also
+    // the program been started again. Then Privacy Mode is on, off, or paused until a time.
+    const auto row = [](const QByteArray &zone, const QString &begin, const QString &pause,
+                        const QStringList &steps) {
+        moveTo(zone);
+        samples::MemoryHome home;
+        home.defaults.setStringArray(samples::modesKey, {u"sleep"_s, u"away"_s});
+        const auto clockShows = [&](const QString &moment) {
+            home.now = QDateTime::fromString(moment, Qt::ISODate);
+        };
+        clockShows(begin);
+        TimeChangeWatch *watch = nullptr;
+        MacProtectionSurroundings surroundings = home.surroundings();
+        surroundings.clock = [&home] { return home.now; };
+        surroundings.watchTime = madeKnown(watch);
+        std::unique_ptr<MacProtectionRuntime> runtime;
+        std::unique_ptr<PrivacyModeFlag> flag;
+        const auto start = [&] {
+            flag.reset();
+            runtime = std::make_unique<MacProtectionRuntime>(home.defaults, surroundings);
+            flag = std::make_unique<PrivacyModeFlag>(home.defaults, *runtime);
+            flag->startRuntime();
+        };
+        start();
+        // At night it is off, and here on all the same.
+        flag->setOn(true);
+        const auto end = foundation::endOfPhrase(pause, home.now.toLocalTime());
+        QVERIFY(end && flag->pause(*end).isKept());
+        for (const QString &step : steps) {
+            const QStringList words = step.split(u' ');
+            clockShows(words.first());
+            if (words.last() == u"again")
+                start();
+            else
+                Q_EMIT watch->changed();
+            QCoreApplication::processEvents();
+            const auto until = flag->pausedUntil();
+            if (words.at(1) == u"until") {
+                // What passes meanwhile counts.
+                const qint64 early =
+                    until ? until->secsTo(QDateTime::fromString(words.at(2), Qt::ISODate)) : -1;
+                QVERIFY2(early >= 0 && early < 60, qUtf8Printable(step));
+            }
+            QVERIFY2(until.has_value() == (words.at(1) == u"until"), qUtf8Printable(step));
+            QVERIFY2(flag->isOn() == (words.at(1) == u"on"), qUtf8Printable(step));
+            QVERIFY(!flag->isOn() || home.story().last() == u"Privacy Mode is on for this Mac.");
+            QCOMPARE(home.settings->settings.isEnabled, flag->isOn());
         }
-        QVERIFY2(until.has_value() == (words.at(1) == u"until"), qUtf8Printable(step));
-        QVERIFY2(flag->isOn() == (words.at(1) == u"on"), qUtf8Printable(step));
-        QVERIFY(!flag->isOn() || home.story().last() == u"Privacy Mode is on for this Mac.");
-        QCOMPARE(home.settings->settings.isEnabled, flag->isOn());
-    }
+    };
+    // Away ends at six.
+    row("UTC", u"2026-03-14T17:30:00Z"_s, u"1h"_s,
+        {u"2026-03-14T18:00:00Z until 2026-03-14T18:30:00Z"_s, u"2026-03-14T18:30:00Z off"_s});
+    // It is started again.
+    row("UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
+        {u"2026-03-14T12:30:00Z until 2026-03-14T13:00:00Z again"_s, u"2026-03-14T15:00:00Z on again"_s});
+    // The clocks go forward.
+    row("Europe/Berlin", u"2026-03-29T00:30:00Z"_s, u"90m"_s,
+        {u"2026-03-29T01:59:59Z until 2026-03-29T02:00:00Z"_s, u"2026-03-29T02:00:00Z on"_s});
+    // A day of 25 hours.
+    row("Europe/Berlin", u"2026-10-24T22:10:00Z"_s, u"until tomorrow"_s,
+        {u"2026-10-25T22:59:59Z until 2026-10-25T23:00:00Z"_s, u"2026-10-25T23:00:00Z on"_s});
+    // There is no midnight.
+    row("America/Sao_Paulo", u"2018-11-03T20:00:00Z"_s, u"until tomorrow"_s,
+        {u"2018-11-04T02:59:59Z until 2018-11-04T03:00:00Z"_s, u"2018-11-04T03:00:00Z on again"_s});
+    // The clock is set forward.
+    row("UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s, {u"2026-03-14T15:00:00Z on"_s});
+    // Set back, when twenty minutes are left.
+    row("UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
+        {u"2026-03-14T12:40:00Z until 2026-03-14T13:00:00Z"_s,
+         u"2026-03-14T12:10:00Z until 2026-03-14T12:30:00Z"_s,
+         u"2026-03-14T09:00:00Z until 2026-03-14T09:20:00Z"_s, u"2026-03-14T09:20:00Z on"_s});
+    // While nobody knows.
+    row("UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s, {u"2026-03-14T11:00:00Z on again"_s});
+    // Corrected by seconds.
+    row("UTC", u"2026-03-14T12:00:00Z"_s, u"1h"_s,
+        {u"2026-03-14T11:59:30Z until 2026-03-14T13:00:00Z again"_s});
 }
 
 KESTRIN_TEST(SchedulesTest)

@@ -80,4 +80,19 @@ class JournalLog final : public engine::InMemoryMacActivityLogStore {
     QStringList &m_journal;
 };
 
+/// All of them over one journal. Nothing is selected, and it is noon and a second later at every look at the
+/// clock.
+struct Journaled {
+    QStringList journal;
+    JournalWorkspace workspace{journal};
+    std::shared_ptr<JournalSettings> settings =
+        std::make_shared<JournalSettings>(journal, engine::PrivacyModeSettings{true, {}});
+    std::shared_ptr<JournalLog> log = std::make_shared<JournalLog>(journal);
+    QDateTime now{QDate(2026, 3, 14), QTime(12, 0)};
+    const foundation::Clock clock = [this] { return now = now.addSecs(1); };
+
+    /// What was asked since one last looked.
+    QStringList asked() { return std::exchange(journal, {}); }
+};
+
 } // namespace kestrin::samples

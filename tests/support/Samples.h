@@ -40,9 +40,6 @@ inline QStringList sorted(QStringList list) {
     list.sort();
     return list;
 }
-inline QStringList sorted(const QSet<QString> &set) {
-    return sorted(QStringList(set.cbegin(), set.cend()));
-}
 
 /// Everything that a log holds, oldest first.
 inline QStringList story(engine::MacActivityLogStoring &log) {
