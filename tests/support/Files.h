@@ -22,9 +22,14 @@ inline QByteArray contents(const QString &path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
 }
 
-inline bool isOwnersAlone(const QString &path) {
+/// 0 where nothing is.
+inline unsigned modeOf(const QString &path) {
     struct stat status {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 && (status.st_mode & 0777U) == 0600U;
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777U : 0;
+}
+
+inline bool isOwnersAlone(const QString &path) {
+    return modeOf(path) == 0600U;
 }
 
 } // namespace kestrin::samples
