@@ -103,36 +103,27 @@ function allow(programs) {
     GLib.file_set_contents(`${path}/desktop-programs`, programs.join('\n'));
 }
 
-function call(member, parameters = null) {
-    return new Promise((resolve, reject) => {
-        Gio.DBus.session.call(BUS_NAME, '/example/kestrin/Windows', `${BUS_NAME}1`, member, parameters, null,
-            Gio.DBusCallFlags.NO_AUTO_START, 5000, null, (bus, result) => {
-                try {
-                    resolve(bus.call_finish(result).recursiveUnpack()[0]);
-                } catch (error) {
-                    reject(error);
-                }
-            });
-    });
+Gio._promisify(Gio.DBusConnection.prototype, 'call', 'call_finish');
+
+async function call(member, parameters = null) {
+    const answer = await Gio.DBus.session.call(BUS_NAME, '/example/kestrin/Windows', `${BUS_NAME}1`, member, parameters,
+        null, Gio.DBusCallFlags.NO_AUTO_START, 5000, null);
+    return answer.recursiveUnpack()[0];
 }
 
-async function isDenied() {
+async function errorOf(member) {
     try {
-        await call('List');
-        return false;
+        await call(member);
+        return null;
     } catch (error) {
-        return Gio.DBusError.get_remote_error(error) === 'org.freedesktop.DBus.Error.AccessDenied';
+        return Gio.DBusError.get_remote_error(error);
     }
 }
 
 async function named() {
     for (let left = 500; left > 0; left--) {
-        try {
-            await call('Nothing');
-        } catch (error) {
-            if (Gio.DBusError.get_remote_error(error) === 'org.freedesktop.DBus.Error.UnknownMethod')
-                return;
-        }
+        if (await errorOf('Nothing') === 'org.freedesktop.DBus.Error.UnknownMethod')
+            return;
         await new Promise(resolve => GLib.timeout_add(0, 10, () => resolve() ?? GLib.SOURCE_REMOVE));
     }
     check(false, 'it takes its name');
@@ -153,7 +144,7 @@ async function exercise(extension) {
     extension.enable();
     await named();
     allow([`${GLib.file_read_link('/proc/self/exe')}-other`, 'gjs']);
-    check(await isDenied(), 'who was not allowed is not answered');
+    check(await errorOf('List') === 'org.freedesktop.DBus.Error.AccessDenied', 'who was not allowed is not answered');
     allow(['# a remark', '', GLib.file_read_link('/proc/self/exe')]);
     const list = await call('List');
     check(JSON.stringify(list.map(window => window[0])) === '[1,2,3,4,5,8]', 'menus and unshown windows are no windows');

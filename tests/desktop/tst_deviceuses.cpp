@@ -5,14 +5,11 @@
 #include "desktop/live/DeviceFileUses.h"
 #include "desktop/live/DeviceKind.h"
 #include "engine/workspace/InMemoryWorkspace.h"
+#include "tests/support/Program.h"
 #include "tests/support/Test.h"
-
-#include <QProcess>
 
 #include <fcntl.h>
 #include <unistd.h>
-
-#include <csignal>
 
 using enum MacRiskCategory;
 
@@ -29,6 +26,9 @@ struct Devices {
     }
 
     QString path(const QString &name) const { return root.filePath(u"dev/"_s + name); }
+    void write(const QByteArray &name, const QByteArray &text) const {
+        samples::write(root.filePath(QString::fromUtf8(name)), text);
+    }
     DevicePlaces places() const {
         const auto place = [this](const QString &name) { return QFile::encodeName(root.filePath(name)); };
         return {place(u"dev"_s), place(u"proc"_s), place(u"sys"_s), place(u"udev"_s)};
@@ -51,38 +51,29 @@ struct Devices {
     }
     void addDescriptor(int process, int descriptor, const QString &device, const QByteArray &flags) const {
         link(path(device), u"proc/%1/fd/%2"_s.arg(process).arg(descriptor));
-        samples::write(root.filePath(u"proc/%1/fdinfo/%2"_s.arg(process).arg(descriptor)),
-                       "pos:\t0\nflags:\t" + flags + "\nmnt_id:\t5\n");
+        write("proc/" + QByteArray::number(process) + "/fdinfo/" + QByteArray::number(descriptor),
+              "pos:\t0\nflags:\t" + flags + "\nmnt_id:\t5\n");
     }
 };
 
 /// A program that does as it is told, line by line.
-struct Program {
-    QProcess process;
-    qint32 id = 0;
+class Puppet : public samples::Program {
+  public:
+    explicit Puppet(const QString &executable = u"/bin/bash"_s)
+        : Program({executable, u"-c"_s, u"while read -r word; do eval \"$word\"; done"_s}) {}
 
-    explicit Program(const QString &executable = u"/bin/bash"_s) {
-        process.start(executable, {u"-c"_s, u"while read -r word; do eval \"$word\"; done"_s});
-        if (!process.waitForStarted())
-            qFatal("%s could not be started.", qUtf8Printable(executable));
-        id = static_cast<qint32>(process.processId());
-    }
-    ~Program() {
-        process.closeWriteChannel();
-        if (!process.waitForFinished(5000))
-            process.kill();
-        process.waitForFinished();
-    }
-
-    void tell(const QString &command) { process.write(command.toUtf8() + '\n'); }
     /// Returns when it is done.
     void obey(const QString &command) {
-        tell(command + u"; echo done"_s);
-        while (!process.canReadLine() && process.waitForReadyRead()) {
+        write(command.toUtf8() + "; echo done\n");
+        while (!canReadLine() && waitForReadyRead()) {
         }
-        QCOMPARE(process.readLine(), QByteArray("done\n"));
+        QCOMPARE(readLine(), QByteArray("done\n"));
     }
 };
+
+QString line(QChar sign, MacRiskCategory category, qint32 process) {
+    return sign + rawValue(category) + u' ' + QString::number(process);
+}
 
 /// What was told, one word an event.
 struct Told {
@@ -93,16 +84,12 @@ struct Told {
     explicit Told(DeviceUses &uses) {
         const auto note = [this](QChar sign) {
             return [this, sign](const DeviceUse &use) {
-                events.append(sign + rawValue(use.category) + u' ' + QString::number(use.processIdentifier));
+                events.append(line(sign, use.category, use.processIdentifier));
             };
         };
         subscription = uses.subscribe({note(u'+'), note(u'-'), [this] { ++sightChanges; }});
     }
 };
-
-QString line(QChar sign, MacRiskCategory category, qint32 process) {
-    return sign + rawValue(category) + u' ' + QString::number(process);
-}
 
 std::vector<std::unique_ptr<UseSource>> listOf(std::unique_ptr<UseSource> source) {
     std::vector<std::unique_ptr<UseSource>> sources;
@@ -150,7 +137,6 @@ class DeviceUsesTest : public QObject {
     void unseen();
     void programs();
     void laterDevices();
-    void flapping();
     void applications();
     void sources();
 
@@ -160,93 +146,74 @@ class DeviceUsesTest : public QObject {
 
 void DeviceUsesTest::kinds() {
     const Devices devices;
-    const std::pair<QString, QByteArray> cameras[] = {
-        {u"video1"_s, ":capture:"},       {u"video2"_s, ":"},
-        {u"video3"_s, ":video_output:"},  {u"video4"_s, ":capture:video_output:"},
-        {u"video5"_s, ":capture:tuner:"},
-    };
-    for (const auto &[name, can] : cameras) {
-        const QByteArray number = "81:" + name.mid(5).toLatin1();
-        samples::write(devices.root.filePath(u"sys/"_s + name + u"/dev"_s), number + '\n');
-        samples::write(devices.root.filePath(u"udev/c"_s + QString::fromLatin1(number)),
-                       "S:v4l\nE:ID_V4L_VERSION=2\nE:ID_V4L_CAPABILITIES=" + can + "\nG:seat\n");
-    }
     devices.makeVirtual(u"video9"_s);
-    const std::pair<QByteArray, DeviceKind> expected[] = {
-        // Nothing is known of it.
-        {"video0", DeviceKind::camera},
-        {"video1", DeviceKind::camera},
-        // Metadata, an output, a codec and a card for television.
-        {"video2", DeviceKind::other},
-        {"video3", DeviceKind::other},
-        {"video4", DeviceKind::other},
-        {"video5", DeviceKind::camera},
-        {"video9", DeviceKind::virtualCamera},
-        {"snd/pcmC0D0c", DeviceKind::microphone},
-        {"snd/pcmC12D34c", DeviceKind::microphone},
-        {"snd/pcmC0D0p", DeviceKind::other},
-        {"snd/controlC0", DeviceKind::other},
-        {"pcmC0D0c", DeviceKind::other},
-        {"snd/pcmC0c", DeviceKind::other},
-        {"snd/pcmCD0c", DeviceKind::other},
-        {"video", DeviceKind::other},
-        {"video1x", DeviceKind::other},
-        {"videos/video1", DeviceKind::other},
-    };
-    for (const auto &[name, kind] : expected)
+    // Without capabilities nothing is known of it.
+    const auto row = [&](const QByteArray &name, DeviceKind kind, const QByteArray &capabilities = {}) {
+        const QByteArray number = "81:" + name.mid(5);
+        if (!capabilities.isEmpty()) {
+            devices.write("sys/" + name + "/dev", number + '\n');
+            devices.write("udev/c" + number,
+                          "E:ID_V4L_VERSION=2\nE:ID_V4L_CAPABILITIES=" + capabilities + "\nG:seat\n");
+        }
         QVERIFY2(kindOfDevice(name, devices.places()) == kind, name.constData());
+    };
+    row("video0", DeviceKind::camera);
+    row("video1", DeviceKind::camera, ":capture:");
+    // Metadata, an output, a codec and a card for television.
+    row("video2", DeviceKind::other, ":");
+    row("video3", DeviceKind::other, ":video_output:");
+    row("video4", DeviceKind::other, ":capture:video_output:");
+    row("video5", DeviceKind::camera, ":capture:tuner:");
+    row("video9", DeviceKind::virtualCamera);
+    for (const QByteArray microphone : {"snd/pcmC0D0c", "snd/pcmC12D34c"})
+        row(microphone, DeviceKind::microphone);
+    for (const QByteArray other :
+         {"snd/pcmC0D0p", "pcmC0D0c", "snd/pcmC0c", "snd/pcmCD0c", "video", "video1x", "videos/video1"})
+        row(other, DeviceKind::other);
 }
 
 void DeviceUsesTest::stateOfProcesses() {
     const Devices devices;
     devices.makeVirtual(u"video1"_s);
-    struct State {
-        QString executable;
-        QString device;
-        QByteArray flags;
-        QList<MacRiskCategory> uses;
-        QByteArray maps = {};
-    };
     const QString program = u"/opt/call/call"_s;
     const QByteArray mapped =
         "7f00-7f10 rw-s 00000000 00:06 9   " + QFile::encodeName(devices.path(u"video1"_s)) + '\n';
-    const State states[] = {
-        {program, u"video0"_s, "0100002", {camera}},
-        {program, u"video0"_s, "02104000", {camera}},
-        {program, u"snd/pcmC0D0c"_s, "0100002", {microphone}},
-        {u"/opt/call/call (deleted)"_s, u"video0"_s, "02", {camera}},
-        // It writes, only stands for the file, may only ask about it, or plays.
-        {program, u"video0"_s, "01", {}},
-        {program, u"video0"_s, "012100000", {}},
-        {program, u"video0"_s, "03", {}},
-        {program, u"snd/pcmC0D0p"_s, "02", {}},
-        {program, u"null"_s, "02", {}},
-        // Servers are told by where they are installed.
-        {u"/usr/bin/wireplumber"_s, u"video0"_s, "02", {}},
-        {u"/usr/bin/pulseaudio"_s, u"snd/pcmC0D0c"_s, "02", {}},
-        {u"/usr/libexec/xdg-desktop-portal-gtk"_s, u"video0"_s, "02", {}},
-        {u"/home/x/pipewire"_s, u"video0"_s, "02", {camera}},
-        {u"/usr/local/bin/pipewire"_s, u"video0"_s, "02", {camera}},
-        {u"/usr/bin/pipewire-recorder"_s, u"video0"_s, "02", {camera}},
-        // Of a virtual camera whoever reads it, or has its pictures in his memory.
-        {program, u"video1"_s, "0100002", {}},
-        {program, u"video1"_s, "0100000", {camera}},
-        {program, u"video1"_s, "0100002", {camera}, mapped},
-    };
     QList<SourceUse> expected;
     int process = 100;
-    for (const State &state : states) {
-        devices.addProcess(++process, state.executable);
-        devices.addDescriptor(process, 3, state.device, state.flags);
+    const auto row = [&](const QString &executable, const QString &device, const QByteArray &flags,
+                         const QList<MacRiskCategory> &uses, const QByteArray &maps = {}) {
+        devices.addProcess(++process, executable);
+        devices.addDescriptor(process, 3, device, flags);
         // The same once more is no second use.
-        devices.addDescriptor(process, 4, state.device, state.flags);
-        samples::write(devices.root.filePath(u"proc/%1/maps"_s.arg(process)), state.maps);
-        for (const MacRiskCategory category : state.uses)
+        devices.addDescriptor(process, 4, device, flags);
+        devices.write("proc/" + QByteArray::number(process) + "/maps", maps);
+        for (const MacRiskCategory category : uses)
             expected.append({category, process});
-    }
+    };
+    row(program, u"video0"_s, "0100002", {camera});
+    row(program, u"video0"_s, "02104000", {camera});
+    row(program, u"snd/pcmC0D0c"_s, "0100002", {microphone});
+    row(u"/opt/call/call (deleted)"_s, u"video0"_s, "02", {camera});
+    // It writes, only stands for the file, may only ask about it, or plays.
+    row(program, u"video0"_s, "01", {});
+    row(program, u"video0"_s, "012100000", {});
+    row(program, u"video0"_s, "03", {});
+    row(program, u"snd/pcmC0D0p"_s, "02", {});
+    row(program, u"null"_s, "02", {});
+    // Servers are told by where they are installed.
+    row(u"/usr/bin/wireplumber"_s, u"video0"_s, "02", {});
+    row(u"/usr/bin/pulseaudio"_s, u"snd/pcmC0D0c"_s, "02", {});
+    row(u"/usr/libexec/xdg-desktop-portal-gtk"_s, u"video0"_s, "02", {});
+    row(u"/home/x/pipewire"_s, u"video0"_s, "02", {camera});
+    row(u"/usr/local/bin/pipewire"_s, u"video0"_s, "02", {camera});
+    row(u"/usr/bin/pipewire-recorder"_s, u"video0"_s, "02", {camera});
+    // Of a virtual camera whoever reads it, or has its pictures in his memory.
+    row(program, u"video1"_s, "0100002", {});
+    row(program, u"video1"_s, "0100000", {camera});
+    row(program, u"video1"_s, "0100002", {camera}, mapped);
     // A link of the same name leads elsewhere, and a process is gone while it is looked at.
     devices.addProcess(201, program);
-    samples::write(devices.root.filePath(u"elsewhere/video0"_s), "");
+    devices.write("elsewhere/video0", {});
     devices.link(devices.root.filePath(u"elsewhere/video0"_s), u"proc/201/fd/3"_s);
     QVERIFY(QDir().mkpath(devices.root.filePath(u"proc/202"_s)));
     QVERIFY(QDir().mkpath(devices.root.filePath(u"proc/self"_s)));
@@ -279,27 +246,28 @@ void DeviceUsesTest::unseen() {
 
 void DeviceUsesTest::programs() {
     const Devices devices;
-    Program early;
-    Program late;
+    Puppet early;
+    Puppet late;
     early.obey(u"exec 3<'%1'"_s.arg(devices.path(u"snd/pcmC0D0c"_s)));
     DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())), workspace);
     const Told told(uses);
     QCOMPARE(uses.uses().size(), 1);
-    QCOMPARE(uses.uses().first().processIdentifier, early.id);
+    QCOMPARE(uses.uses().first().processIdentifier, early.process());
     QCOMPARE(uses.uses().first().localizedName, u"bash"_s);
 
     late.obey(u"exec 3<>'%1' 4<'%1'"_s.arg(devices.path(u"video0"_s)));
-    QTRY_COMPARE(told.events, QStringList{line(u'+', camera, late.id)});
+    QTRY_COMPARE(told.events, QStringList{line(u'+', camera, late.process())});
     late.obey(u"exec 3<&-"_s);
     late.obey(u"exec 3<'%1'"_s.arg(devices.path(u"snd/pcmC0D0c"_s)));
-    QTRY_COMPARE(told.events.value(1), line(u'+', microphone, late.id));
+    QTRY_COMPARE(told.events.value(1), line(u'+', microphone, late.process()));
     // One ends as it should and the other without a word.
     late.obey(u"exec 4<&-"_s);
-    QTRY_COMPARE(told.events.value(2), line(u'-', camera, late.id));
-    ::kill(early.id, SIGKILL);
-    QTRY_COMPARE(told.events.value(3), line(u'-', microphone, early.id));
+    QTRY_COMPARE(told.events.value(2), line(u'-', camera, late.process()));
+    const QString ended = line(u'-', microphone, early.process());
+    early.kill();
+    QTRY_COMPARE(told.events.value(3), ended);
     late.obey(u"exec 3<&-"_s);
-    QTRY_COMPARE(told.events.value(4), line(u'-', microphone, late.id));
+    QTRY_COMPARE(told.events.value(4), line(u'-', microphone, late.process()));
     QCOMPARE(told.events.size(), 5);
 }
 
@@ -308,7 +276,7 @@ void DeviceUsesTest::laterDevices() {
     QVERIFY(QDir(devices.path(u"snd"_s)).removeRecursively());
     DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())), workspace);
     const Told told(uses);
-    Program program;
+    Puppet program;
     const std::pair<QString, MacRiskCategory> come[] = {
         {u"video7"_s, camera}, {u"snd/pcmC1D0c"_s, microphone}, {u"video7"_s, camera}};
     for (const auto &[name, category] : come) {
@@ -316,24 +284,16 @@ void DeviceUsesTest::laterDevices() {
         QVERIFY(QDir().mkpath(QFileInfo(devices.path(name)).path()));
         const qsizetype before = told.events.size();
         program.obey(u"exec 3<>'%1'"_s.arg(devices.path(name)));
-        QTRY_COMPARE(told.events.value(before), line(u'+', category, program.id));
+        QTRY_COMPARE(told.events.value(before), line(u'+', category, program.process()));
         QVERIFY(QFile::remove(devices.path(name)));
-        QTRY_COMPARE(told.events.value(before + 1), line(u'-', category, program.id));
+        QTRY_COMPARE(told.events.value(before + 1), line(u'-', category, program.process()));
     }
-}
-
-void DeviceUsesTest::flapping() {
-    const Devices devices;
-    DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())), workspace);
-    const Told told(uses);
-    Program program;
-    program.obey(u"for i in {1..2000}; do exec 3<'%1'; exec 3<&-; done; exec 4<'%2'"_s.arg(
-        devices.path(u"video0"_s), devices.path(u"snd/pcmC0D0c"_s)));
-    // Whatever was seen of the camera, it ended, and what is left is the microphone.
-    QTRY_VERIFY(told.events.contains(line(u'+', microphone, program.id)));
-    QTRY_COMPARE(told.events.count(line(u'+', camera, program.id)),
-                 told.events.count(line(u'-', camera, program.id)));
-    QCOMPARE(uses.uses().size(), 1);
+    // Whatever was seen of a camera that comes and goes, it ended, and what is left is the microphone.
+    program.obey(u"for i in {1..2000}; do exec 3<'%1'; exec 3<&-; done; exec 4<>'%2'"_s.arg(
+        devices.path(u"video0"_s), devices.path(u"snd/pcmC1D0c"_s)));
+    QTRY_VERIFY(uses.uses().size() == 1 && uses.uses().first().category == microphone);
+    QTRY_COMPARE(told.events.count(line(u'+', camera, program.process())),
+                 told.events.count(line(u'-', camera, program.process())));
 }
 
 void DeviceUsesTest::applications() {
@@ -345,8 +305,8 @@ void DeviceUsesTest::applications() {
         QVERIFY(QDir().mkpath(QFileInfo(copy).path()));
         QVERIFY(QFile::copy(QFileInfo(u"/bin/bash"_s).canonicalFilePath(), copy));
     }
-    samples::write(
-        devices.root.filePath(u"data/applications/org.example.Recorder.desktop"_s),
+    devices.write(
+        "data/applications/org.example.Recorder.desktop",
         "[Desktop Entry]\nType=Application\nName=Sound Recorder\nExec=" + QFile::encodeName(recorder) + '\n');
     qputenv("XDG_DATA_HOME", QFile::encodeName(devices.root.filePath(u"data"_s)));
     DesktopDeviceUses uses(listOf(std::make_unique<DeviceFileUses>(devices.realPlaces())), workspace);
@@ -354,25 +314,25 @@ void DeviceUsesTest::applications() {
 
     // A helper of the same program, one that lies beside it, and a program of another kind. What they start
     // inherits what they have open.
-    Program application(recorder);
-    Program other(devices.root.filePath(hostile));
+    Puppet application(recorder);
+    Puppet other(devices.root.filePath(hostile));
     // Whoever has windows is called as they are, and is nobody's helper.
-    Program windowed(recorder);
-    workspace.add({ActivationPolicy::regular, u"Call"_s, windowed.id, u"us.zoom.xos"_s, {}});
+    Puppet windowed(recorder);
+    workspace.add({ActivationPolicy::regular, u"Call"_s, windowed.process(), u"us.zoom.xos"_s, {}});
     const QString opens =
         u"'%1' -c 'exec 3<\"%2\"; while kill -0 $PPID; do sleep 0.1; done' 2>/dev/null & :"_s;
     const QString camera = devices.path(u"video0"_s);
     application.obey(opens.arg(recorder, camera));
-    QTRY_COMPARE(told.events, QStringList{line(u'+', MacRiskCategory::camera, application.id)});
+    QTRY_COMPARE(told.events, QStringList{line(u'+', MacRiskCategory::camera, application.process())});
     application.obey(opens.arg(helper, devices.path(u"snd/pcmC0D0c"_s)));
     other.obey(u"exec 3<'%1'"_s.arg(camera));
     windowed.obey(opens.arg(recorder, camera));
     QTRY_COMPARE(uses.uses().size(), 4);
     using User = std::pair<QString, std::optional<QString>>;
     const QMap<qint32, User> expected{
-        {application.id, {u"Sound Recorder"_s, u"org.example.Recorder"_s}},
-        {other.id, {hostile.mid(4), std::nullopt}},
-        {windowed.id, {u"Call"_s, u"us.zoom.xos"_s}},
+        {application.process(), {u"Sound Recorder"_s, u"org.example.Recorder"_s}},
+        {other.process(), {hostile.mid(4), std::nullopt}},
+        {windowed.process(), {u"Call"_s, u"us.zoom.xos"_s}},
     };
     QMap<qint32, User> users;
     for (const DeviceUse &use : uses.uses())

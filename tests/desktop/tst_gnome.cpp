@@ -6,15 +6,14 @@
 #include "desktop/gnome/GnomeShellWindows.h"
 #include "desktop/permission/AllowedPrograms.h"
 #include "desktop/permission/PlasmaPermission.h"
+#include "tests/support/Program.h"
 #include "tests/support/Test.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QProcess>
+#include <QDeadlineTimer>
 
 #include <signal.h>
 
-#include <array>
 #include <atomic>
 #include <list>
 #include <thread>
@@ -87,16 +86,6 @@ class Shell {
     std::thread m_thread;
 };
 
-class OpenWindows final : public WindowSource {
-  public:
-    bool open(const Deadline & /*deadline*/) override { return true; }
-    bool isOpen() const override { return true; }
-    std::optional<QList<SourceWindow>> windows(const Deadline & /*deadline*/) override { return {}; }
-    bool close(const QList<SourceWindow> & /*windows*/, const Deadline & /*deadline*/) override {
-        return false;
-    }
-};
-
 const QByteArrayList bothNames{"org.gnome.Shell", KESTRIN_WINDOWS_NAME};
 
 Deadline soon() {
@@ -122,26 +111,20 @@ class GnomeTest : public QObject {
 
 void GnomeTest::answers() {
     Shell shell(bothNames);
-    const std::pair<Manner, qsizetype> manners[] = {{Manner::honest, 2},
-                                                    {Manner::silent, -1},
-                                                    {Manner::denies, -1},
-                                                    {Manner::otherType, -1},
-                                                    {Manner::floods, 5000}};
-    for (const auto &[manner, count] : manners) {
+    const auto row = [&shell](Manner manner, qsizetype count) {
         // Whoever was answered once, and whoever never was.
         GnomeShellWindows known;
         shell.manner = Manner::honest;
         QVERIFY(known.open(Deadline(desktopPatience)));
         shell.manner = manner;
-        QElapsedTimer timer;
-        timer.start();
+        const QDeadlineTimer quickly(2000);
         const std::chrono::milliseconds patience =
             manner == Manner::silent ? soon().remaining() : desktopPatience;
         const auto windows = known.windows(Deadline(patience));
         QCOMPARE(windows ? windows->size() : -1, count);
         QCOMPARE(GnomeShellWindows().open(Deadline(patience)),
                  manner != Manner::silent && manner != Manner::denies);
-        QVERIFY(timer.elapsed() < 2000);
+        QVERIFY(!quickly.hasExpired());
         if (manner == Manner::honest) {
             const ApplicationClaims claims{{}, u"foot"_s, {}, u"foot.desktop"_s, u"box"_s};
             QCOMPARE(*windows, (QList<SourceWindow>{{1, 41, claims, true}, {2, 42, claims, false}}));
@@ -153,7 +136,11 @@ void GnomeTest::answers() {
             shell.manner = Manner::honest;
             QVERIFY(known.open(Deadline(desktopPatience)) && known.windows(Deadline(desktopPatience)));
         }
-    }
+    };
+    row(Manner::honest, 2);
+    for (const Manner manner : {Manner::silent, Manner::denies, Manner::otherType})
+        row(manner, -1);
+    row(Manner::floods, 5000);
 }
 
 void GnomeTest::impostor() {
@@ -165,8 +152,8 @@ void GnomeTest::impostor() {
 }
 
 void GnomeTest::following() {
-    enum class End { ofShell, ofExtension, ofPatience };
-    for (const End end : {End::ofShell, End::ofExtension, End::ofPatience}) {
+    // Of the shell, of the extension, and of the patience.
+    const auto row = [](const std::function<void(std::optional<Shell> &, GnomeShellWindows &)> &end) {
         std::optional<Shell> shell(bothNames);
         GnomeShellWindows source;
         QSignalSpy changed(&source, &WindowSource::changed);
@@ -175,51 +162,45 @@ void GnomeTest::following() {
         shell->signals = 3000;
         QTRY_VERIFY(shell->signals == 0 && !changed.isEmpty());
         QVERIFY(lost.isEmpty());
-        if (end == End::ofShell) {
-            shell.reset();
-        } else if (end == End::ofExtension) {
-            shell->losesExtension = true;
-        } else {
-            shell->manner = Manner::silent;
-            QVERIFY(!source.windows(soon()));
-        }
+        end(shell, source);
         QTRY_COMPARE(lost.size(), 1);
         QVERIFY(!source.windows(soon()) && !source.open(soon()));
-    }
+    };
+    row([](auto &shell, auto &) { shell.reset(); });
+    row([](auto &shell, auto &) { shell->losesExtension = true; });
+    row([](auto &shell, auto &source) {
+        shell->manner = Manner::silent;
+        QVERIFY(!source.windows(soon()));
+    });
 }
 
 void GnomeTest::clients() {
     const QTemporaryDir home;
     qputenv("XDG_DATA_HOME", QFile::encodeName(home.path()));
     qputenv("XDG_DATA_DIRS", "/nowhere");
-    const auto install = [&home](const QString &id, const QByteArray &program, const QByteArray &more = {}) {
+    const auto install = [&home](const QString &id, const QString &program, const QByteArray &more = {}) {
         write(home.filePath(u"applications/"_s + id + u".desktop"_s),
-              "[Desktop Entry]\nType=Application\nName=A\nExec=\"" + program + "\" %U\n" + more);
-        return QString::fromUtf8(program);
+              "[Desktop Entry]\nType=Application\nName=A\nExec=\"" + QFile::encodeName(program) + "\" %U\n" +
+                  more);
     };
-    const QByteArray folder = QFile::encodeName(home.path());
-    const QString zoom = install(u"Zoom"_s, folder + "/zoom");
-    const QString hidden = install(u"hidden"_s, folder + "/hidden", "NoDisplay=true\n");
-    const QString notes = install(u"org.example.Notes"_s, folder + "/notes");
-    // This process has that name.
-    install(u"org.gnome.Shell"_s, "/nowhere/shell");
-    for (const QString &program : {zoom, hidden, home.filePath(u"unknown"_s)})
-        QVERIFY(QFile::copy(u"/bin/sleep"_s, program));
-    write(notes, "[ -n \"$1\" ] || sh \"$0\" helper\nsleep 60\n");
-
-    std::list<QProcess> processes;
+    std::list<Program> processes;
     QList<qint32> clients{static_cast<qint32>(QCoreApplication::applicationPid())};
-    const auto start = [&](const QString &program, const QStringList &arguments) {
-        processes.emplace_back().start(program, arguments);
-        QVERIFY(processes.back().waitForStarted());
-        clients.append(static_cast<qint32>(processes.back().processId()));
+    const auto start = [&](const QStringList &command) {
+        clients.append(processes.emplace_back(command).process());
     };
-    start(zoom, {u"60"_s});
-    start(hidden, {u"60"_s});
-    start(home.filePath(u"unknown"_s), {u"60"_s});
-    start(u"sh"_s, {notes});
-    const QByteArray script = QByteArray::number(clients.last());
-    const QString children = QString::fromLatin1("/proc/" + script + "/task/" + script + "/children");
+    // This process has that name.
+    install(u"org.gnome.Shell"_s, u"/nowhere/shell"_s);
+    install(u"zoom"_s, home.filePath(u"zoom"_s));
+    install(u"hidden"_s, home.filePath(u"hidden"_s), "NoDisplay=true\n");
+    for (const QString &name : {u"zoom"_s, u"hidden"_s, u"unknown"_s}) {
+        QVERIFY(QFile::copy(u"/bin/sleep"_s, home.filePath(name)));
+        start({home.filePath(name), u"60"_s});
+    }
+    const QString notes = home.filePath(u"notes"_s);
+    install(u"org.example.Notes"_s, notes);
+    write(notes, "[ -n \"$1\" ] || sh \"$0\" helper\nsleep 60\n");
+    start({u"sh"_s, notes});
+    const QString children = u"/proc/%1/task/%1/children"_s.arg(clients.last());
     QTRY_VERIFY(contents(children).toInt() > 0);
     clients.append(contents(children).toInt());
 
@@ -231,11 +212,7 @@ void GnomeTest::clients() {
     QStringList found;
     for (const SourceWindow &window : *windows)
         found.append(QString::number(clients.indexOf(window.process)) + u' ' + window.claims.kdeDesktopFile);
-    QCOMPARE(found, (QStringList{u"0 org.gnome.Shell"_s, u"1 Zoom"_s, u"4 org.example.Notes"_s}));
-    for (QProcess &process : processes) {
-        process.kill();
-        process.waitForFinished();
-    }
+    QCOMPARE(found, (QStringList{u"0 org.gnome.Shell"_s, u"1 zoom"_s, u"4 org.example.Notes"_s}));
     ::kill(clients.last(), SIGKILL);
 }
 
@@ -255,25 +232,26 @@ void GnomeTest::allowedPrograms() {
 }
 
 void GnomeTest::settings() {
-    for (const auto &[before, with, without] : std::initializer_list<std::array<QByteArray, 3>>{
-             {"@as []", "@as ['x@y']", "@as []"},
-             {"['a@b']", "['a@b', 'x@y']", "['a@b']"},
-             {"['x@y']", "['x@y']", "[]"},
-             {"['x@y', 'a@b']", "['x@y', 'a@b']", "['a@b']"},
-             {"['a@b', 'x@y', 'c@d']", "['a@b', 'x@y', 'c@d']", "['a@b', 'c@d']"},
-             {"['ax@y']", "['ax@y', 'x@y']", "['ax@y']"},
-             {"No such key", {}, {}},
-         }) {
+    const auto row = [](const QByteArray &before, const QByteArray &with, const QByteArray &without) {
         QCOMPARE(listWith(before, "x@y", true), with);
         QCOMPARE(listWith(before, "x@y", false), without);
-    }
+    };
+    row("@as []", "@as ['x@y']", "@as []");
+    row("['a@b']", "['a@b', 'x@y']", "['a@b']");
+    row("['x@y']", "['x@y']", "[]");
+    row("['x@y', 'a@b']", "['x@y', 'a@b']", "['a@b']");
+    row("['a@b', 'x@y', 'c@d']", "['a@b', 'x@y', 'c@d']", "['a@b', 'c@d']");
+    row("['ax@y']", "['ax@y', 'x@y']", "['ax@y']");
+    row("No such key", {}, {});
 }
 
 void GnomeTest::plasmaEntries() {
     const QTemporaryDir home;
     const QString folder = home.filePath(u"applications"_s);
+    // Windows that can be seen are all that it needs of a desktop.
+    const Shell shell(bothNames);
     const auto permissionFor = [&folder](const OwnPrograms &programs) {
-        return PlasmaPermission(programs, folder, std::make_unique<OpenWindows>());
+        return PlasmaPermission(programs, folder, std::make_unique<GnomeShellWindows>());
     };
     QVERIFY(permissionFor({{u"/usr/bin/kestrin"_s}, true}).enable().isDone && !QDir(folder).exists());
     PlasmaPermission permission =

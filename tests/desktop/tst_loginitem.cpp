@@ -39,14 +39,8 @@ class LoginItemTest : public QObject {
 };
 
 void LoginItemTest::commands() {
-    const std::pair<QString, QByteArray> expected[] = {
-        {u"a b"_s, "Exec=\"DIR/a b/kestrin\" --background\n"},
-        {u"5%é"_s, "Exec=env DIR/5%%é/kestrin --background\n"},
-        {u"q\"$x`\\'%f"_s, R"(Exec=env "DIR/q\\"\\$x\\`\\\\'%%f/kestrin" --background)"},
-        {u"a\nHidden=true"_s, R"(Exec="DIR/a\nHidden=true/kestrin" --background)"},
-    };
     const QString validator = QStandardPaths::findExecutable(u"desktop-file-validate"_s);
-    for (const auto &[folder, line] : expected) {
+    const auto row = [&validator](const QString &folder, const QByteArray &line) {
         const Places places;
         FileLoginItem item(places.install(folder), places.file);
         // Also says that TryExec, which is quoted differently, names the program.
@@ -56,27 +50,15 @@ void LoginItemTest::commands() {
         QVERIFY(samples::isOwnersAlone(places.own()));
         if (!validator.isEmpty())
             QCOMPARE(QProcess::execute(validator, {places.own()}), 0);
-    }
+    };
+    row(u"a b"_s, "Exec=\"DIR/a b/kestrin\" --background\n");
+    row(u"5%é"_s, "Exec=env DIR/5%%é/kestrin --background\n");
+    row(u"q\"$x`\\'%f"_s, R"(Exec=env "DIR/q\\"\\$x\\`\\\\'%%f/kestrin" --background)");
+    row(u"a\nHidden=true"_s, R"(Exec="DIR/a\nHidden=true/kestrin" --background)");
 }
 
 void LoginItemTest::precedence() {
-    struct Case {
-        const char *what;
-        QByteArray own;
-        QByteArray all;
-        bool starts;
-    };
-    for (const auto &[what, own, all, starts] : {
-             Case{"none", {}, {}, false},
-             Case{"on", on + "Hidden=false\nX-GNOME-Autostart-enabled=true\n", {}, true},
-             Case{"hidden", on + "Hidden=true\n", {}, false},
-             Case{"switched off by the desktop", on + "X-GNOME-Autostart-enabled=false\n", {}, false},
-             Case{"program gone", on + "TryExec=/nowhere/kestrin\n", {}, false},
-             Case{"no entry", "[Other]\nExec=true\n", {}, false},
-             Case{"for all", {}, on, true},
-             Case{"masked", "\n", on, false},
-             Case{"for one", on, on + "Hidden=true\n", true},
-         }) {
+    const auto row = [](const char *what, const QByteArray &own, const QByteArray &all, bool starts) {
         const Places places;
         if (!own.isEmpty())
             samples::write(places.own(), own);
@@ -94,7 +76,16 @@ void LoginItemTest::precedence() {
         QVERIFY2(!withoutProgram.setEnabled(true) && !item.isEnabled(), what);
         QVERIFY2(item.setEnabled(true) && item.isEnabled(), what);
         QCOMPARE(samples::contents(places.all()), all.isEmpty() ? QByteArray("(no file)") : all);
-    }
+    };
+    row("none", {}, {}, false);
+    row("on", on + "Hidden=false\nX-GNOME-Autostart-enabled=true\n", {}, true);
+    row("hidden", on + "Hidden=true\n", {}, false);
+    row("switched off by the desktop", on + "X-GNOME-Autostart-enabled=false\n", {}, false);
+    row("program gone", on + "TryExec=/nowhere/kestrin\n", {}, false);
+    row("no entry", "[Other]\nExec=true\n", {}, false);
+    row("for all", {}, on, true);
+    row("masked", "\n", on, false);
+    row("for one", on, on + "Hidden=true\n", true);
 }
 
 void LoginItemTest::obstacles() {

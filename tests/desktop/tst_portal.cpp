@@ -9,7 +9,6 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 
@@ -19,36 +18,15 @@ using namespace kestrin::design;
 
 const QString path = u"/org/freedesktop/portal/desktop"_s;
 
-/// A dictionary in which a space can be named twice, as some portals answer where several desktops are
-/// installed.
-struct Settings {
-    QList<std::pair<QString, QVariantMap>> spaces;
-};
-Q_DECLARE_METATYPE(Settings)
-
-QDBusArgument &operator<<(QDBusArgument &argument, const Settings &settings) {
-    argument.beginMap(QMetaType::fromType<QString>(), QMetaType::fromType<QVariantMap>());
-    for (const auto &[space, keys] : settings.spaces) {
-        argument.beginMapEntry();
-        argument << space << keys;
-        argument.endMapEntry();
-    }
-    argument.endMap();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, Settings &) {
-    return argument;
-}
-
-/// A portal that knows more than it is asked for.
+/// A portal that knows more than it is asked for, and names a space twice, as some do where several desktops
+/// are installed.
 class Portal : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
   public Q_SLOTS:
-    Settings ReadAll(const QStringList &) {
-        return {{
+    void ReadAll(const QStringList &, const QDBusMessage &call) {
+        const std::pair<QString, QVariantMap> spaces[] = {
             {u"org.freedesktop.appearance"_s,
              {{u"color-scheme"_s, 1U}, {u"contrast"_s, 1U}, {u"reduced-motion"_s, 1U}}},
             {u"org.gnome.desktop.interface"_s,
@@ -58,7 +36,17 @@ class Portal : public QObject {
             {u"org.gnome.desktop.a11y.interface"_s, {{u"high-contrast"_s, false}}},
             // of the desktop that does not run
             {u"org.freedesktop.appearance"_s, {{u"color-scheme"_s, 2U}}},
-        }};
+        };
+        QDBusArgument answer;
+        answer.beginMap(QMetaType::fromType<QString>(), QMetaType::fromType<QVariantMap>());
+        for (const auto &[space, keys] : spaces) {
+            answer.beginMapEntry();
+            answer << space << keys;
+            answer.endMapEntry();
+        }
+        answer.endMap();
+        call.setDelayedReply(true);
+        QDBusConnection(u"portal"_s).send(call.createReply(QVariant::fromValue(answer)));
     }
 };
 
@@ -66,9 +54,10 @@ class Portal : public QObject {
 class Chooser : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.FileChooser")
-    Q_PROPERTY(uint version MEMBER m_version)
+    Q_PROPERTY(uint version MEMBER version)
 
   public:
+    uint version = 3;
     /// What was asked for last.
     QVariantMap options;
     uint response = 0;
@@ -86,9 +75,6 @@ class Chooser : public QObject {
         QDBusConnection(u"portal"_s).send(signal);
         return QDBusObjectPath(place);
     }
-
-  private:
-    uint m_version = 3;
 };
 
 class PortalTest : public QObject {
@@ -116,7 +102,6 @@ void PortalTest::changesWithoutPortal() {
 }
 
 void PortalTest::firstAnswerAndChanges() {
-    qDBusRegisterMetaType<Settings>();
     Portal portal;
     QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
     QVERIFY(bus.registerObject(path, &portal, QDBusConnection::ExportAllSlots));

@@ -1,6 +1,5 @@
 // What a sway that is slow, silent, mad or gone does to whoever asks it. A real one is asked elsewhere.
 
-#include "desktop/sources/SourceWorkspace.h"
 #include "desktop/sway/SwayTree.h"
 #include "desktop/sway/SwayWindows.h"
 #include "tests/support/ListeningSocket.h"
@@ -90,76 +89,63 @@ class SwayTest : public QObject {
 };
 
 void SwayTest::trees() {
-    const auto summary = [](const QByteArray &json) -> QString {
+    const auto row = [](const QByteArray &json, const QString &expected) {
         const auto windows = windowsOfSwayTree(json);
-        if (!windows)
-            return u"none"_s;
         QStringList all;
-        for (const SourceWindow &window : *windows)
+        for (const SourceWindow &window : windows.value_or(QList<SourceWindow>()))
             all.append(u"%1:%2:%3/%4%5"_s.arg(window.id)
                            .arg(window.process)
                            .arg(window.claims.instanceName, window.claims.className,
                                 window.isRegular ? QString() : u" hidden"_s));
-        return all.join(u' ');
+        QCOMPARE(windows ? all.join(u' ') : u"none"_s, expected);
     };
+    row(oneWindow, u"5:77:/zoom"_s);
     const QByteArray x11 = R"("window_properties":{"class":"X","instance":"x","window_type":")";
-    for (const auto &[json, expected] : std::initializer_list<std::pair<QByteArray, QString>>{
-             {oneWindow, u"5:77:/zoom"_s},
-             {R"({"floating_nodes":[{"id":1,"pid":7,)" + x11 + R"(normal"}},{"id":2,"pid":8,)" + x11 +
-                  R"(splash"}}]})",
-              u"1:7:x/X 2:8:x/X hidden"_s},
-             // Numbers that are no process, and texts that are none.
-             {R"({"nodes":[{"pid":-1},{"pid":0},{"pid":4294967297},{"pid":"7"},{"pid":9,"app_id":5}]})",
-              u"0:9:/"_s},
-             // A client's own words, in no encoding that anybody knows.
-             {"{\"nodes\":[{\"id\":1,\"pid\":7,\"name\":\"\xff\xfe\",\"app_id\":\"a\xff\"}]}",
-              u"1:7:/a\ufffd"_s},
-             {R"({"nodes":[{"pid":7])", u"none"_s},
-             {QByteArray(R"({"nodes":[)").repeated(5000), u"none"_s},
-             {{}, u"none"_s},
-         })
-        QCOMPARE(summary(json), expected);
+    row(R"({"floating_nodes":[{"id":1,"pid":7,)" + x11 + R"(normal"}},{"id":2,"pid":8,)" + x11 +
+            R"(splash"}}]})",
+        u"1:7:x/X 2:8:x/X hidden"_s);
+    // Numbers that are no process, and texts that are none.
+    row(R"({"nodes":[{"pid":-1},{"pid":0},{"pid":4294967297},{"pid":"7"},{"pid":9,"app_id":5}]})",
+        u"0:9:/"_s);
+    // A client's own words, in no encoding that anybody knows.
+    row("{\"nodes\":[{\"id\":1,\"pid\":7,\"name\":\"\xff\xfe\",\"app_id\":\"a\xff\"}]}", u"1:7:/a\ufffd"_s);
+    for (const QByteArray &broken :
+         {QByteArray(R"({"nodes":[{"pid":7])"), QByteArray(R"({"nodes":[)").repeated(5000), QByteArray()})
+        row(broken, u"none"_s);
 }
 
 void SwayTest::conversations() {
     const QByteArray tree = message(getTree, oneWindow);
-    const QByteArray flood = message(windowEvent, launch).repeated(100'000);
-    struct Row {
-        const char *name;
-        /// To the question for the tree.
-        std::optional<QByteArray> answer;
-        bool isAnswered = false;
-        bool isSlow = false;
-    };
-    for (const Row &row : {
-             Row{"answers", tree, true},
-             Row{"tells much before", flood + tree, true},
-             Row{"says too little", tree.first(20), false, true},
-             Row{"is silent", QByteArray(), false, true},
-             Row{"ends", std::nullopt},
-             Row{"speaks otherwise", QByteArray(1000, 'x')},
-             Row{"announces too much", QByteArray("i3-ipc\xff\xff\xff\xff\4\0\0\0", 14)},
-             Row{"tells no tree", message(getTree, "[1,2"), false},
-         }) {
+    // What is answered to the question for the tree.
+    const auto row = [](const char *name, const std::optional<QByteArray> &answer, bool isAnswered = false,
+                        bool isSlow = false) {
         bool isFirst = true;
         FakeSway sway([&](quint32 kind) -> std::optional<QByteArray> {
             if (kind == getTree && std::exchange(isFirst, false))
-                return row.answer;
+                return answer;
             return message(kind, kind == getTree ? oneWindow : R"({"success":true})");
         });
         SwayWindows windows(sway.path());
         QElapsedTimer timer;
         timer.start();
-        const std::chrono::milliseconds patience = row.isSlow ? 300ms : 10s;
+        const std::chrono::milliseconds patience = isSlow ? 300ms : 10s;
         const Deadline deadline(patience);
-        QVERIFY2(windows.open(deadline), row.name);
-        QVERIFY2(windows.windows(deadline).has_value() == row.isAnswered, row.name);
+        QVERIFY2(windows.open(deadline), name);
+        QVERIFY2(windows.windows(deadline).has_value() == isAnswered, name);
         QVERIFY2(timer.elapsed() < patience.count() + 700 &&
-                     (timer.elapsed() >= patience.count() - 10) == row.isSlow,
-                 row.name);
+                     (timer.elapsed() >= patience.count() - 10) == isSlow,
+                 name);
         // Whatever it was, the next conversation begins anew.
-        QVERIFY2(windows.open(Deadline(1s)) && windows.windows(Deadline(1s)), row.name);
-    }
+        QVERIFY2(windows.open(Deadline(1s)) && windows.windows(Deadline(1s)), name);
+    };
+    row("answers", tree, true);
+    row("tells much before", message(windowEvent, launch).repeated(100'000) + tree, true);
+    row("says too little", tree.first(20), false, true);
+    row("is silent", QByteArray(), false, true);
+    row("ends", std::nullopt);
+    row("speaks otherwise", QByteArray(1000, 'x'));
+    row("announces too much", QByteArray("i3-ipc\xff\xff\xff\xff\4\0\0\0", 14));
+    row("tells no tree", message(getTree, "[1,2"));
 }
 
 void SwayTest::events() {
@@ -172,27 +158,28 @@ void SwayTest::events() {
         return message(kind, kind == getTree ? oneWindow : R"([{"success":true}])") + std::exchange(news, {});
     });
     SwayWindows windows(sway.path());
+    const auto answers = [&windows] { return windows.windows(Deadline(1s)).has_value(); };
     QSignalSpy changed(&windows, &WindowSource::changed);
     QSignalSpy lost(&windows, &WindowSource::lost);
-    QVERIFY(windows.open(Deadline(1s)) && windows.windows(Deadline(1s)));
+    QVERIFY(windows.open(Deadline(1s)) && answers());
     // Along with an answer, so that no socket tells of it.
     news = message(windowEvent, R"({"change":"title"})") + message(windowEvent, launch);
     QVERIFY(windows.close({{5, 77, {}, true}}, Deadline(1s)));
     QTRY_COMPARE(changed.count(), 1);
     news = message(windowEvent, R"({"change":"title"})");
-    QVERIFY(windows.windows(Deadline(1s)));
+    QVERIFY(answers());
     QCoreApplication::processEvents();
     QCOMPARE(changed.count(), 1);
     // As on everybody who is slow to read.
     hangsUp = true;
-    QVERIFY(!windows.windows(Deadline(1s)));
+    QVERIFY(!answers());
     QTRY_COMPARE(changed.count(), 2);
-    QVERIFY(windows.windows(Deadline(1s)) && lost.isEmpty());
+    QVERIFY(answers() && lost.isEmpty());
     ends = true;
-    QVERIFY(!windows.windows(Deadline(1s)));
+    QVERIFY(!answers());
     QTRY_COMPARE(lost.count(), 1);
     ends = false;
-    QVERIFY(windows.open(Deadline(1s)) && windows.windows(Deadline(1s)));
+    QVERIFY(windows.open(Deadline(1s)) && answers());
 }
 
 KESTRIN_TEST(SwayTest)

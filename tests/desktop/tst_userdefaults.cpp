@@ -88,8 +88,7 @@ void UserDefaultsTest::unreadable() {
     QVERIFY(others.boolean(u"a"_s) == true && others.boolean(u"b"_s) == true);
     // What is no file is neither replaced nor written to.
     QVERIFY(QFile::remove(m_path) && QDir().mkpath(m_path));
-    for (const QString &sentence : {defaults.obstacle(), defaults.setBoolean(u"b"_s, false).problem})
-        QCOMPARE(sentence, m_path + u" is a folder and not a file; move it away."_s);
+    QVERIFY(!defaults.obstacle().isEmpty() && !defaults.setBoolean(u"b"_s, false).isKept());
     QVERIFY(QDir().rmdir(m_path));
 }
 

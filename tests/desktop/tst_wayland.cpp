@@ -6,7 +6,7 @@
 #include "tests/support/FakeCompositor.h"
 #include "tests/support/Test.h"
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 
 #include <wayland-util.h>
 #include <wlr-foreign-toplevel-management-server-protocol.h>
@@ -14,18 +14,6 @@
 using samples::FakeCompositor;
 
 namespace {
-
-wl_argument text(const char *value) {
-    wl_argument argument{};
-    argument.s = value;
-    return argument;
-}
-
-wl_argument number(quint32 value) {
-    wl_argument argument{};
-    argument.u = value;
-    return argument;
-}
 
 /// A folder for a compositor's socket, a source that talks to it, and what the source tells.
 struct Conversation {
@@ -48,8 +36,12 @@ struct Conversation {
             ids.append(window.claims.className);
         return ids;
     }
-    bool close(qsizetype window) {
-        return source.close({windows().value().at(window)}, Deadline(desktopPatience));
+    /// Once connected, of a window that is announced.
+    bool hearsOf(const QByteArray &appId) {
+        if (!open())
+            return false;
+        compositor->announce(appId);
+        return appIds() == QStringList{QString::fromLatin1(appId)};
     }
 };
 
@@ -62,50 +54,39 @@ class WaylandTest : public QObject {
     void events();
     void windowsComeAndGo();
     void silence();
-    void endings_data();
     void endings();
     void flood();
 };
 
 void WaylandTest::events() {
-    using Read = WindowNews (*)(std::string_view, const wl_argument *, SourceWindow &);
-    constexpr Read plasma = PlasmaWindows::read;
-    constexpr Read wlr = WlrToplevels::read;
+    constexpr auto plasma = PlasmaWindows::read;
+    constexpr auto wlr = WlrToplevels::read;
     const QByteArray longId(4000, 'a');
-    const auto window = [](qint32 process, const QString &name, const QString &instance, bool isRegular) {
-        return SourceWindow{0, process, {instance, name, {}, {}, {}}, isRegular};
+    const auto named = [](const QString &name, const QString &instance = {}) {
+        return SourceWindow{0, 0, {instance, name, {}, {}, {}}, true};
     };
-    struct Case {
-        Read read;
-        std::string_view event;
-        wl_argument argument;
-        WindowNews news;
-        SourceWindow expected;
+    const auto row = [](auto *read, std::string_view event, const wl_argument &argument, WindowNews news,
+                        const SourceWindow &expected = {}) {
+        SourceWindow window;
+        QVERIFY2(read(event, &argument, window) == news, event.data());
+        QVERIFY2(window == expected, event.data());
     };
-    const Case cases[] = {
-        {plasma, "app_id_changed", text("zoom"), WindowNews::fact, window(0, u"zoom"_s, {}, true)},
-        {plasma, "app_id_changed", text("\xFFx"), WindowNews::fact, window(0, u"\uFFFDx"_s, {}, true)},
-        {plasma, "app_id_changed", text(nullptr), WindowNews::fact, window(0, {}, {}, true)},
-        {plasma, "app_id_changed", text(longId.constData()), WindowNews::fact,
-         window(0, QString(1024, u'a'), {}, true)},
-        {plasma, "resource_name_changed", text("xterm"), WindowNews::fact, window(0, {}, u"xterm"_s, true)},
-        {plasma, "pid_changed", number(12), WindowNews::fact, window(12, {}, {}, true)},
-        {plasma, "pid_changed", number(0xFFFFFFFF), WindowNews::fact, window(0, {}, {}, true)},
-        {plasma, "state_changed", number(1 << 12 | 1), WindowNews::fact, window(0, {}, {}, false)},
-        {plasma, "state_changed", number(1 << 18), WindowNews::fact, window(0, {}, {}, true)},
-        {plasma, "title_changed", text("secret"), WindowNews::nothing, window(0, {}, {}, true)},
-        {plasma, "initial_state", {}, WindowNews::complete, window(0, {}, {}, true)},
-        {plasma, "unmapped", {}, WindowNews::gone, window(0, {}, {}, true)},
-        {wlr, "app_id", text("zoom"), WindowNews::pending, window(0, u"zoom"_s, {}, true)},
-        {wlr, "title", text("secret"), WindowNews::nothing, window(0, {}, {}, true)},
-        {wlr, "done", {}, WindowNews::complete, window(0, {}, {}, true)},
-        {wlr, "closed", {}, WindowNews::gone, window(0, {}, {}, true)},
-    };
-    for (const Case &row : cases) {
-        SourceWindow read;
-        QVERIFY2(row.read(row.event, &row.argument, read) == row.news, row.event.data());
-        QVERIFY2(read == row.expected, row.event.data());
-    }
+    row(plasma, "app_id_changed", {.s = "zoom"}, WindowNews::fact, named(u"zoom"_s));
+    row(plasma, "app_id_changed", {.s = "\xFFx"}, WindowNews::fact, named(u"\uFFFDx"_s));
+    row(plasma, "app_id_changed", {.s = nullptr}, WindowNews::fact);
+    row(plasma, "app_id_changed", {.s = longId.data()}, WindowNews::fact, named(QString(1024, u'a')));
+    row(plasma, "resource_name_changed", {.s = "xterm"}, WindowNews::fact, named({}, u"xterm"_s));
+    row(plasma, "pid_changed", {.u = 12}, WindowNews::fact, {0, 12, {}, true});
+    row(plasma, "pid_changed", {.u = 0xFFFFFFFF}, WindowNews::fact);
+    row(plasma, "state_changed", {.u = 1 << 12 | 1}, WindowNews::fact, {0, 0, {}, false});
+    row(plasma, "state_changed", {.u = 1 << 18}, WindowNews::fact);
+    row(plasma, "title_changed", {.s = "secret"}, WindowNews::nothing);
+    row(plasma, "initial_state", {}, WindowNews::complete);
+    row(plasma, "unmapped", {}, WindowNews::gone);
+    row(wlr, "app_id", {.s = "zoom"}, WindowNews::pending, named(u"zoom"_s));
+    row(wlr, "title", {.s = "secret"}, WindowNews::nothing);
+    row(wlr, "done", {}, WindowNews::complete);
+    row(wlr, "closed", {}, WindowNews::gone);
 }
 
 void WaylandTest::windowsComeAndGo() {
@@ -136,7 +117,7 @@ void WaylandTest::windowsComeAndGo() {
     QTRY_COMPARE(talk.changed.size(), 1);
     QCOMPARE(talk.appIds(), (QStringList{u"renamed"_s, u"second"_s}));
 
-    QVERIFY(talk.close(1));
+    QVERIFY(talk.source.close({talk.windows().value().at(1)}, Deadline(desktopPatience)));
     QCOMPARE(talk.compositor->closed(), QList<qsizetype>{2});
     const SourceWindow gone = talk.windows().value().at(0);
     talk.compositor->tell(0, zwlr_foreign_toplevel_handle_v1_send_closed);
@@ -147,17 +128,13 @@ void WaylandTest::windowsComeAndGo() {
 
 void WaylandTest::silence() {
     Conversation talk;
-    QVERIFY(talk.open());
-    talk.compositor->announce("first");
-    QCOMPARE(talk.appIds(), QStringList{u"first"_s});
+    QVERIFY(talk.hearsOf("first"));
     talk.compositor->setSilent(true);
-    WlrToplevels other(talk.path);
-    QElapsedTimer timer;
-    timer.start();
+    const QDeadlineTimer quickly(2000);
     QVERIFY(!talk.source.windows(Deadline(100ms)));
     QVERIFY(!talk.source.close({{1, 0, {}, true}}, Deadline(100ms)));
-    QVERIFY(!other.open(Deadline(100ms)));
-    QVERIFY(timer.elapsed() < 2000);
+    QVERIFY(!WlrToplevels(talk.path).open(Deadline(100ms)));
+    QVERIFY(!quickly.hasExpired());
     // The same conversation goes on, and whoever was not answered hears of it.
     talk.changed.clear();
     talk.compositor->setSilent(false);
@@ -166,34 +143,27 @@ void WaylandTest::silence() {
     QVERIFY(talk.lost.isEmpty());
 }
 
-void WaylandTest::endings_data() {
-    QTest::addColumn<std::function<void(Conversation &)>>("end");
-    using End = std::function<void(Conversation &)>;
-    QTest::newRow("death") << End([](Conversation &talk) { talk.compositor.reset(); });
-    QTest::newRow("nonsense") << End([](Conversation &talk) { talk.compositor->talkNonsense(); });
-    QTest::newRow("end of the list") << End([](Conversation &talk) { talk.compositor->endManager(); });
-}
-
 void WaylandTest::endings() {
-    QFETCH(const std::function<void(Conversation &)>, end);
-    for (const bool isAsking : {false, true}) {
-        Conversation talk;
-        QVERIFY(talk.open());
-        talk.compositor->announce("first");
-        QCOMPARE(talk.appIds(), QStringList{u"first"_s});
-        end(talk);
-        // Whoever asks meanwhile gets no answer, and whoever listens hears of it all the same.
-        if (isAsking)
-            QTRY_VERIFY(!talk.windows());
-        QTRY_COMPARE(talk.lost.size(), 1);
-        QVERIFY(!talk.windows());
-        talk.compositor.reset();
-        QVERIFY(!talk.open());
-        talk.compositor = std::make_unique<FakeCompositor>(talk.path);
-        QVERIFY(talk.open());
-        talk.compositor->announce("again");
-        QCOMPARE(talk.appIds(), QStringList{u"again"_s});
-    }
+    const auto row = [](const std::function<void(Conversation &)> &end) {
+        for (const bool isAsking : {false, true}) {
+            Conversation talk;
+            QVERIFY(talk.hearsOf("first"));
+            end(talk);
+            // Whoever asks meanwhile gets no answer, and whoever listens hears of it all the same.
+            if (isAsking)
+                QTRY_VERIFY(!talk.windows());
+            QTRY_COMPARE(talk.lost.size(), 1);
+            QVERIFY(!talk.windows());
+            talk.compositor.reset();
+            QVERIFY(!talk.open());
+            talk.compositor = std::make_unique<FakeCompositor>(talk.path);
+            QVERIFY(talk.hearsOf("again"));
+        }
+    };
+    // Death, nonsense, and the end of the list.
+    row([](Conversation &talk) { talk.compositor.reset(); });
+    row([](Conversation &talk) { talk.compositor->talkNonsense(); });
+    row([](Conversation &talk) { talk.compositor->endManager(); });
 }
 
 void WaylandTest::flood() {
