@@ -5,10 +5,6 @@
 /// How long something may take that has to happen, in milliseconds.
 constexpr int patience = 20'000;
 
-/// Each runs one test object with the arguments of Qt Test and returns the number of failures.
-int runWorkspaceTests(const QStringList &arguments);
-int runUserDefaultsTests(const QStringList &arguments);
-
 /// What a second process of the user defaults' test does: "describe" tells what is stored, "set" stores true
 /// first.
 QString actOnUserDefaults(const QString &action);

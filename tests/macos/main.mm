@@ -2,6 +2,7 @@
 
 #include "tests/macos/MacTests.h"
 #include "tests/macos/SampleApplication.h"
+#include "tests/support/TestClass.h"
 
 #include <QCoreApplication>
 
@@ -24,6 +25,9 @@ int main(int argc, char *argv[]) {
             std::fputs(qPrintable(actOnUserDefaults(arguments.value(2))), stdout);
             return 0;
         }
-        return runWorkspaceTests(arguments) + runUserDefaultsTests(arguments);
+        int failures = 0;
+        for (const auto &[name, make] : kestrin::samples::testClasses())
+            failures += QTest::qExec(make().get(), arguments);
+        return failures;
     }
 }

@@ -127,16 +127,13 @@ void UserDefaultsTest::changesElsewhereAreTold() {
 
 } // namespace
 
-int runUserDefaultsTests(const QStringList &arguments) {
-    UserDefaultsTest test;
-    return QTest::qExec(&test, arguments);
-}
-
 QString actOnUserDefaults(const QString &action) {
     NSUserDefaultsStore store;
     if (action == u"set")
         store.setBoolean(key, true);
     return described(store);
 }
+
+KESTRIN_TEST(UserDefaultsTest)
 
 #include "tst_userdefaults.moc"

@@ -142,9 +142,6 @@ void WorkspaceTest::iconOfTheBundle() {
 
 } // namespace
 
-int runWorkspaceTests(const QStringList &arguments) {
-    WorkspaceTest test;
-    return QTest::qExec(&test, arguments);
-}
+KESTRIN_TEST(WorkspaceTest)
 
 #include "tst_workspace.moc"
