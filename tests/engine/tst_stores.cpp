@@ -9,13 +9,6 @@
 using samples::contents;
 using samples::write;
 
-namespace {
-
-constexpr auto validEvent =
-    R"({"id":"6ba7b810-9dad-11d1-80b4-00c04fd430c8","date":"2026-03-14T09:26:53Z","kind":"dryRun","message":"Old."})";
-
-} // namespace
-
 class StoresTest : public QObject {
     Q_OBJECT
 
@@ -58,7 +51,8 @@ void StoresTest::format() {
 }
 
 void StoresTest::reading() {
-    const QByteArray event(validEvent);
+    const QByteArray event =
+        R"({"id":"6ba7b810-9dad-11d1-80b4-00c04fd430c8","date":"2026-03-14T09:26:53Z","kind":"dryRun","message":"Old."})";
     // How many of its events are kept: all or none.
     const auto row = [this](const char *name, const QByteArray &text, qsizetype count = 0) {
         init();

@@ -506,12 +506,11 @@ void RuntimeTest::severalAsOne() {
     runtime.setModes({u"sleep"_s, u"away"_s}, true);
     home.asked();
     // At noon only Away wants it on; nobody wants anything when both are disabled.
-    for (const QStringList &order :
-         {QStringList{u"sleep"_s, u"away"_s}, QStringList{u"away"_s, u"sleep"_s}}) {
-        const Outcome disabled = runtime.setModes(order + QStringList{u"travel"_s, u"unknown"_s}, false);
+    for (const QString &order : {u"sleep away travel unknown"_s, u"away sleep travel unknown"_s}) {
+        const Outcome disabled = runtime.setModes(order.split(u' '), false);
         QVERIFY(disabled.isKept() && !disabled.switchedBySchedules && home.settings->settings.isEnabled);
         QCOMPARE(home.asked().filter(u"store "_s), QStringList{u"store enabledModeIDs"_s});
-        runtime.setModes(order, true);
+        runtime.setModes({u"sleep"_s, u"away"_s}, true);
         home.asked();
     }
     QCOMPARE(runtime.setModes({u"away"_s}, false).switchedBySchedules, false);
