@@ -3,6 +3,7 @@
 
 #include "engine/PrivacyModeSettingsStoring.h"
 #include "engine/workspace/InMemoryWorkspace.h"
+#include "foundation/Clock.h"
 #include "tests/support/Samples.h"
 
 #include <optional>
