@@ -149,6 +149,7 @@ class WindowTest : public QObject {
     void protectingWhatWasSeen();
     void removingAnApp();
     void hundredsOfApps();
+    void schedules();
     void activity();
     void access();
     void oddNames();
@@ -498,6 +499,20 @@ void WindowTest::hundredsOfApps() {
     QVERIFY(desk.all("MacRiskDefinitionRow").size() < 200);
     desk.key({Qt::CTRL | Qt::Key_Home});
     QTRY_VERIFY(desk.titles("MacRiskDefinitionRow").startsWith(u"Zoom, "_s));
+}
+
+/// Switched from elsewhere while they are looked at.
+void WindowTest::schedules() {
+    const Desk desk(MacSection::Schedule);
+    QStringList expected;
+    int enabled = 0;
+    for (const shared::ModePreset &preset : QList(desk.runtime().modes())) {
+        QVERIFY(desk.runtime().setMode(preset.id, !preset.enabled).isKept());
+        expected.append(preset.enabled ? u"false"_s : u"true"_s);
+        enabled += preset.enabled ? 0 : 1;
+    }
+    QCOMPARE(desk.values("MacScheduleCard", "on"), expected);
+    QVERIFY(desk.one("KestrinStatusPill", u"%1 enabled"_s.arg(enabled)));
 }
 
 void WindowTest::activity() {
