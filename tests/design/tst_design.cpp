@@ -70,6 +70,7 @@ class DesignTest : public QObject {
   private Q_SLOTS:
     void initTestCase() { registerDesignSystem(); }
     void init() { KestrinAppearance::shared().setPreference(KestrinAppearance::Light); }
+    void palette();
     void appearanceIsAsWished();
     void openWindowIsRecoloured();
     void pressIsClickWhenLetGoOnIt();
@@ -82,6 +83,29 @@ class DesignTest : public QObject {
     void drawnOnWholePixels();
     void symbols();
 };
+
+/// Many of them are drawn too small or too faintly for the pictures of the pages to tell.
+void DesignTest::palette() {
+    // In light and in dark appearance.
+    const QString rows =
+        u"deepGreen 011a49 d1e0fa, freshGreen 158a58 80d19e, warmIvory f4f6fa 0b0f17, "
+        "softIvory fcfdff 121721, textPrimary 0e1016 ecf0f7, textSecondary 6e7480 adb5c2, "
+        "textMuted 9ca2af 8f98a6, border dfe3ec 2b3342, divider e6e8ee 2a303e, "
+        "surface ffffff 121721, surfaceMuted f1f4f9 181f2b, primaryAction 011a49 96b5ff, "
+        "primaryActionText ffffff 0a170f, protected 1f9e59 8cd1a3, attention c98524 f5b552, "
+        "attentionSoft f8ebd8 422e17, offGray 767d78 9ea8a1, offGraySoft ecedf0 262b36, "
+        "risk d94a4a ff735e, riskSoft fdecec 471c1c, link 155bd1 7ab8ff, linkSoft e9f0fe 142546, "
+        "softGreen e4f5eb 132e1f"_s;
+    for (const QString &row : rows.split(u", "_s)) {
+        QString shown = row.section(u' ', 0, 0);
+        const QByteArray name = shown.toLatin1();
+        for (const auto appearance : {KestrinAppearance::Light, KestrinAppearance::Dark}) {
+            KestrinAppearance::shared().setPreference(appearance);
+            shown += u' ' + KestrinColors::shared().property(name).value<QColor>().name().mid(1);
+        }
+        QCOMPARE(shown, row);
+    }
+}
 
 void DesignTest::appearanceIsAsWished() {
     KestrinAppearance appearance(nullptr);
