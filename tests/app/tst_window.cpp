@@ -332,6 +332,9 @@ void WindowTest::appsAreCountedAndListed() {
     const QStringList counts{u"7"_s, u"6"_s, u"4"_s};
     QCOMPARE(desk.values("KestrinMetricTile", "value"), counts);
     QCOMPARE(desk.titles("MacLiveRiskMatchRow"), u"Zoom, FaceTime, Safari, Google Chrome, Photo Booth"_s);
+    QCOMPARE(desk.titles("MacRiskDefinitionRow"),
+             u"Zoom, FaceTime, Microsoft Teams, QuickTime Player, Voice Memos, Photo Booth, Google Chrome, "
+             "Safari, Wispr Flow, Rewind, MacWhisper, Otter AI"_s);
     // Of several categories the most telling one decides.
     QCOMPARE(
         desk.values("MacRiskDefinitionRow", "icon"),
@@ -670,6 +673,9 @@ void WindowTest::noticesOfUses() {
     QTRY_COMPARE(told.size(), 2);
     QCOMPARE(news(), u"FaceTime camera, FaceTime camera still"_s);
     now += 60s;
+    // Nobody offers to ask one again that is allowed by now.
+    Q_EMIT desk.runtime().quitRequested(
+        MacProtectionEvent::create(desk.now, MacProtectionEventKind::quitRequested, u"x"_s, u"Safari"_s));
     desk.runtime().runLiveCheck();
     desk.end(zoom);
     QTRY_VERIFY(!told.isEmpty());
