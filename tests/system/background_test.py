@@ -396,7 +396,8 @@ class BackgroundTest(unittest.TestCase):
         recorder = InstalledApp("Re_corder & co", "recorder", "pw-cat")
         self.addCleanup(recorder.end)
         quiet = tray.icon("IconPixmap")
-        self.run_beside("pw-record", "--target", "test-mic", os.devnull)
+        record = ("pw-record", "--target", "test-mic", os.devnull)
+        recording = self.run_beside(*record)
         notice = wait("There is no notice.", lambda: self.notices.shown)[0]
         self.assertEqual((notice[3], notice[5][2:], notice[6]["transient"]),
                          ("Re_corder & co started using the microphone.", ["accept", "Protect this app…"], False))
@@ -414,6 +415,19 @@ class BackgroundTest(unittest.TestCase):
         wait("The icon tells on.", lambda: not tray.says("microphone"))
         wait("The menu does not follow.", lambda: not tray.menu()["Watch Microphone, Camera and Screen"][1])
         kestrin.end()
+        # There is nothing to choose about one that is known, in a program that has not told of it lately.
+        kestrinctl("enforce", "off")
+        kestrinctl("live", "on")
+        self.addCleanup(InstalledApp("Re_corder & co", "recorder", "pw-cat").end)
+        self.start("--background")
+        wait("The icon does not tell again.", lambda: tray.says("microphone"))
+        recording.kill()
+        wait("The icon tells on.", lambda: not tray.says("microphone"))
+        before = len(self.notices.shown)
+        self.run_beside(*record)
+        notice = wait("There is no second notice.", lambda: self.notices.shown[before:])[0]
+        self.assertEqual((notice[3], notice[5]),
+                         ("Re_corder & co started using the microphone.", ["default", "Open Kestrin"]))
 
 
 if __name__ == "__main__":
