@@ -122,6 +122,7 @@ void measureBegin(const samples::MediaServer &media, bench::Report &report, int 
         }
     }
     const QString path = recorderCalled(media, u"/usr/bin/pacat"_s, 0);
+    heard.reserve(logged.size());
     for (std::size_t number = 0; number < logged.size(); ++number)
         heard.push_back(bench::milliseconds([&] {
             samples::Program recorder(

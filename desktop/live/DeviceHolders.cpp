@@ -86,15 +86,18 @@ void addHolders(const QByteArray &proc, qint32 process, const QList<Device> &dev
     if (!isOfThisUser(path))
         return;
     const Folder folder(::opendir((path + "/fd").constData()));
+    const int descriptor = folder ? ::dirfd(folder.get()) : -1;
+    if (descriptor < 0)
+        return;
     QList<DeviceHolder> found;
     std::array<char, PATH_MAX> link{};
-    while (const dirent *const entry = folder ? ::readdir(folder.get()) : nullptr) {
-        const ssize_t length = ::readlinkat(::dirfd(folder.get()), entry->d_name, link.data(), link.size());
+    while (const dirent *const entry = ::readdir(folder.get())) {
+        const ssize_t length = ::readlinkat(descriptor, entry->d_name, link.data(), link.size());
         const QByteArrayView target(link.data(), std::max<ssize_t>(length, 0));
         for (const Device &device : devices) {
             // The name is no proof, but spares asking every descriptor.
             if (!target.endsWith(device.ending) ||
-                FileIdentity::of(::dirfd(folder.get()), nameOf(*entry)) != device.identity)
+                FileIdentity::of(descriptor, nameOf(*entry)) != device.identity)
                 continue;
             auto holder = std::find_if(found.begin(), found.end(), [&](const DeviceHolder &other) {
                 return other.device == device.path;
