@@ -175,6 +175,8 @@ void X11WorkspaceTest::noWindowManager() {
     for (const int signal : {SIGTERM, SIGKILL}) {
         X11Workspace workspace;
         const SampleApp before(u"--windows 2"_s);
+        // Until then its windows may have the numbers of some that have just gone, and come and go with them.
+        QTRY_COMPARE(before.said(u"mapped 2"_s), 1);
         QTRY_COMPARE(running(workspace), QList<qint32>{before.pid()});
         // Who ran before would count as launched as soon as it was forgotten.
         samples::Launches launches(workspace);
