@@ -178,7 +178,7 @@ void reportBuiltIn(bench::Report &report, const Turns &turns) {
         const bool isOnDisk = i == liveCheck;
         const double disk = isOnDisk ? bench::median(turns.appends) : 0;
         const std::string name = std::string("Click on a busy desktop: ") + names[i];
-        report.ratio((name + (isOnDisk ? " but for the disk, median" : ", median")).c_str(), "ms",
+        report.ratio((name + (isOnDisk ? " less disk, median" : ", median")).c_str(), "ms",
                      {bench::median(times) - disk, bench::median(turns.floor)}, 7);
         all.insert(all.end(), times.begin(), times.end());
     }
