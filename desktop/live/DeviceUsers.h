@@ -22,7 +22,8 @@ struct DeviceUser {
 /// and others by what the menus know of their program. Main thread only.
 class DeviceUsers {
   public:
-    /// The workspace outlives this object. It is asked once a second at most, and only about new processes.
+    /// The workspace outlives this object. It is asked once a second at most, and only about processes that
+    /// are new or, five seconds later, still without a window.
     explicit DeviceUsers(engine::Workspace &workspace) : m_workspace(workspace) {}
 
     /// A helper process is the process whose helper it is: an application does not know its own helpers, and
